@@ -1,0 +1,16 @@
+# trelundo_layer(NAME [DEPENDS targets...] [PRIVATE targets...]): a static library from the sources below the current
+# folder. One target per layer; DEPENDS are the layers and libraries that its headers show.
+function(trelundo_layer name)
+    cmake_parse_arguments(LAYER "" "" "DEPENDS;PRIVATE;FOLDERS" ${ARGN})
+    if(NOT LAYER_FOLDERS)
+        set(LAYER_FOLDERS .)
+    endif()
+    set(sources)
+    foreach(folder IN LISTS LAYER_FOLDERS)
+        file(GLOB_RECURSE found CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
+        list(APPEND sources ${found})
+    endforeach()
+    add_library(${name} STATIC ${sources})
+    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    target_link_libraries(${name} PUBLIC trelundo_options ${LAYER_DEPENDS} PRIVATE ${LAYER_PRIVATE})
+endfunction()

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelundo {
+
+class StringsTable;
+
+/// One file of a bundle that is compiled into the program. `path` is relative ("fr.lproj/Premium.strings").
+struct EmbeddedFile {
+    std::string_view path;
+    std::string_view bytes;
+};
+
+/// Resources by name: files that are compiled in, or files below a folder, or both (folders win). Non-localised
+/// resources come first, then each preferred localisation's folder ("fr.lproj"), then the development region's.
+class Bundle {
+public:
+    explicit Bundle(std::string identifier, std::string developmentRegion = "en");
+    ~Bundle();
+
+    /// The application's bundle.
+    static Bundle& main();
+
+    std::string const& identifier() const { return identifier_; }
+    void addEmbeddedFiles(std::span<EmbeddedFile const> files);
+    /// Adds a folder to search before everything added so far.
+    void addFolder(std::string path);
+
+    /// The languages that have an `.lproj` folder.
+    std::vector<std::string> localizations() const;
+    /// The bundle's localisations that serve the user's preferred languages, best first; the development region
+    /// is the last resort.
+    std::vector<std::string> preferredLocalizations() const;
+
+    /// The bytes of a resource by its relative path; none when it is missing. A name with "..", a leading slash
+    /// or a NUL is refused with a log line.
+    std::optional<std::string> data(std::string_view name) const;
+    /// Where a resource was found, for messages (a file path, or "bundle:identifier/name").
+    std::optional<std::string> path(std::string_view name) const;
+
+    /// The text under `key` in table `table` ("Localizable" when empty). A missing key, table or file gives
+    /// `value`, or the key itself when `value` is empty.
+    std::string localizedString(std::string_view key, std::string_view value, std::string_view table) const;
+
+private:
+    struct State;
+    std::string identifier_;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace trelundo

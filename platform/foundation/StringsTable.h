@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace trelundo {
+
+/// A parsed `.strings` file (old-style property list, UTF-8 or UTF-16 with byte order mark).
+class StringsTable {
+public:
+    struct ParseError {
+        int line; // from 1
+        std::string reason;
+    };
+
+    /// Any syntax error makes the whole table fail; then the result is empty and `error` is set.
+    static StringsTable parse(std::string_view bytes, std::optional<ParseError>& error);
+
+    /// Null when the key is missing.
+    std::string const* find(std::string_view key) const;
+    std::size_t size() const { return entries_.size(); }
+
+private:
+    std::map<std::string, std::string, std::less<>> entries_;
+};
+
+} // namespace trelundo

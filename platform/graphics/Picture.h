@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/foundation/Ref.h"
+#include "platform/graphics/CGColor.h"
+#include "platform/graphics/Geometry.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace trelundo {
+
+/// A decoded picture: pixels (PNG, JPEG) or scalable artwork (SVG). Immutable. Scaled renditions are cached
+/// by pixel size and tint, so drawing the same picture at the same size again costs a copy.
+class Picture : public NSObject {
+public:
+    static constexpr double maximumPixels = 16'000'000;
+
+    /// Decodes `bytes`. Broken data, an unknown format and a picture of more than 16 megapixels give null
+    /// and a reason that names `name`.
+    static Ref<Picture> decode(std::string_view bytes, std::string const& name, double scale, std::string& reason);
+    ~Picture() override;
+
+    /// In points: pixels divided by the scale; the view box's size for SVG.
+    CGSize size() const { return size_; }
+    double scale() const { return scale_; }
+    bool isScalable() const;
+
+private:
+    friend class Canvas;
+    template <class T, class... A> friend Ref<T> make(A&&...);
+    struct State;
+    Picture(std::unique_ptr<State> state, CGSize size, double scale);
+
+    std::unique_ptr<State> state_;
+    CGSize size_;
+    double scale_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/graphics/Geometry.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+class QImage;
+
+namespace trelundo {
+
+/// A rectangle of premultiplied 32-bit pixels. `scale` is pixels a point.
+class Surface {
+public:
+    Surface(int pixelWidth, int pixelHeight, double scale);
+    ~Surface();
+    Surface(Surface const&) = delete;
+    Surface& operator=(Surface const&) = delete;
+
+    int pixelWidth() const;
+    int pixelHeight() const;
+    double scale() const { return scale_; }
+    CGSize size() const { return {pixelWidth() / scale_, pixelHeight() / scale_}; }
+
+    /// The pixel at (x, y) as 0xAARRGGBB, premultiplied.
+    std::uint32_t pixel(int x, int y) const;
+    std::uint8_t const* bytes() const;
+    int bytesPerLine() const;
+
+    /// Writes a PNG with light compression (a fraction of the time of the default). On failure false and
+    /// a reason that names the file.
+    bool writePng(std::string const& path, std::string& reason) const;
+
+    QImage& image() { return *image_; }
+    QImage const& image() const { return *image_; }
+
+private:
+    std::unique_ptr<QImage> image_;
+    double scale_;
+};
+
+} // namespace trelundo

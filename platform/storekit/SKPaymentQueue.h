@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/Weak.h"
+#include "platform/storekit/SKPayment.h"
+#include "platform/storekit/SKPaymentTransaction.h"
+#include "platform/storekit/SKProduct.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+class StoreBackend;
+
+using SKPaymentTransactions = std::vector<Ref<SKPaymentTransaction>>;
+
+/// Hears what happens to transactions, on the main queue, never inside the call that caused it. An observer may
+/// add or remove observers, buy, restore, finish or destroy other observers inside any callback.
+class SKPaymentTransactionObserver {
+public:
+    virtual ~SKPaymentTransactionObserver() = default;
+    virtual void paymentQueueUpdatedTransactions(SKPaymentQueue& queue, SKPaymentTransactions const& transactions) = 0;
+    virtual void paymentQueueRemovedTransactions(SKPaymentQueue&, SKPaymentTransactions const&) {}
+    virtual void paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue&) {}
+    virtual void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue&, Ref<NSError> const& /*error*/) {}
+    /// A promoted purchase begun in the store: true adds `payment` at once.
+    virtual bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const& /*payment*/,
+                                                   Ref<SKProduct> const& /*product*/) {
+        return false;
+    }
+    virtual void paymentQueueDidChangeStorefront(SKPaymentQueue&) {}
+};
+
+/// The pending transactions and their observers. Talks to one StoreBackend. Observers are held weakly; nothing is
+/// delivered while there is none.
+class SKPaymentQueue : public NSObject {
+public:
+    SKPaymentQueue();
+    ~SKPaymentQueue() override;
+
+    static SKPaymentQueue& defaultQueue();
+    /// Whether the user may pay on this device; asks the default queue's backend.
+    static bool canMakePayments();
+
+    void addTransactionObserver(Weak<SKPaymentTransactionObserver> observer);
+    void removeTransactionObserver(NSObject const& observer);
+
+    /// Copies `payment`. One without product identifier, or with a quantity outside 1 to 10, ends the program.
+    void add(Ref<SKPayment> const& payment);
+    void restoreCompletedTransactions(std::optional<std::string> applicationUsername = std::nullopt);
+    /// Durable at once. Finishing twice, a stranger or a purchasing transaction is refused, logged and harmless.
+    void finishTransaction(Ref<SKPaymentTransaction> const& transaction);
+    /// The pending transactions. A finished one leaves the list asynchronously, and not before a running restore
+    /// has reported its end.
+    SKPaymentTransactions const& transactions() const;
+    /// Three-letter country code of the store.
+    std::string storefrontCountryCode() const;
+
+    /// Replaces the store behind the queue and drops what the old one had pending. `backend` must outlive its use;
+    /// null: no store, every operation fails.
+    void setBackend(StoreBackend* backend);
+    StoreBackend* backend() const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace trelundo

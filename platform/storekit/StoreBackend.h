@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/foundation/NSError.h"
+#include "platform/storekit/SKPayment.h"
+#include "platform/storekit/SKPaymentTransaction.h"
+#include "platform/storekit/SKProduct.h"
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+/// What a store tells the queue about one transaction. `key` is the store's own durable name for it; the queue
+/// keeps one SKPaymentTransaction per key.
+struct StoreTransaction {
+    std::string key;
+    SKPayment::Fields payment;
+    SKPaymentTransactionState state = SKPaymentTransactionState::purchasing;
+    Ref<NSError> error;
+    std::string transactionIdentifier; // empty: none yet
+    double date = 0;                   // seconds since 2001-01-01 00:00 UTC
+    std::string originalKey;           // restored ones: the first purchase; empty: none
+    std::string originalIdentifier;
+    double originalDate = 0;
+};
+
+/// Receives what a store reports. Calls may come from any thread, and not inside the call that caused them; the
+/// queue moves them to the main queue.
+class StoreBackendListener {
+public:
+    virtual ~StoreBackendListener() = default;
+    virtual void transactionsUpdated(std::vector<StoreTransaction> transactions) = 0;
+    virtual void restoreFinished() = 0;
+    virtual void restoreFailed(Ref<NSError> error) = 0;
+    virtual void promotedPurchase(SKPayment::Fields payment, Ref<SKProduct> product) = 0;
+    virtual void storefrontChanged() = 0;
+};
+
+/// The seam between the store framework and a store. The embedded sandbox is one implementation; a host can bring
+/// its own. Everything is asynchronous: results come through the listener or the callback, never inside the call.
+class StoreBackend {
+public:
+    struct ProductsResult {
+        std::vector<Ref<SKProduct>> products;
+        std::vector<std::string> invalidIdentifiers;
+        Ref<NSError> error; // not null: the request failed
+    };
+
+    virtual ~StoreBackend() = default;
+    virtual void setListener(StoreBackendListener* listener) = 0;
+    virtual void loadProducts(std::set<std::string> const& identifiers, std::function<void(ProductsResult)> done) = 0;
+    virtual bool canMakePayments() const = 0;
+    virtual void addPayment(SKPayment::Fields const& payment) = 0;
+    /// Makes `key` durable as finished before it returns. False: it could not be written; nothing is lost, the
+    /// transaction will come again.
+    virtual bool finish(std::string const& key) = 0;
+    virtual void restore(std::optional<std::string> const& applicationUsername) = 0;
+    /// Asks for every unfinished transaction to be reported again.
+    virtual void synchronize() = 0;
+    virtual std::string storefront() const = 0; // "USA"
+};
+
+} // namespace trelundo

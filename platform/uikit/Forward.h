@@ -1,0 +1,38 @@
+#pragma once
+
+namespace trelundo {
+
+class CALayer;
+class Canvas;
+class NSLayoutConstraint;
+class NSLayoutDimension;
+class NSLayoutXAxisAnchor;
+class NSLayoutYAxisAnchor;
+class UIActivityIndicatorView;
+class UIAlertAction;
+class UIAlertController;
+class UIApplication;
+class UIButton;
+class UICollectionView;
+class UICollectionViewCell;
+class UICollectionViewFlowLayout;
+class UIColor;
+class UIControl;
+class UIEvent;
+class UIFont;
+class UIImage;
+class UIImageView;
+class UILabel;
+class UILayoutGuide;
+class UIResponder;
+class UIScreen;
+class UIScrollView;
+class UIStackView;
+class UITouch;
+class UITraitCollection;
+class UIView;
+class UIViewController;
+class UIWindow;
+class LayoutEngine;
+
+} // namespace trelundo

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "platform/uikit/collection/UICollectionViewCell.h"
+#include "platform/uikit/collection/UIScrollView.h"
+
+namespace trelundo {
+
+struct IndexPath {
+    int section = 0;
+    int item = 0;
+    auto operator<=>(IndexPath const&) const = default;
+};
+
+class UICollectionViewDataSource {
+public:
+    virtual ~UICollectionViewDataSource() = default;
+    virtual int numberOfSections(UICollectionView&) { return 1; }
+    virtual int numberOfItemsInSection(UICollectionView& collectionView, int section) = 0;
+    /// Must return a cell dequeued from `collectionView`.
+    virtual Ref<UICollectionViewCell> cellForItemAt(UICollectionView& collectionView, IndexPath indexPath) = 0;
+};
+
+class UICollectionViewDelegate : public UIScrollViewDelegate {
+public:
+    virtual void didSelectItemAt(UICollectionView&, IndexPath) {}
+    virtual void willDisplayCell(UICollectionView&, UICollectionViewCell&, IndexPath) {}
+    virtual void didEndDisplayingCell(UICollectionView&, UICollectionViewCell&, IndexPath) {}
+};
+
+enum class UICollectionViewScrollDirection : int { vertical = 0, horizontal = 1 };
+enum class UICollectionViewScrollPosition : unsigned {
+    none = 0,
+    top = 1,
+    centeredVertically = 2,
+    bottom = 4,
+    left = 8,
+    centeredHorizontally = 16,
+    right = 32,
+};
+
+/// Places equal items in lines by arithmetic: no storage per item. Mirrored in right-to-left layouts.
+class UICollectionViewFlowLayout : public NSObject {
+public:
+    CGSize itemSize() const { return itemSize_; }
+    void setItemSize(CGSize size);
+    double minimumLineSpacing() const { return minimumLineSpacing_; }
+    void setMinimumLineSpacing(double spacing);
+    double minimumInteritemSpacing() const { return minimumInteritemSpacing_; }
+    void setMinimumInteritemSpacing(double spacing);
+    UIEdgeInsets sectionInset() const { return sectionInset_; }
+    void setSectionInset(UIEdgeInsets inset);
+    UICollectionViewScrollDirection scrollDirection() const { return scrollDirection_; }
+    void setScrollDirection(UICollectionViewScrollDirection direction);
+
+    /// The whole content's size for `count` items in a view of `bounds`.
+    CGSize contentSize(int count, CGSize bounds) const;
+    /// The frame of `item` in content coordinates.
+    CGRect frameOfItem(int item, int count, CGSize bounds, bool rightToLeft) const;
+    /// First and one past the last item whose frames may touch `rect`.
+    struct ItemRange {
+        int begin;
+        int end;
+    };
+    ItemRange itemsIn(CGRect rect, int count, CGSize bounds, bool rightToLeft) const;
+
+private:
+    friend class UICollectionView;
+    void invalidate();
+
+    CGSize itemSize_{50, 50};
+    double minimumLineSpacing_ = 10;
+    double minimumInteritemSpacing_ = 10;
+    UIEdgeInsets sectionInset_;
+    UICollectionViewScrollDirection scrollDirection_ = UICollectionViewScrollDirection::vertical;
+    UICollectionView* collectionView_ = nullptr;
+};
+
+/// Shows many items with as many cells as fit on the screen; leaving cells are reused. One section.
+class UICollectionView : public UIScrollView {
+public:
+    /// A null layout ends the program.
+    UICollectionView(CGRect frame, Ref<UICollectionViewFlowLayout> layout);
+    ~UICollectionView() override;
+
+    UICollectionViewFlowLayout& collectionViewLayout() const { return *layout_; }
+    Ref<UICollectionViewDataSource> dataSource() const { return dataSource_.lock(); }
+    void setDataSource(Weak<UICollectionViewDataSource> dataSource);
+    Ref<UICollectionViewDelegate> delegate() const { return delegate_.lock(); }
+    void setDelegate(Weak<UICollectionViewDelegate> delegate);
+
+    /// Makes cells of class Cell for `reuseIdentifier`.
+    template <class Cell> void registerClass(std::string reuseIdentifier) {
+        registerFactory(std::move(reuseIdentifier), [](CGRect frame) -> Ref<UICollectionViewCell> { return make<Cell>(frame); });
+    }
+    /// A reused cell after prepareForReuse(), or a new one. An unregistered identifier ends the program.
+    Ref<UICollectionViewCell> dequeueReusableCell(std::string const& reuseIdentifier, IndexPath indexPath);
+    /// Visible cells only; null otherwise.
+    Ref<UICollectionViewCell> cellForItem(IndexPath indexPath) const;
+    std::vector<Ref<UICollectionViewCell>> visibleCells() const;
+    int numberOfItems(int section);
+    void reloadData();
+    bool allowsSelection() const { return allowsSelection_; }
+    void setAllowsSelection(bool allows) { allowsSelection_ = allows; }
+
+    /// A request before the first layout is kept and applied, clamped, at the first layout with non-empty bounds.
+    void scrollToItem(IndexPath indexPath, UICollectionViewScrollPosition position, bool animated);
+
+    void layoutSubviews() override;
+    void touchesEnded(UITouch& touch) override;
+
+protected:
+    void offsetDidChange() override;
+
+private:
+    friend class UICollectionViewFlowLayout;
+    void registerFactory(std::string reuseIdentifier, std::function<Ref<UICollectionViewCell>(CGRect)> factory);
+
+    struct State;
+    std::unique_ptr<State> state_;
+    Ref<UICollectionViewFlowLayout> layout_;
+    Weak<UICollectionViewDataSource> dataSource_;
+    Weak<UICollectionViewDelegate> delegate_;
+    bool allowsSelection_ = true;
+};
+
+} // namespace trelundo

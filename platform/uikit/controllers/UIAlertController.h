@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/uikit/controllers/UIViewController.h"
+
+namespace trelundo {
+
+enum class UIAlertControllerStyle : int { actionSheet = 0, alert = 1 };
+enum class UIAlertActionStyle : int { defaultStyle = 0, cancel = 1, destructive = 2 };
+
+/// One choice of an alert.
+class UIAlertAction : public NSObject {
+public:
+    UIAlertAction(std::string title, UIAlertActionStyle style, std::function<void(UIAlertAction&)> handler = nullptr);
+
+    std::string const& title() const { return title_; }
+    UIAlertActionStyle style() const { return style_; }
+    bool isEnabled() const { return enabled_; }
+    void setEnabled(bool enabled) { enabled_ = enabled; }
+
+private:
+    friend class UIAlertController;
+    std::string title_;
+    UIAlertActionStyle style_;
+    bool enabled_ = true;
+    std::function<void(UIAlertAction&)> handler_;
+};
+
+/// A message in a card over everything, left by one of its actions. A tap dismisses it animated and then calls the
+/// action's handler once; a dismissal by program calls none.
+class UIAlertController : public UIViewController {
+public:
+    UIAlertController(std::optional<std::string> title, std::optional<std::string> message, UIAlertControllerStyle style);
+    ~UIAlertController() override;
+
+    std::optional<std::string> const& alertTitle() const { return alertTitle_; }
+    std::optional<std::string> const& message() const { return message_; }
+    UIAlertControllerStyle preferredStyle() const { return style_; }
+    std::vector<Ref<UIAlertAction>> const& actions() const { return actions_; }
+    /// A second cancel action ends the program.
+    void addAction(Ref<UIAlertAction> action);
+    Ref<UIAlertAction> preferredAction() const { return preferredAction_; }
+    /// Must be one of the added actions, else the program ends.
+    void setPreferredAction(Ref<UIAlertAction> action);
+
+    /// What a tap on the action's button does.
+    void performAction(UIAlertAction& action);
+
+    void loadView() override;
+    void viewDidLoad() override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+    std::optional<std::string> alertTitle_;
+    std::optional<std::string> message_;
+    UIAlertControllerStyle style_;
+    std::vector<Ref<UIAlertAction>> actions_;
+    Ref<UIAlertAction> preferredAction_;
+};
+
+} // namespace trelundo

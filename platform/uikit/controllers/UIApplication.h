@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/uikit/views/UIView.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <vector>
+
+namespace trelundo {
+
+/// The process's windows and language direction, and the beat of its frames.
+class UIApplication {
+public:
+    static UIApplication& shared();
+
+    /// Direction of the first preferred language that the application is localised in.
+    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
+    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) { direction_ = direction; }
+
+    std::vector<UIWindow*> const& windows() const { return windows_; }
+    UIWindow* keyWindow() const { return keyWindow_; }
+
+    /// One frame at Clock::current(): animations advance, display links fire, the main queue has its turn, and
+    /// layout is brought up to date. Shells call it once per displayed frame.
+    void frame();
+    /// A main-queue turn and layout without advancing animations (after input).
+    void turn();
+    /// Whether frames are needed without further input.
+    bool needsFrames() const;
+
+private:
+    friend class UIWindow;
+    UIApplication() = default;
+    UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
+    std::vector<UIWindow*> windows_;
+    UIWindow* keyWindow_ = nullptr;
+};
+
+} // namespace trelundo

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "platform/uikit/views/UIView.h"
+
+#include <functional>
+
+namespace trelundo {
+
+enum class UIModalPresentationStyle : int {
+    automatic = -2,
+    none = -1,
+    fullScreen = 0,
+    pageSheet = 1,
+    formSheet = 2,
+    currentContext = 3,
+    custom = 4,
+    overFullScreen = 5,
+    overCurrentContext = 6,
+    popover = 7,
+};
+enum class UIModalTransitionStyle : int { coverVertical = 0, flipHorizontal = 1, crossDissolve = 2, partialCurl = 3 };
+enum class UIStatusBarStyle : int { defaultStyle = 0, lightContent = 1, darkContent = 3 };
+
+/// Owns one screen's view and its life cycle. Overrides of the callbacks call the superclass.
+class UIViewController : public UIResponder {
+public:
+    UIViewController();
+    ~UIViewController() override;
+
+    /// Made on first access by loadView(), then viewDidLoad() runs once.
+    Ref<UIView> const& view();
+    void setView(Ref<UIView> view);
+    bool isViewLoaded() const { return static_cast<bool>(view_); }
+    void loadViewIfNeeded() { view(); }
+
+    virtual void loadView();
+    virtual void viewDidLoad() {}
+    virtual void viewWillAppear(bool /*animated*/) {}
+    virtual void viewIsAppearing(bool /*animated*/) {}
+    virtual void viewDidAppear(bool /*animated*/) {}
+    virtual void viewWillDisappear(bool /*animated*/) {}
+    virtual void viewDidDisappear(bool /*animated*/) {}
+    virtual void viewWillLayoutSubviews() {}
+    virtual void viewDidLayoutSubviews() {}
+    virtual void viewSafeAreaInsetsDidChange() {}
+    /// The window is about to change to `size` (rotation, resize); traits and layout follow.
+    virtual void viewWillTransitionToSize(CGSize /*size*/) {}
+    virtual UIStatusBarStyle preferredStatusBarStyle() const { return UIStatusBarStyle::defaultStyle; }
+    virtual bool prefersStatusBarHidden() const { return false; }
+    virtual bool prefersHomeIndicatorAutoHidden() const { return false; }
+
+    std::string const& title() const { return title_; }
+    void setTitle(std::string title) { title_ = std::move(title); }
+
+    // Presentation. Both completions come after the callbacks of both controllers; misuse (already presenting,
+    // not in a window) is logged and does nothing.
+    void present(Ref<UIViewController> controller, bool animated, std::function<void()> completion = nullptr);
+    /// Dismisses what this controller presents, else this controller itself. With nothing to dismiss only the
+    /// completion comes, on the next turn.
+    void dismiss(bool animated, std::function<void()> completion = nullptr);
+    Ref<UIViewController> presentedViewController() const { return presented_; }
+    UIViewController* presentingViewController() const { return presenting_; }
+    UIModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
+    void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
+    UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
+    void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
+    bool isModalInPresentation() const { return modalInPresentation_; }
+    void setModalInPresentation(bool modal) { modalInPresentation_ = modal; }
+    bool isBeingPresented() const { return beingPresented_; }
+    bool isBeingDismissed() const { return beingDismissed_; }
+
+    /// During viewDidLoad the predicted traits: those of the window it will be shown in, or of the main screen.
+    UITraitCollection const& traitCollection() const override;
+    UIResponder* nextResponder() const override;
+
+private:
+    friend class UIWindow;
+    friend class UIView;
+    friend class PresentationEngine;
+
+    Ref<UIView> view_;
+    std::string title_;
+    Ref<UIViewController> presented_;          // the presenter holds the presented controller
+    UIViewController* presenting_ = nullptr;
+    UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::automatic;
+    UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
+    bool modalInPresentation_ = false;
+    bool beingPresented_ = false;
+    bool beingDismissed_ = false;
+    bool inTransition_ = false;
+    Ref<UIView> presentationContainer_; // what carries the view in the window while presented
+    std::optional<UITraitCollection> lastTraits_;
+};
+
+} // namespace trelundo

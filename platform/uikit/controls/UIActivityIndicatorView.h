@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/uikit/views/UIView.h"
+
+namespace trelundo {
+
+enum class UIActivityIndicatorViewStyle : int { whiteLarge = 0, white = 1, gray = 2, medium = 100, large = 101 };
+
+/// Eight fading blades that turn once a second while animating in a window. Medium 20 x 20, large 37 x 37 points.
+class UIActivityIndicatorView : public UIView {
+public:
+    explicit UIActivityIndicatorView(UIActivityIndicatorViewStyle style = UIActivityIndicatorViewStyle::medium);
+    ~UIActivityIndicatorView() override;
+
+    UIActivityIndicatorViewStyle style() const { return style_; }
+    UIColor color() const;
+    void setColor(UIColor color);
+    bool hidesWhenStopped() const { return hidesWhenStopped_; }
+    void setHidesWhenStopped(bool hides);
+    bool isAnimating() const { return animating_; }
+    void startAnimating();
+    void stopAnimating();
+
+    CGSize intrinsicContentSize() const override;
+    void didMoveToWindow() override;
+    bool drawsContents() const override { return true; }
+    void draw(CGRect rect, Canvas& canvas) override;
+
+private:
+    UIActivityIndicatorViewStyle style_;
+    std::optional<UIColor> color_;
+    bool hidesWhenStopped_ = true;
+    bool animating_ = false;
+    int displayLink_ = 0; // 0: none
+    int step_ = 0;        // blades turned so far
+};
+
+} // namespace trelundo

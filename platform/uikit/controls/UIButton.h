@@ -1,0 +1,83 @@
+#pragma once
+
+#include "platform/uikit/controls/UIControl.h"
+#include "platform/uikit/text/AttributedText.h"
+#include "platform/uikit/text/UILabel.h"
+#include "platform/uikit/views/UIImageView.h"
+
+#include <map>
+
+namespace trelundo {
+
+enum class UIButtonType : int {
+    custom = 0,
+    system = 1,
+    detailDisclosure = 2,
+    infoLight = 3,
+    infoDark = 4,
+    contactAdd = 5,
+    plain = 6,
+    close = 7,
+};
+
+/// A title and a picture that depend on the state. The value for exactly the current state counts, else the one
+/// for normal; an attributed title beats a plain one.
+class UIButton : public UIControl {
+public:
+    explicit UIButton(CGRect frame = {});
+    explicit UIButton(UIButtonType type);
+    ~UIButton() override;
+
+    UIButtonType buttonType() const { return type_; }
+
+    // Content by state. Setting none removes the value; getters fall back to normal.
+    void setTitle(std::optional<std::string> title, UIControlState state);
+    std::optional<std::string> title(UIControlState state) const;
+    void setAttributedTitle(std::optional<NSAttributedString> title, UIControlState state);
+    std::optional<NSAttributedString> attributedTitle(UIControlState state) const;
+    void setTitleColor(std::optional<UIColor> color, UIControlState state);
+    UIColor titleColor(UIControlState state) const;
+    void setImage(Ref<UIImage> image, UIControlState state);
+    Ref<UIImage> image(UIControlState state) const;
+    void setBackgroundImage(Ref<UIImage> image, UIControlState state);
+    Ref<UIImage> backgroundImage(UIControlState state) const;
+    std::optional<std::string> currentTitle() const { return title(state()); }
+    std::optional<NSAttributedString> currentAttributedTitle() const { return attributedTitle(state()); }
+    Ref<UIImage> currentImage() const { return image(state()); }
+    UIColor currentTitleColor() const { return titleColor(state()); }
+
+    /// Made on first use; its font, number of lines and line break mode may be set, its text, colour and frame
+    /// are the button's.
+    Ref<UILabel> const& titleLabel();
+    Ref<UIImageView> const& imageView();
+
+    UIEdgeInsets contentEdgeInsets() const { return contentEdgeInsets_; }
+    void setContentEdgeInsets(UIEdgeInsets insets);
+    UIEdgeInsets titleEdgeInsets() const { return titleEdgeInsets_; }
+    void setTitleEdgeInsets(UIEdgeInsets insets);
+    UIEdgeInsets imageEdgeInsets() const { return imageEdgeInsets_; }
+    void setImageEdgeInsets(UIEdgeInsets insets);
+
+    CGSize intrinsicContentSize() const override;
+    CGSize sizeThatFits(CGSize size) const override;
+    void layoutSubviews() override;
+    void tintColorDidChange() override;
+    std::optional<double> firstBaselineOffsetFromTop() const override;
+    std::optional<double> lastBaselineOffsetFromBottom() const override;
+    std::string accessibilityLabel() const override;
+    UIAccessibilityTraits accessibilityTraits() const override;
+
+protected:
+    void stateDidChange() override;
+    void appearanceDidChange() override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+    UIButtonType type_ = UIButtonType::custom;
+    UIEdgeInsets contentEdgeInsets_;
+    UIEdgeInsets titleEdgeInsets_;
+    UIEdgeInsets imageEdgeInsets_;
+};
+
+} // namespace trelundo

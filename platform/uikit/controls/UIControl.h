@@ -1,0 +1,111 @@
+#pragma once
+
+#include "platform/uikit/views/UIView.h"
+
+#include <cstring>
+#include <functional>
+
+namespace trelundo {
+
+/// Bits: events may be combined.
+enum class UIControlEvents : unsigned {
+    touchDown = 1,
+    touchDownRepeat = 2,
+    touchDragInside = 4,
+    touchDragOutside = 8,
+    touchDragEnter = 16,
+    touchDragExit = 32,
+    touchUpInside = 64,
+    touchUpOutside = 128,
+    touchCancel = 256,
+    valueChanged = 4096,
+    primaryActionTriggered = 8192,
+    menuActionTriggered = 16384,
+    allTouchEvents = 0xFFF,
+    allEvents = 0xFFFFFFFF,
+};
+constexpr UIControlEvents operator|(UIControlEvents a, UIControlEvents b) {
+    return static_cast<UIControlEvents>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+
+/// Bits: selected and highlighted together is a state of its own.
+enum class UIControlState : unsigned { normal = 0, highlighted = 1, disabled = 2, selected = 4, focused = 8 };
+constexpr UIControlState operator|(UIControlState a, UIControlState b) {
+    return static_cast<UIControlState>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+enum class UIControlContentHorizontalAlignment : int { center = 0, left = 1, right = 2, fill = 3, leading = 4, trailing = 5 };
+enum class UIControlContentVerticalAlignment : int { center = 0, top = 1, bottom = 2, fill = 3 };
+
+/// A view that turns touches into actions. Targets are held weakly.
+class UIControl : public UIView {
+public:
+    explicit UIControl(CGRect frame = {});
+
+    bool isEnabled() const { return enabled_; }
+    virtual void setEnabled(bool enabled);
+    bool isSelected() const { return selected_; }
+    virtual void setSelected(bool selected);
+    bool isHighlighted() const { return highlighted_; }
+    virtual void setHighlighted(bool highlighted);
+    UIControlState state() const;
+    bool isTracking() const { return tracking_; }
+
+    UIControlContentHorizontalAlignment contentHorizontalAlignment() const { return horizontalAlignment_; }
+    void setContentHorizontalAlignment(UIControlContentHorizontalAlignment alignment);
+    UIControlContentVerticalAlignment contentVerticalAlignment() const { return verticalAlignment_; }
+    void setContentVerticalAlignment(UIControlContentVerticalAlignment alignment);
+    /// Leading and trailing resolved by the layout direction.
+    UIControlContentHorizontalAlignment effectiveContentHorizontalAlignment() const;
+
+    /// Calls `action` of `target` for `events`, in the order of registration; the same triple counts once. The
+    /// action takes nothing or the sender, as UIControl& or the sender's own class.
+    template <class Target, class Class, class... Sender>
+        requires(sizeof...(Sender) <= 1 && std::derived_from<Target, Class>)
+    void addTarget(Target* target, void (Class::*action)(Sender...), UIControlEvents events) {
+        Weak<Target> weak{target};
+        addAction({Weak<NSObject>{target}, identity(action), events, [weak, action](UIControl& sender) {
+                       auto strongTarget = weak.lock();
+                       if (!strongTarget) return;
+                       if constexpr (sizeof...(Sender) == 0) ((*strongTarget).*action)();
+                       else ((*strongTarget).*action)(static_cast<Sender>(sender)...);
+                   }});
+    }
+    void removeTarget(NSObject& target);
+    /// Fires the targets by program, without touching the highlight.
+    void sendActions(UIControlEvents events);
+
+    Ref<UIView> hitTest(CGPoint point) override;
+    void touchesBegan(UITouch& touch) override;
+    void touchesMoved(UITouch& touch) override;
+    void touchesEnded(UITouch& touch) override;
+    void touchesCancelled(UITouch& touch) override;
+
+protected:
+    UIControl(CGRect frame, Ref<CALayer> layer);
+    /// A state or content setting was assigned. Overrides call the superclass.
+    virtual void stateDidChange();
+
+private:
+    struct Action {
+        Weak<NSObject> target;
+        std::string identity;
+        UIControlEvents events;
+        std::function<void(UIControl&)> call;
+    };
+    template <class Member> static std::string identity(Member member) {
+        std::string bytes(sizeof member, '\0');
+        std::memcpy(bytes.data(), &member, sizeof member);
+        return bytes;
+    }
+    void addAction(Action action);
+
+    bool enabled_ = true;
+    bool selected_ = false;
+    bool highlighted_ = false;
+    bool tracking_ = false;
+    UIControlContentHorizontalAlignment horizontalAlignment_ = UIControlContentHorizontalAlignment::center;
+    UIControlContentVerticalAlignment verticalAlignment_ = UIControlContentVerticalAlignment::center;
+    std::vector<Action> actions_;
+};
+
+} // namespace trelundo

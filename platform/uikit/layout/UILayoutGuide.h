@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/uikit/Forward.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+
+namespace trelundo {
+
+/// A rectangle with anchors and no view. Belongs to the view it was added to.
+class UILayoutGuide : public NSObject {
+public:
+    explicit UILayoutGuide(std::string identifier = {}) : identifier_(std::move(identifier)) {}
+
+    UIView* owningView() const { return owningView_; }
+    std::string const& identifier() const { return identifier_; }
+    /// In the owning view's coordinates, as last solved.
+    CGRect layoutFrame() const { return layoutFrame_; }
+
+    NSLayoutXAxisAnchor leadingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::leading}; }
+    NSLayoutXAxisAnchor trailingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::trailing}; }
+    NSLayoutXAxisAnchor leftAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::left}; }
+    NSLayoutXAxisAnchor rightAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::right}; }
+    NSLayoutXAxisAnchor centerXAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::centerX}; }
+    NSLayoutYAxisAnchor topAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::top}; }
+    NSLayoutYAxisAnchor bottomAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::bottom}; }
+    NSLayoutYAxisAnchor centerYAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::centerY}; }
+    NSLayoutDimension widthAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::width}; }
+    NSLayoutDimension heightAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::height}; }
+
+private:
+    friend class UIView;
+    friend class LayoutEngine;
+
+    std::string identifier_;
+    UIView* owningView_ = nullptr;
+    CGRect layoutFrame_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/graphics/text/TextStyle.h"
+
+#include <optional>
+
+namespace trelundo {
+
+/// A face of the system family at a size in points. A value; equal when size, weight and slant are.
+class UIFont {
+public:
+    struct Weight {
+        double value;
+        bool operator==(Weight const&) const = default;
+        /// 100 to 900, the nearest named weight.
+        int hundreds() const;
+        static Weight const ultraLight, thin, light, regular, medium, semibold, bold, heavy, black;
+    };
+
+    static UIFont system(double size) ;
+    static UIFont system(double size, Weight weight);
+    static UIFont boldSystem(double size);
+    static UIFont italicSystem(double size);
+
+    double pointSize() const { return size_; }
+    Weight weight() const { return weight_; }
+    bool isItalic() const { return italic_; }
+    double ascender() const { return spec().ascender(); }
+    double descender() const { return spec().descender(); }
+    double lineHeight() const { return spec().lineHeight(); }
+    double leading() const { return 0; }
+    double capHeight() const { return spec().capHeight(); }
+    double xHeight() const { return spec().xHeight(); }
+    UIFont withSize(double size) const;
+    FontSpec spec() const { return {size_, weight_.hundreds(), italic_}; }
+
+    bool operator==(UIFont const&) const = default;
+
+private:
+    friend class UIFontDescriptor;
+    UIFont(double size, Weight weight, bool italic) : size_(size), weight_(weight), italic_(italic) {}
+
+    double size_;
+    Weight weight_;
+    bool italic_;
+};
+
+inline constexpr UIFont::Weight UIFont::Weight::ultraLight{-0.8};
+inline constexpr UIFont::Weight UIFont::Weight::thin{-0.6};
+inline constexpr UIFont::Weight UIFont::Weight::light{-0.4};
+inline constexpr UIFont::Weight UIFont::Weight::regular{0};
+inline constexpr UIFont::Weight UIFont::Weight::medium{0.23};
+inline constexpr UIFont::Weight UIFont::Weight::semibold{0.3};
+inline constexpr UIFont::Weight UIFont::Weight::bold{0.4};
+inline constexpr UIFont::Weight UIFont::Weight::heavy{0.56};
+inline constexpr UIFont::Weight UIFont::Weight::black{0.62};
+
+} // namespace trelundo

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "platform/graphics/text/TextLayout.h"
+#include "platform/uikit/text/AttributedText.h"
+#include "platform/uikit/views/UIView.h"
+
+namespace trelundo {
+
+/// Shows text in lines: wraps, shrinks to a minimum scale, truncates. Takes no touches.
+class UILabel : public UIView {
+public:
+    explicit UILabel(CGRect frame = {});
+    ~UILabel() override;
+
+    std::optional<std::string> text() const;
+    void setText(std::optional<std::string> text);
+    std::optional<NSAttributedString> const& attributedText() const { return attributedText_; }
+    void setAttributedText(std::optional<NSAttributedString> text);
+    UIFont font() const { return font_; }
+    void setFont(UIFont font);
+    UIColor textColor() const { return textColor_; }
+    void setTextColor(UIColor color);
+    NSTextAlignment textAlignment() const { return textAlignment_; }
+    void setTextAlignment(NSTextAlignment alignment);
+    NSLineBreakMode lineBreakMode() const { return lineBreakMode_; }
+    void setLineBreakMode(NSLineBreakMode mode);
+    int numberOfLines() const { return numberOfLines_; } // 0: unlimited
+    void setNumberOfLines(int lines);
+    bool adjustsFontSizeToFitWidth() const { return adjustsFontSizeToFitWidth_; }
+    void setAdjustsFontSizeToFitWidth(bool adjusts);
+    double minimumScaleFactor() const { return minimumScaleFactor_; } // 0: no scaling
+    void setMinimumScaleFactor(double factor);
+    double preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; } // points; 0: from the layout
+    void setPreferredMaxLayoutWidth(double width);
+    bool isEnabled() const { return enabled_; }
+    void setEnabled(bool enabled);
+
+    CGSize intrinsicContentSize() const override;
+    CGSize sizeThatFits(CGSize size) const override;
+    bool layoutWidthDidChange(double width) override;
+    std::optional<double> firstBaselineOffsetFromTop() const override;
+    std::optional<double> lastBaselineOffsetFromBottom() const override;
+    /// The used rectangle at the top of `bounds`.
+    virtual CGRect textRect(CGRect bounds, int numberOfLines) const;
+    /// Draws the text vertically centred in `rect`; overrides may pass a smaller rectangle.
+    virtual void drawText(CGRect rect, Canvas& canvas);
+
+    bool drawsContents() const override;
+    void draw(CGRect rect, Canvas& canvas) override;
+    std::string accessibilityLabel() const override;
+    UIAccessibilityTraits accessibilityTraits() const override { return UIAccessibilityTraits::staticText; }
+
+    /// What the text comes to in the present bounds.
+    struct Fit {
+        double scale = 1; // applied to all fonts
+        bool truncated = false;
+        int lineCount = 0;
+    };
+    Fit fit() const;
+    /// The whole content with the label's own attributes filled in; empty without text.
+    std::vector<TextRun> resolvedRuns() const;
+
+protected:
+    void appearanceDidChange() override;
+    /// The rectangle that drawText receives for `bounds`, used by fit(). A subclass with a margin overrides it.
+    virtual CGRect textBounds(CGRect bounds) const { return bounds; }
+
+private:
+    struct State;
+    void contentDidChange();
+
+    std::unique_ptr<State> state_;
+    std::optional<NSAttributedString> attributedText_;
+    bool isPlain_ = true;
+    UIFont font_ = UIFont::system(17);
+    UIColor textColor_ = UIColor::label();
+    NSTextAlignment textAlignment_ = NSTextAlignment::natural;
+    NSLineBreakMode lineBreakMode_ = NSLineBreakMode::byTruncatingTail;
+    int numberOfLines_ = 1;
+    bool adjustsFontSizeToFitWidth_ = false;
+    double minimumScaleFactor_ = 0;
+    double preferredMaxLayoutWidth_ = 0;
+    bool enabled_ = true;
+};
+
+} // namespace trelundo

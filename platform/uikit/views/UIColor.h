@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/graphics/CGColor.h"
+#include "platform/uikit/views/UITraitCollection.h"
+
+#include <functional>
+#include <memory>
+
+namespace trelundo {
+
+/// A colour, fixed or dependent on the traits. Components are fractions of 1 in sRGB.
+class UIColor {
+public:
+    UIColor(double red, double green, double blue, double alpha = 1) : fixed_{red, green, blue, alpha} {}
+    UIColor(CGColor color) : fixed_(color) {}
+    static UIColor gray(double white, double alpha) { return {white, white, white, alpha}; }
+    static UIColor dynamic(std::function<UIColor(UITraitCollection const&)> rule);
+
+    static UIColor black() { return {0, 0, 0}; }
+    static UIColor white() { return {1, 1, 1}; }
+    static UIColor clear() { return {0, 0, 0, 0}; }
+    static UIColor gray() { return {0.5, 0.5, 0.5}; }
+    static UIColor lightGray() { return {2.0 / 3, 2.0 / 3, 2.0 / 3}; }
+    static UIColor darkGray() { return {1.0 / 3, 1.0 / 3, 1.0 / 3}; }
+    static UIColor red() { return {1, 0, 0}; }
+    static UIColor systemBlue();
+    static UIColor systemRed();
+    static UIColor systemGray();
+    static UIColor label();
+    static UIColor systemBackground();
+
+    UIColor withAlphaComponent(double alpha) const;
+    /// The fixed colour under `traits`.
+    UIColor resolved(UITraitCollection const& traits) const;
+    /// A snapshot under the current traits; later appearance changes do not alter it.
+    CGColor cgColor() const { return resolved(UITraitCollection::current()).fixed_; }
+    CGColor cgColor(UITraitCollection const& traits) const { return resolved(traits).fixed_; }
+    bool isDynamic() const { return static_cast<bool>(rule_); }
+
+    /// Components of fixed colours; identity of the rule for dynamic ones.
+    bool operator==(UIColor const& other) const;
+
+private:
+    CGColor fixed_;
+    std::shared_ptr<std::function<UIColor(UITraitCollection const&)> const> rule_;
+    double alphaFactor_ = -1; // a dynamic colour with another alpha
+};
+
+} // namespace trelundo

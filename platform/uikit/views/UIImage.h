@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/foundation/Bundle.h"
+#include "platform/graphics/Picture.h"
+
+#include <string>
+
+namespace trelundo {
+
+enum class UIImageRenderingMode : int { automatic = 0, alwaysOriginal = 1, alwaysTemplate = 2 };
+
+/// A picture as views show it. Immutable; withRenderingMode gives another one.
+class UIImage : public NSObject {
+public:
+    /// Looks in `bundle` for the name with the suffixes "@3x", "@2x" and none, and the extensions .svg, .png and
+    /// .jpg unless the name has one. Null when nothing is found or the file is broken (logged with its name); an
+    /// empty name gives null with a log line. Results are kept by name.
+    static Ref<UIImage> named(std::string const& name);
+    static Ref<UIImage> named(std::string const& name, Bundle& bundle);
+    explicit UIImage(Ref<Picture> picture, std::string name = {});
+
+    CGSize size() const { return picture_->size(); }
+    double scale() const { return picture_->scale(); }
+    std::string const& name() const { return name_; }
+    Picture const& picture() const { return *picture_; }
+    UIImageRenderingMode renderingMode() const { return renderingMode_; }
+    Ref<UIImage> withRenderingMode(UIImageRenderingMode mode) const;
+    bool flipsForRightToLeftLayoutDirection() const { return flips_; }
+    Ref<UIImage> imageFlippedForRightToLeftLayoutDirection() const;
+
+private:
+    Ref<Picture> picture_;
+    std::string name_;
+    UIImageRenderingMode renderingMode_ = UIImageRenderingMode::automatic;
+    bool flips_ = false;
+};
+
+} // namespace trelundo

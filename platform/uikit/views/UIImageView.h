@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/uikit/views/UIImage.h"
+#include "platform/uikit/views/UIView.h"
+
+namespace trelundo {
+
+/// Shows a picture by its content mode. Intrinsic size: the picture's, none without one. Takes no touches.
+class UIImageView : public UIView {
+public:
+    explicit UIImageView(CGRect frame = {});
+    /// With the picture's size as frame.
+    explicit UIImageView(Ref<UIImage> image);
+
+    Ref<UIImage> image() const { return image_; }
+    void setImage(Ref<UIImage> image);
+
+    CGSize intrinsicContentSize() const override;
+    CGSize sizeThatFits(CGSize size) const override;
+    bool drawsContents() const override { return static_cast<bool>(image_); }
+    void draw(CGRect rect, Canvas& canvas) override;
+    void tintColorDidChange() override;
+    UIAccessibilityTraits accessibilityTraits() const override { return UIAccessibilityTraits::image; }
+
+    /// Where a picture of `size` lies in `bounds` under a content mode.
+    static CGRect contentRect(UIViewContentMode mode, CGSize size, CGRect bounds);
+
+private:
+    Ref<UIImage> image_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/views/UIView.h"
+
+#include <map>
+
+namespace trelundo {
+
+/// The root of a view tree: takes touches in, keeps traits and safe area up to date, lays out before each frame.
+class UIWindow : public UIView {
+public:
+    UIWindow();
+    explicit UIWindow(CGRect frame);
+    ~UIWindow() override;
+
+    Ref<UIViewController> rootViewController() const { return root_; }
+    /// Loads the controller's view, sizes it to the window and, when the window is visible, calls the appearance
+    /// callbacks.
+    void setRootViewController(Ref<UIViewController> controller);
+    void makeKeyAndVisible();
+    bool isVisible() const { return visible_; }
+    /// The topmost presented controller, or the root.
+    Ref<UIViewController> topViewController() const;
+
+    /// The screen's size, orientation, safe area or style changed: sizes, traits and layout follow.
+    void screenDidChange();
+    UITraitCollection const& traitCollection() const override { return traits_; }
+    UIEdgeInsets windowSafeAreaInsets() const { return windowSafeArea_; }
+
+    // Pointer and touch input, in window points. One touch id at a time per finger.
+    void touchBegan(int id, CGPoint location);
+    void touchMoved(int id, CGPoint location);
+    void touchEnded(int id, CGPoint location);
+    void touchCancelled(int id);
+    /// Return and Escape reach alerts (preferred and cancel action); Tab moves the focus, Space presses.
+    enum class Key { returnKey, escape, tab, backtab, space };
+    void keyPressed(Key key);
+
+    /// Constraints, layout and safe-area updates for everything that is marked; part of every run-loop turn.
+    void layoutWindow();
+
+private:
+    friend class UIView;
+    struct State;
+    std::unique_ptr<State> state_;
+    Ref<UIViewController> root_;
+    bool visible_ = false;
+    UITraitCollection traits_;
+    UIEdgeInsets windowSafeArea_;
+};
+
+} // namespace trelundo

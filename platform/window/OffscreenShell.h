@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/foundation/Clock.h"
+#include "platform/uikit/views/UIScreen.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <memory>
+#include <string>
+
+namespace trelundo {
+
+class Surface;
+
+/// A window without a display and with virtual time: 60 frames a second, moved only by advance().
+class OffscreenShell {
+public:
+    struct Configuration {
+        DeviceProfile const* device; // never null
+        bool landscape = false;
+        double startDate = 0; // seconds since 2001-01-01 00:00 UTC
+    };
+    explicit OffscreenShell(Configuration configuration);
+    ~OffscreenShell();
+
+    UIWindow& window() { return *window_; }
+    /// Seconds of virtual time since the start.
+    double now() const { return clock_.now(); }
+    /// Runs the frames of the next `seconds`; with 0 one turn at the present moment.
+    void advance(double seconds);
+    void rotate(bool landscape);
+    void setUserInterfaceStyle(UIUserInterfaceStyle style);
+
+    /// Lays out and draws the present moment.
+    Surface const& render();
+    /// On failure false and a reason naming the file.
+    bool snapshot(std::string const& path, std::string& reason);
+
+    void tap(CGPoint location);
+    /// Presses at `from`, moves by (dx, dy) over `seconds` of virtual time, releases.
+    void drag(CGPoint from, double dx, double dy, double seconds = 0.25);
+
+private:
+    struct State;
+    VirtualClock clock_;
+    Ref<UIWindow> window_;
+    std::unique_ptr<State> state_;
+    long frame_ = 0; // frames since the start; time is frame_ / 60
+};
+
+} // namespace trelundo

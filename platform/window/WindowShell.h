@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/uikit/views/UIScreen.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace trelundo {
+
+/// A real window on the desktop that behaves like a device: mouse, touch, keyboard, wheel, high density, resize.
+/// Runs the platform's main queue in the desktop's event loop.
+class WindowShell {
+public:
+    struct Configuration {
+        DeviceProfile const* device; // never null
+        bool landscape = false;
+        std::string title;
+    };
+    /// Whether a display can be reached.
+    static bool isAvailable();
+
+    WindowShell(int& argc, char** argv, Configuration configuration);
+    ~WindowShell();
+
+    UIWindow& window();
+    /// Shows the window and runs until it is closed or quit() is called; returns the exit status.
+    int run();
+    void quit();
+    /// Called with each line of diagnostics that a test may wait for (first frame shown, resized).
+    void setListener(std::function<void(std::string const&)> listener);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "platform/foundation/NumberFormatter.h"
+#include "platform/storekit/SKProductsRequest.h"
+#include "store/PremiumManagerDelegate.h"
+
+#include <functional>
+
+namespace trelundo {
+
+enum class PremiumManagerState : int { notStarted = 0, loading = 1, loaded = 2, failed = 3 };
+/// None for any value but 0 to 3.
+std::optional<PremiumManagerState> premiumManagerState(int rawValue);
+
+/// The one store client of the process. Set the delegate, call start() with the product identifiers, wait for
+/// premiumManagerDidLoadProducts(), then present a screen; screens buy and restore through it. It observes the
+/// default payment queue from its creation, so transactions of earlier runs reach it at any time.
+class PremiumManager : public NSObject, public SKProductsRequestDelegate, public SKPaymentTransactionObserver {
+public:
+    /// success: only for a purchased transaction; payment: the transaction's, or the one passed in when the device
+    /// cannot pay; deferred: waiting for approval; error: of a failed transaction, null otherwise.
+    using BuyCompletion =
+        std::function<void(bool success, Ref<SKPayment> const& payment, bool deferred, Ref<NSError> const& error)>;
+    using RestoreCompletion = std::function<void(bool success, Ref<NSError> const& error)>;
+
+    struct Purchase {
+        Ref<SKPayment> payment;
+        std::string source;
+        std::string screen;
+        std::string premiumId;
+        std::string abTest;
+        BuyCompletion completion = nullptr;
+    };
+    struct Price {
+        Decimal price;
+        Locale priceLocale;
+        int div = 1;
+        NumberFormatter::RoundingMode roundingMode = NumberFormatter::RoundingMode::down;
+    };
+    struct Period {
+        SKProductPeriodUnit unit;
+        int numberOfPeriods;
+        bool capitalizeFirstLetter = false;
+    };
+
+    PremiumManager();
+    ~PremiumManager() override;
+    /// Created on first access, once, and added to the default queue's observers.
+    static PremiumManager& sharedInstance();
+
+    Ref<PremiumManagerDelegate> delegate() const { return delegate_.lock(); }
+    void setDelegate(Weak<PremiumManagerDelegate> delegate) { delegate_ = std::move(delegate); }
+    PremiumManagerState state() const { return state_; }
+    void setState(PremiumManagerState state) { state_ = state; }
+    Ref<SKProductsRequest> productsRequest() const { return productsRequest_; }
+    std::vector<std::string> const& productIdentifiers() const { return productIdentifiers_; }
+    Products const& products() const { return products_; }
+    /// The delegate's, asked each time; absent without a delegate.
+    std::optional<std::string> applicationUsername() const;
+
+    /// Loads the catalogue, in the order of the identifiers. Does nothing while loading or once loaded; a failed
+    /// load may be started again.
+    void start(std::vector<std::string> productIdentifiers);
+
+    /// Whether the purchase was started. An absent payment counts as started: its outcome arrives from the store.
+    bool purchase(Purchase purchase);
+    void restore(std::string const& source, RestoreCompletion completion);
+
+    /// `price / div` as a currency text of at most two fraction digits.
+    static std::string price(Price const& price);
+    /// Such as "1 week" or "3 Months"; empty for an unknown unit.
+    static std::string period(Period const& period);
+
+    // The store framework's callbacks.
+    void productsRequestDidReceive(SKProductsRequest& request, SKProductsResponse const& response) override;
+    void requestDidFinish(SKRequest& request) override;
+    void requestDidFailWithError(SKRequest& request, Ref<NSError> const& error) override;
+    void paymentQueueUpdatedTransactions(SKPaymentQueue& queue, SKPaymentTransactions const& transactions) override;
+    void paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue& queue) override;
+    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& queue, Ref<NSError> const& error) override;
+    bool paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
+                                           Ref<SKProduct> const& product) override;
+
+private:
+    Weak<PremiumManagerDelegate> delegate_;
+    PremiumManagerState state_ = PremiumManagerState::notStarted;
+    Ref<SKProductsRequest> productsRequest_;
+    std::vector<std::string> productIdentifiers_;
+    Products products_;
+    std::string buySource_;
+    std::string buyScreen_;
+    std::string buyPremiumId_;
+    std::string buyABTest_;
+    BuyCompletion buyCompletion_; // never cleared after use
+    int restoreCount_ = 0;
+    RestoreCompletion restoreCompletion_; // never cleared after use
+};
+
+} // namespace trelundo

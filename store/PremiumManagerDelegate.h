@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/storekit/SKPaymentQueue.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+using Products = std::vector<Ref<SKProduct>>;
+
+/// Parameters of an analytics event. An entry without value stands for a known absence.
+using EventParameters = std::map<std::string, std::optional<std::string>>;
+
+/// The host's side of the store client: answers questions, receives products and analytics events.
+class PremiumManagerDelegate {
+public:
+    virtual ~PremiumManagerDelegate() = default;
+    /// The account token for payments; absent: none.
+    virtual std::optional<std::string> applicationUsername() const = 0;
+    virtual void logEvent(std::string const& name) = 0;
+    virtual void logEvent(std::string const& name, EventParameters const& parameters) = 0;
+    /// The products request has finished, completely or not; `products` is in the host's order.
+    virtual void premiumManagerDidLoadProducts(Products const& products) = 0;
+    /// Whether a purchase promoted in the store goes on now.
+    virtual bool paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
+                                                   Ref<SKProduct> const& product) = 0;
+};
+
+} // namespace trelundo
