@@ -13,7 +13,8 @@ class Common {
 public:
     /// The text under `key` in the table `resource` of `bundle`; the key itself when it is missing.
     static std::string localizedString(std::string_view key, Bundle& bundle, std::string_view resource);
-    /// The picture `name` among the resources of `bundle`; null when it is missing.
+    /// The picture `name` among the resources of `bundle`; null when it is missing. Pictures are not divided
+    /// by `resource`: a bundle keeps them in one place.
     static Ref<UIImage> loadImageBundle(std::string const& name, Bundle& bundle, std::string_view resource);
 
     /// The kit's own bundle, compiled into the library.

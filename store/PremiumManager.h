@@ -13,14 +13,16 @@ enum class PremiumManagerState : int { notStarted = 0, loading = 1, loaded = 2, 
 std::optional<PremiumManagerState> premiumManagerState(int rawValue);
 
 /// The one store client of the process. Set the delegate, call start() with the product identifiers, wait for
-/// premiumManagerDidLoadProducts(), then present a screen; screens buy and restore through it. It observes the
-/// default payment queue from its creation, so transactions of earlier runs reach it at any time.
-class PremiumManager : public NSObject, public SKProductsRequestDelegate, public SKPaymentTransactionObserver {
+/// premiumManagerDidLoadProducts(), then present a screen; screens buy and restore through it. It observes
+/// the default payment queue from its creation, so transactions of earlier runs reach it at any time.
+class PremiumManager : public NSObject,
+                       public SKProductsRequestDelegate,
+                       public SKPaymentTransactionObserver {
 public:
-    /// success: only for a purchased transaction; payment: the transaction's, or the one passed in when the device
-    /// cannot pay; deferred: waiting for approval; error: of a failed transaction, null otherwise.
-    using BuyCompletion =
-        std::function<void(bool success, Ref<SKPayment> const& payment, bool deferred, Ref<NSError> const& error)>;
+    /// success: only for a purchased transaction; payment: the transaction's, or the one passed in when the
+    /// device cannot pay; deferred: waiting for approval; error: of a failed transaction, null otherwise.
+    using BuyCompletion = std::function<void(bool success, Ref<SKPayment> const& payment, bool deferred,
+                                             Ref<NSError> const& error)>;
     using RestoreCompletion = std::function<void(bool success, Ref<NSError> const& error)>;
 
     struct Purchase {
@@ -58,16 +60,20 @@ public:
     /// The delegate's, asked each time; absent without a delegate.
     std::optional<std::string> applicationUsername() const;
 
-    /// Loads the catalogue, in the order of the identifiers. Does nothing while loading or once loaded; a failed
-    /// load may be started again.
+    /// Loads the catalogue, in the order of the identifiers. Does nothing while loading or once loaded; a
+    /// failed load may be started again.
     void start(std::vector<std::string> productIdentifiers);
 
-    /// Whether the purchase was started. An absent payment counts as started: its outcome arrives from the store.
+    /// Whether the purchase was started. An absent payment counts as started: its outcome arrives from the
+    /// store.
     bool purchase(Purchase purchase);
     void restore(std::string const& source, RestoreCompletion completion);
 
     /// `price / div` as a currency text of at most two fraction digits.
     static std::string price(Price const& price);
+    /// The share of a product's or a discount's price in its own locale, rounded down.
+    static std::string price(SKProduct const& product, int div = 1);
+    static std::string price(SKProductDiscount const& discount, int div = 1);
     /// Such as "1 week" or "3 Months"; empty for an unknown unit.
     static std::string period(Period const& period);
 
@@ -75,13 +81,25 @@ public:
     void productsRequestDidReceive(SKProductsRequest& request, SKProductsResponse const& response) override;
     void requestDidFinish(SKRequest& request) override;
     void requestDidFailWithError(SKRequest& request, Ref<NSError> const& error) override;
-    void paymentQueueUpdatedTransactions(SKPaymentQueue& queue, SKPaymentTransactions const& transactions) override;
+    void paymentQueueUpdatedTransactions(SKPaymentQueue& queue,
+                                         SKPaymentTransactions const& transactions) override;
     void paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue& queue) override;
-    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& queue, Ref<NSError> const& error) override;
+    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& queue,
+                                                        Ref<NSError> const& error) override;
     bool paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
                                            Ref<SKProduct> const& product) override;
 
 private:
+    static std::string periodTemplate(SKProductPeriodUnit unit, int numberOfPeriods);
+    void refuse(Ref<SKPayment> const& payment);
+    void completePurchase(Ref<SKPaymentTransaction> const& transaction);
+    void failPurchase(Ref<SKPaymentTransaction> const& transaction);
+    void deferPurchase(Ref<SKPaymentTransaction> const& transaction);
+    void completeRestored(Ref<SKPaymentTransaction> const& transaction);
+    void reportPurchase(bool success, Ref<SKPayment> const& payment, bool deferred,
+                        Ref<NSError> const& error);
+    void reportRestored();
+
     Weak<PremiumManagerDelegate> delegate_;
     PremiumManagerState state_ = PremiumManagerState::notStarted;
     Ref<SKProductsRequest> productsRequest_;

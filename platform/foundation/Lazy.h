@@ -52,4 +52,10 @@ private:
     std::vector<Ref<T>> objects_;
 };
 
+/// Gives a view made at once the name of its property.
+template <class T> Ref<T> named(std::string_view name, Ref<T> view) {
+    view->setAccessibilityIdentifier(std::string{name});
+    return view;
+}
+
 } // namespace trelundo

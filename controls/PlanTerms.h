@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/storekit/SKPayment.h"
+#include "platform/storekit/SKProduct.h"
+#include "store/PremiumManagerDelegate.h"
+
+#include <optional>
+
+namespace trelundo {
+
+/// The terms under which `product` would be bought: the promotional offer whose identifier is that of
+/// `paymentDiscount` (an offer without identifier matches an absent payment discount), else the introductory
+/// price unless it was offered before, else null.
+Ref<SKProductDiscount> offerDiscount(SKProduct const& product, Ref<SKPaymentDiscount> const& paymentDiscount,
+                                     bool introductoryPriceWasOffered);
+
+bool isFreeTrial(Ref<SKProductDiscount> const& discount);
+
+/// How much cheaper `yearlyPrice` is than `count` times `price`, in percent, rounded to tens with halves away
+/// from zero. Not bounded: a dearer year gives a negative figure. A zero `price` ends the program.
+int savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count);
+
+/// The saving of a yearly product against the first product of one month, else of 7 days; absent when there
+/// is neither.
+std::optional<int> yearlySaving(SKProduct const& yearly, Products const& products);
+
+} // namespace trelundo

@@ -1,0 +1,167 @@
+#include "common/Common.h"
+#include "controls/PlanTerms.h"
+#include "controls/PremiumButton.h"
+#include "platform/foundation/Lazy.h"
+#include "platform/foundation/Strings.h"
+
+#include <algorithm>
+
+namespace trelundo {
+
+namespace {
+
+constexpr double titleLineSpacing = 4;
+constexpr double gapBeforeTotalBlock = 8;
+constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
+
+std::string filled(std::string_view key, std::string_view price) {
+    return replacingOccurrences(Common::text(key), "$$$", price);
+}
+
+/// `price` with the suffix of a unit; empty where a unit has none.
+std::string priceForUnit(SKProductPeriodUnit unit, std::string_view price) {
+    switch (unit) {
+    case SKProductPeriodUnit::week:
+        return filled("$$$/week", price);
+    case SKProductPeriodUnit::month:
+        return filled("$$$/mo", price);
+    case SKProductPeriodUnit::year:
+        return filled("$$$/year", price);
+    case SKProductPeriodUnit::day:
+        break;
+    }
+    return {};
+}
+
+bool runsForOneYear(SKProductDiscount const& offer) {
+    return offer.numberOfPeriods() == 1 && offer.subscriptionPeriod() == oneYear;
+}
+
+std::string offerPeriodText(SKProductDiscount const& offer) {
+    bool const countsUnits =
+        runsForOneYear(offer) || offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront;
+    return PremiumManager::period(
+        {.unit = offer.subscriptionPeriod().unit,
+         .numberOfPeriods = countsUnits ? offer.subscriptionPeriod().numberOfUnits : offer.numberOfPeriods(),
+         .capitalizeFirstLetter = true});
+}
+
+std::string offerPriceText(SKProductDiscount const& offer) {
+    if (runsForOneYear(offer)) return filled("$$$/mo", PremiumManager::price(offer, 12));
+    auto const price = PremiumManager::price(offer);
+    if (offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront) return price;
+    return priceForUnit(offer.subscriptionPeriod().unit, price);
+}
+
+std::string regularPriceText(SKProduct const& product) {
+    auto const& period = *product.subscriptionPeriod();
+    return period.numberOfUnits == 1 ? priceForUnit(period.unit, PremiumManager::price(product))
+                                     : std::string{};
+}
+
+} // namespace
+
+std::string PremiumButton::plan(Plan const& plan) {
+    auto const& period = plan.productSubscriptionPeriod;
+    if (plan.periodUnitDown && (period == oneYear || period.is(1, SKProductPeriodUnit::week))) {
+        auto const text = Common::text(period == oneYear ? "12 months" : "7 days");
+        return plan.capitalizeFirstLetter ? localizedCapitalized(text) : text;
+    }
+    return PremiumManager::period({.unit = period.unit,
+                                   .numberOfPeriods = period.numberOfUnits,
+                                   .capitalizeFirstLetter = plan.capitalizeFirstLetter});
+}
+
+void PremiumButton::productDidChange() {
+    if (!product_) return;
+    auto const& period = product_->subscriptionPeriod();
+    if (!period || period->numberOfUnits == 0) {
+        showOneTimePurchase();
+        return;
+    }
+    auto const discount = offer();
+    bool const isTrial = isFreeTrial(discount);
+    bool const showsMonthlyShare = *period == oneYear && !isTrial;
+    if (showsMonthlyShare) addTotalBlock();
+    if (discount && !isTrial) {
+        showIntroductoryPrice(*discount);
+        return;
+    }
+    auto const firstLine = plan(
+        {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = isTrial});
+    showPlan(firstLine, showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product_));
+}
+
+void PremiumButton::showOneTimePurchase() {
+    setTitle(filled("One-Time Purchase: $$$", PremiumManager::price(*product_)), UIControlState::normal);
+}
+
+void PremiumButton::showPlan(std::string const& firstLine, std::string const& secondLine) {
+    setTitle(firstLine + ": " + secondLine, UIControlState::normal);
+    NSAttributedString title{firstLine + "\n", attributes(textBoldFont_)};
+    title.append(secondLine, attributes(textFont_));
+    setAttributedTitle(title, UIControlState::selected);
+    setAttributedTitle(title, UIControlState::selected | UIControlState::highlighted);
+}
+
+void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
+    auto const leadIn = runsForOneYear(offer)
+                            ? filled("Just $$$ for a year", PremiumManager::price(offer)) + ", "
+                            : std::string{};
+    auto line1 = replacingOccurrences(Common::text("%%% for Just $$$"), "%%%", offerPeriodText(offer));
+    line1 = replacingOccurrences(line1, "$$$", offerPriceText(offer));
+    auto line2 = replacingOccurrences(Common::text("@@@$$$ after"), "@@@", leadIn);
+    line2 = replacingOccurrences(line2, "$$$", regularPriceText(*product_));
+    setAttributedTitle(NSAttributedString{line1 + ".\n" + line2, attributes(textFont_)},
+                       UIControlState::normal);
+}
+
+std::string PremiumButton::monthlyShareLine() const {
+    auto const share = filled("$$$/mo", PremiumManager::price(*product_, 12));
+    auto const saving = yearlySaving(*product_, products_);
+    if (!saving) return share;
+    // Only two of the three signs are replaced: the third stays as the percent sign.
+    return share + " · " +
+           replacingOccurrences(Common::text("Save %%% per year"), "%%", std::to_string(*saving));
+}
+
+void PremiumButton::addTotalBlock() {
+    totalSeparatorView_ = named("totalSeparatorView", make<UIView>());
+    totalSeparatorView_->setBackgroundColor(textColor_);
+    addSubview(totalSeparatorView_);
+
+    totalLabel_ = named("totalLabel", make<UILabel>());
+    totalLabel_->setNumberOfLines(2);
+    auto style = attributes(textBoldFont_);
+    style.set(NSAttributedStringKey::paragraphStyle,
+              {.alignment = NSTextAlignment::center, .lineSpacing = titleLineSpacing});
+    totalLabel_->setAttributedText(
+        NSAttributedString{filled("Total:\n$$$", PremiumManager::price(*product_)), std::move(style)});
+    totalLabel_->sizeToFit();
+    addSubview(totalLabel_);
+}
+
+void PremiumButton::keepTitleClearOfTotalBlock() {
+    if (totalSeparatorView_->isHidden()) return;
+    auto frame = titleLabel()->frame();
+    if (isRightToLeft()) {
+        double const limit = totalSeparatorView_->frame().maxX() + gapBeforeTotalBlock;
+        if (frame.minX() >= limit) return;
+        frame = {limit, frame.minY(), std::max(0.0, frame.maxX() - limit), frame.height()};
+    } else {
+        double const limit = totalSeparatorView_->frame().minX() - gapBeforeTotalBlock;
+        if (frame.maxX() <= limit) return;
+        frame.size.width = std::max(0.0, limit - frame.minX());
+    }
+    titleLabel()->setFrame(frame);
+}
+
+TextAttributes PremiumButton::attributes(UIFont font) const {
+    TextAttributes result;
+    result.set(NSAttributedStringKey::font, font);
+    result.set(NSAttributedStringKey::foregroundColor, textColor_);
+    result.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = titleLineSpacing});
+    return result;
+}
+
+} // namespace trelundo

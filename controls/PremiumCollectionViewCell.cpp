@@ -1,0 +1,15 @@
+#include "controls/PremiumCollectionViewCell.h"
+
+namespace trelundo {
+
+PremiumCollectionViewCell::PremiumCollectionViewCell(CGRect frame)
+    : FeatureCell(frame) {
+    contentView()->addSubview(label_);
+    activate({
+        label_->leadingAnchor() == contentView()->leadingAnchor() + 10,
+        label_->trailingAnchor() == contentView()->trailingAnchor() - 10,
+        label_->bottomAnchor() == contentView()->bottomAnchor() - 8,
+    });
+}
+
+} // namespace trelundo

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "controls/FeatureCell.h"
+
+namespace trelundo {
+
+/// The feature tile of the second generation: caption at the top.
+class PremiumV2CollectionViewCell : public FeatureCell {
+public:
+    using FeatureCell::FeatureCell;
+    explicit PremiumV2CollectionViewCell(CGRect frame = {});
+
+    Ref<UILabel> const& label() override;
+
+private:
+    Lazy<UILabel> label_{"label"};
+};
+
+} // namespace trelundo

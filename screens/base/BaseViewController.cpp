@@ -1,0 +1,79 @@
+#include "screens/base/BaseViewController.h"
+
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/views/UIScreen.h"
+
+namespace trelundo {
+
+namespace {
+constexpr double smallScreenPixelHeight = 1136;
+}
+
+BaseViewController::BaseViewController()
+    : isSmallScreen_(UIScreen::main().nativeBounds().height() <= smallScreenPixelHeight)
+    , activityIndicatorView_(named("activityIndicatorView",
+                                   make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large))) {
+    activityIndicatorView_->setTranslatesAutoresizingMaskIntoConstraints(false);
+}
+
+void BaseViewController::viewDidLoad() {
+    UIViewController::viewDidLoad();
+    if (source_ == "AppStore") purchasePayment(nullptr);
+}
+
+Ref<UIView> const& BaseViewController::dimmView() {
+    return dimmView_([this] {
+        auto view = make<UIView>();
+        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        view->setBackgroundColor(UIColor::gray(0.0, 0.7));
+        view->setHidden(true);
+        view->addSubview(activityIndicatorView_);
+        activate({
+            activityIndicatorView_->centerXAnchor() == view->centerXAnchor(),
+            activityIndicatorView_->centerYAnchor() == view->centerYAnchor(),
+        });
+        return view;
+    });
+}
+
+void BaseViewController::addDimmView() {
+    view()->addSubview(dimmView());
+    activate({
+        dimmView()->topAnchor() == view()->topAnchor(),
+        dimmView()->leadingAnchor() == view()->leadingAnchor(),
+        dimmView()->trailingAnchor() == view()->trailingAnchor(),
+        dimmView()->bottomAnchor() == view()->bottomAnchor(),
+    });
+}
+
+void BaseViewController::setProgressShown(bool shown) {
+    if (shown)
+        activityIndicatorView_->startAnimating();
+    else
+        activityIndicatorView_->stopAnimating();
+    dimmView()->setHidden(!shown);
+}
+
+void BaseViewController::close() {
+    NotificationCenter::defaultCenter().post(TrelundoKitPremiumWillDismissNotificationName);
+    dismiss(true,
+            [] { NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName); });
+}
+
+Ref<SKPayment> BaseViewController::makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount) {
+    auto payment = make<SKMutablePayment>(product);
+    payment->setApplicationUsername(PremiumManager::sharedInstance().applicationUsername());
+    if (discount) payment->setPaymentDiscount(std::move(discount));
+    return payment;
+}
+
+void BaseViewController::userAgreement(UIControl& /*sender*/) {
+    if (auto host = delegate()) host->userAgreement();
+}
+
+void BaseViewController::privacyPolicy(UIControl& /*sender*/) {
+    if (auto host = delegate()) host->privacyPolicy();
+}
+
+} // namespace trelundo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/layout/UIStackView.h"
+#include "screens/base/BaseViewController.h"
+
+#include <vector>
+
+namespace trelundo {
+
+/// The row of legal links at the foot of a screen: system-type buttons with "|" between them.
+struct LinksRow {
+    enum class Link { userAgreement, privacyPolicy, alreadyPaid };
+
+    std::vector<Link> links;
+    UIFont font;
+    UIColor color;
+    UIEdgeInsets buttonContentInsets = {};
+    UIStackViewAlignment alignment = UIStackViewAlignment::fill;
+
+    /// A horizontal stack whose buttons call the screen's own link and restore actions.
+    Ref<UIStackView> make(BaseViewController& screen) const;
+};
+
+} // namespace trelundo

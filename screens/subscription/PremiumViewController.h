@@ -1,0 +1,88 @@
+#pragma once
+
+#include "controls/PremiumButton.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/layout/UIStackView.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "screens/base/BaseViewController.h"
+#include "screens/base/FeatureCarousel.h"
+
+#include <map>
+
+namespace trelundo {
+
+/// The first paywall: a header picture with logo and title, a drifting strip of features, one button per
+/// product, a continue button that buys the selected one, and a row of legal links. A second tap on the
+/// selected product buys it too. Properties are to be set before the view loads.
+class PremiumViewController : public BaseViewController, public PremiumButtonDelegate {
+public:
+    using PaymentDiscounts = std::map<std::string, Ref<SKPaymentDiscount>>;
+
+    PremiumViewController();
+    explicit PremiumViewController(NSCoder const& /*archive*/)
+        : PremiumViewController() {}
+
+    /// One button each, in this order.
+    Products const& products() const { return products_; }
+    void setProducts(Products products) { products_ = std::move(products); }
+    /// The product that starts selected; an index outside the list selects none. Not changed by taps.
+    int selectedProductIndex() const { return selectedProductIndex_; }
+    void setSelectedProductIndex(int index) { selectedProductIndex_ = index; }
+    /// The carousel's tiles; at least one.
+    std::vector<Feature> const& features() const { return carousel_->features(); }
+    void setFeatures(std::vector<Feature> features) { carousel_->setFeatures(std::move(features)); }
+    /// Promotional offers to pay with, by product identifier.
+    PaymentDiscounts const& paymentDiscounts() const { return paymentDiscounts_; }
+    void setPaymentDiscounts(PaymentDiscounts discounts) { paymentDiscounts_ = std::move(discounts); }
+
+    void updateOffer(std::optional<std::string> const& title,
+                     std::optional<std::string> const& subtitle) override;
+
+    void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
+    void viewDidDisappear(bool animated) override;
+    void traitCollectionDidChange(UITraitCollection const* previous) override;
+
+private:
+    void addBackground();
+    void addCloseButton();
+    void addContent();
+    void addTerms();
+    void installRegularLayout();
+    void installCompactLayout();
+
+    Ref<PremiumButton> makePremiumButton(Ref<SKProduct> const& product, int index);
+    void selectProduct(PremiumButton& sender);
+    void purchaseProduct();
+
+    Ref<UIButton> const& closeButton();
+    std::vector<Ref<PremiumButton>> const& premiumButtons();
+    Ref<UIButton> const& continueButton();
+    Ref<UIStackView> const& premiumButtonsStackView();
+    Ref<UILabel> const& subtitleLabel();
+    Ref<UIStackView> const& continueStackView();
+    Ref<UIStackView> const& linksStackView();
+    Ref<UIStackView> const& termsStackView();
+    Ref<UICollectionView> const& collectionView();
+    Ref<UIStackView> const& premiumContentStackView();
+
+    bool isSizeClassLayoutInstalled_ = false;
+    PaymentDiscounts paymentDiscounts_;
+    Products products_;
+    int selectedProductIndex_ = 0;
+    Ref<FeatureCarousel> carousel_;
+    Ref<UIImageView> backgroundImageView_;
+    Lazy<UIButton> closeButton_{"closeButton"};
+    Ref<UIStackView> premiumLogoStackView_;
+    LazyList<PremiumButton> premiumButtons_{"premiumButtons"};
+    Lazy<UIButton> continueButton_{"continueButton"};
+    Lazy<UIStackView> premiumButtonsStackView_{"premiumButtonsStackView"};
+    Lazy<UILabel> subtitleLabel_{"subtitleLabel"};
+    Lazy<UIStackView> continueStackView_{"continueStackView"};
+    Lazy<UIStackView> linksStackView_{"linksStackView"};
+    Lazy<UIStackView> termsStackView_{"termsStackView"};
+    Lazy<UICollectionView> collectionView_{"collectionView"};
+    Lazy<UIStackView> premiumContentStackView_{"premiumContentStackView"};
+};
+
+} // namespace trelundo

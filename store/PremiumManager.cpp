@@ -1,0 +1,230 @@
+#include "store/PremiumManager.h"
+
+#include "platform/foundation/FatalError.h"
+#include "platform/storekit/SKError.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace trelundo {
+
+namespace {
+
+/// Codes that stand for the user's own cancelling: no error to report.
+bool isCancellation(NSError const& error) {
+    return error.code() == static_cast<int>(SKErrorCode::paymentCancelled) || error.code() == -2;
+}
+
+EventParameters errorParameters(std::string function, Ref<NSError> const& error) {
+    return {{"Class", "PremiumManager"},
+            {"Function", std::move(function)},
+            {"Error", error ? error->description() : std::string{}}};
+}
+
+/// Puts products into the order of `identifiers`. A product that is not among them compares with nothing, so
+/// it keeps its place and the runs on either side of it are sorted on their own.
+void sortByHostOrder(Products& products, std::vector<std::string> const& identifiers) {
+    std::unordered_map<std::string_view, std::size_t> positions;
+    for (std::size_t i = 0; i < identifiers.size(); ++i) positions.try_emplace(identifiers[i], i);
+    auto const isListed = [&](Ref<SKProduct> const& product) {
+        return positions.contains(product->productIdentifier());
+    };
+    auto const comesBefore = [&](Ref<SKProduct> const& a, Ref<SKProduct> const& b) {
+        return positions.at(a->productIdentifier()) < positions.at(b->productIdentifier());
+    };
+    for (auto begin = products.begin(); begin != products.end();) {
+        begin = std::find_if(begin, products.end(), isListed);
+        auto const end = std::find_if_not(begin, products.end(), isListed);
+        std::stable_sort(begin, end, comesBefore);
+        begin = end;
+    }
+}
+
+} // namespace
+
+std::optional<PremiumManagerState> premiumManagerState(int rawValue) {
+    if (rawValue < 0 || rawValue > 3) return std::nullopt;
+    return static_cast<PremiumManagerState>(rawValue);
+}
+
+PremiumManager::PremiumManager() = default;
+
+PremiumManager::~PremiumManager() { SKPaymentQueue::defaultQueue().removeTransactionObserver(*this); }
+
+PremiumManager& PremiumManager::sharedInstance() {
+    static PremiumManager& manager = *[] {
+        auto const& created =
+            *new Ref<PremiumManager>{make<PremiumManager>()}; // lives as long as the process
+        SKPaymentQueue::defaultQueue().addTransactionObserver(created);
+        return created.get();
+    }();
+    return manager;
+}
+
+std::optional<std::string> PremiumManager::applicationUsername() const {
+    auto const delegate = delegate_.lock();
+    return delegate ? delegate->applicationUsername() : std::nullopt;
+}
+
+// Catalogue
+
+void PremiumManager::start(std::vector<std::string> productIdentifiers) {
+    if (state_ != PremiumManagerState::notStarted && state_ != PremiumManagerState::failed) return;
+    state_ = PremiumManagerState::loading;
+    productIdentifiers_ = std::move(productIdentifiers);
+    productsRequest_ = make<SKProductsRequest>(
+        std::set<std::string>{productIdentifiers_.begin(), productIdentifiers_.end()});
+    productsRequest_->setDelegate(this);
+    productsRequest_->start();
+}
+
+void PremiumManager::productsRequestDidReceive(SKProductsRequest& /*request*/,
+                                               SKProductsResponse const& response) {
+    products_ = response.products();
+}
+
+void PremiumManager::requestDidFinish(SKRequest& request) {
+    if (!dynamic_cast<SKProductsRequest*>(&request)) return;
+    sortByHostOrder(products_, productIdentifiers_);
+    bool const isComplete =
+        std::ranges::equal(products_, productIdentifiers_, {}, &SKProduct::productIdentifier);
+    state_ = isComplete && !productIdentifiers_.empty() ? PremiumManagerState::loaded
+                                                        : PremiumManagerState::failed;
+    if (auto delegate = delegate_.lock()) delegate->premiumManagerDidLoadProducts(products_);
+}
+
+void PremiumManager::requestDidFailWithError(SKRequest& request, Ref<NSError> const& error) {
+    if (!dynamic_cast<SKProductsRequest*>(&request)) return;
+    state_ = PremiumManagerState::failed;
+    if (auto delegate = delegate_.lock()) delegate->logEvent("Error", errorParameters("request", error));
+}
+
+// Purchase and restore
+
+bool PremiumManager::purchase(Purchase purchase) {
+    buySource_ = purchase.source;
+    buyScreen_ = purchase.screen;
+    buyPremiumId_ = purchase.premiumId;
+    buyABTest_ = purchase.abTest;
+    buyCompletion_ = std::move(purchase.completion);
+    if (!purchase.payment) return true;
+    if (!SKPaymentQueue::canMakePayments()) {
+        refuse(purchase.payment);
+        return false;
+    }
+    SKPaymentQueue::defaultQueue().add(purchase.payment);
+    if (auto delegate = delegate_.lock()) {
+        auto const discount = purchase.payment->paymentDiscount();
+        delegate->logEvent("Buy",
+                           {{"Product", purchase.payment->productIdentifier()},
+                            {"Source", buySource_},
+                            {"Screen", buyScreen_},
+                            {"Premium Id", buyPremiumId_},
+                            {"AB Test", buyABTest_},
+                            {"Promotion", discount ? std::optional{discount->identifier()} : std::nullopt}});
+    }
+    return true;
+}
+
+void PremiumManager::refuse(Ref<SKPayment> const& payment) {
+    reportPurchase(false, payment, false, nullptr);
+    if (auto delegate = delegate_.lock()) {
+        delegate->logEvent("Error",
+                           {{"Class", "PremiumManager"},
+                            {"Function", "purchase"},
+                            {"Product", payment->productIdentifier()},
+                            {"Can Make Payments", SKPaymentQueue::canMakePayments() ? "true" : "false"}});
+    }
+}
+
+void PremiumManager::restore(std::string const& source, RestoreCompletion completion) {
+    restoreCount_ = 0;
+    restoreCompletion_ = std::move(completion);
+    SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
+    if (auto delegate = delegate_.lock()) delegate->logEvent("Restore Purchuses", {{"Source", source}});
+}
+
+void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,
+                                                     SKPaymentTransactions const& transactions) {
+    SKPaymentTransactions restored;
+    for (auto const& transaction : transactions) {
+        switch (transaction->transactionState()) {
+        case SKPaymentTransactionState::purchasing:
+            break;
+        case SKPaymentTransactionState::purchased:
+            completePurchase(transaction);
+            break;
+        case SKPaymentTransactionState::failed:
+            failPurchase(transaction);
+            break;
+        case SKPaymentTransactionState::restored:
+            restoreCount_ = trappingSum(restoreCount_, 1);
+            restored.push_back(transaction);
+            break;
+        case SKPaymentTransactionState::deferred:
+            deferPurchase(transaction);
+            break;
+        }
+    }
+    // Only now, when all of the update are counted, so that they give one report.
+    for (auto const& transaction : restored) completeRestored(transaction);
+}
+
+void PremiumManager::completePurchase(Ref<SKPaymentTransaction> const& transaction) {
+    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    reportPurchase(true, transaction->payment(), false, nullptr);
+}
+
+void PremiumManager::failPurchase(Ref<SKPaymentTransaction> const& transaction) {
+    auto const error = transaction->error();
+    if (!error || !isCancellation(*error)) {
+        if (auto delegate = delegate_.lock())
+            delegate->logEvent("Error", errorParameters("updatedTransactions", error));
+    }
+    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    reportPurchase(false, transaction->payment(), false, error);
+}
+
+void PremiumManager::deferPurchase(Ref<SKPaymentTransaction> const& transaction) {
+    if (auto delegate = delegate_.lock()) delegate->logEvent("Purchases Deferred");
+    reportPurchase(false, transaction->payment(), true, nullptr);
+}
+
+void PremiumManager::completeRestored(Ref<SKPaymentTransaction> const& transaction) {
+    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    restoreCount_ = trappingSum(restoreCount_, -1);
+    if (restoreCount_ == 0) reportRestored();
+}
+
+void PremiumManager::paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue& queue) {
+    // With transactions on the queue, the restored ones report the end themselves.
+    if (queue.transactions().empty()) reportRestored();
+}
+
+void PremiumManager::paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& /*queue*/,
+                                                                    Ref<NSError> const& error) {
+    if (!error || !isCancellation(*error)) {
+        if (auto delegate = delegate_.lock())
+            delegate->logEvent("Error", errorParameters("SKPaymentQueue", error));
+    }
+    if (auto const completion = restoreCompletion_) completion(false, error);
+}
+
+bool PremiumManager::paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
+                                                       Ref<SKProduct> const& product) {
+    auto const delegate = delegate_.lock();
+    return delegate && delegate->paymentQueueShouldAddStorePayment(queue, payment, product);
+}
+
+void PremiumManager::reportPurchase(bool success, Ref<SKPayment> const& payment, bool deferred,
+                                    Ref<NSError> const& error) {
+    // A copy, because the completion may start the next purchase and replace itself.
+    if (auto const completion = buyCompletion_) completion(success, payment, deferred, error);
+}
+
+void PremiumManager::reportRestored() {
+    if (auto delegate = delegate_.lock()) delegate->logEvent("Purchases Restored");
+    if (auto const completion = restoreCompletion_) completion(true, nullptr);
+}
+
+} // namespace trelundo

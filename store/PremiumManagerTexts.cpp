@@ -1,0 +1,48 @@
+#include "common/Common.h"
+#include "platform/foundation/FatalError.h"
+#include "platform/foundation/Strings.h"
+#include "store/PremiumManager.h"
+
+namespace trelundo {
+
+std::string PremiumManager::price(Price const& price) {
+    NumberFormatter formatter;
+    formatter.setNumberStyle(NumberFormatter::Style::currency);
+    formatter.setLocale(price.priceLocale);
+    formatter.setRoundingMode(price.roundingMode);
+    formatter.setMaximumFractionDigits(2);
+    auto text = formatter.string(price.price / Decimal{price.div});
+    if (!text) fatalError("A number formatter gave no text for a price");
+    return *std::move(text);
+}
+
+std::string PremiumManager::price(SKProduct const& product, int div) {
+    return price({.price = product.price(), .priceLocale = product.priceLocale(), .div = div});
+}
+
+std::string PremiumManager::price(SKProductDiscount const& discount, int div) {
+    return price({.price = discount.price(), .priceLocale = discount.priceLocale(), .div = div});
+}
+
+std::string PremiumManager::period(Period const& period) {
+    auto const text = replacingOccurrences(periodTemplate(period.unit, period.numberOfPeriods), "2",
+                                           std::to_string(period.numberOfPeriods));
+    return period.capitalizeFirstLetter ? localizedCapitalized(text) : text;
+}
+
+std::string PremiumManager::periodTemplate(SKProductPeriodUnit unit, int numberOfPeriods) {
+    bool const isSingular = numberOfPeriods == 1;
+    switch (unit) {
+    case SKProductPeriodUnit::day:
+        return Common::text(isSingular ? "1 day" : "2 days");
+    case SKProductPeriodUnit::week:
+        return Common::text(isSingular ? "1 week" : "2 weeks");
+    case SKProductPeriodUnit::month:
+        return Common::text(isSingular ? "1 month" : "2 months");
+    case SKProductPeriodUnit::year:
+        return Common::text(isSingular ? "1 year" : "2 years");
+    }
+    return {};
+}
+
+} // namespace trelundo
