@@ -16,7 +16,7 @@ struct TextLimits {
     double height = greatestFiniteMagnitude; // lines that do not fit whole are cut
     int numberOfLines = 0;                   // 0: unlimited
     /// How the last allowed line ends; absent: as its paragraph style says.
-    std::optional<NSLineBreakMode> lineBreakMode;
+    std::optional<NSLineBreakMode> lineBreakMode = std::nullopt;
     /// All fonts, kerning and line spacing multiplied by this.
     double fontScale = 1;
     /// Direction of natural alignment where the text itself has none, and of the paragraph's base.

@@ -28,11 +28,12 @@ inline constexpr AttributeKey<double> baselineOffset{"NSBaselineOffset"};
 struct TextDefaults {
     UIFont font = UIFont::system(17);
     UIColor color = UIColor::black();
-    NSParagraphStyle paragraph;
+    NSParagraphStyle paragraph = {};
 };
 
-/// The runs to be set in type, with dynamic colours resolved under the current traits.
-std::vector<TextRun> textRuns(NSAttributedString const& text, TextDefaults const& defaults);
+/// The runs to be set in type, with dynamic colours resolved under `traits`.
+std::vector<TextRun> textRuns(NSAttributedString const& text, TextDefaults const& defaults,
+                              UITraitCollection const& traits = UITraitCollection::current());
 
 /// The rectangle that `text` fills when set in lines inside `size` (points, fractional, origin zero; the
 /// greatest finite magnitude never wraps; height is no limit). Runs without a font are set in system 12.

@@ -2,9 +2,9 @@
 
 #include "platform/graphics/text/TextStyle.h"
 
-#include <optional>
-
 namespace trelundo {
+
+class UIFontDescriptor;
 
 /// A face of the system family at a size in points. A value; equal when size, weight and slant are.
 class UIFont {
@@ -17,10 +17,13 @@ public:
         static Weight const ultraLight, thin, light, regular, medium, semibold, bold, heavy, black;
     };
 
-    static UIFont system(double size) ;
+    // A size of 0 or less, or NaN, gives a font of 1 point.
+    static UIFont system(double size);
     static UIFont system(double size, Weight weight);
     static UIFont boldSystem(double size);
     static UIFont italicSystem(double size);
+    /// The face that `descriptor` describes; with size 0 at the descriptor's own size.
+    static UIFont withDescriptor(UIFontDescriptor const& descriptor, double size);
 
     double pointSize() const { return size_; }
     Weight weight() const { return weight_; }
@@ -32,13 +35,13 @@ public:
     double capHeight() const { return spec().capHeight(); }
     double xHeight() const { return spec().xHeight(); }
     UIFont withSize(double size) const;
+    UIFontDescriptor fontDescriptor() const;
     FontSpec spec() const { return {size_, weight_.hundreds(), italic_}; }
 
     bool operator==(UIFont const&) const = default;
 
 private:
-    friend class UIFontDescriptor;
-    UIFont(double size, Weight weight, bool italic) : size_(size), weight_(weight), italic_(italic) {}
+    UIFont(double size, Weight weight, bool italic);
 
     double size_;
     Weight weight_;

@@ -5,15 +5,22 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 namespace trelundo {
 
 /// A colour, fixed or dependent on the traits. Components are fractions of 1 in sRGB.
 class UIColor {
 public:
-    UIColor(double red, double green, double blue, double alpha = 1) : fixed_{red, green, blue, alpha} {}
-    UIColor(CGColor color) : fixed_(color) {}
+    UIColor(double red, double green, double blue, double alpha = 1)
+        : fixed_{red, green, blue, alpha} {}
+    UIColor(CGColor color)
+        : fixed_(color) {}
+    /// "#rrggbb" or "#rrggbbaa"; none for any other text.
+    static std::optional<UIColor> fromHex(std::string_view text);
     static UIColor gray(double white, double alpha) { return {white, white, white, alpha}; }
+    /// `rule` is asked again for every set of traits; each call makes a colour of its own identity.
     static UIColor dynamic(std::function<UIColor(UITraitCollection const&)> rule);
 
     static UIColor black() { return {0, 0, 0}; }
@@ -43,7 +50,7 @@ public:
 private:
     CGColor fixed_;
     std::shared_ptr<std::function<UIColor(UITraitCollection const&)> const> rule_;
-    double alphaFactor_ = -1; // a dynamic colour with another alpha
+    std::optional<double> ruleAlpha_; // replaces the alpha that the rule gives
 };
 
 } // namespace trelundo
