@@ -1,0 +1,143 @@
+#include "tools/paywall/CommandLine.h"
+
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/Languages.h"
+#include "tools/paywall/Screens.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace trelundo::paywall {
+
+namespace {
+
+/// Texts as they come from the command line, before they are checked.
+struct RawOptions {
+    std::string device = "phone-390x844";
+    std::string products;
+    std::vector<std::string> discounts;
+    std::vector<std::string> settings;
+};
+
+std::vector<std::string> splitList(std::string const& text) {
+    std::vector<std::string> items;
+    std::size_t begin = 0;
+    for (auto end = text.find(','); end != std::string::npos; end = text.find(',', begin)) {
+        items.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    items.push_back(text.substr(begin));
+    return items;
+}
+
+std::pair<std::string, std::string> splitAssignment(std::string const& option, std::string const& text) {
+    auto const separator = text.find('=');
+    if (separator == std::string::npos || separator == 0)
+        failUsage(fmt::format("{}: \"{}\" is not of the form NAME=VALUE", option, text));
+    return {text.substr(0, separator), text.substr(separator + 1)};
+}
+
+void addCatalogueOptions(CLI::App& command, Options& options, RawOptions& raw) {
+    command.add_option("--catalogue", options.catalogue,
+                       "StoreKit configuration (built-in demonstration catalogue)");
+    command.add_option("--products", raw.products, "Identifiers in host order, with commas between");
+    command.add_option("--language", options.language, "The user's preferred language (en)");
+}
+
+void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
+    command.add_option("SCREEN", options.screen, "Class name, as `paywall screens` lists")->required();
+    addCatalogueOptions(command, options, raw);
+    command.add_option("--select", options.select, "Index of the product that starts selected (0)");
+    command.add_option("--device", raw.device, "As `paywall devices` lists (phone-390x844)");
+    command.add_flag("--landscape", options.landscape, "Turns the device");
+    command.add_option("--source", options.source, "Analytics context: where the paywall was opened from");
+    command.add_option("--premium-id", options.premiumId, "Analytics context: the paywall configuration");
+    command.add_option("--ab-test", options.abTest, "Analytics context: the test tag");
+    command.add_flag("--introductory-price-was-offered", options.introductoryPriceWasOffered,
+                     "Introductory prices count as absent");
+    command.add_option("--discount", raw.discounts, "PRODUCT=OFFER: a payment discount for a product");
+    command.add_option("--set", raw.settings, "NAME=VALUE: any other public property");
+    command.add_option("--app-name", options.appName, "The application's name");
+    command.add_option("--username", options.username, "The account token of payments");
+    command.add_flag("--no-delegate", options.noDelegate, "The screen gets no delegate");
+    command.add_option("--store", options.store, "The sandbox store's file");
+    command.add_flag("--cannot-make-payments", options.cannotMakePayments, "The device may not pay");
+    command.add_flag("--fake-clock", options.fakeClock, "Fixed time and identifiers");
+    command.add_option("--seed", options.seed, "Seed of the identifiers (1)");
+    command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
+}
+
+void check(Options& options, RawOptions const& raw) {
+    if (!raw.products.empty()) options.products = splitList(raw.products);
+    options.device = DeviceProfile::find(raw.device);
+    if (!options.device)
+        failUsage(fmt::format("--device: unknown device \"{}\" (see `paywall devices`)", raw.device));
+    if (!isKnownLanguage(options.language))
+        failUsage(
+            fmt::format("--language: unknown language \"{}\" (see `paywall languages`)", options.language));
+    if (!options.screen.empty() && !findScreen(options.screen))
+        failUsage(fmt::format("unknown screen \"{}\" (see `paywall screens`)", options.screen));
+    for (auto const& text : raw.discounts) options.discounts.insert(splitAssignment("--discount", text));
+    for (auto const& text : raw.settings) options.settings.push_back(splitAssignment("--set", text));
+}
+
+} // namespace
+
+std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
+    Options options;
+    RawOptions raw;
+    CLI::App app{"Shows, draws and drives paywalls against an embedded sandbox store.", "paywall"};
+    app.require_subcommand(1);
+
+    app.add_subcommand("screens", "Lists the screens");
+    app.add_subcommand("devices", "Lists the devices");
+    app.add_subcommand("languages", "Lists the languages of the texts");
+
+    auto* products = app.add_subcommand("products", "Prints a catalogue as a paywall would show it");
+    addCatalogueOptions(*products, options, raw);
+    products->get_option("--catalogue")->required();
+    products->add_flag("--json", options.json, "One JSON object a product");
+
+    auto* render = app.add_subcommand("render", "Draws a screen into a PNG file");
+    addScreenOptions(*render, options, raw);
+    render->add_option("--out", options.out, "The picture to write")->required();
+
+    auto* describe = app.add_subcommand("describe", "Prints the laid-out view tree as JSON");
+    addScreenOptions(*describe, options, raw);
+
+    auto* run =
+        app.add_subcommand("run", "Drives a screen from a script, without a display, in virtual time");
+    addScreenOptions(*run, options, raw);
+    run->add_option("--script", options.script, "The steps, one a line")->required();
+    run->add_option("--log", options.log, "Where the log goes (standard output)");
+
+    auto* show = app.add_subcommand("show", "Shows a screen in a window");
+    addScreenOptions(*show, options, raw);
+    show->add_option("--log", options.log, "Where the log goes (standard output)");
+
+    auto* store = app.add_subcommand("store", "Looks into a sandbox store's file");
+    store->add_option("ACTION", options.storeAction, "list, approve, decline or clear")
+        ->required()
+        ->check(CLI::IsMember({"list", "approve", "decline", "clear"}));
+    store->add_option("ID", options.transaction, "The transaction to approve or decline");
+    store->add_option("--store", options.store, "The sandbox store's file")->required();
+
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::CallForHelp const& help) {
+        app.exit(help);
+        return std::nullopt;
+    } catch (CLI::ParseError const& error) {
+        failUsage(error.what());
+    }
+    options.command = app.get_subcommands().front()->get_name();
+    if (options.command == "render" || options.command == "describe" || options.command == "run")
+        options.fakeClock = true;
+    check(options, raw);
+    bool const decides = options.storeAction == "approve" || options.storeAction == "decline";
+    if (decides && options.transaction.empty())
+        failUsage("store " + options.storeAction + ": the ID is missing");
+    return options;
+}
+
+} // namespace trelundo::paywall

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+namespace trelundo::paywall {
+
+/// Exit statuses of the tool.
+inline constexpr int statusOk = 0;
+inline constexpr int statusFailure =
+    1; // a failing input: no such file, not a catalogue, an expectation not met
+inline constexpr int statusUsage = 2; // an unknown command, option, screen, device, language or script step
+
+/// Why a command stops: caught in one place, told on standard error. Used within the tool only.
+struct Failure {
+    int status;
+    std::string message;
+};
+
+[[noreturn]] inline void failInput(std::string message) { throw Failure{statusFailure, std::move(message)}; }
+[[noreturn]] inline void failUsage(std::string message) { throw Failure{statusUsage, std::move(message)}; }
+
+} // namespace trelundo::paywall

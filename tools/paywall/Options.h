@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/uikit/views/UIScreen.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace trelundo::paywall {
+
+/// What the command line asks for, checked as far as it can be without opening a file.
+struct Options {
+    std::string command;
+
+    std::string screen;                   // class name
+    std::optional<std::string> catalogue; // absent: the built-in demonstration catalogue
+    std::optional<std::vector<std::string>>
+        products; // absent: every auto-renewable subscription, in file order
+    int select = 0;
+    DeviceProfile const* device = nullptr; // set by parsing
+    bool landscape = false;
+    std::string language = "en";
+    std::string source;
+    std::string premiumId;
+    std::string abTest;
+    bool introductoryPriceWasOffered = false;
+    std::map<std::string, std::string> discounts;              // offer by product
+    std::vector<std::pair<std::string, std::string>> settings; // --set, in order
+    std::optional<std::string> appName;
+    std::optional<std::string> username;
+    bool noDelegate = false;
+    std::optional<std::string> store; // absent: in memory (show: the user's data folder)
+    bool cannotMakePayments = false;
+    bool fakeClock = false; // fixed time and identifiers
+    unsigned seed = 1;
+    std::vector<std::string> pictureFolders;
+
+    std::optional<std::string> out;
+    std::optional<std::string> script;
+    std::optional<std::string> log;
+    bool json = false;
+
+    std::string storeAction; // list, approve, decline, clear
+    std::string transaction; // of approve and decline
+
+    std::vector<std::string> gallery;
+};
+
+} // namespace trelundo::paywall

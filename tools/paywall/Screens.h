@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/uikit/controllers/UIViewController.h"
+#include "screens/base/BaseViewController.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace trelundo::paywall {
+
+/// What a screen class needs from the tool: how to make one, and its public properties by name.
+struct ScreenType {
+    using PaymentDiscounts = std::map<std::string, Ref<SKPaymentDiscount>>;
+    using Setter = std::function<void(UIViewController& screen, std::string const& value)>;
+
+    std::string name;
+    std::function<Ref<BaseViewController>()> make;
+    /// Every public property that a command line may set, texts parsed. "none" assigns absent.
+    std::map<std::string, Setter> properties;
+    /// Payment discounts by product identifier.
+    std::function<void(UIViewController&, PaymentDiscounts const&)> setDiscounts;
+    std::function<void(UIViewController&, Products const&, int select)> setProducts;
+};
+
+std::vector<ScreenType> const& screens();
+/// Null when the name is unknown.
+ScreenType const* findScreen(std::string const& name);
+/// Assigns one property. An unknown name or a value that cannot be read throws a Failure with status 2.
+void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name, std::string const& value);
+
+} // namespace trelundo::paywall
