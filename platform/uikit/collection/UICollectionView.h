@@ -17,7 +17,8 @@ public:
     virtual int numberOfSections(UICollectionView&) { return 1; }
     virtual int numberOfItemsInSection(UICollectionView& collectionView, int section) = 0;
     /// Must return a cell dequeued from `collectionView`.
-    virtual Ref<UICollectionViewCell> cellForItemAt(UICollectionView& collectionView, IndexPath indexPath) = 0;
+    virtual Ref<UICollectionViewCell> cellForItemAt(UICollectionView& collectionView,
+                                                    IndexPath indexPath) = 0;
 };
 
 class UICollectionViewDelegate : public UIScrollViewDelegate {
@@ -60,11 +61,15 @@ public:
     struct ItemRange {
         int begin;
         int end;
+        bool contains(int item) const { return item >= begin && item < end; }
+        bool operator==(ItemRange const&) const = default;
     };
     ItemRange itemsIn(CGRect rect, int count, CGSize bounds, bool rightToLeft) const;
 
 private:
     friend class UICollectionView;
+    struct Grid;
+    Grid grid(int count, CGSize bounds) const;
     void invalidate();
 
     CGSize itemSize_{50, 50};
@@ -90,7 +95,8 @@ public:
 
     /// Makes cells of class Cell for `reuseIdentifier`.
     template <class Cell> void registerClass(std::string reuseIdentifier) {
-        registerFactory(std::move(reuseIdentifier), [](CGRect frame) -> Ref<UICollectionViewCell> { return make<Cell>(frame); });
+        registerFactory(std::move(reuseIdentifier),
+                        [](CGRect frame) -> Ref<UICollectionViewCell> { return make<Cell>(frame); });
     }
     /// A reused cell after prepareForReuse(), or a new one. An unregistered identifier ends the program.
     Ref<UICollectionViewCell> dequeueReusableCell(std::string const& reuseIdentifier, IndexPath indexPath);
@@ -102,20 +108,49 @@ public:
     bool allowsSelection() const { return allowsSelection_; }
     void setAllowsSelection(bool allows) { allowsSelection_ = allows; }
 
-    /// A request before the first layout is kept and applied, clamped, at the first layout with non-empty bounds.
+    /// A request before the first layout is kept and applied, clamped, at the first layout with non-empty
+    /// bounds.
     void scrollToItem(IndexPath indexPath, UICollectionViewScrollPosition position, bool animated);
 
     void layoutSubviews() override;
+    void safeAreaInsetsDidChange() override;
+    void touchesBegan(UITouch& touch) override;
     void touchesEnded(UITouch& touch) override;
+    void touchesCancelled(UITouch& touch) override;
 
 protected:
     void offsetDidChange() override;
+    void sizeDidChange(CGSize before) override;
 
 private:
     friend class UICollectionViewFlowLayout;
-    void registerFactory(std::string reuseIdentifier, std::function<Ref<UICollectionViewCell>(CGRect)> factory);
+    void registerFactory(std::string reuseIdentifier,
+                         std::function<Ref<UICollectionViewCell>(CGRect)> factory);
 
     struct State;
+
+    void layoutDidInvalidate();
+    CGSize layoutSize() const;
+    CGRect frameOfItem(int item);
+    void requireItem(IndexPath indexPath);
+    void refreshLayout();
+    void keepPosition(CGSize from, CGSize to);
+    bool isMirroredStrip() const;
+    void startPosition();
+    CGPoint offsetForItem(int item, UICollectionViewScrollPosition position);
+    void applyPendingScroll();
+
+    // Cells (UICollectionViewCells.cpp).
+    void updateCells();
+    void updateCells(CGRect assigned, CGRect shown);
+    void showItem(int item);
+    void recycleCell(int item);
+    void recycleAllCells();
+    void placeCells();
+    void followShownOffset(bool follow);
+    int itemAt(UITouch& touch);
+    void endHighlight();
+
     std::unique_ptr<State> state_;
     Ref<UICollectionViewFlowLayout> layout_;
     Weak<UICollectionViewDataSource> dataSource_;

@@ -25,6 +25,8 @@ public:
 
 private:
     friend class UICollectionView;
+    void place(CGRect frame);
+
     Ref<UIView> contentView_;
     bool highlighted_ = false;
     bool selected_ = false;

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "platform/uikit/collection/ScrollArithmetic.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace trelundo {
 
-enum class UIScrollViewContentInsetAdjustmentBehavior : int { automatic = 0, scrollableAxes = 1, never = 2, always = 3 };
+enum class UIScrollViewContentInsetAdjustmentBehavior : int {
+    automatic = 0,
+    scrollableAxes = 1,
+    never = 2,
+    always = 3
+};
 
 /// Told of scrolling, synchronously. A protocol: implement it beside NSObject.
 class UIScrollViewDelegate {
@@ -20,8 +26,8 @@ public:
     virtual void scrollViewDidEndScrollingAnimation(UIScrollView&) {}
 };
 
-/// A window onto larger content. Its offset is the origin of its bounds; dragging runs on with inertia and springs
-/// back from beyond the edges. It can be dragged while an animation moves its offset.
+/// A window onto larger content. Its offset is the origin of its bounds; dragging runs on with inertia and
+/// springs back from beyond the edges. It can be dragged while an animation moves its offset.
 class UIScrollView : public UIView {
 public:
     explicit UIScrollView(CGRect frame = {});
@@ -30,16 +36,28 @@ public:
     CGPoint contentOffset() const { return bounds().origin; }
     /// Not clamped; inside an animation block the shown offset follows.
     void setContentOffset(CGPoint offset);
+    /// Animated: within 0.3 seconds, then scrollViewDidEndScrollingAnimation; contentOffset() follows frame
+    /// by frame.
     void setContentOffset(CGPoint offset, bool animated);
+    /// Moves at once by `delta` points, kept within the edges (a mouse wheel); does nothing while scrolling
+    /// is off.
+    void scrollBy(CGPoint delta);
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
     UIEdgeInsets contentInset() const { return contentInset_; }
     void setContentInset(UIEdgeInsets insets);
     UIEdgeInsets adjustedContentInset() const;
-    UIScrollViewContentInsetAdjustmentBehavior contentInsetAdjustmentBehavior() const { return insetAdjustment_; }
+    UIScrollViewContentInsetAdjustmentBehavior contentInsetAdjustmentBehavior() const {
+        return insetAdjustment_;
+    }
     void setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior behavior);
     bool bounces() const { return bounces_; }
     void setBounces(bool bounces) { bounces_ = bounces; }
+    /// Whether an axis on which everything fits can be dragged all the same, against the rubber band.
+    bool alwaysBounceHorizontal() const { return alwaysBounceHorizontal_; }
+    void setAlwaysBounceHorizontal(bool always) { alwaysBounceHorizontal_ = always; }
+    bool alwaysBounceVertical() const { return alwaysBounceVertical_; }
+    void setAlwaysBounceVertical(bool always) { alwaysBounceVertical_ = always; }
     bool isScrollEnabled() const { return scrollEnabled_; }
     void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
@@ -58,24 +76,66 @@ public:
 
     void setBounds(CGRect bounds) override;
     void didMoveToWindow() override;
+    void layoutSubviews() override;
+    void safeAreaInsetsDidChange() override;
 
-    // The window's way in: a touch in this view or a descendant, before the touched view sees it. True: the
-    // scroll view has taken the touch over and the touched view's touch is cancelled.
+    /// The window's way in: a touch in this view or a descendant, in every phase, before the touched view
+    /// sees it. True: the scroll view has taken the touch over and the touched view's touch is cancelled
+    /// (also for the last phase, when the touch only served to stop a running deceleration).
     bool trackTouch(UITouch& touch);
 
 protected:
     /// The offset has changed (by whom ever). Overrides call the superclass.
     virtual void offsetDidChange();
+    /// Layout has found another size than `before`: brings back what now lies beyond the far edge.
+    virtual void sizeDidChange(CGSize before);
     CGPoint minimumOffset() const;
     CGPoint maximumOffset() const;
 
 private:
     struct State;
+
+    struct OffsetRanges {
+        scroll::Range horizontal;
+        scroll::Range vertical;
+        CGPoint clamped(CGPoint offset) const {
+            return {horizontal.clamped(offset.x), vertical.clamped(offset.y)};
+        }
+    };
+    OffsetRanges offsetRanges() const;
+    void applyOffset(CGPoint offset);
+    void showIndicators();
+    void fadeIndicators();
+
+    // Dragging (UIScrollViewDragging.cpp).
+    bool canDragHorizontally() const;
+    bool canDragVertically() const;
+    void beginTracking(UITouch& touch);
+    bool continueTracking(UITouch& touch);
+    bool endTracking(UITouch& touch);
+    void beginDragging(CGPoint translation);
+    void dragTo(CGPoint location);
+    void endDragging(CGPoint velocity);
+    void askForTarget(CGPoint& velocity);
+    bool needsMotion(CGPoint velocity) const;
+
+    // Movement by itself (UIScrollViewMotion.cpp).
+    void beginDecelerating(CGPoint velocity);
+    void beginAnimating(CGPoint target);
+    void startMotion();
+    void stopMotion();
+    void motionFrame(double now);
+    bool decelerateBy(double seconds);
+    bool animateBy(double seconds);
+
     std::unique_ptr<State> state_;
     CGSize contentSize_;
     UIEdgeInsets contentInset_;
-    UIScrollViewContentInsetAdjustmentBehavior insetAdjustment_ = UIScrollViewContentInsetAdjustmentBehavior::automatic;
+    UIScrollViewContentInsetAdjustmentBehavior insetAdjustment_ =
+        UIScrollViewContentInsetAdjustmentBehavior::automatic;
     bool bounces_ = true;
+    bool alwaysBounceHorizontal_ = false;
+    bool alwaysBounceVertical_ = false;
     bool scrollEnabled_ = true;
     bool showsHorizontal_ = true;
     bool showsVertical_ = true;

@@ -1,0 +1,139 @@
+#include "platform/uikit/collection/UIScrollView.h"
+
+#include "platform/coreanimation/CADisplayLink.h"
+#include "platform/coreanimation/CATransaction.h"
+#include "platform/uikit/collection/UIScrollViewState.h"
+
+namespace trelundo {
+
+UIScrollView::UIScrollView(CGRect frame)
+    : UIView(frame)
+    , state_(std::make_unique<State>(layer())) {
+    setClipsToBounds(true);
+}
+
+UIScrollView::~UIScrollView() {
+    if (state_->linked) CADisplayLink::remove(state_->displayLink);
+}
+
+// Offset.
+
+void UIScrollView::setContentOffset(CGPoint offset) {
+    // A step of an animation chain adds to whatever moves the content; a plain assignment takes over.
+    if (!CATransaction::isAnimating()) stopMotion();
+    applyOffset(offset);
+}
+
+void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
+    if (!animated) return setContentOffset(offset);
+    stopMotion();
+    beginAnimating(offset);
+}
+
+void UIScrollView::scrollBy(CGPoint delta) {
+    if (!scrollEnabled_ || isTracking()) return;
+    stopMotion();
+    CGPoint const target = offsetRanges().clamped(contentOffset() + delta);
+    if (target == contentOffset()) return;
+    showIndicators();
+    applyOffset(target);
+    fadeIndicators();
+}
+
+void UIScrollView::applyOffset(CGPoint offset) { setBounds({offset, bounds().size}); }
+
+void UIScrollView::setBounds(CGRect bounds) {
+    CGPoint const before = contentOffset();
+    UIView::setBounds(bounds);
+    if (contentOffset() != before) offsetDidChange();
+}
+
+void UIScrollView::offsetDidChange() {
+    setNeedsLayout();
+    state_->indicators.update(
+        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
+    if (auto delegate = scrollDelegate()) delegate->scrollViewDidScroll(*this);
+}
+
+CGPoint UIScrollView::minimumOffset() const {
+    UIEdgeInsets const insets = adjustedContentInset();
+    return {-insets.left, -insets.top};
+}
+
+CGPoint UIScrollView::maximumOffset() const {
+    UIEdgeInsets const insets = adjustedContentInset();
+    CGSize const size = bounds().size;
+    return {std::max(-insets.left, contentSize_.width - size.width + insets.right),
+            std::max(-insets.top, contentSize_.height - size.height + insets.bottom)};
+}
+
+UIScrollView::OffsetRanges UIScrollView::offsetRanges() const {
+    CGPoint const low = minimumOffset();
+    CGPoint const high = maximumOffset();
+    return {{low.x, high.x}, {low.y, high.y}};
+}
+
+// Content and insets.
+
+void UIScrollView::setContentSize(CGSize size) {
+    contentSize_ = size;
+    setNeedsLayout();
+}
+
+void UIScrollView::setContentInset(UIEdgeInsets insets) {
+    contentInset_ = insets;
+    setNeedsLayout();
+}
+
+void UIScrollView::setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior behavior) {
+    insetAdjustment_ = behavior;
+    setNeedsLayout();
+}
+
+UIEdgeInsets UIScrollView::adjustedContentInset() const {
+    using Behavior = UIScrollViewContentInsetAdjustmentBehavior;
+    UIEdgeInsets result = contentInset_;
+    if (insetAdjustment_ == Behavior::never) return result;
+    bool const always = insetAdjustment_ == Behavior::always;
+    UIEdgeInsets const safe = safeAreaInsets();
+    if (always || contentSize_.width > bounds().size.width) {
+        result.left += safe.left;
+        result.right += safe.right;
+    }
+    if (always || contentSize_.height > bounds().size.height) {
+        result.top += safe.top;
+        result.bottom += safe.bottom;
+    }
+    return result;
+}
+
+// Layout and indicators.
+
+void UIScrollView::layoutSubviews() {
+    UIView::layoutSubviews();
+    CGSize const before = std::exchange(state_->lastSize, bounds().size);
+    if (before != bounds().size && !CGRect{{}, before}.isEmpty()) sizeDidChange(before);
+}
+
+void UIScrollView::sizeDidChange(CGSize) {
+    if (isTracking() || state_->motion != State::Motion::none) return;
+    applyOffset(offsetRanges().clamped(contentOffset()));
+}
+
+void UIScrollView::safeAreaInsetsDidChange() {
+    UIView::safeAreaInsetsDidChange();
+    setNeedsLayout();
+}
+
+void UIScrollView::setShowsHorizontalScrollIndicator(bool shows) { showsHorizontal_ = shows; }
+
+void UIScrollView::setShowsVerticalScrollIndicator(bool shows) { showsVertical_ = shows; }
+
+void UIScrollView::showIndicators() {
+    state_->indicators.show(
+        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
+}
+
+void UIScrollView::fadeIndicators() { state_->indicators.fade(); }
+
+} // namespace trelundo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/uikit/collection/ScrollArithmetic.h"
+#include "platform/uikit/collection/ScrollIndicators.h"
+#include "platform/uikit/collection/UIScrollView.h"
+
+#include <deque>
+
+namespace trelundo {
+
+/// What a scroll view knows of its finger and of its movement by itself.
+struct UIScrollView::State {
+    enum class Motion { none, decelerating, animating };
+    struct Sample {
+        double time;
+        CGPoint location; // window points
+    };
+
+    explicit State(CALayer& layer)
+        : indicators(layer) {}
+
+    /// Notes where the finger is and forgets what is older than `window` seconds.
+    void addSample(Sample sample, double window) {
+        samples.push_back(sample);
+        while (sample.time - samples.front().time > window) samples.pop_front();
+    }
+
+    // The finger.
+    Ref<UITouch> touch;
+    bool dragging = false;
+    bool touchStoppedMotion = false;
+    CGPoint start;  // where the touch began
+    CGPoint finger; // the position that the offset accounts for
+    std::deque<Sample> samples;
+
+    // The movement by itself.
+    Motion motion = Motion::none;
+    int displayLink = 0;
+    bool linked = false;
+    double lastFrame = 0;
+    scroll::AxisMotion x;
+    scroll::AxisMotion y;
+    // Of an animated setting: the whole way, its end, and the offset that it set last.
+    CGPoint travel;
+    CGPoint goal;
+    CGPoint expected;
+    double elapsed = 0;
+
+    CGSize lastSize; // at the last layout
+    ScrollIndicators indicators;
+};
+
+} // namespace trelundo
