@@ -13,13 +13,14 @@ namespace trelundo {
 class SKPaymentDiscount : public NSObject {
 public:
     struct Fields {
-        std::string identifier;    // of the promotional offer
-        std::string keyIdentifier; // of the key that signed it
-        std::string nonce;         // UUID, lower case
-        std::string signature;     // base64
-        std::int64_t timestamp = 0; // milliseconds since 1970
+        std::string identifier = {};    // of the promotional offer
+        std::string keyIdentifier = {}; // of the key that signed it
+        std::string nonce = {};         // UUID, lower case
+        std::string signature = {};     // base64
+        std::int64_t timestamp = 0;     // milliseconds since 1970
     };
-    explicit SKPaymentDiscount(Fields fields) : fields_(std::move(fields)) {}
+    explicit SKPaymentDiscount(Fields fields)
+        : fields_(std::move(fields)) {}
 
     std::string const& identifier() const { return fields_.identifier; }
     std::string const& keyIdentifier() const { return fields_.keyIdentifier; }
@@ -35,14 +36,15 @@ private:
 class SKPayment : public NSObject {
 public:
     struct Fields {
-        std::string productIdentifier;
+        std::string productIdentifier = {};
         int quantity = 1;
-        std::optional<std::string> applicationUsername; // an opaque account token
+        std::optional<std::string> applicationUsername = std::nullopt; // an opaque account token
         bool simulatesAskToBuyInSandbox = false;
-        Ref<SKPaymentDiscount> paymentDiscount;
+        Ref<SKPaymentDiscount> paymentDiscount = nullptr;
     };
     explicit SKPayment(SKProduct const& product);
-    explicit SKPayment(Fields fields) : fields_(std::move(fields)) {}
+    explicit SKPayment(Fields fields)
+        : fields_(std::move(fields)) {}
 
     std::string const& productIdentifier() const { return fields_.productIdentifier; }
     int quantity() const { return fields_.quantity; }
@@ -59,13 +61,18 @@ class SKMutablePayment : public SKPayment {
 public:
     using SKPayment::SKPayment;
     /// Without a product the payment has no identifier, and the queue refuses it.
-    SKMutablePayment() : SKPayment(Fields{}) {}
+    SKMutablePayment()
+        : SKPayment(Fields{}) {}
 
     void setProductIdentifier(std::string identifier) { fields_.productIdentifier = std::move(identifier); }
     void setQuantity(int quantity) { fields_.quantity = quantity; }
-    void setApplicationUsername(std::optional<std::string> username) { fields_.applicationUsername = std::move(username); }
+    void setApplicationUsername(std::optional<std::string> username) {
+        fields_.applicationUsername = std::move(username);
+    }
     void setSimulatesAskToBuyInSandbox(bool simulates) { fields_.simulatesAskToBuyInSandbox = simulates; }
-    void setPaymentDiscount(Ref<SKPaymentDiscount> discount) { fields_.paymentDiscount = std::move(discount); }
+    void setPaymentDiscount(Ref<SKPaymentDiscount> discount) {
+        fields_.paymentDiscount = std::move(discount);
+    }
 };
 
 } // namespace trelundo

@@ -8,14 +8,21 @@
 
 namespace trelundo {
 
-enum class SKPaymentTransactionState : int { purchasing = 0, purchased = 1, failed = 2, restored = 3, deferred = 4 };
+enum class SKPaymentTransactionState : int {
+    purchasing = 0,
+    purchased = 1,
+    failed = 2,
+    restored = 3,
+    deferred = 4
+};
 
-/// One purchase or restoration on the queue. The queue updates it in place: the same object comes again with a new
-/// state.
+/// One purchase or restoration on the queue. The queue updates it in place: the same object comes again with
+/// a new state.
 class SKPaymentTransaction : public NSObject {
 public:
     SKPaymentTransaction(Ref<SKPayment> payment, SKPaymentTransactionState state)
-        : payment_(std::move(payment)), state_(state) {}
+        : payment_(std::move(payment))
+        , state_(state) {}
 
     Ref<SKPayment> const& payment() const { return payment_; }
     SKPaymentTransactionState transactionState() const { return state_; }
@@ -31,7 +38,9 @@ public:
     // For the queue, a backend and tests.
     void setState(SKPaymentTransactionState state) { state_ = state; }
     void setError(Ref<NSError> error) { error_ = std::move(error); }
-    void setTransactionIdentifier(std::optional<std::string> identifier) { identifier_ = std::move(identifier); }
+    void setTransactionIdentifier(std::optional<std::string> identifier) {
+        identifier_ = std::move(identifier);
+    }
     void setTransactionDate(std::optional<double> date) { date_ = date; }
     void setOriginal(Ref<SKPaymentTransaction> original) { original_ = std::move(original); }
 

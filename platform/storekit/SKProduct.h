@@ -27,15 +27,16 @@ struct SKProductSubscriptionPeriod {
 class SKProductDiscount : public NSObject {
 public:
     struct Fields {
-        std::optional<std::string> identifier; // none for introductory offers
+        std::optional<std::string> identifier = std::nullopt; // none for introductory offers
         SKProductDiscountType type = SKProductDiscountType::introductory;
         SKProductDiscountPaymentMode paymentMode = SKProductDiscountPaymentMode::freeTrial;
-        Decimal price; // of one period; 0 for a free trial
+        Decimal price = {}; // of one period; 0 for a free trial
         Locale priceLocale{"en_US"};
-        SKProductSubscriptionPeriod subscriptionPeriod;
+        SKProductSubscriptionPeriod subscriptionPeriod = {};
         int numberOfPeriods = 1;
     };
-    explicit SKProductDiscount(Fields fields) : fields_(std::move(fields)) {}
+    explicit SKProductDiscount(Fields fields)
+        : fields_(std::move(fields)) {}
 
     std::optional<std::string> const& identifier() const { return fields_.identifier; }
     SKProductDiscountType type() const { return fields_.type; }
@@ -53,18 +54,20 @@ private:
 class SKProduct : public NSObject {
 public:
     struct Fields {
-        std::string productIdentifier;
-        std::string localizedTitle;
-        std::string localizedDescription;
-        Decimal price; // regular price of one period
+        std::string productIdentifier = {};
+        std::string localizedTitle = {};
+        std::string localizedDescription = {};
+        Decimal price = {}; // regular price of one period
         Locale priceLocale{"en_US"};
         bool isFamilyShareable = false;
-        std::optional<SKProductSubscriptionPeriod> subscriptionPeriod; // none: not a subscription
-        std::optional<std::string> subscriptionGroupIdentifier;
-        Ref<SKProductDiscount> introductoryPrice; // null: none configured
-        std::vector<Ref<SKProductDiscount>> discounts; // promotional offers only
+        std::optional<SKProductSubscriptionPeriod> subscriptionPeriod =
+            std::nullopt; // none: not a subscription
+        std::optional<std::string> subscriptionGroupIdentifier = std::nullopt;
+        Ref<SKProductDiscount> introductoryPrice = nullptr; // null: none configured
+        std::vector<Ref<SKProductDiscount>> discounts = {}; // promotional offers only
     };
-    explicit SKProduct(Fields fields) : fields_(std::move(fields)) {}
+    explicit SKProduct(Fields fields)
+        : fields_(std::move(fields)) {}
 
     std::string const& productIdentifier() const { return fields_.productIdentifier; }
     std::string const& localizedTitle() const { return fields_.localizedTitle; }
@@ -72,8 +75,12 @@ public:
     Decimal const& price() const { return fields_.price; }
     Locale const& priceLocale() const { return fields_.priceLocale; }
     bool isFamilyShareable() const { return fields_.isFamilyShareable; }
-    std::optional<SKProductSubscriptionPeriod> const& subscriptionPeriod() const { return fields_.subscriptionPeriod; }
-    std::optional<std::string> const& subscriptionGroupIdentifier() const { return fields_.subscriptionGroupIdentifier; }
+    std::optional<SKProductSubscriptionPeriod> const& subscriptionPeriod() const {
+        return fields_.subscriptionPeriod;
+    }
+    std::optional<std::string> const& subscriptionGroupIdentifier() const {
+        return fields_.subscriptionGroupIdentifier;
+    }
     Ref<SKProductDiscount> introductoryPrice() const { return fields_.introductoryPrice; }
     std::vector<Ref<SKProductDiscount>> const& discounts() const { return fields_.discounts; }
 

@@ -36,7 +36,8 @@ private:
 class SKProductsResponse : public NSObject {
 public:
     SKProductsResponse(std::vector<Ref<SKProduct>> products, std::vector<std::string> invalid)
-        : products_(std::move(products)), invalid_(std::move(invalid)) {}
+        : products_(std::move(products))
+        , invalid_(std::move(invalid)) {}
 
     std::vector<Ref<SKProduct>> const& products() const { return products_; }
     std::vector<std::string> const& invalidProductIdentifiers() const { return invalid_; }
@@ -51,10 +52,12 @@ class SKProductsRequest;
 class SKProductsRequestDelegate : public SKRequestDelegate {
 public:
     /// Comes before requestDidFinish().
-    virtual void productsRequestDidReceive(SKProductsRequest& request, SKProductsResponse const& response) = 0;
+    virtual void productsRequestDidReceive(SKProductsRequest& request,
+                                           SKProductsResponse const& response) = 0;
 };
 
-/// Asks the store for products. The caller holds it until it ends: a released request is cancelled and silent.
+/// Asks the store for products. The caller holds it until it ends: a released request is cancelled and
+/// silent.
 class SKProductsRequest : public SKRequest {
 public:
     explicit SKProductsRequest(std::set<std::string> productIdentifiers);
@@ -65,6 +68,8 @@ public:
     void cancel() override;
 
 private:
+    void end(int generation, Ref<SKProductsResponse> const& response, Ref<NSError> const& error);
+
     std::set<std::string> identifiers_;
     int generation_ = 0; // an answer of an older start, or after cancel, is dropped
 };

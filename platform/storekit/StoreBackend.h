@@ -12,22 +12,22 @@
 
 namespace trelundo {
 
-/// What a store tells the queue about one transaction. `key` is the store's own durable name for it; the queue
-/// keeps one SKPaymentTransaction per key.
+/// What a store tells the queue about one transaction. `key` is the store's own durable name for it; the
+/// queue keeps one SKPaymentTransaction per key.
 struct StoreTransaction {
-    std::string key;
-    SKPayment::Fields payment;
+    std::string key = {};
+    SKPayment::Fields payment = {};
     SKPaymentTransactionState state = SKPaymentTransactionState::purchasing;
-    Ref<NSError> error;
-    std::string transactionIdentifier; // empty: none yet
-    double date = 0;                   // seconds since 2001-01-01 00:00 UTC
-    std::string originalKey;           // restored ones: the first purchase; empty: none
-    std::string originalIdentifier;
+    Ref<NSError> error = nullptr;
+    std::string transactionIdentifier = {}; // empty: none yet
+    double date = 0;                        // seconds since 2001-01-01 00:00 UTC
+    std::string originalKey = {};           // restored ones: the first purchase; empty: none
+    std::string originalIdentifier = {};
     double originalDate = 0;
 };
 
-/// Receives what a store reports. Calls may come from any thread, and not inside the call that caused them; the
-/// queue moves them to the main queue.
+/// Receives what a store reports. Calls may come from any thread, also inside the call that caused them: the
+/// queue moves every one of them to a later turn of the main queue, in the order in which they came.
 class StoreBackendListener {
 public:
     virtual ~StoreBackendListener() = default;
@@ -38,26 +38,32 @@ public:
     virtual void storefrontChanged() = 0;
 };
 
-/// The seam between the store framework and a store. The embedded sandbox is one implementation; a host can bring
-/// its own. Everything is asynchronous: results come through the listener or the callback, never inside the call.
+/// The seam between the store framework and a store. The embedded sandbox is one implementation; a host can
+/// bring its own. It is called on the main thread. Results come through the listener or the callback, at once
+/// or later.
 class StoreBackend {
 public:
     struct ProductsResult {
-        std::vector<Ref<SKProduct>> products;
-        std::vector<std::string> invalidIdentifiers;
-        Ref<NSError> error; // not null: the request failed
+        std::vector<Ref<SKProduct>> products = {};
+        std::vector<std::string> invalidIdentifiers = {};
+        Ref<NSError> error = nullptr; // not null: the request failed
     };
 
     virtual ~StoreBackend() = default;
+    /// Null: nobody listens any more; no call to the former listener may be running or follow.
     virtual void setListener(StoreBackendListener* listener) = 0;
-    virtual void loadProducts(std::set<std::string> const& identifiers, std::function<void(ProductsResult)> done) = 0;
+    virtual void loadProducts(std::set<std::string> const& identifiers,
+                              std::function<void(ProductsResult)> done) = 0;
     virtual bool canMakePayments() const = 0;
     virtual void addPayment(SKPayment::Fields const& payment) = 0;
-    /// Makes `key` durable as finished before it returns. False: it could not be written; nothing is lost, the
-    /// transaction will come again.
+    /// Makes `key` durable as finished before it returns. False: it could not be written; nothing is lost,
+    /// the transaction will come again.
     virtual bool finish(std::string const& key) = 0;
+    /// Ends with exactly one restoreFinished() or restoreFailed(), after the last restored transaction. The
+    /// queue asks for one restore at a time.
     virtual void restore(std::optional<std::string> const& applicationUsername) = 0;
-    /// Asks for every unfinished transaction to be reported again.
+    /// Asks for every unfinished transaction to be reported again. The queue asks once, at its first
+    /// observer.
     virtual void synchronize() = 0;
     virtual std::string storefront() const = 0; // "USA"
 };

@@ -1,0 +1,10 @@
+#include "platform/storekit/SKPayment.h"
+
+#include "platform/storekit/SKProduct.h"
+
+namespace trelundo {
+
+SKPayment::SKPayment(SKProduct const& product)
+    : fields_{.productIdentifier = product.productIdentifier()} {}
+
+} // namespace trelundo

@@ -1,0 +1,176 @@
+#include "platform/storekit/SKPaymentQueueState.h"
+
+#include "platform/foundation/DispatchQueue.h"
+
+#include <algorithm>
+
+namespace trelundo {
+
+// Reports of the store
+
+void SKPaymentQueue::State::Inbox::post(Event event) const {
+    DispatchQueue::main().async(
+        [queue = queue_, token = std::weak_ptr<char const>(token_), event = std::move(event)] {
+            auto const held = queue.lock();
+            if (held && !token.expired()) event(*held->state_);
+        });
+}
+
+void SKPaymentQueue::State::Inbox::transactionsUpdated(std::vector<StoreTransaction> transactions) {
+    post([transactions = std::move(transactions)](State& state) {
+        // Before the first observer there is nothing to tell: synchronizing will bring everything again.
+        if (!state.isSynchronized) return;
+        state.receive([transactions](State& receiver) { receiver.update(transactions); });
+    });
+}
+
+void SKPaymentQueue::State::Inbox::restoreFinished() {
+    post([](State& state) { state.receive([](State& receiver) { receiver.endRestore(nullptr, true); }); });
+}
+
+void SKPaymentQueue::State::Inbox::restoreFailed(Ref<NSError> error) {
+    post([error](State& state) {
+        state.receive([error](State& receiver) { receiver.endRestore(error, false); });
+    });
+}
+
+void SKPaymentQueue::State::Inbox::promotedPurchase(SKPayment::Fields payment, Ref<SKProduct> product) {
+    post([payment = std::move(payment), product](State& state) {
+        state.receive(
+            [payment, product](State& receiver) { receiver.offerPromotedPurchase(payment, product); });
+    });
+}
+
+void SKPaymentQueue::State::Inbox::storefrontChanged() {
+    post([](State& state) {
+        state.receive([](State& receiver) {
+            receiver.call([&](auto& observer) { observer.paymentQueueDidChangeStorefront(receiver.queue); });
+        });
+    });
+}
+
+void SKPaymentQueue::State::receive(Event event) {
+    heldEvents.push_back(std::move(event));
+    flushHeld();
+}
+
+void SKPaymentQueue::State::flushHeld() {
+    while (!heldEvents.empty() && hasObservers()) {
+        auto const event = std::move(heldEvents.front());
+        heldEvents.pop_front();
+        event(*this);
+    }
+}
+
+void SKPaymentQueue::State::update(std::vector<StoreTransaction> const& reports) {
+    SKPaymentTransactions changed;
+    for (auto const& report : reports) {
+        auto* entry = apply(report);
+        if (!entry || entry->awaitsRestoreEnd) continue;
+        entry->awaitsRestoreEnd = isRestoring && report.state == SKPaymentTransactionState::restored;
+        (entry->awaitsRestoreEnd ? restored : changed).push_back(entry->transaction);
+    }
+    deliver(changed);
+}
+
+SKPaymentQueue::State::Entry* SKPaymentQueue::State::apply(StoreTransaction const& report) {
+    if (finishedKeys.contains(report.key)) return nullptr;
+    auto& entry = entries[report.key];
+    if (!entry.transaction) {
+        entry.transaction = make<SKPaymentTransaction>(make<SKPayment>(report.payment), report.state);
+        keys[entry.transaction.get()] = report.key;
+        pending.push_back(entry.transaction);
+    }
+    auto& transaction = *entry.transaction;
+    transaction.setState(report.state);
+    transaction.setError(report.error);
+    if (!report.transactionIdentifier.empty()) {
+        transaction.setTransactionIdentifier(report.transactionIdentifier);
+        transaction.setTransactionDate(report.date);
+    }
+    if (!report.originalKey.empty()) {
+        auto original =
+            make<SKPaymentTransaction>(transaction.payment(), SKPaymentTransactionState::purchased);
+        original->setTransactionIdentifier(report.originalIdentifier);
+        original->setTransactionDate(report.originalDate);
+        transaction.setOriginal(std::move(original));
+    }
+    return &entry;
+}
+
+void SKPaymentQueue::State::deliver(SKPaymentTransactions const& changed) {
+    if (changed.empty()) return;
+    ++sequence;
+    for (auto const& transaction : changed) {
+        auto const& key = keys.at(transaction.get());
+        entries.at(key).deliveredAt = sequence;
+        if (monitor) monitor->transactionUpdated(key, *transaction);
+    }
+    call([&](auto& observer) { observer.paymentQueueUpdatedTransactions(queue, changed); });
+}
+
+void SKPaymentQueue::State::offerPromotedPurchase(SKPayment::Fields const& payment,
+                                                  Ref<SKProduct> const& product) {
+    auto const offered = make<SKPayment>(payment);
+    bool isAccepted = false;
+    call([&](auto& observer) {
+        isAccepted = isAccepted || observer.paymentQueueShouldAddStorePayment(queue, offered, product);
+    });
+    if (isAccepted) queue.add(offered);
+}
+
+// Observers
+
+bool SKPaymentQueue::State::hasObservers() const {
+    return std::ranges::any_of(observers,
+                               [](Observer const& each) { return static_cast<bool>(each.observer.lock()); });
+}
+
+bool SKPaymentQueue::State::isRegistered(Observer const& observer) const {
+    return std::ranges::any_of(observers, [&](Observer const& each) {
+        return each.joinedAt == observer.joinedAt && each.observer.refersToSame(observer.observer);
+    });
+}
+
+void SKPaymentQueue::State::call(std::function<void(SKPaymentTransactionObserver&)> const& callback) {
+    // A callback may add, remove and destroy observers: who joins now waits for the next call, who left is
+    // not called.
+    auto const present = observers;
+    for (auto const& each : present) {
+        if (!isRegistered(each)) continue;
+        if (auto const observer = each.observer.lock()) callback(*observer);
+    }
+}
+
+void SKPaymentQueue::State::add(Weak<SKPaymentTransactionObserver> observer) {
+    std::erase_if(observers, [](Observer const& each) { return !each.observer.lock(); });
+    auto const isSame = [&](Observer const& each) { return each.observer.refersToSame(observer); };
+    if (!observer.lock() || std::ranges::any_of(observers, isSame)) return;
+    observers.push_back({std::move(observer), ++sequence});
+    later([newcomer = observers.back()](State& state) { state.welcome(newcomer); });
+    synchronize();
+    for (auto const& operation : std::exchange(heldOperations, {})) operation(*this);
+}
+
+void SKPaymentQueue::State::synchronize() {
+    if (!backend || isSynchronized || !hasObservers()) return;
+    isSynchronized = true;
+    backend->synchronize();
+}
+
+void SKPaymentQueue::State::welcome(Observer const& newcomer) {
+    auto const observer = newcomer.observer.lock();
+    if (!observer || !isRegistered(newcomer)) return;
+    SKPaymentTransactions unheard;
+    for (auto const& transaction : pending) {
+        auto const& key = keys.at(transaction.get());
+        auto const& entry = entries.at(key);
+        if (entry.isFinished || entry.deliveredAt == 0 || entry.deliveredAt > newcomer.joinedAt) continue;
+        if (monitor) monitor->transactionUpdated(key, *transaction);
+        unheard.push_back(transaction);
+    }
+    if (!unheard.empty()) observer->paymentQueueUpdatedTransactions(queue, unheard);
+    flushHeld();
+}
+
+} // namespace trelundo
