@@ -5,7 +5,9 @@
 #include "platform/uikit/text/UILabel.h"
 #include "platform/uikit/views/UIImageView.h"
 
-#include <map>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace trelundo {
 
@@ -20,8 +22,8 @@ enum class UIButtonType : int {
     close = 7,
 };
 
-/// A title and a picture that depend on the state. The value for exactly the current state counts, else the one
-/// for normal; an attributed title beats a plain one.
+/// A title and a picture that depend on the state. The value for exactly the current state counts, else the
+/// one for normal; an attributed title beats a plain one.
 class UIButton : public UIControl {
 public:
     explicit UIButton(CGRect frame = {});
@@ -46,11 +48,17 @@ public:
     Ref<UIImage> currentImage() const { return image(state()); }
     UIColor currentTitleColor() const { return titleColor(state()); }
 
-    /// Made on first use; its font, number of lines and line break mode may be set, its text, colour and frame
-    /// are the button's.
+    /// Made on first use; its font, number of lines and line break mode may be set, its text, colour and
+    /// frame are the button's.
     Ref<UILabel> const& titleLabel();
     Ref<UIImageView> const& imageView();
 
+    /// Whether a custom button's picture is darkened while pressed (unless it has a picture for that state).
+    bool adjustsImageWhenHighlighted() const { return adjustsImageWhenHighlighted_; }
+    void setAdjustsImageWhenHighlighted(bool adjusts);
+
+    // In points. The content's insets are part of the intrinsic size, those of title and picture only move
+    // them.
     UIEdgeInsets contentEdgeInsets() const { return contentEdgeInsets_; }
     void setContentEdgeInsets(UIEdgeInsets insets);
     UIEdgeInsets titleEdgeInsets() const { return titleEdgeInsets_; }
@@ -69,12 +77,43 @@ public:
 
 protected:
     void stateDidChange() override;
-    void appearanceDidChange() override;
+    UIControlEvents releaseInsideEvents() const override {
+        return UIControlEvents::touchUpInside | UIControlEvents::primaryActionTriggered;
+    }
 
 private:
     struct State;
+    /// Where title and picture lie in `bounds`; zero sizes for what is not shown.
+    struct Parts {
+        CGRect image;
+        CGRect title;
+    };
+    Parts parts(CGRect bounds) const;
+
+    bool isSystem() const { return type_ != UIButtonType::custom; }
+    bool hasZeroContentInsets() const { return contentEdgeInsets_ == UIEdgeInsets{}; }
+    /// Brings title, pictures and their look in line with the state and the content.
+    void contentDidChange();
+    void updateTitle();
+    void updateImage();
+    void updateBackgroundImage();
+    void updateHighlight();
+    double partAlpha() const;
+    void reportTitle();
+    std::string shownTitle() const;
+    UIColor attributedTitleColor() const;
+    Ref<UIImage> shownImage() const;
+    CGSize titleSize() const;
+    CGSize imageSize() const;
+    CGSize titleSizeWithin(CGSize available) const;
+    CGSize emptySize() const;
+    void sizeDidChange();
+    void makeTitleLabel();
+    void makeImageView();
+
     std::unique_ptr<State> state_;
     UIButtonType type_ = UIButtonType::custom;
+    bool adjustsImageWhenHighlighted_ = true;
     UIEdgeInsets contentEdgeInsets_;
     UIEdgeInsets titleEdgeInsets_;
     UIEdgeInsets imageEdgeInsets_;

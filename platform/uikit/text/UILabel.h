@@ -4,9 +4,17 @@
 #include "platform/uikit/text/AttributedText.h"
 #include "platform/uikit/views/UIView.h"
 
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace trelundo {
 
-/// Shows text in lines: wraps, shrinks to a minimum scale, truncates. Takes no touches.
+/// Shows text in lines: wraps, shrinks to a minimum scale, truncates. Takes no touches. Plain text has the
+/// label's font, colour and paragraph; attributed text takes from the label what it lacks, and a later
+/// assignment of one of these properties replaces that attribute in the whole text.
 class UILabel : public UIView {
 public:
     explicit UILabel(CGRect frame = {});
@@ -42,7 +50,8 @@ public:
     std::optional<double> lastBaselineOffsetFromBottom() const override;
     /// The used rectangle at the top of `bounds`.
     virtual CGRect textRect(CGRect bounds, int numberOfLines) const;
-    /// Draws the text vertically centred in `rect`; overrides may pass a smaller rectangle.
+    /// Draws the text vertically centred in `rect` (at first the bounds). An override that passes a smaller
+    /// rectangle also overrides textBounds().
     virtual void drawText(CGRect rect, Canvas& canvas);
 
     bool drawsContents() const override;
@@ -62,12 +71,42 @@ public:
 
 protected:
     void appearanceDidChange() override;
-    /// The rectangle that drawText receives for `bounds`, used by fit(). A subclass with a margin overrides it.
+    /// The part of `bounds` that the text may fill, by which it is wrapped, measured and shrunk. A subclass
+    /// with a margin overrides it.
     virtual CGRect textBounds(CGRect bounds) const { return bounds; }
 
 private:
+    friend class UIButton;
     struct State;
+    struct Fitted;
+
+    /// Makes this label a button's title: its attributed texts keep their own attributes, the button hears of
+    /// changes and reports the text.
+    void becomeTitle(std::function<void()> contentDidChange);
+    bool isTitle() const;
+    /// Changes the attributes of all runs of an attributed text.
+    template <class Change> void changeAttributes(Change const& change);
+    template <class Change> void changeParagraphs(Change const& change);
     void contentDidChange();
+    void forgetLayouts();
+    void reportText();
+
+    // Measuring (UILabelLayout.cpp).
+    double pixelScale() const;
+    NSLineBreakMode effectiveLineBreakMode() const;
+    std::vector<TextRun> const& layoutRuns() const;
+    TextLimits limits(double width, double height, int lines, double fontScale = 1) const;
+    TextLayout const& layout(TextLimits const& limits) const;
+    TextLayout const& naturalLayout(double width) const;
+    CGSize naturalSize(double width) const;
+    double wrappingWidth() const;
+    TextLimits fittingLimits(CGSize size, double fontScale, double slack) const;
+    bool fits(CGSize size, double fontScale, double slack) const;
+    bool mayShrink() const;
+    double fittingScale(CGSize size) const;
+    double fittingScaleOfLine(double width) const;
+    double fittingScaleOfLines(CGSize size) const;
+    Fitted const& fitted(CGSize size) const;
 
     std::unique_ptr<State> state_;
     std::optional<NSAttributedString> attributedText_;

@@ -12,9 +12,11 @@ enum class UIImageRenderingMode : int { automatic = 0, alwaysOriginal = 1, alway
 /// A picture as views show it. Immutable; withRenderingMode gives another one.
 class UIImage : public NSObject {
 public:
-    /// Looks in `bundle` for the name with the suffixes "@3x", "@2x" and none, and the extensions .svg, .png and
-    /// .jpg unless the name has one. Null when nothing is found or the file is broken (logged with its name); an
-    /// empty name gives null with a log line. Results are kept by name.
+    /// Looks in `bundle` for the name with the suffixes of the screen's scale, then "@3x", "@2x" and none,
+    /// each with the device's idiom ("~ipad") and without, and the extensions .svg, .png and .jpg unless the
+    /// name has one. Null when nothing is found. A broken or oversized file, an empty name and one that
+    /// leaves the bundle
+    /// ("..", a leading slash, a NUL) give null with one log line. Results are kept by bundle and name.
     static Ref<UIImage> named(std::string const& name);
     static Ref<UIImage> named(std::string const& name, Bundle& bundle);
     explicit UIImage(Ref<Picture> picture, std::string name = {});
@@ -29,6 +31,8 @@ public:
     Ref<UIImage> imageFlippedForRightToLeftLayoutDirection() const;
 
 private:
+    Ref<UIImage> copy() const;
+
     Ref<Picture> picture_;
     std::string name_;
     UIImageRenderingMode renderingMode_ = UIImageRenderingMode::automatic;

@@ -25,8 +25,18 @@ public:
     /// Where a picture of `size` lies in `bounds` under a content mode.
     static CGRect contentRect(UIViewContentMode mode, CGSize size, CGRect bounds);
 
+protected:
+    void appearanceDidChange() override;
+
 private:
+    friend class UIButton;
+    /// A pressed button's look: black laid over the picture's own shape.
+    void setDarkened(bool darkened);
+    bool isTemplate() const;
+    void drawImage(Canvas& canvas, std::optional<CGColor> tint);
+
     Ref<UIImage> image_;
+    bool darkened_ = false;
 };
 
 } // namespace trelundo
