@@ -1,0 +1,376 @@
+#include "tests/platform/uikit/ScrollStage.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace trelundo {
+namespace {
+
+using testing::ElementsAre;
+
+// Flow layout arithmetic.
+
+Ref<UICollectionViewFlowLayout> flow(UICollectionViewScrollDirection direction, CGSize item) {
+    auto layout = make<UICollectionViewFlowLayout>();
+    layout->setScrollDirection(direction);
+    layout->setItemSize(item);
+    return layout;
+}
+
+TEST(FlowLayout, Defaults) {
+    auto const layout = make<UICollectionViewFlowLayout>();
+    EXPECT_EQ(layout->itemSize(), (CGSize{50, 50}));
+    EXPECT_EQ(layout->minimumLineSpacing(), 10);
+    EXPECT_EQ(layout->minimumInteritemSpacing(), 10);
+    EXPECT_EQ(layout->scrollDirection(), UICollectionViewScrollDirection::vertical);
+}
+
+TEST(FlowLayout, HorizontalStripOfOneRowIsCentred) {
+    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {116, 110});
+    layout->setSectionInset({4, 15, 8, 25});
+    CGSize const bounds{390, 132};
+    EXPECT_EQ(layout->contentSize(10, bounds), (CGSize{15 + 10 * 116 + 9 * 10 + 25, 132}));
+    EXPECT_EQ(layout->frameOfItem(0, 10, bounds, false), (CGRect{15, 9, 116, 110}));
+    EXPECT_EQ(layout->frameOfItem(3, 10, bounds, false), (CGRect{15 + 3 * 126, 9, 116, 110}));
+}
+
+TEST(FlowLayout, HorizontalRowsSpreadEvenly) {
+    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {40, 50});
+    CGSize const bounds{300, 200}; // floor(210 / 60) = 3 rows
+    EXPECT_EQ(layout->contentSize(7, bounds).width, 3 * 40 + 2 * 10);
+    EXPECT_EQ(layout->frameOfItem(1, 7, bounds, false), (CGRect{0, 75, 40, 50}));
+    EXPECT_EQ(layout->frameOfItem(5, 7, bounds, false), (CGRect{50, 150, 40, 50}));
+    // The unfilled last column keeps the rows of the others.
+    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, false), (CGRect{100, 0, 40, 50}));
+}
+
+TEST(FlowLayout, VerticalLinesArePackedAtTheLeadingSide) {
+    auto const layout = flow(UICollectionViewScrollDirection::vertical, {50, 40});
+    layout->setMinimumLineSpacing(6);
+    CGSize const bounds{200, 300};
+    EXPECT_EQ(layout->contentSize(7, bounds), (CGSize{200, 3 * 40 + 2 * 6}));
+    EXPECT_EQ(layout->frameOfItem(4, 7, bounds, false), (CGRect{75, 46, 50, 40}));
+    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, false), (CGRect{0, 92, 50, 40}));
+    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, true), (CGRect{150, 92, 50, 40}));
+}
+
+TEST(FlowLayout, TooHighItemsAreOneCentredRow) {
+    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {100, 80});
+    EXPECT_EQ(layout->frameOfItem(2, 5, {300, 60}, false), (CGRect{220, -10, 100, 80}));
+}
+
+TEST(FlowLayout, RightToLeftStartsAtTheRightEnd) {
+    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {100, 50});
+    CGSize const bounds{300, 50};
+    double const width = layout->contentSize(10, bounds).width;
+    EXPECT_EQ(layout->frameOfItem(0, 10, bounds, true).maxX(), width);
+    EXPECT_EQ(layout->frameOfItem(9, 10, bounds, true).minX(), 0);
+    // A strip that does not fill the view lies at its right.
+    EXPECT_EQ(layout->frameOfItem(0, 1, bounds, true).maxX(), 300);
+}
+
+TEST(FlowLayout, ItemsInRectAgreeWithTheFrames) {
+    using Direction = UICollectionViewScrollDirection;
+    for (auto direction : {Direction::horizontal, Direction::vertical}) {
+        auto const layout = flow(direction, {37, 41});
+        layout->setSectionInset({3, 7, 11, 13});
+        CGSize const bounds{210, 190};
+        int const count = 103;
+        for (bool mirrored : {false, true})
+            for (double start = -150; start < 1600; start += 17.3) {
+                bool const horizontal = direction == Direction::horizontal;
+                CGRect const rect{horizontal ? start : 0, horizontal ? 0 : start, bounds.width,
+                                  bounds.height};
+                auto const range = layout->itemsIn(rect, count, bounds, mirrored);
+                for (int item = 0; item < count; ++item) {
+                    bool const touches = layout->frameOfItem(item, count, bounds, mirrored).intersects(rect);
+                    EXPECT_TRUE(!touches || range.contains(item)) << item << " at " << start;
+                }
+                EXPECT_LE(range.end - range.begin, 40);
+            }
+    }
+}
+
+TEST(FlowLayout, DegenerateSizesStayHarmless) {
+    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {0, 0});
+    layout->setMinimumLineSpacing(0);
+    layout->setMinimumInteritemSpacing(0);
+    EXPECT_EQ(layout->contentSize(0, {}), (CGSize{0, 0}));
+    auto const range = layout->itemsIn({0, 0, 100, 100}, 1'000'000, {100, 100}, false);
+    EXPECT_EQ(range.begin, range.end);
+    (void)layout->frameOfItem(999'999, 1'000'000, {0, 0}, true);
+}
+
+// Collection view.
+
+class TestCell : public UICollectionViewCell {
+public:
+    explicit TestCell(CGRect frame)
+        : UICollectionViewCell(frame) {
+        ++made;
+    }
+    void prepareForReuse() override { ++reused; }
+    static inline int made = 0;
+    static inline int reused = 0;
+    int filledWith = -1;
+};
+
+class Source : public NSObject, public UICollectionViewDataSource, public UICollectionViewDelegate {
+public:
+    int numberOfItemsInSection(UICollectionView&, int) override {
+        ++countsAsked;
+        return count;
+    }
+    Ref<UICollectionViewCell> cellForItemAt(UICollectionView& view, IndexPath indexPath) override {
+        auto const cell = cast<TestCell>(view.dequeueReusableCell("cell", indexPath));
+        cell->filledWith = indexPath.item;
+        return cell;
+    }
+    void didSelectItemAt(UICollectionView&, IndexPath indexPath) override {
+        selected.push_back(indexPath.item);
+    }
+    void willDisplayCell(UICollectionView&, UICollectionViewCell&, IndexPath path) override {
+        live.insert(path.item);
+    }
+    void didEndDisplayingCell(UICollectionView&, UICollectionViewCell&, IndexPath path) override {
+        live.erase(path.item);
+    }
+    void scrollViewDidScroll(UIScrollView&) override { ++scrolls; }
+
+    int count = 1'000'000;
+    int countsAsked = 0;
+    int scrolls = 0;
+    std::vector<int> selected;
+    std::set<int> live;
+};
+
+class CollectionTest : public testing::Test {
+protected:
+    CollectionTest() {
+        TestCell::made = TestCell::reused = 0;
+        view->registerClass<TestCell>("cell");
+        view->setDataSource(source);
+        view->setDelegate(source);
+        stage.window->addSubview(view);
+    }
+    void layOut() { stage.window->layoutWindow(); }
+    /// Every item that the assigned position shows has its cell, in place and filled for it.
+    void expectCovered(CGRect rect) {
+        auto const range =
+            view->collectionViewLayout().itemsIn(rect, source->count, view->bounds().size, mirrored);
+        ASSERT_LT(range.begin, range.end);
+        for (int item = range.begin; item < range.end; ++item) {
+            auto const frame =
+                view->collectionViewLayout().frameOfItem(item, source->count, view->bounds().size, mirrored);
+            if (!frame.intersects(rect)) continue;
+            auto const found =
+                std::find_if(view->subviews().begin(), view->subviews().end(), [&](auto const& sub) {
+                    auto const cell = cast<TestCell>(sub);
+                    return cell && cell->item() == item && cell->filledWith == item && cell->frame() == frame;
+                });
+            EXPECT_NE(found, view->subviews().end()) << "item " << item;
+        }
+    }
+    void makeRightToLeft() {
+        view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+        mirrored = true;
+    }
+
+    ScrollStage stage;
+    Ref<UICollectionViewFlowLayout> layout = flow(UICollectionViewScrollDirection::horizontal, {116, 100});
+    Ref<UICollectionView> view = make<UICollectionView>(CGRect{0, 0, 400, 100}, layout);
+    Ref<Source> source = make<Source>();
+    bool mirrored = false;
+};
+
+TEST_F(CollectionTest, AMillionItemsCostWhatTheVisibleOnesCost) {
+    layOut();
+    EXPECT_EQ(view->contentSize(), (CGSize{1'000'000 * 116.0 + 999'999 * 10.0, 100}));
+    expectCovered(view->bounds());
+    for (int i = 0; i < 10'000; ++i) {
+        view->setContentOffset({view->contentOffset().x + 1, 0});
+        if (i % 97 == 0) expectCovered(view->bounds());
+    }
+    EXPECT_LE(TestCell::made, 6);
+    EXPECT_LE(view->subviews().size(), 6u);
+    EXPECT_GT(TestCell::reused, 70);
+    EXPECT_EQ(source->countsAsked, 1);
+    EXPECT_EQ(source->live.size(), view->subviews().size());
+    view->setContentOffset({1.2e8, 0});
+    expectCovered(view->bounds());
+    EXPECT_LE(TestCell::made, 6);
+}
+
+TEST_F(CollectionTest, ContentViewFillsTheCell) {
+    layOut();
+    auto const cell = view->cellForItem({0, 1});
+    ASSERT_TRUE(cell);
+    EXPECT_EQ(cell->frame(), (CGRect{126, 0, 116, 100}));
+    EXPECT_EQ(cell->contentView()->frame(), (CGRect{0, 0, 116, 100}));
+    layout->setItemSize({90, 80});
+    layOut();
+    EXPECT_EQ(cell->frame(), (CGRect{100, 10, 90, 80}));
+    EXPECT_EQ(cell->contentView()->frame(), (CGRect{0, 0, 90, 80}));
+}
+
+TEST_F(CollectionTest, OnlyVisibleCellsAreAnswered) {
+    layOut();
+    EXPECT_EQ(view->visibleCells().size(), 4u);
+    EXPECT_TRUE(view->cellForItem({0, 3}));
+    EXPECT_FALSE(view->cellForItem({0, 4}));
+    EXPECT_FALSE(view->cellForItem({0, 500}));
+}
+
+TEST_F(CollectionTest, RightToLeftBeginsAtTheRightEnd) {
+    makeRightToLeft();
+    layOut();
+    EXPECT_EQ(view->contentOffset().x, view->contentSize().width - 400);
+    EXPECT_EQ(view->cellForItem({0, 0})->frame().maxX(), view->contentSize().width);
+    view->setContentOffset({view->contentOffset().x - 1000, 0});
+    expectCovered(view->bounds());
+    // A turn of the device keeps what stands at the right end.
+    double const right = view->bounds().maxX();
+    view->setFrame({0, 0, 700, 100});
+    layOut();
+    EXPECT_EQ(view->bounds().maxX(), right);
+    expectCovered(view->bounds());
+}
+
+TEST_F(CollectionTest, EarlyScrollIsAppliedClampedAtTheFirstLayout) {
+    view->setFrame({0, 0, 0, 0});
+    view->scrollToItem({0, 0}, UICollectionViewScrollPosition::centeredHorizontally, false);
+    view->setContentOffset({1, 0}); // a drift that began before the first layout
+    layOut();
+    EXPECT_EQ(view->contentOffset().x, 1);
+    view->setFrame({0, 0, 400, 100});
+    layOut();
+    EXPECT_EQ(view->contentOffset(), CGPoint{});
+    view->setContentOffset({77, 0});
+    view->setNeedsLayout();
+    layOut();
+    EXPECT_EQ(view->contentOffset().x, 77);
+}
+
+TEST_F(CollectionTest, EarlyScrollInRightToLeftGivesTheLargestOffset) {
+    makeRightToLeft();
+    view->scrollToItem({0, 0}, UICollectionViewScrollPosition::centeredHorizontally, false);
+    layOut();
+    EXPECT_EQ(view->contentOffset().x, view->contentSize().width - 400);
+}
+
+TEST_F(CollectionTest, ScrollPositions) {
+    using Position = UICollectionViewScrollPosition;
+    layOut();
+    auto const offsetAt = [&](Position position) {
+        view->scrollToItem({0, 100}, position, false);
+        return view->contentOffset().x;
+    };
+    EXPECT_EQ(offsetAt(Position::left), 12'600);
+    EXPECT_EQ(offsetAt(Position::centeredHorizontally), 12'600 + 58 - 200);
+    EXPECT_EQ(offsetAt(Position::right), 12'600 + 116 - 400);
+    EXPECT_EQ(offsetAt(Position::none), 12'600 + 116 - 400);
+    view->scrollToItem({0, 999'999}, Position::centeredHorizontally, false);
+    EXPECT_EQ(view->contentOffset().x, view->contentSize().width - 400);
+    view->scrollToItem({0, 0}, Position::left, true);
+    stage.frames(30);
+    EXPECT_EQ(view->contentOffset().x, 0);
+    expectCovered(view->bounds());
+}
+
+TEST_F(CollectionTest, AnimatedJumpCoversBothPlaces) {
+    layOut();
+    CGRect const before = view->bounds();
+    UIView::animate({.duration = 1, .animations = [&] { view->setContentOffset({50'000, 0}); }});
+    expectCovered(view->bounds());
+    expectCovered(before);
+    for (int i = 0; i < 59; ++i) {
+        stage.frame();
+        expectCovered(view->layer().presentationValues().bounds);
+    }
+    stage.frames(10);
+    EXPECT_LE(view->subviews().size(), 6u);
+    // New cells do not fly in from where they were used before.
+    for (auto const& cell : view->subviews()) EXPECT_FALSE(cell->layer().isAnimating());
+}
+
+TEST_F(CollectionTest, ReloadAsksAgainAndKeepsAnOffsetInRange) {
+    layOut();
+    view->setContentOffset({1000, 0});
+    source->count = 10;
+    view->reloadData();
+    EXPECT_TRUE(view->visibleCells().empty());
+    layOut();
+    EXPECT_EQ(source->countsAsked, 2);
+    EXPECT_EQ(view->contentOffset().x, 10 * 116 + 90 - 400);
+    expectCovered(view->bounds());
+    source->count = 0;
+    view->reloadData();
+    layOut();
+    EXPECT_TRUE(view->subviews().empty());
+    EXPECT_EQ(view->contentOffset().x, 0);
+}
+
+TEST_F(CollectionTest, AnotherDataSourceTakesOver) {
+    layOut();
+    auto const other = make<Source>();
+    other->count = 2;
+    view->setDataSource(other);
+    layOut();
+    EXPECT_EQ(view->subviews().size(), 2u);
+    EXPECT_EQ(view->contentSize().width, 242);
+}
+
+TEST_F(CollectionTest, LostDataSourceIsHarmless) {
+    layOut();
+    source = nullptr;
+    view->setContentOffset({5000, 0});
+    stage.frame();
+    view->reloadData();
+    layOut();
+    EXPECT_TRUE(view->subviews().empty());
+}
+
+TEST_F(CollectionTest, TapSelectsAndDragDoesNot) {
+    layOut();
+    stage.press({150, 50});
+    EXPECT_TRUE(view->cellForItem({0, 1})->isHighlighted());
+    stage.release();
+    EXPECT_FALSE(view->cellForItem({0, 1})->isHighlighted());
+    EXPECT_TRUE(view->cellForItem({0, 1})->isSelected());
+    stage.press({20, 50});
+    stage.release();
+    EXPECT_FALSE(view->cellForItem({0, 1})->isSelected());
+    stage.press({150, 50});
+    stage.move(-60);
+    EXPECT_FALSE(view->cellForItem({0, 1})->isHighlighted());
+    stage.restAndRelease();
+    view->setAllowsSelection(false);
+    stage.press({150, 50});
+    stage.release();
+    EXPECT_THAT(source->selected, ElementsAre(1, 0));
+}
+
+TEST_F(CollectionTest, DelegateHearsOfScrolling) {
+    layOut();
+    view->setContentOffset({30, 0});
+    EXPECT_EQ(source->scrolls, 1);
+}
+
+using CollectionDeathTest = CollectionTest;
+
+TEST_F(CollectionDeathTest, MisuseEndsTheProgram) {
+    layOut();
+    using Position = UICollectionViewScrollPosition;
+    EXPECT_DEATH(view->scrollToItem({0, 1'000'000}, Position::left, false), "no item 1000000 in section 0");
+    EXPECT_DEATH(view->scrollToItem({1, 0}, Position::left, false), "no item 0 in section 1");
+    EXPECT_DEATH(view->scrollToItem({0, 3}, static_cast<Position>(8 | 16), false),
+                 "two positions on one axis");
+    EXPECT_DEATH((void)view->dequeueReusableCell("other", {0, 0}),
+                 "no cell class is registered for \"other\"");
+    EXPECT_DEATH(make<UICollectionView>(CGRect{}, nullptr), "layout");
+}
+
+} // namespace
+} // namespace trelundo

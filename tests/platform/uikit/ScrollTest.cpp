@@ -1,0 +1,380 @@
+#include "tests/platform/uikit/ScrollStage.h"
+
+#include "platform/uikit/collection/UIScrollView.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace trelundo {
+namespace {
+
+using testing::DoubleNear;
+using testing::ElementsAre;
+
+/// Writes down what it is told, equal neighbours once.
+class ScrollSpy : public NSObject, public UIScrollViewDelegate {
+public:
+    void scrollViewDidScroll(UIScrollView&) override { note("scroll"); }
+    void scrollViewWillBeginDragging(UIScrollView&) override { note("willBeginDragging"); }
+    void scrollViewWillEndDragging(UIScrollView&, CGPoint speed, CGPoint& target) override {
+        note("willEndDragging");
+        velocity = speed;
+        proposed = target;
+        if (chosen) target = *chosen;
+    }
+    void scrollViewDidEndDragging(UIScrollView&, bool decelerates) override {
+        note(decelerates ? "didEndDragging, runs on" : "didEndDragging");
+    }
+    void scrollViewWillBeginDecelerating(UIScrollView&) override { note("willBeginDecelerating"); }
+    void scrollViewDidEndDecelerating(UIScrollView&) override { note("didEndDecelerating"); }
+    void scrollViewDidEndScrollingAnimation(UIScrollView&) override { note("didEndAnimation"); }
+
+    std::vector<std::string> calls;
+    CGPoint velocity;
+    CGPoint proposed;
+    std::optional<CGPoint> chosen;
+
+private:
+    void note(std::string call) {
+        if (calls.empty() || calls.back() != call) calls.push_back(std::move(call));
+    }
+};
+
+/// Notes whether its touch ended or was taken away.
+class TouchedView : public UIView {
+public:
+    using UIView::UIView;
+    void touchesBegan(UITouch&) override { ++began; }
+    void touchesEnded(UITouch&) override { ++ended; }
+    void touchesCancelled(UITouch&) override { ++cancelled; }
+    int began = 0, ended = 0, cancelled = 0;
+};
+
+class ScrollTest : public testing::Test {
+protected:
+    ScrollTest() {
+        scroll->setContentSize({4000, 600});
+        scroll->setScrollDelegate(spy);
+        scroll->addSubview(content);
+        stage.window->addSubview(scroll);
+        stage.window->layoutWindow();
+    }
+    double x() const { return scroll->contentOffset().x; }
+    void runToRest() {
+        for (int i = 0; i < 1000 && scroll->isDecelerating(); ++i) stage.frame();
+        ASSERT_FALSE(scroll->isDecelerating());
+    }
+    /// A flick to the left at `speed` points a second.
+    void flick(double speed) {
+        stage.press({300, 300});
+        for (int i = 0; i < 6; ++i) stage.move(-speed * ScrollStage::frameDuration);
+        stage.release();
+    }
+
+    ScrollStage stage;
+    Ref<UIScrollView> scroll = make<UIScrollView>(CGRect{0, 0, 400, 600});
+    Ref<TouchedView> content = make<TouchedView>(CGRect{0, 0, 4000, 600});
+    Ref<ScrollSpy> spy = make<ScrollSpy>();
+};
+
+TEST_F(ScrollTest, OffsetIsTheOriginOfBoundsExactAndUnclamped) {
+    scroll->setContentOffset({-123.456789, 9999});
+    EXPECT_EQ(scroll->bounds().origin, (CGPoint{-123.456789, 9999}));
+    stage.frames(3);
+    EXPECT_EQ(scroll->contentOffset(), (CGPoint{-123.456789, 9999}));
+    EXPECT_THAT(spy->calls, ElementsAre("scroll"));
+}
+
+TEST_F(ScrollTest, EqualOffsetIsNotReported) {
+    scroll->setContentOffset({0, 0});
+    EXPECT_TRUE(spy->calls.empty());
+}
+
+TEST_F(ScrollTest, AnimatedOffsetArrivesWithinThreeTenths) {
+    scroll->setContentOffset({500, 0}, true);
+    EXPECT_EQ(x(), 0);
+    stage.frames(9);
+    EXPECT_NEAR(x(), 250, 30);
+    stage.frames(10);
+    EXPECT_EQ(x(), 500);
+    EXPECT_THAT(spy->calls, ElementsAre("scroll", "didEndAnimation"));
+}
+
+TEST_F(ScrollTest, AssignmentEndsAnAnimatedSetting) {
+    scroll->setContentOffset({500, 0}, true);
+    stage.frames(5);
+    scroll->setContentOffset({40, 0});
+    stage.frames(30);
+    EXPECT_EQ(x(), 40);
+}
+
+TEST_F(ScrollTest, OffsetInsideAnAnimationBlockIsShownLater) {
+    UIView::animate({.duration = 1, .animations = [&] { scroll->setContentOffset({300, 0}); }});
+    EXPECT_EQ(x(), 300);
+    stage.frames(30);
+    double const shown = scroll->layer().presentationValues().bounds.origin.x;
+    EXPECT_NEAR(shown, 150, 10);
+    EXPECT_EQ(x(), 300);
+}
+
+TEST_F(ScrollTest, DragBeginsAfterTenPointsAndTakesTheTouchOver) {
+    stage.press({300, 300});
+    EXPECT_TRUE(scroll->isTracking());
+    stage.move(-9);
+    EXPECT_FALSE(scroll->isDragging());
+    EXPECT_EQ(x(), 0);
+    EXPECT_EQ(content->cancelled, 0);
+    stage.move(-6);
+    EXPECT_TRUE(scroll->isDragging());
+    EXPECT_EQ(x(), 5);
+    EXPECT_EQ(content->cancelled, 1);
+    stage.move(-20, 70);
+    EXPECT_EQ(scroll->contentOffset(), (CGPoint{25, 0})); // nothing to scroll downwards
+    stage.restAndRelease();
+    EXPECT_FALSE(scroll->isTracking());
+    EXPECT_EQ(content->ended, 0);
+}
+
+TEST_F(ScrollTest, DragAcrossTheScrollingAxisIsLeftToTheContent) {
+    stage.press({300, 300});
+    stage.move(0, 80);
+    stage.release();
+    EXPECT_EQ(scroll->contentOffset(), CGPoint{});
+    EXPECT_EQ(content->ended, 1);
+    EXPECT_TRUE(spy->calls.empty());
+}
+
+TEST_F(ScrollTest, ContentThatFitsMovesOnlyWhenItAlwaysBounces) {
+    scroll->setContentSize({100, 100});
+    stage.press({300, 300});
+    stage.move(-60);
+    EXPECT_EQ(x(), 0);
+    stage.release();
+    scroll->setAlwaysBounceHorizontal(true);
+    stage.press({300, 300});
+    stage.move(-60);
+    EXPECT_GT(x(), 0);
+    stage.restAndRelease();
+    runToRest();
+    EXPECT_EQ(x(), 0);
+}
+
+TEST_F(ScrollTest, DisabledScrollViewDoesNotMove) {
+    scroll->setScrollEnabled(false);
+    flick(1000);
+    EXPECT_FALSE(scroll->isDecelerating());
+    EXPECT_EQ(x(), 0);
+    scroll->scrollBy({50, 0});
+    EXPECT_EQ(x(), 0);
+}
+
+TEST_F(ScrollTest, DelegateIsToldInOrder) {
+    flick(600);
+    runToRest();
+    EXPECT_THAT(spy->calls,
+                ElementsAre("willBeginDragging", "scroll", "willEndDragging", "didEndDragging, runs on",
+                            "willBeginDecelerating", "scroll", "didEndDecelerating"));
+    EXPECT_NEAR(spy->velocity.x, 0.6, 1e-6);
+    EXPECT_EQ(spy->velocity.y, 0);
+}
+
+TEST_F(ScrollTest, RestingFingerLeavesNoSpeed) {
+    stage.press({300, 300});
+    stage.move(-80);
+    stage.restAndRelease();
+    EXPECT_THAT(spy->calls, ElementsAre("willBeginDragging", "scroll", "willEndDragging", "didEndDragging"));
+    EXPECT_EQ(x(), 70);
+}
+
+TEST_F(ScrollTest, InertiaTravelsTheDistanceOfItsRate) {
+    for (double rate : {0.998, 0.99}) {
+        scroll->setDecelerationRate(rate);
+        scroll->setContentOffset({0, 0});
+        flick(1200);
+        double const released = x();
+        double const distance = 1200.0 / 1000 * rate / (1 - rate);
+        EXPECT_NEAR(spy->proposed.x, released + distance, 1e-6);
+        runToRest();
+        EXPECT_NEAR(x(), released + distance, 1e-6);
+    }
+}
+
+TEST_F(ScrollTest, VelocityDecaysEachMillisecond) {
+    flick(1000);
+    double const released = x();
+    stage.frames(30); // half a second
+    EXPECT_NEAR(x() - released, 499 * (1 - std::pow(0.998, 500)), 1e-6);
+}
+
+TEST_F(ScrollTest, DelegateChoosesWhereTheMovementEnds) {
+    spy->chosen = CGPoint{800, 0};
+    flick(500);
+    runToRest();
+    EXPECT_NEAR(x(), 800, 1e-6);
+}
+
+TEST_F(ScrollTest, TouchStopsTheMovementAndIsNoTap) {
+    flick(1500);
+    stage.frames(5);
+    stage.press({200, 200});
+    double const stopped = x();
+    EXPECT_FALSE(scroll->isDecelerating());
+    EXPECT_EQ(spy->calls.back(), "didEndDecelerating");
+    stage.frames(5);
+    EXPECT_EQ(x(), stopped);
+    stage.release();
+    EXPECT_EQ(content->ended, 0);
+}
+
+TEST_F(ScrollTest, RubberBandFollowsItsFormulaAndSpringsBack) {
+    stage.press({50, 300});
+    stage.move(10 + 100);
+    stage.move(100);
+    EXPECT_NEAR(x(), -(1 - 1 / (200 * 0.55 / 400 + 1)) * 400, 1e-9);
+    stage.move(-50);
+    EXPECT_NEAR(x(), -(1 - 1 / (150 * 0.55 / 400 + 1)) * 400, 1e-9);
+    stage.restAndRelease();
+    EXPECT_TRUE(scroll->isDecelerating());
+    int frames = 0;
+    for (double before = x(); scroll->isDecelerating(); before = x(), ++frames) {
+        stage.frame();
+        EXPECT_GE(x(), before) << "a critically damped spring does not swing";
+        ASSERT_LT(frames, 60);
+    }
+    EXPECT_EQ(x(), 0);
+    EXPECT_NEAR(frames * ScrollStage::frameDuration, 0.4, 0.1);
+}
+
+TEST_F(ScrollTest, FlickAgainstTheEdgeOvershootsAndReturns) {
+    scroll->setContentOffset({3500, 0});
+    flick(3000);
+    double farthest = 0;
+    for (int i = 0; i < 300 && scroll->isDecelerating(); ++i, farthest = std::max(farthest, x()))
+        stage.frame();
+    EXPECT_GT(farthest, 3605);
+    EXPECT_LT(farthest, 3700);
+    EXPECT_EQ(x(), 3600);
+}
+
+TEST_F(ScrollTest, WithoutBouncingTheEdgesAreHard) {
+    scroll->setBounces(false);
+    stage.press({50, 300});
+    stage.move(200);
+    EXPECT_EQ(x(), 0);
+    stage.restAndRelease();
+    scroll->setContentOffset({3500, 0});
+    flick(3000);
+    while (scroll->isDecelerating()) {
+        stage.frame();
+        ASSERT_LE(x(), 3600);
+    }
+    EXPECT_EQ(x(), 3600);
+}
+
+TEST_F(ScrollTest, FingerAndDriftAddUpWithoutJumps) {
+    // A chain of very short animations moves the offset one point a frame, as a drifting carousel does.
+    std::function<void()> const drift = [this] {
+        double const next = x() + 1;
+        UIView::animate({.duration = 0.001, .animations = [this, next] {
+                             scroll->setContentOffset({next, 0});
+                         }});
+    };
+    scroll->setContentOffset({1000, 0});
+    stage.press({200, 300});
+    stage.move(-10);
+    for (int i = 0; i < 20; ++i) {
+        double const before = x();
+        drift();
+        stage.move(i < 10 ? -8 : 0);
+        EXPECT_NEAR(x() - before, i < 10 ? 9 : 1, 1e-9);
+    }
+    stage.restAndRelease();
+    drift();
+    EXPECT_EQ(x(), 1000 + 80 + 21);
+}
+
+TEST_F(ScrollTest, DriftGoesOnDuringInertia) {
+    flick(1000);
+    double const released = x();
+    for (int i = 0; i < 30; ++i) {
+        double const next = x() + 1;
+        UIView::animate({.duration = 0.001, .animations = [&] { scroll->setContentOffset({next, 0}); }});
+        stage.frame();
+    }
+    EXPECT_NEAR(x() - released, 30 + 499 * (1 - std::pow(0.998, 500)), 1e-6);
+}
+
+TEST_F(ScrollTest, WheelStaysWithinTheEdges) {
+    scroll->scrollBy({120, 30});
+    EXPECT_EQ(scroll->contentOffset(), (CGPoint{120, 0}));
+    scroll->scrollBy({-500, 0});
+    EXPECT_EQ(x(), 0);
+}
+
+TEST_F(ScrollTest, NewSizeBringsTheContentBack) {
+    scroll->setContentOffset({3600, 0});
+    scroll->setFrame({0, 0, 500, 600});
+    stage.frame();
+    EXPECT_EQ(x(), 3500);
+}
+
+TEST_F(ScrollTest, LeavingTheWindowEndsEverything) {
+    flick(2000);
+    scroll->removeFromSuperview();
+    double const last = x();
+    EXPECT_FALSE(scroll->isDecelerating());
+    stage.frames(5);
+    EXPECT_EQ(x(), last);
+}
+
+TEST_F(ScrollTest, DyingViewLeavesNoCallbackBehind) {
+    flick(2000);
+    Weak<UIScrollView> const weak = scroll;
+    scroll->removeFromSuperview();
+    scroll->setContentOffset({0, 0}, true);
+    scroll = nullptr;
+    EXPECT_FALSE(weak.lock());
+    stage.frames(3);
+}
+
+TEST_F(ScrollTest, BarsAppearWithTheUsersMovementAndFade) {
+    auto const bars = [this] {
+        int shown = 0;
+        for (auto const& layer : scroll->layer().sublayers())
+            shown += layer->zPosition() > 0 && !layer->isHidden() ? 1 : 0;
+        return shown;
+    };
+    scroll->setContentOffset({100, 0});
+    EXPECT_EQ(bars(), 0);
+    stage.press({300, 300});
+    stage.move(-50);
+    EXPECT_EQ(bars(), 1);
+    stage.restAndRelease();
+    EXPECT_EQ(bars(), 1);
+    stage.frames(60);
+    EXPECT_EQ(bars(), 0);
+    scroll->setShowsHorizontalScrollIndicator(false);
+    stage.press({300, 300});
+    stage.move(-50);
+    EXPECT_EQ(bars(), 0);
+    stage.restAndRelease();
+}
+
+TEST(ScrollInsets, InsetsWidenTheRange) {
+    ScrollStage stage;
+    auto const scroll = make<UIScrollView>(CGRect{0, 0, 400, 600});
+    stage.window->addSubview(scroll);
+    scroll->setContentSize({1000, 100});
+    scroll->setContentInset({0, 20, 0, 30});
+    scroll->setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior::never);
+    EXPECT_EQ(scroll->adjustedContentInset(), (UIEdgeInsets{0, 20, 0, 30}));
+    scroll->scrollBy({-100, 0});
+    EXPECT_EQ(scroll->contentOffset().x, -20);
+    scroll->scrollBy({5000, 0});
+    EXPECT_EQ(scroll->contentOffset().x, 630);
+}
+
+} // namespace
+} // namespace trelundo
