@@ -4,7 +4,8 @@
 
 namespace trelundo {
 
-/// Fills its shape with a linear gradient above the background colour. Without colours only the background shows.
+/// Fills its shape with a linear gradient above the background colour. Without colours only the background
+/// shows.
 class CAGradientLayer : public CALayer {
 public:
     std::optional<std::vector<CGColor>> const& colors() const { return colors_; }
@@ -19,8 +20,12 @@ public:
     CGPoint endPoint() const { return endPoint_; }
     void setEndPoint(CGPoint point);
 
+    /// The stops as drawn.
+    std::vector<GradientStop> stops() const;
+
     void drawContents(Canvas& canvas) override;
-    bool hasContents() const override { return colors_ && !colors_->empty(); }
+    bool hasContents() const override { return (colors_ && !colors_->empty()) || CALayer::hasContents(); }
+    CGRect contentsRect() const override { return bounds(); }
 
 private:
     std::optional<std::vector<CGColor>> colors_;

@@ -15,6 +15,7 @@
 namespace trelundo {
 
 class CALayer;
+struct LayerAnimation;
 
 /// What owns a layer and supplies its contents; for a view's layer the view. A protocol: implement it beside
 /// NSObject.
@@ -25,6 +26,9 @@ public:
     virtual void drawLayer(CALayer& /*layer*/, Canvas& /*canvas*/) {}
     /// Whether drawLayer draws anything at all.
     virtual bool drawsContents() const { return false; }
+    /// Whether drawLayer merely copies pixels that are kept elsewhere (a scaled picture), so that keeping
+    /// them once more would be waste.
+    virtual bool retainsContents() const { return false; }
 };
 
 enum class CACornerMask : unsigned {
@@ -43,16 +47,20 @@ struct CALayerValues {
     double opacity = 1;
     std::optional<CGColor> backgroundColor;
     double cornerRadius = 0;
+    double borderWidth = 0;
+    CGColor borderColor{0, 0, 0, 1};
 };
 
 /// A node of the drawn tree. Drawing order inside one layer: shadow, background, contents, sublayers by
 /// zPosition and index, border. A change inside a CATransaction with a duration animates from the old value.
+/// Main thread only.
 class CALayer : public NSObject {
 public:
     CALayer();
     ~CALayer() override;
 
-    // Geometry, in points of the superlayer. `frame` follows from bounds, position, anchor point and transform.
+    // Geometry, in points of the superlayer. `frame` follows from bounds, position, anchor point and
+    // transform.
     CGRect bounds() const { return values_.bounds; }
     void setBounds(CGRect bounds);
     CGPoint position() const { return values_.position; }
@@ -78,9 +86,9 @@ public:
     void setCornerRadius(double radius);
     CACornerMask maskedCorners() const { return maskedCorners_; }
     void setMaskedCorners(CACornerMask corners);
-    double borderWidth() const { return borderWidth_; }
+    double borderWidth() const { return values_.borderWidth; }
     void setBorderWidth(double width);
-    CGColor borderColor() const { return borderColor_; }
+    CGColor borderColor() const { return values_.borderColor; }
     void setBorderColor(CGColor color);
     CGColor shadowColor() const { return shadowColor_; }
     void setShadowColor(CGColor color);
@@ -92,6 +100,14 @@ public:
     void setShadowRadius(double radius);
     double contentsScale() const { return contentsScale_; }
     void setContentsScale(double scale);
+    /// True: the whole subtree is kept as one picture, which pays where it moves often and changes seldom.
+    bool shouldRasterize() const { return shouldRasterize_; }
+    void setShouldRasterize(bool rasterize);
+
+    /// Marks the root of a tree that a window shows. Only layers below such a root animate; one that leaves
+    /// the tree loses its animations.
+    void setDisplayRoot(bool root);
+    bool isDisplayed() const;
 
     // The tree. A layer has one superlayer; adding it elsewhere moves it.
     std::vector<Ref<CALayer>> const& sublayers() const { return sublayers_; }
@@ -114,6 +130,14 @@ public:
     bool isAnimating() const;
 
     // For the compositor.
+    /// Tells layers apart for the life of the process.
+    std::uint64_t identity() const { return identity_; }
+    CALayerValues valuesAt(double time) const;
+    bool hasShadow() const;
+    /// Where drawContents() may draw, in bounds coordinates: a text may reach out of its layer.
+    virtual CGRect contentsRect() const;
+    /// Grows with every change of any layer's looks or place.
+    static std::uint64_t changeCount();
     /// Draws what stands between background and sublayers; a gradient layer overrides it.
     virtual void drawContents(Canvas& canvas);
     virtual bool hasContents() const;
@@ -134,17 +158,23 @@ protected:
     void contentChanged();
 
 private:
-    friend class CATransaction;
-    struct Animation;
+    friend class AnimationRegistry;
 
+    template <class Value> void assign(Value CALayerValues::*property, Value value);
+    template <class Value> void assignLook(Value& property, Value value);
+    void detach();
+    void leaveDisplay();
+    bool hasAncestor(CALayer const& layer) const;
+
+    std::uint64_t const identity_;
     CALayerValues values_;
     CGPoint anchorPoint_{0.5, 0.5};
     double zPosition_ = 0;
     bool hidden_ = false;
     bool masksToBounds_ = false;
+    bool shouldRasterize_ = false;
+    bool displayRoot_ = false;
     CACornerMask maskedCorners_ = CACornerMask::all;
-    double borderWidth_ = 0;
-    CGColor borderColor_{0, 0, 0, 1};
     CGColor shadowColor_{0, 0, 0, 1};
     double shadowOpacity_ = 0;
     CGSize shadowOffset_{0, -3};
@@ -155,7 +185,7 @@ private:
     Weak<CALayerDelegate> delegate_;
     CALayer* superlayer_ = nullptr; // the superlayer owns this one
     std::vector<Ref<CALayer>> sublayers_;
-    std::vector<std::shared_ptr<Animation>> animations_;
+    std::vector<std::shared_ptr<LayerAnimation>> animations_;
 };
 
 } // namespace trelundo

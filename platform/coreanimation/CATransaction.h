@@ -42,8 +42,8 @@ public:
     static void setAnimationsEnabled(bool enabled);
     static bool areAnimationsEnabled();
 
-    /// Ends what has run its time at the present moment and calls the completions, in the order of ending, then
-    /// of creation. Shells call it once a frame, before the frame's main-queue turn.
+    /// Ends what has run its time at the present moment and calls the completions, in the order of ending,
+    /// then of creation. Shells call it once a frame, before the frame's main-queue turn.
     static void advanceFrame();
     /// Whether anything is running or waiting for its completion, so that a shell must produce frames.
     static bool hasWork();

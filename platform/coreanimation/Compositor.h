@@ -11,15 +11,15 @@ namespace trelundo {
 class CALayer;
 class Surface;
 
-/// Draws a layer tree into a surface. It remembers what it drew: a further frame repaints only what has changed,
-/// and contents that cost much (texts, scaled and rounded pictures) are kept as pictures.
+/// Draws a layer tree into a surface. It remembers what it drew: a further frame repaints only what has
+/// changed, and contents that cost much (texts, scaled and rounded pictures) are kept as pictures.
 class Compositor {
 public:
     Compositor();
     ~Compositor();
 
-    /// Brings `surface` up to the present state of the tree under `root`. Returns the repainted areas in pixels
-    /// (empty when nothing changed). A different surface, or invalidate(), repaints everything.
+    /// Brings `surface` up to the present state of the tree under `root`. Returns the repainted areas in
+    /// pixels (empty when nothing changed). A different surface, or invalidate(), repaints everything.
     std::vector<CGRect> render(CALayer& root, Surface& surface);
     void invalidate();
 

@@ -9,8 +9,8 @@
 
 namespace trelundo {
 
-/// A real window on the desktop that behaves like a device: mouse, touch, keyboard, wheel, high density, resize.
-/// Runs the platform's main queue in the desktop's event loop.
+/// A real window on the desktop that behaves like a device: mouse, touch, keyboard, wheel, high density,
+/// resize. Runs the platform's main queue in the desktop's event loop.
 class WindowShell {
 public:
     struct Configuration {

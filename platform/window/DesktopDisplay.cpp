@@ -1,0 +1,86 @@
+#include "platform/window/DesktopDisplay.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace trelundo {
+
+namespace {
+
+constexpr double smallestRegularWidth = 600;  // points
+constexpr double smallestRegularHeight = 480; // points
+
+std::string environment(char const* name) {
+    auto const* value = std::getenv(name);
+    return value ? value : "";
+}
+
+/// Whether someone listens at a local socket; `abstract` ones have no file.
+bool listens(std::string const& path, bool abstract) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() + 2 > sizeof address.sun_path) return false;
+    std::memcpy(address.sun_path + (abstract ? 1 : 0), path.data(), path.size());
+    auto const socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (socket < 0) return false;
+    auto const length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size() + 1);
+    auto const answered = ::connect(socket, reinterpret_cast<sockaddr const*>(&address), length) == 0;
+    ::close(socket);
+    return answered;
+}
+
+bool waylandAnswers() {
+    auto const name = environment("WAYLAND_DISPLAY");
+    if (name.empty()) return false;
+    return listens(name.front() == '/' ? name : environment("XDG_RUNTIME_DIR") + "/" + name, false);
+}
+
+bool xServerAnswers() {
+    auto const display = environment("DISPLAY");
+    auto const colon = display.rfind(':');
+    if (colon == std::string::npos) return false;
+    // A server on another machine is taken at its word.
+    if (colon != 0 && display.compare(0, colon, "unix") != 0) return true;
+    auto const number = display.substr(colon + 1, display.find('.', colon) - colon - 1);
+    auto const path = "/tmp/.X11-unix/X" + number;
+    return listens(path, true) || listens(path, false);
+}
+
+bool isSize(CGSize left, CGSize right) {
+    return std::abs(left.width - right.width) < 1 && std::abs(left.height - right.height) < 1;
+}
+
+UIUserInterfaceSizeClass sizeClass(double length, double smallestRegular) {
+    return length < smallestRegular ? UIUserInterfaceSizeClass::compact : UIUserInterfaceSizeClass::regular;
+}
+
+} // namespace
+
+bool displayAnswers() {
+    auto const platform = environment("QT_QPA_PLATFORM");
+    if (!platform.empty() && platform.rfind("xcb", 0) != 0 && platform.rfind("wayland", 0) != 0) return true;
+    return waylandAnswers() || xServerAnswers();
+}
+
+DeviceProfile resizedProfile(DeviceProfile const& device, CGSize points) {
+    CGSize const turned{device.points.height, device.points.width};
+    if (isSize(points, device.points) || isSize(points, turned)) return device;
+    auto profile = device;
+    profile.points = {std::min(points.width, points.height), std::max(points.width, points.height)};
+    profile.nativePixels = {profile.points.width * device.scale, profile.points.height * device.scale};
+    profile.portraitHorizontal = sizeClass(profile.points.width, smallestRegularWidth);
+    profile.portraitVertical = sizeClass(profile.points.height, smallestRegularHeight);
+    profile.landscapeHorizontal = sizeClass(profile.points.height, smallestRegularWidth);
+    profile.landscapeVertical = sizeClass(profile.points.width, smallestRegularHeight);
+    return profile;
+}
+
+} // namespace trelundo

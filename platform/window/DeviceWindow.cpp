@@ -1,0 +1,155 @@
+#include "platform/window/DeviceWindow.h"
+
+#include "platform/window/DesktopDisplay.h"
+
+#include "platform/foundation/Clock.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/uikit/controllers/UIApplication.h"
+
+#include <QGuiApplication>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace trelundo {
+
+namespace {
+
+constexpr int frameInterval = 1000 / 60; // milliseconds
+constexpr double longestAlarm = 3600;    // seconds
+
+QRect pixelRect(CGRect const& rect) {
+    return QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toAlignedRect();
+}
+
+} // namespace
+
+DeviceWindow::DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom)
+    : window_(std::move(window))
+    , device_(device)
+    , zoom_(zoom) {
+    auto const size = UIScreen::main().bounds().size;
+    resize(static_cast<int>(std::lround(size.width * zoom)),
+           static_cast<int>(std::lround(size.height * zoom)));
+    setMinimumSize({160, 160});
+    frameTimer_.setTimerType(Qt::PreciseTimer);
+    frameTimer_.setInterval(frameInterval);
+    alarm_.setSingleShot(true);
+    QObject::connect(&frameTimer_, &QTimer::timeout, this, [this] { frame(); });
+    QObject::connect(&alarm_, &QTimer::timeout, this, [this] { turn(); });
+}
+
+DeviceWindow::~DeviceWindow() { DispatchQueue::main().setWakeUp(nullptr); }
+
+void DeviceWindow::start() {
+    DispatchQueue::main().setWakeUp([this] { wakeUp(); });
+    show();
+    turn();
+}
+
+/// Any thread may call; many calls before the loop turns become one.
+void DeviceWindow::wakeUp() {
+    if (woken_.exchange(true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            woken_ = false;
+            turn();
+        },
+        Qt::QueuedConnection);
+}
+
+void DeviceWindow::frame() {
+    UIApplication::shared().frame();
+    present();
+    arm();
+}
+
+void DeviceWindow::turn() {
+    UIApplication::shared().turn();
+    present();
+    arm();
+}
+
+void DeviceWindow::arm() {
+    if (isExposed() && UIApplication::shared().needsFrames()) {
+        if (!frameTimer_.isActive()) frameTimer_.start();
+        return alarm_.stop();
+    }
+    frameTimer_.stop();
+    if (DispatchQueue::main().hasReady()) return wakeUp();
+    auto const wait = DispatchQueue::main().nextDeadline() - Clock::current().now();
+    if (!std::isfinite(wait)) return alarm_.stop();
+    alarm_.start(static_cast<int>(std::ceil(std::clamp(wait, 0.0, longestAlarm) * 1000)));
+}
+
+void DeviceWindow::prepareSurface() {
+    auto const pixels = size() * devicePixelRatio();
+    if (surface_ && surface_->pixelWidth() == pixels.width() && surface_->pixelHeight() == pixels.height())
+        return;
+    surface_ = std::make_unique<Surface>(pixels.width(), pixels.height(), devicePixelRatio() * zoom_);
+    compositor_.invalidate();
+}
+
+void DeviceWindow::present() {
+    if (!isExposed() || size().isEmpty()) return;
+    prepareSurface();
+    QRegion changed;
+    for (auto const& rect : compositor_.render(window_->layer(), *surface_)) {
+        auto const ratio = devicePixelRatio();
+        changed += pixelRect(
+            {rect.minX() / ratio, rect.minY() / ratio, rect.width() / ratio, rect.height() / ratio});
+    }
+    if (!changed.isEmpty()) update(changed);
+}
+
+void DeviceWindow::paintEvent(QPaintEvent* event) {
+    if (!surface_) return;
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    auto const ratio = devicePixelRatio();
+    for (auto const& rect : event->region()) {
+        painter.drawImage(
+            QRectF(rect), surface_->image(),
+            QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio));
+    }
+    if (std::exchange(shown_, true)) return;
+    QMetaObject::invokeMethod(
+        this, [this] { report("shown"); }, Qt::QueuedConnection);
+}
+
+void DeviceWindow::exposeEvent(QExposeEvent* event) {
+    present();
+    QRasterWindow::exposeEvent(event);
+    arm();
+}
+
+void DeviceWindow::resizeEvent(QResizeEvent* event) {
+    takeSize(size());
+    QRasterWindow::resizeEvent(event);
+}
+
+void DeviceWindow::takeSize(QSize size) {
+    if (size.isEmpty()) return;
+    CGSize const points{size.width() / zoom_, size.height() / zoom_};
+    auto const current = UIScreen::main().bounds().size;
+    // A zoomed window has whole desktop points, so that it can miss the device's size by a rounding.
+    auto const tolerance = 1 / zoom_;
+    if (std::abs(points.width - current.width) <= tolerance &&
+        std::abs(points.height - current.height) <= tolerance)
+        return;
+    UIScreen::main().configure(resizedProfile(device_, points), points.width > points.height);
+    window_->screenDidChange();
+    turn();
+    report("resized " + std::to_string(std::lround(points.width)) + "x" +
+           std::to_string(std::lround(points.height)));
+}
+
+void DeviceWindow::report(std::string const& line) {
+    if (listener_) listener_(line);
+}
+
+} // namespace trelundo

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/coreanimation/Compositor.h"
+#include "platform/graphics/Surface.h"
+#include "platform/uikit/views/UIScreen.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <QRasterWindow>
+#include <QTimer>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace trelundo {
+
+/// The desktop's side of a device window: shows its frames, hands input to it and beats its time. Frames run
+/// only while something moves; otherwise the window sleeps until input, a dispatched block or a deadline
+/// wakes it.
+class DeviceWindow : public QRasterWindow {
+public:
+    /// `zoom`: desktop points shown for a device point.
+    DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom);
+    ~DeviceWindow() override;
+
+    void setListener(std::function<void(std::string const&)> listener) { listener_ = std::move(listener); }
+    /// Shows the window and serves the main queue from now on.
+    void start();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void exposeEvent(QExposeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void touchEvent(QTouchEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void frame();
+    /// A main-queue turn after input or a wake-up, then what it changed.
+    void turn();
+    void present();
+    void prepareSurface();
+    /// Frames while they are needed, else a single alarm for the next deadline.
+    void arm();
+    void wakeUp();
+    void takeSize(QSize size);
+    void report(std::string const& line);
+    CGPoint devicePoint(QPointF point) const { return {point.x() / zoom_, point.y() / zoom_}; }
+
+    Ref<UIWindow> window_;
+    DeviceProfile device_;
+    double zoom_;
+    Compositor compositor_;
+    std::unique_ptr<Surface> surface_;
+    QTimer frameTimer_;
+    QTimer alarm_;
+    std::atomic<bool> woken_ = false;
+    bool pressed_ = false;
+    bool shown_ = false;
+    std::function<void(std::string const&)> listener_;
+};
+
+} // namespace trelundo
