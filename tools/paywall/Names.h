@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/storekit/SKPaymentTransaction.h"
+#include "platform/storekit/SKProduct.h"
+#include "store/PremiumManager.h"
+
+#include <string_view>
+
+namespace trelundo::paywall {
+
+// Enumerations by their case names, as logs and listings spell them.
+std::string_view nameOf(PremiumManagerState state);
+std::string_view nameOf(SKPaymentTransactionState state);
+std::string_view nameOf(SKProductPeriodUnit unit);
+std::string_view nameOf(SKProductDiscountPaymentMode mode);
+
+} // namespace trelundo::paywall
