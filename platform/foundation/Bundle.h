@@ -17,8 +17,10 @@ struct EmbeddedFile {
     std::string_view bytes;
 };
 
-/// Resources by name: files that are compiled in, or files below a folder, or both (folders win). Non-localised
-/// resources come first, then each preferred localisation's folder ("fr.lproj"), then the development region's.
+/// Resources by name: files that are compiled in, or files below a folder, or both (folders win).
+/// Non-localised resources come first, then each preferred localisation's folder ("fr.lproj"), then the
+/// development region's, then "Base.lproj". Follows changes of the preferred languages. Look-ups are safe
+/// from any thread.
 class Bundle {
 public:
     explicit Bundle(std::string identifier, std::string developmentRegion = "en");
@@ -28,29 +30,37 @@ public:
     static Bundle& main();
 
     std::string const& identifier() const { return identifier_; }
+    /// Paths and bytes are not copied: they must live as long as the bundle.
     void addEmbeddedFiles(std::span<EmbeddedFile const> files);
     /// Adds a folder to search before everything added so far.
     void addFolder(std::string path);
 
-    /// The languages that have an `.lproj` folder.
+    /// The languages that have an `.lproj` folder, in alphabetical order. "Base" is none.
     std::vector<std::string> localizations() const;
-    /// The bundle's localisations that serve the user's preferred languages, best first; the development region
-    /// is the last resort.
+    /// The bundle's localisations that serve the user's preferred languages, best first; the development
+    /// region is the last resort.
     std::vector<std::string> preferredLocalizations() const;
 
-    /// The bytes of a resource by its relative path; none when it is missing. A name with "..", a leading slash
-    /// or a NUL is refused with a log line.
+    /// The bytes of a resource by its relative path; none when it is missing. A name with "..", a leading
+    /// slash or a NUL is refused with a log line.
     std::optional<std::string> data(std::string_view name) const;
     /// Where a resource was found, for messages (a file path, or "bundle:identifier/name").
     std::optional<std::string> path(std::string_view name) const;
 
     /// The text under `key` in table `table` ("Localizable" when empty). A missing key, table or file gives
-    /// `value`, or the key itself when `value` is empty.
+    /// `value`, or the key itself when `value` is empty; so does a broken file, which is logged. Tables are
+    /// read once for each list of languages.
     std::string localizedString(std::string_view key, std::string_view value, std::string_view table) const;
 
 private:
     struct State;
+    struct Resource;
+    std::optional<Resource> find(std::string_view name) const;
+    std::shared_ptr<StringsTable const> table(std::string_view name) const;
+    StringsTable loadTable(std::string_view name) const;
+
     std::string identifier_;
+    std::string developmentRegion_;
     std::unique_ptr<State> state_;
 };
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <functional>
+#include <atomic>
 
 namespace trelundo {
 
-/// The time source of the process. The default reads the system's clocks; a virtual clock stands still until it
-/// is moved.
+/// The time source of the process. The default reads the system's clocks; a virtual clock stands still until
+/// it is moved. May be read from any thread.
 class Clock {
 public:
     virtual ~Clock() = default;
@@ -22,14 +22,15 @@ public:
 /// Time that moves only when told to: now() starts at 0, date() at `startDate`.
 class VirtualClock : public Clock {
 public:
-    explicit VirtualClock(double startDate = 0) : startDate_(startDate) {}
+    explicit VirtualClock(double startDate = 0)
+        : startDate_(startDate) {}
     double now() const override { return now_; }
     double date() const override { return startDate_ + now_; }
     void setNow(double seconds) { now_ = seconds; }
 
 private:
     double startDate_;
-    double now_ = 0;
+    std::atomic<double> now_ = 0; // blocks are submitted by Clock::now() from other threads
 };
 
 } // namespace trelundo

@@ -5,8 +5,9 @@
 
 namespace trelundo {
 
-/// The serial queue of the main thread. Blocks run later, never inside the call that submits them, one at a time,
-/// in the order submitted (delayed ones in the order of their deadlines). Submitting is safe from any thread.
+/// The serial queue of the main thread. Blocks run later, never inside the call that submits them, one at a
+/// time, in the order submitted (delayed ones in the order of their deadlines). Submitting is safe from any
+/// thread.
 class DispatchQueue {
 public:
     using Block = std::function<void()>;

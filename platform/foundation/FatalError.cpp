@@ -15,7 +15,8 @@ void fatalError(std::string_view text, std::source_location where) {
 
 int trappingInteger(double value, std::source_location where) {
     if (std::isnan(value)) fatalError("Double value cannot be converted to Int because it is NaN", where);
-    if (std::isinf(value)) fatalError("Double value cannot be converted to Int because it is infinite", where);
+    if (std::isinf(value))
+        fatalError("Double value cannot be converted to Int because it is infinite", where);
     double const whole = std::trunc(value);
     if (whole < std::numeric_limits<int>::min() || whole > std::numeric_limits<int>::max())
         fatalError("Double value cannot be converted to Int because it is out of range", where);

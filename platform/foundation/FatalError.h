@@ -10,7 +10,8 @@ namespace trelundo {
 [[noreturn]] void fatalError(std::string_view text,
                              std::source_location where = std::source_location::current());
 
-/// The double as an integer, truncated toward zero; ends the program when it is NaN, infinite or out of range.
+/// The double as an integer, truncated toward zero; ends the program when it is NaN, infinite or out of
+/// range.
 int trappingInteger(double value, std::source_location where = std::source_location::current());
 
 /// `left + right`; ends the program on overflow.

@@ -12,7 +12,8 @@ namespace trelundo {
 /// scripts and descriptions find it.
 template <class T> class Lazy {
 public:
-    explicit constexpr Lazy(std::string_view name) : name_(name) {}
+    explicit constexpr Lazy(std::string_view name)
+        : name_(name) {}
 
     /// The view, made by `build` (returning a Ref<T>) on the first call.
     template <class Build> Ref<T> const& operator()(Build&& build) {
@@ -33,7 +34,8 @@ private:
 /// A list of views built on first use; element i is named `name[i]`.
 template <class T> class LazyList {
 public:
-    explicit constexpr LazyList(std::string_view name) : name_(name) {}
+    explicit constexpr LazyList(std::string_view name)
+        : name_(name) {}
 
     /// The views, made by `build` (returning a vector of Ref<T>) on the first call.
     template <class Build> std::vector<Ref<T>> const& operator()(Build&& build) {

@@ -6,13 +6,13 @@
 
 namespace trelundo {
 
-/// A language, region and keywords, such as `en_US@currency=USD`. Never invalid: an unknown identifier behaves
-/// like the root locale. Locales compare after canonicalisation ("en-US" equals "en_US").
+/// A language, region and keywords, such as `en_US@currency=USD`. Never invalid: an unknown identifier
+/// behaves like the root locale. Locales compare after canonicalisation ("en-US" equals "en_US").
 class Locale {
 public:
     explicit Locale(std::string_view identifier);
 
-    /// The identifier in canonical form, keywords included.
+    /// The identifier in canonical form, keywords included; empty for the root locale and for malformed text.
     std::string const& identifier() const { return identifier_; }
     std::string languageCode() const;
     std::string regionCode() const;
@@ -26,7 +26,7 @@ public:
     static Locale current();
 
     /// The user's languages as tags ("en-US"), most wanted first; may be empty. Taken from the environment
-    /// until a shell sets them.
+    /// (LANGUAGE, then LC_ALL, LC_MESSAGES or LANG) until a shell sets them.
     static std::vector<std::string> preferredLanguages();
     static void setPreferredLanguages(std::vector<std::string> languages);
 

@@ -9,6 +9,6 @@ namespace trelundo {
 void logWarning(std::string_view text);
 
 /// Sends warnings elsewhere (tests count them); null returns to standard error.
-void setWarningSink(std::function<void(std::string_view)> sink);
+void setWarningSink(std::function<void(std::string_view)> write);
 
 } // namespace trelundo

@@ -10,9 +10,7 @@
 namespace trelundo {
 
 /// The name of a text attribute together with the type of its values.
-template <class T> struct AttributeKey {
-    std::string_view name;
-};
+template <class T> struct AttributeKey { std::string_view name; };
 
 /// Text attributes by key: fonts, colours, paragraph styles and what else the upper layers define.
 class TextAttributes {
@@ -45,7 +43,8 @@ private:
         virtual bool equals(AnyValue const& other) const = 0;
     };
     template <class T> struct Value final : AnyValue {
-        explicit Value(T value) : content(std::move(value)) {}
+        explicit Value(T value)
+            : content(std::move(value)) {}
         bool equals(AnyValue const& other) const override {
             auto const* same = dynamic_cast<Value const*>(&other);
             return same && content == same->content;

@@ -11,13 +11,14 @@ namespace detail {
 
 void ObjectLink::release() noexcept {
     if (strong.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+    strong.store(dying, std::memory_order_relaxed);
     delete object;
     releaseWeakly();
 }
 
 bool ObjectLink::retainIfAlive() noexcept {
     auto count = strong.load(std::memory_order_relaxed);
-    while (count != 0) {
+    while (isAlive(count)) {
         if (strong.compare_exchange_weak(count, count + 1, std::memory_order_acq_rel)) return true;
     }
     return false;
@@ -27,16 +28,22 @@ void ObjectLink::releaseWeakly() noexcept {
     if (weak.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
 }
 
+void ObjectLink::objectIsGoing() noexcept {
+    if (strong.load(std::memory_order_relaxed) >= dying) return; // on the way through release()
+    strong.store(dying, std::memory_order_relaxed);
+    releaseWeakly();
+}
+
 } // namespace detail
 
-NSObject::~NSObject() = default;
+NSObject::~NSObject() { link_->objectIsGoing(); }
 
 std::string NSObject::className() const {
     int status = 0;
     std::unique_ptr<char, decltype(&std::free)> const name{
         abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status), &std::free};
     std::string text = status == 0 ? name.get() : typeid(*this).name();
-    auto const separator = text.rfind("::");
+    auto const separator = text.rfind("::", text.find('<')); // not inside the arguments of a template
     return separator == std::string::npos ? text : text.substr(separator + 2);
 }
 

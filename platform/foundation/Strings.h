@@ -8,12 +8,14 @@
 
 namespace trelundo {
 
-/// Every non-overlapping occurrence of `target`, leftmost first, replaced; the replacement is not rescanned. An
-/// empty target changes nothing. Matches by canonical equivalence of the texts.
-std::string replacingOccurrences(std::string_view text, std::string_view target, std::string_view replacement);
+/// Every non-overlapping occurrence of `target`, leftmost first, replaced; the replacement is not rescanned.
+/// An empty target changes nothing. Matches by canonical equivalence of the texts.
+std::string replacingOccurrences(std::string_view text, std::string_view target,
+                                 std::string_view replacement);
 
 /// The first occurrence only.
-std::string replacingFirstOccurrence(std::string_view text, std::string_view target, std::string_view replacement);
+std::string replacingFirstOccurrence(std::string_view text, std::string_view target,
+                                     std::string_view replacement);
 
 /// The pieces between `separator`s, empty ones omitted.
 std::vector<std::string> split(std::string_view text, char separator);

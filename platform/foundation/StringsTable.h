@@ -7,9 +7,11 @@
 
 namespace trelundo {
 
-/// A parsed `.strings` file (old-style property list, UTF-8 or UTF-16 with byte order mark).
+/// A parsed `.strings` file (old-style property list, UTF-8 or UTF-16 with byte order mark). A later entry of
+/// the same key replaces the earlier one.
 class StringsTable {
 public:
+    using Entries = std::map<std::string, std::string, std::less<>>;
     struct ParseError {
         int line; // from 1
         std::string reason;
@@ -21,9 +23,10 @@ public:
     /// Null when the key is missing.
     std::string const* find(std::string_view key) const;
     std::size_t size() const { return entries_.size(); }
+    Entries const& entries() const { return entries_; }
 
 private:
-    std::map<std::string, std::string, std::less<>> entries_;
+    Entries entries_;
 };
 
 } // namespace trelundo

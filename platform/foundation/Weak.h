@@ -48,6 +48,9 @@ public:
         return Ref<T>::adopt(object_, link_);
     }
 
+    /// Whether there is nothing to lock any more; a lock may still fail right after this said no.
+    bool isExpired() const noexcept { return !link_ || !link_->isAlive(); }
+
     /// Whether both refer to the same object, alive or not.
     template <class U> bool refersToSame(Weak<U> const& other) const noexcept { return link_ == other.link_; }
     bool refersTo(NSObject const& object) const noexcept { return link_ == object.objectLink(); }

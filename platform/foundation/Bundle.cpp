@@ -1,0 +1,205 @@
+#include "platform/foundation/Bundle.h"
+
+#include "platform/foundation/LanguageTags.h"
+#include "platform/foundation/Locale.h"
+#include "platform/foundation/Log.h"
+#include "platform/foundation/StringsTable.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <mutex>
+#include <set>
+
+namespace trelundo {
+
+namespace {
+
+constexpr std::string_view folderSuffix = ".lproj";
+constexpr std::string_view tableSuffix = ".strings";
+constexpr std::string_view baseLocalization = "Base";
+
+bool isSafeName(std::string_view name) {
+    return !name.empty() && !name.starts_with('/') && name.find("..") == std::string_view::npos &&
+           name.find('\0') == std::string_view::npos;
+}
+
+/// "fr" for "fr.lproj"; empty for the name of any other folder.
+std::string_view localizationOfFolder(std::string_view name) {
+    if (!name.ends_with(folderSuffix)) return {};
+    name.remove_suffix(folderSuffix.size());
+    return name == baseLocalization ? std::string_view{} : name;
+}
+
+std::string localizedName(std::string_view localization, std::string_view name) {
+    return fmt::format("{}{}/{}", localization, folderSuffix, name);
+}
+
+std::optional<std::string> fileContents(std::string const& path) {
+    std::ifstream file{path, std::ios::binary};
+    if (!file) return std::nullopt;
+    std::string bytes{std::istreambuf_iterator<char>{file}, {}};
+    if (file.bad()) return std::nullopt;
+    return bytes;
+}
+
+} // namespace
+
+/// Where a resource was found.
+struct Bundle::Resource {
+    std::string place;      // for messages
+    bool isFile;            // else compiled in
+    std::string_view bytes; // of what is compiled in
+
+    std::optional<std::string> contents() const { return isFile ? fileContents(place) : std::string{bytes}; }
+};
+
+struct Bundle::State {
+    using Tables = std::map<std::string, std::shared_ptr<StringsTable const>, std::less<>>;
+
+    mutable std::mutex mutex;
+    std::vector<std::string> folders; // the first one searched last
+    std::map<std::string_view, std::string_view> embedded;
+    std::map<std::vector<std::string>, Tables> tables;                         // by languages, by table
+    std::map<std::vector<std::string>, std::vector<std::string>> localization; // by languages
+
+    void sourcesChanged() {
+        tables.clear();
+        localization.clear();
+    }
+
+    std::optional<Resource> find(std::string const& identifier, std::string_view name) const {
+        for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+            auto path = (std::filesystem::path{*folder} / name).string();
+            std::error_code error;
+            if (std::filesystem::is_regular_file(path, error)) return Resource{std::move(path), true, {}};
+        }
+        auto const file = embedded.find(name);
+        if (file == embedded.end()) return std::nullopt;
+        return Resource{fmt::format("bundle:{}/{}", identifier, name), false, file->second};
+    }
+
+    std::set<std::string> localizations() const {
+        std::set<std::string> names;
+        auto const add = [&names](std::string_view folder) {
+            if (auto const name = localizationOfFolder(folder); !name.empty()) names.emplace(name);
+        };
+        for (auto const& [path, bytes] : embedded) add(path.substr(0, path.find('/')));
+        for (auto const& folder : folders) {
+            std::error_code error;
+            std::filesystem::directory_iterator entries{folder, error};
+            for (; !error && entries != std::filesystem::directory_iterator{}; entries.increment(error))
+                if (entries->is_directory(error)) add(entries->path().filename().string());
+        }
+        return names;
+    }
+
+    std::vector<std::string> const& preferred(std::vector<std::string> const& languages,
+                                              std::string const& region) {
+        auto const known = localization.find(languages);
+        if (known != localization.end()) return known->second;
+        auto const names = localizations();
+        auto found = matchingLocalizations(languages, {names.begin(), names.end()});
+        if (std::ranges::find(found, region) == found.end()) found.push_back(region);
+        return localization[languages] = std::move(found);
+    }
+};
+
+Bundle::Bundle(std::string identifier, std::string developmentRegion)
+    : identifier_(std::move(identifier))
+    , developmentRegion_(std::move(developmentRegion))
+    , state_(std::make_unique<State>()) {}
+
+Bundle::~Bundle() = default;
+
+Bundle& Bundle::main() {
+    static auto& bundle = *new Bundle{"main"}; // outlives every static object that may look something up
+    return bundle;
+}
+
+void Bundle::addEmbeddedFiles(std::span<EmbeddedFile const> files) {
+    std::lock_guard const lock{state_->mutex};
+    for (auto const& file : files) state_->embedded.insert_or_assign(file.path, file.bytes);
+    state_->sourcesChanged();
+}
+
+void Bundle::addFolder(std::string path) {
+    std::lock_guard const lock{state_->mutex};
+    state_->folders.push_back(std::move(path));
+    state_->sourcesChanged();
+}
+
+std::vector<std::string> Bundle::localizations() const {
+    std::lock_guard const lock{state_->mutex};
+    auto const names = state_->localizations();
+    return {names.begin(), names.end()};
+}
+
+std::vector<std::string> Bundle::preferredLocalizations() const {
+    auto const languages = Locale::preferredLanguages();
+    std::lock_guard const lock{state_->mutex};
+    return state_->preferred(languages, developmentRegion_);
+}
+
+std::optional<std::string> Bundle::data(std::string_view name) const {
+    auto const resource = find(name);
+    return resource ? resource->contents() : std::nullopt;
+}
+
+std::optional<std::string> Bundle::path(std::string_view name) const {
+    auto resource = find(name);
+    if (!resource) return std::nullopt;
+    return std::move(resource->place);
+}
+
+std::optional<Bundle::Resource> Bundle::find(std::string_view name) const {
+    if (!isSafeName(name)) {
+        logWarning(fmt::format("{}: refused the resource name \"{}\"", identifier_, name));
+        return std::nullopt;
+    }
+    auto const languages = Locale::preferredLanguages();
+    std::lock_guard const lock{state_->mutex};
+    auto found = state_->find(identifier_, name);
+    for (auto const& localization : state_->preferred(languages, developmentRegion_)) {
+        if (found) break;
+        found = state_->find(identifier_, localizedName(localization, name));
+    }
+    if (!found) found = state_->find(identifier_, localizedName(baseLocalization, name));
+    return found;
+}
+
+std::shared_ptr<StringsTable const> Bundle::table(std::string_view name) const {
+    auto const languages = Locale::preferredLanguages();
+    {
+        std::lock_guard const lock{state_->mutex};
+        auto const& tables = state_->tables[languages];
+        if (auto const known = tables.find(name); known != tables.end()) return known->second;
+    }
+    // Read without the lock, for whoever hears of a broken table may look something up.
+    auto loaded = std::make_shared<StringsTable const>(loadTable(name));
+    std::lock_guard const lock{state_->mutex};
+    return state_->tables[languages].try_emplace(std::string{name}, std::move(loaded)).first->second;
+}
+
+StringsTable Bundle::loadTable(std::string_view name) const {
+    auto const resource = find(std::string{name}.append(tableSuffix));
+    auto const bytes = resource ? resource->contents() : std::nullopt;
+    if (!bytes) return {};
+    std::optional<StringsTable::ParseError> error;
+    auto parsed = StringsTable::parse(*bytes, error);
+    if (error) logWarning(fmt::format("{}:{}: {}", resource->place, error->line, error->reason));
+    return parsed;
+}
+
+std::string Bundle::localizedString(std::string_view key, std::string_view value,
+                                    std::string_view table) const {
+    constexpr std::string_view defaultTable = "Localizable";
+    auto const strings = this->table(table.empty() ? defaultTable : table);
+    if (auto const* text = strings->find(key)) return *text;
+    return std::string{value.empty() ? key : value};
+}
+
+} // namespace trelundo
