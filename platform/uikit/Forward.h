@@ -8,6 +8,7 @@ class NSLayoutConstraint;
 class NSLayoutDimension;
 class NSLayoutXAxisAnchor;
 class NSLayoutYAxisAnchor;
+class PresentationEngine;
 class UIActivityIndicatorView;
 class UIAlertAction;
 class UIAlertController;

@@ -14,13 +14,14 @@ public:
 
     /// Direction of the first preferred language that the application is localised in.
     UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
-    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) { direction_ = direction; }
+    /// Windows take the new direction over at once.
+    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction);
 
     std::vector<UIWindow*> const& windows() const { return windows_; }
     UIWindow* keyWindow() const { return keyWindow_; }
 
-    /// One frame at Clock::current(): animations advance, display links fire, the main queue has its turn, and
-    /// layout is brought up to date. Shells call it once per displayed frame.
+    /// One frame at Clock::current(): animations advance, display links fire, the main queue has its turn,
+    /// and layout is brought up to date. Shells call it once per displayed frame.
     void frame();
     /// A main-queue turn and layout without advancing animations (after input).
     void turn();
@@ -29,7 +30,9 @@ public:
 
 private:
     friend class UIWindow;
-    UIApplication() = default;
+    UIApplication();
+    void layoutWindows();
+    std::vector<Ref<UIWindow>> strongWindows() const;
     UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
     std::vector<UIWindow*> windows_;
     UIWindow* keyWindow_ = nullptr;

@@ -3,6 +3,7 @@
 #include "platform/uikit/views/UIView.h"
 
 #include <functional>
+#include <memory>
 
 namespace trelundo {
 
@@ -18,8 +19,15 @@ enum class UIModalPresentationStyle : int {
     overCurrentContext = 6,
     popover = 7,
 };
-enum class UIModalTransitionStyle : int { coverVertical = 0, flipHorizontal = 1, crossDissolve = 2, partialCurl = 3 };
+enum class UIModalTransitionStyle : int {
+    coverVertical = 0,
+    flipHorizontal = 1,
+    crossDissolve = 2,
+    partialCurl = 3
+};
 enum class UIStatusBarStyle : int { defaultStyle = 0, lightContent = 1, darkContent = 3 };
+
+struct Presentation;
 
 /// Owns one screen's view and its life cycle. Overrides of the callbacks call the superclass.
 class UIViewController : public UIResponder {
@@ -52,8 +60,11 @@ public:
     std::string const& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
 
-    // Presentation. Both completions come after the callbacks of both controllers; misuse (already presenting,
-    // not in a window) is logged and does nothing.
+    /// After preferredStatusBarStyle() or prefersStatusBarHidden() changed its answer.
+    void setNeedsStatusBarAppearanceUpdate();
+
+    // Presentation. Both completions come after the callbacks of both controllers; misuse (already
+    // presenting, not in a window) is logged and does nothing.
     void present(Ref<UIViewController> controller, bool animated, std::function<void()> completion = nullptr);
     /// Dismisses what this controller presents, else this controller itself. With nothing to dismiss only the
     /// completion comes, on the next turn.
@@ -69,18 +80,32 @@ public:
     bool isBeingPresented() const { return beingPresented_; }
     bool isBeingDismissed() const { return beingDismissed_; }
 
-    /// During viewDidLoad the predicted traits: those of the window it will be shown in, or of the main screen.
+    /// During viewDidLoad the predicted traits: those of the window it will be shown in, or of the main
+    /// screen.
     UITraitCollection const& traitCollection() const override;
     UIResponder* nextResponder() const override;
+
+protected:
+    /// The states of a controller's view in a transition, in this order.
+    enum class TransitionStage { arriving, shown, leaving };
+    /// Puts what the transition moves into the place it has at `stage`; called inside the animation.
+    /// `carrier` holds the controller's view and is as large as the presentation.
+    virtual void applyTransition(TransitionStage stage, UIView& carrier);
+    virtual double transitionDuration() const { return 0.4; } // seconds
 
 private:
     friend class UIWindow;
     friend class UIView;
     friend class PresentationEngine;
+    friend class UIAlertController;
+
+    void reportTraits(UITraitCollection const& traits);
 
     Ref<UIView> view_;
+    bool isLoadingView_ = false;
+    bool appeared_ = false; // between the will-appear and the will-disappear callback
     std::string title_;
-    Ref<UIViewController> presented_;          // the presenter holds the presented controller
+    Ref<UIViewController> presented_; // the presenter holds the presented controller
     UIViewController* presenting_ = nullptr;
     UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::automatic;
     UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
@@ -88,7 +113,7 @@ private:
     bool beingPresented_ = false;
     bool beingDismissed_ = false;
     bool inTransition_ = false;
-    Ref<UIView> presentationContainer_; // what carries the view in the window while presented
+    std::unique_ptr<Presentation> presentation_; // while presented
     std::optional<UITraitCollection> lastTraits_;
 };
 

@@ -24,7 +24,7 @@ struct DeviceProfile {
     CGSize points;
     double scale;
     CGSize nativePixels;
-    UIEdgeInsets portraitInsets;  // safe area
+    UIEdgeInsets portraitInsets; // safe area
     UIEdgeInsets landscapeInsets;
     UIUserInterfaceSizeClass portraitHorizontal, portraitVertical;
     UIUserInterfaceSizeClass landscapeHorizontal, landscapeVertical;
@@ -50,7 +50,9 @@ public:
     CGRect nativeBounds() const { return {0, 0, device_.nativePixels.width, device_.nativePixels.height}; }
     double scale() const { return device_.scale; }
     double nativeScale() const { return device_.nativePixels.width / device_.points.width; }
-    UIEdgeInsets safeAreaInsets() const { return landscape_ ? device_.landscapeInsets : device_.portraitInsets; }
+    UIEdgeInsets safeAreaInsets() const {
+        return landscape_ ? device_.landscapeInsets : device_.portraitInsets;
+    }
     UITraitCollection traitCollection() const;
 
 private:

@@ -1,8 +1,18 @@
 #pragma once
 
+#include <optional>
+
 namespace trelundo {
 
-enum class UIUserInterfaceIdiom : int { unspecified = -1, phone = 0, pad = 1, tv = 2, carPlay = 3, mac = 5, vision = 6 };
+enum class UIUserInterfaceIdiom : int {
+    unspecified = -1,
+    phone = 0,
+    pad = 1,
+    tv = 2,
+    carPlay = 3,
+    mac = 5,
+    vision = 6
+};
 enum class UIUserInterfaceSizeClass : int { unspecified = 0, compact = 1, regular = 2 };
 enum class UIUserInterfaceStyle : int { unspecified = 0, light = 1, dark = 2 };
 enum class UITraitLayoutDirection : int { unspecified = -1, leftToRight = 0, rightToLeft = 1 };
@@ -23,6 +33,18 @@ public:
     /// the main screen's).
     static UITraitCollection const& current();
     static void setCurrent(UITraitCollection const& traits);
+};
+
+/// Makes traits current for its own lifetime; scopes nest.
+class UITraitScope {
+public:
+    explicit UITraitScope(UITraitCollection const& traits);
+    ~UITraitScope();
+    UITraitScope(UITraitScope const&) = delete;
+    UITraitScope& operator=(UITraitScope const&) = delete;
+
+private:
+    std::optional<UITraitCollection> previous_;
 };
 
 } // namespace trelundo

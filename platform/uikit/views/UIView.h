@@ -7,6 +7,7 @@
 #include "platform/uikit/views/UIResponder.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,6 +58,8 @@ enum class UIViewAnimationOptions : unsigned {
     beginFromCurrentState = 4,
     repeat = 8,
     autoreverse = 16,
+    overrideInheritedDuration = 32,
+    overrideInheritedCurve = 64,
     curveEaseInOut = 0u << 16,
     curveEaseIn = 1u << 16,
     curveEaseOut = 2u << 16,
@@ -80,8 +83,8 @@ constexpr UIAccessibilityTraits operator|(UIAccessibilityTraits a, UIAccessibili
     return static_cast<UIAccessibilityTraits>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }
 
-/// A rectangle on screen with its layer, its subviews and its constraints. Geometry, alpha and hidden live in the
-/// layer; views in constraint-driven layouts get their frames from the layout pass. Main thread only.
+/// A rectangle on screen with its layer, its subviews and its constraints. Geometry, alpha and hidden live in
+/// the layer; views in constraint-driven layouts get their frames from the layout pass. Main thread only.
 class UIView : public UIResponder, public CALayerDelegate {
 public:
     static constexpr CGFloat noIntrinsicMetric = -1;
@@ -101,7 +104,7 @@ public:
 
     // Appearance.
     double alpha() const { return layer_->opacity(); }
-    void setAlpha(double alpha) { layer_->setOpacity(alpha); }
+    void setAlpha(double alpha);
     bool isHidden() const { return layer_->isHidden(); }
     virtual void setHidden(bool hidden);
     bool clipsToBounds() const { return layer_->masksToBounds(); }
@@ -175,8 +178,8 @@ public:
     /// Distances of the first and last text baseline from the top and bottom edge; none without text.
     virtual std::optional<double> firstBaselineOffsetFromTop() const { return std::nullopt; }
     virtual std::optional<double> lastBaselineOffsetFromBottom() const { return std::nullopt; }
-    /// Told before the second solving of a layout pass, with the width that the first gave. A view whose height
-    /// depends on it (a wrapping label) re-reads its intrinsic size and answers true.
+    /// Told before the second solving of a layout pass, with the width that the first gave. A view whose
+    /// height depends on it (a wrapping label) re-reads its intrinsic size and answers true.
     virtual bool layoutWidthDidChange(double /*width*/) { return false; }
 
     NSLayoutXAxisAnchor leadingAnchor();
@@ -228,7 +231,9 @@ public:
 
     // Accessibility. The identifier names the view in scripts and descriptions.
     std::string const& accessibilityIdentifier() const { return accessibilityIdentifier_; }
-    void setAccessibilityIdentifier(std::string identifier) { accessibilityIdentifier_ = std::move(identifier); }
+    void setAccessibilityIdentifier(std::string identifier) {
+        accessibilityIdentifier_ = std::move(identifier);
+    }
     virtual std::string accessibilityLabel() const { return accessibilityLabel_; }
     void setAccessibilityLabel(std::string label) { accessibilityLabel_ = std::move(label); }
     virtual UIAccessibilityTraits accessibilityTraits() const { return UIAccessibilityTraits::none; }
@@ -244,6 +249,9 @@ public:
     };
     static void animate(AnimationParameters parameters);
     static void performWithoutAnimation(std::function<void()> const& actions);
+    /// While false, the durations of animations count as zero; completions still come.
+    static void setAnimationsEnabled(bool enabled);
+    static bool areAnimationsEnabled();
 
     /// The controller whose root view this is; null otherwise.
     UIViewController* viewController() const { return viewController_; }
@@ -261,14 +269,44 @@ private:
     friend class UIWindow;
     friend class UIViewController;
     friend class UIStackView;
+    friend class PresentationEngine;
+    friend class LayerChange;
 
+    // Changes of the tree (UIViewTree.cpp).
+    bool mayContain(UIView const& view) const;
+    void restack(Ref<UIView> const& view, std::size_t index);
+    void place(Ref<UIView> const& view, std::size_t index);
+    void detach(UIView& view);
+    void announceWindow(UIWindow* window);
+    void adoptWindow(UIWindow* window);
+    void reportWindow(UIWindow const* window);
     void moveToWindow(UIWindow* window);
+
+    // Conversions between this view's coordinates and the superview's or the root's (UIViewGeometry.cpp).
+    CGAffineTransform transformToSuperview() const;
+    CGAffineTransform transformTo(UIView const* view) const;
+
+    // Traits and tint (UIViewTraits.cpp).
+    static UITraitCollection const& predictedTraits();
     void traitsDidPropagate();
+    void reportTraits(UITraitCollection const& traits);
+    void backgroundColorDidResolve();
+    void directionDidChange();
+    UIView const* tintSource() const;
+    bool isTintDimmed() const;
+    void tintDidPropagate(bool dimmingChanged);
+    void setDimmedBehindPresentation(bool dimmed);
+
+    // Refusal of touches while an animation moves the view (UIViewAnimation.cpp).
+    bool refusesTouches() const;
+    void noteAnimatedChange();
+    static void endRefusal(std::vector<Weak<UIView>> const& views);
+
     // Layout's part of changes of tree and geometry (UIViewLayout.cpp).
     void layoutSubviewAdded(UIView& view);
     void layoutSubviewWillBeRemoved(UIView& view);
-    void layoutSizeDidChange();  // bounds size changed, by hand or by a layout pass
-    void layoutFrameWasSet();    // frame, center or bounds assigned by hand
+    void layoutSizeDidChange(); // bounds size changed, by hand or by a layout pass
+    void layoutFrameWasSet();   // frame, center or bounds assigned by hand
 
     Ref<CALayer> layer_;
     std::optional<UIColor> backgroundColor_;
@@ -299,6 +337,11 @@ private:
     bool insetsLayoutMarginsFromSafeArea_ = true;
 
     std::optional<UITraitCollection> lastTraits_; // as last reported; absent before the first window
+    std::shared_ptr<UITraitCollection const>
+        traitsOverride_;                   // of a presentation with size classes of its own
+    UIUserInterfaceStyle appearanceStyle_; // by which colours were last resolved
+    bool dimmedBehindPresentation_ = false;
+    int refusingAnimations_ = 0; // running ones that were started without allowUserInteraction
     std::string accessibilityIdentifier_;
     std::string accessibilityLabel_;
 };

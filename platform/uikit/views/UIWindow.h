@@ -7,7 +7,8 @@
 
 namespace trelundo {
 
-/// The root of a view tree: takes touches in, keeps traits and safe area up to date, lays out before each frame.
+/// The root of a view tree: takes touches in, keeps traits and safe area up to date, lays out before each
+/// frame.
 class UIWindow : public UIView {
 public:
     UIWindow();
@@ -15,13 +16,16 @@ public:
     ~UIWindow() override;
 
     Ref<UIViewController> rootViewController() const { return root_; }
-    /// Loads the controller's view, sizes it to the window and, when the window is visible, calls the appearance
-    /// callbacks.
+    /// Loads the controller's view, sizes it to the window and, when the window is visible, calls the
+    /// appearance callbacks.
     void setRootViewController(Ref<UIViewController> controller);
     void makeKeyAndVisible();
     bool isVisible() const { return visible_; }
     /// The topmost presented controller, or the root.
     Ref<UIViewController> topViewController() const;
+    /// What the top controller's status bar or home indicator preferences say has changed: the safe area
+    /// follows.
+    void setNeedsStatusBarAppearanceUpdate();
 
     /// The screen's size, orientation, safe area or style changed: sizes, traits and layout follow.
     void screenDidChange();
@@ -40,9 +44,23 @@ public:
     /// Constraints, layout and safe-area updates for everything that is marked; part of every run-loop turn.
     void layoutWindow();
 
+    UIResponder* nextResponder() const override { return nullptr; }
+
 private:
     friend class UIView;
+    struct ActiveTouch;
     struct State;
+
+    void showRoot();
+    void hideRoot();
+    void updateSafeArea();
+    void cancelTouchesIn(UIView const& view);
+    void deliver(ActiveTouch& active, UITouchPhase phase);
+    void takeOver(ActiveTouch& active, UIScrollView& taker);
+    void moveFocus(int step);
+    void pressFocused();
+    void placeFocusRing();
+
     std::unique_ptr<State> state_;
     Ref<UIViewController> root_;
     bool visible_ = false;

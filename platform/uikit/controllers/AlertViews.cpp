@@ -1,0 +1,102 @@
+#include "platform/uikit/controllers/AlertViews.h"
+
+#include "platform/uikit/text/UILabel.h"
+
+namespace trelundo {
+
+namespace {
+
+// Points.
+constexpr double titleFontSize = 17;
+constexpr double messageFontSize = 13;
+constexpr double paddingTop = 20;
+constexpr double paddingSide = 16;
+constexpr double paddingBottom = 20;
+constexpr double betweenTexts = 3;
+
+bool isEmpty(std::optional<std::string> const& text) { return !text || text->empty(); }
+
+} // namespace
+
+void AlertText::setTexts(std::optional<std::string> const& title, std::optional<std::string> const& message) {
+    for (auto const& label : labels_) label->removeFromSuperview();
+    labels_.clear();
+    auto const strongFont = UIFont::system(titleFontSize, UIFont::Weight::semibold);
+    if (!isEmpty(title)) labels_.push_back(addLabel(*title, strongFont));
+    if (!isEmpty(message))
+        labels_.push_back(addLabel(*message, title ? UIFont::system(messageFontSize) : strongFont));
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+}
+
+Ref<UILabel> AlertText::addLabel(std::string const& text, UIFont font) {
+    auto label = make<UILabel>();
+    label->setFont(font);
+    label->setTextColor(UIColor::label());
+    label->setTextAlignment(NSTextAlignment::center);
+    label->setNumberOfLines(0);
+    label->setText(text);
+    addSubview(label);
+    return label;
+}
+
+CGSize AlertText::intrinsicContentSize() const {
+    if (labels_.empty()) return {width, 0};
+    double height = paddingTop + paddingBottom + betweenTexts * static_cast<double>(labels_.size() - 1);
+    for (auto const& label : labels_) height += label->sizeThatFits({width - 2 * paddingSide, 0}).height;
+    return {width, height};
+}
+
+void AlertText::layoutSubviews() {
+    UIScrollView::layoutSubviews();
+    double y = paddingTop;
+    double const textWidth = bounds().size.width - 2 * paddingSide;
+    for (auto const& label : labels_) {
+        double const height = label->sizeThatFits({textWidth, 0}).height;
+        label->setFrame({paddingSide, y, textWidth, height});
+        y += height + betweenTexts;
+    }
+    setContentSize({bounds().size.width, intrinsicContentSize().height});
+}
+
+AlertButton::AlertButton(UIAlertController& alert, UIAlertAction& action, bool isEmphasised)
+    : alert_(&alert)
+    , action_(&action) {
+    bool const destroys = action.style() == UIAlertActionStyle::destructive;
+    setTitle(action.title(), UIControlState::normal);
+    setTitleColor(destroys ? UIColor::systemRed() : UIColor::systemBlue(), UIControlState::normal);
+    setTitleColor(UIColor::systemGray(), UIControlState::disabled);
+    titleLabel()->setFont(font(isEmphasised));
+    titleLabel()->setAdjustsFontSizeToFitWidth(true);
+    titleLabel()->setMinimumScaleFactor(0.5);
+    setContentEdgeInsets({0, paddingSide / 2, 0, paddingSide / 2});
+    setEnabled(action.isEnabled());
+    addTarget(this, &AlertButton::choose, UIControlEvents::touchUpInside);
+}
+
+UIFont AlertButton::font(bool isEmphasised) {
+    return UIFont::system(titleFontSize, isEmphasised ? UIFont::Weight::semibold : UIFont::Weight::regular);
+}
+
+double AlertButton::titleWidth(UIAlertAction const& action, bool isEmphasised) {
+    auto const label = make<UILabel>();
+    label->setFont(font(isEmphasised));
+    label->setText(action.title());
+    return label->intrinsicContentSize().width + paddingSide;
+}
+
+void AlertButton::setHighlighted(bool highlighted) {
+    UIButton::setHighlighted(highlighted);
+    static UIColor const pressed = UIColor::dynamic([](UITraitCollection const& traits) {
+        return UIColor::gray(traits.userInterfaceStyle == UIUserInterfaceStyle::dark ? 1 : 0, 0.1);
+    });
+    setBackgroundColor(highlighted ? std::optional(pressed) : std::nullopt);
+}
+
+void AlertButton::choose() {
+    auto const alert = alert_.lock();
+    auto const action = action_.lock();
+    if (alert && action) alert->performAction(*action);
+}
+
+} // namespace trelundo

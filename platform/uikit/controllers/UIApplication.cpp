@@ -1,0 +1,48 @@
+#include "platform/uikit/controllers/UIApplication.h"
+
+#include "platform/coreanimation/CADisplayLink.h"
+#include "platform/coreanimation/CATransaction.h"
+#include "platform/foundation/Clock.h"
+#include "platform/foundation/DispatchQueue.h"
+
+namespace trelundo {
+
+UIApplication::UIApplication() {
+    RunLoop::main().addBeforeSleepObserver(0, [this] { layoutWindows(); });
+}
+
+UIApplication& UIApplication::shared() {
+    static UIApplication application;
+    return application;
+}
+
+void UIApplication::setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) {
+    if (direction_ == direction) return;
+    direction_ = direction;
+    for (auto const& window : strongWindows()) window->screenDidChange();
+}
+
+void UIApplication::frame() {
+    CATransaction::advanceFrame();
+    CADisplayLink::fire(Clock::current().now());
+    turn();
+}
+
+void UIApplication::turn() { RunLoop::main().runTurn(); }
+
+bool UIApplication::needsFrames() const {
+    return CATransaction::hasWork() || CADisplayLink::hasAny() || DispatchQueue::main().hasReady();
+}
+
+void UIApplication::layoutWindows() {
+    for (auto const& window : strongWindows()) window->layoutWindow();
+}
+
+/// Callbacks during a walk over the windows may close any of them.
+std::vector<Ref<UIWindow>> UIApplication::strongWindows() const {
+    std::vector<Ref<UIWindow>> result;
+    for (auto* window : windows_) result.push_back(strong(*window));
+    return result;
+}
+
+} // namespace trelundo

@@ -1,0 +1,78 @@
+#include "platform/uikit/controllers/UIViewController.h"
+
+#include "platform/uikit/controllers/PresentationEngine.h"
+#include "platform/uikit/views/UIScreen.h"
+#include "platform/uikit/views/UIWindow.h"
+
+namespace trelundo {
+
+UIViewController::UIViewController() = default;
+
+UIViewController::~UIViewController() {
+    PresentationEngine::abandon(*this);
+    if (view_) view_->viewController_ = nullptr;
+}
+
+Ref<UIView> const& UIViewController::view() {
+    if (view_ || isLoadingView_) return view_;
+    UITraitScope const scope(traitCollection());
+    isLoadingView_ = true;
+    loadView();
+    isLoadingView_ = false;
+    if (!view_) UIViewController::loadView();
+    viewDidLoad();
+    return view_;
+}
+
+void UIViewController::setView(Ref<UIView> view) {
+    if (view_) view_->viewController_ = nullptr;
+    view_ = std::move(view);
+    if (view_) view_->viewController_ = this;
+}
+
+void UIViewController::loadView() {
+    auto plain = make<UIView>(UIScreen::main().bounds());
+    plain->setAutoresizingMask(UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight);
+    setView(std::move(plain));
+}
+
+void UIViewController::setNeedsStatusBarAppearanceUpdate() {
+    if (view_ && view_->window()) view_->window()->setNeedsStatusBarAppearanceUpdate();
+}
+
+void UIViewController::present(Ref<UIViewController> controller, bool animated,
+                               std::function<void()> completion) {
+    PresentationEngine::present(*this, std::move(controller), animated, std::move(completion));
+}
+
+void UIViewController::dismiss(bool animated, std::function<void()> completion) {
+    PresentationEngine::dismiss(*this, animated, std::move(completion));
+}
+
+void UIViewController::applyTransition(TransitionStage stage, UIView& carrier) {
+    bool const isShown = stage == TransitionStage::shown;
+    if (transitionStyle_ == UIModalTransitionStyle::crossDissolve) return carrier.setAlpha(isShown ? 1 : 0);
+    auto const* container = carrier.superview();
+    double const top = carrier.center().y - carrier.bounds().size.height / 2;
+    double const way = container ? container->bounds().size.height - top : carrier.bounds().size.height;
+    carrier.setTransform(isShown ? CGAffineTransform{} : CGAffineTransform::translation(0, way));
+}
+
+UITraitCollection const& UIViewController::traitCollection() const {
+    if (view_ && view_->window()) return static_cast<UIView const&>(*view_).traitCollection();
+    return lastTraits_ ? *lastTraits_ : UIView::predictedTraits();
+}
+
+void UIViewController::reportTraits(UITraitCollection const& traits) {
+    if (lastTraits_ == traits) return;
+    auto const previous = std::exchange(lastTraits_, traits);
+    UITraitScope const scope(traits);
+    traitCollectionDidChange(previous ? &*previous : nullptr);
+}
+
+UIResponder* UIViewController::nextResponder() const {
+    if (presenting_) return presenting_;
+    return view_ ? view_->superview() : nullptr;
+}
+
+} // namespace trelundo

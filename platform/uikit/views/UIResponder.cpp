@@ -1,0 +1,25 @@
+#include "platform/uikit/views/UIResponder.h"
+
+#include "platform/uikit/views/UIView.h"
+
+namespace trelundo {
+
+CGPoint UITouch::locationIn(UIView const& view) const { return view.convertPointFrom(location_, nullptr); }
+
+void UIResponder::touchesBegan(UITouch& touch) {
+    if (auto* next = nextResponder()) next->touchesBegan(touch);
+}
+
+void UIResponder::touchesMoved(UITouch& touch) {
+    if (auto* next = nextResponder()) next->touchesMoved(touch);
+}
+
+void UIResponder::touchesEnded(UITouch& touch) {
+    if (auto* next = nextResponder()) next->touchesEnded(touch);
+}
+
+void UIResponder::touchesCancelled(UITouch& touch) {
+    if (auto* next = nextResponder()) next->touchesCancelled(touch);
+}
+
+} // namespace trelundo

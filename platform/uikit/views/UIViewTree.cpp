@@ -1,0 +1,142 @@
+#include "platform/foundation/Log.h"
+#include "platform/uikit/views/UIView.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <algorithm>
+
+namespace trelundo {
+
+void UIView::addSubview(Ref<UIView> view) { insertSubview(std::move(view), subviews_.size()); }
+
+bool UIView::mayContain(UIView const& view) const {
+    if (!isDescendantOf(view)) return true;
+    logWarning("A view cannot be added to itself or to one of its own subviews.");
+    return false;
+}
+
+void UIView::insertSubview(Ref<UIView> view, std::size_t index) {
+    if (!view || !mayContain(*view)) return;
+    if (view->superview_ == this) return restack(view, index);
+    auto const* tintSourceBefore = view->tintSource();
+    bool const dimmedBefore = view->isTintDimmed();
+
+    view->willMoveToSuperview(this);
+    if (view->window_ != window_) view->announceWindow(window_);
+    if (view->superview_) view->superview_->detach(*view);
+    place(view, index);
+    view->superview_ = this;
+    layoutSubviewAdded(*view);
+    didAddSubview(*view);
+    view->moveToWindow(window_);
+    view->didMoveToSuperview();
+
+    bool const dimmingChanged = view->isTintDimmed() != dimmedBefore;
+    if (dimmingChanged || view->tintSource() != tintSourceBefore) view->tintDidPropagate(dimmingChanged);
+    if (view->window_) view->traitsDidPropagate();
+}
+
+void UIView::insertSubviewAbove(Ref<UIView> view, UIView const& sibling) {
+    auto const found = std::ranges::find(subviews_, &sibling, &Ref<UIView>::get);
+    auto const index = static_cast<std::size_t>(found - subviews_.begin());
+    bool const isLower =
+        view && view->superview_ == this && std::find(subviews_.begin(), found, view) != found;
+    insertSubview(std::move(view), isLower ? index : index + 1);
+}
+
+void UIView::insertSubviewBelow(Ref<UIView> view, UIView const& sibling) {
+    auto const found = std::ranges::find(subviews_, &sibling, &Ref<UIView>::get);
+    auto const index = static_cast<std::size_t>(found - subviews_.begin());
+    bool const isLower =
+        view && view->superview_ == this && std::find(subviews_.begin(), found, view) != found;
+    insertSubview(std::move(view), isLower ? index - 1 : index);
+}
+
+void UIView::bringSubviewToFront(UIView& view) {
+    if (view.superview_ == this) restack(strong(view), subviews_.size());
+}
+
+/// `index` counts the siblings without the view itself.
+void UIView::restack(Ref<UIView> const& view, std::size_t index) {
+    std::erase(subviews_, view);
+    place(view, index);
+}
+
+/// Layers that are no view's own lie among the sublayers, so that the layer's index differs from the view's.
+void UIView::place(Ref<UIView> const& view, std::size_t index) {
+    view->layer_->removeFromSuperlayer();
+    if (index >= subviews_.size()) {
+        subviews_.push_back(view);
+        layer_->addSublayer(view->layer_);
+        return;
+    }
+    auto const position = subviews_.begin() + static_cast<std::ptrdiff_t>(index);
+    auto const above = std::ranges::find(layer_->sublayers(), (*position)->layer_);
+    auto const layerIndex = static_cast<std::size_t>(above - layer_->sublayers().begin());
+    subviews_.insert(position, view);
+    layer_->insertSublayer(view->layer_, layerIndex);
+}
+
+void UIView::detach(UIView& view) {
+    willRemoveSubview(view);
+    layoutSubviewWillBeRemoved(view);
+    view.layer_->removeFromSuperlayer();
+    view.superview_ = nullptr;
+    std::erase_if(subviews_, [&view](Ref<UIView> const& child) { return child.get() == &view; });
+}
+
+void UIView::removeFromSuperview() {
+    if (!superview_) return;
+    auto const self = strong(*this);
+    willMoveToSuperview(nullptr);
+    if (window_) announceWindow(nullptr);
+    if (!superview_) return;
+    superview_->detach(*this);
+    moveToWindow(nullptr);
+    didMoveToSuperview();
+}
+
+void UIView::announceWindow(UIWindow* window) {
+    willMoveToWindow(window);
+    auto const children = subviews_;
+    for (auto const& child : children) child->announceWindow(window);
+}
+
+/// The whole subtree stands in its new window before the first view hears of it.
+void UIView::moveToWindow(UIWindow* window) {
+    if (window_ == window) return;
+    if (window_) window_->cancelTouchesIn(*this);
+    adoptWindow(window);
+    reportWindow(window);
+}
+
+void UIView::adoptWindow(UIWindow* window) {
+    window_ = window;
+    if (!window) layer_->removeAllAnimations();
+    for (auto const& child : subviews_) child->adoptWindow(window);
+}
+
+void UIView::reportWindow(UIWindow const* window) {
+    if (window_ != window) return;
+    didMoveToWindow();
+    auto const children = subviews_;
+    for (auto const& child : children) {
+        if (child->superview_ == this) child->reportWindow(window);
+    }
+}
+
+bool UIView::isDescendantOf(UIView const& view) const {
+    for (auto const* step = this; step; step = step->superview_) {
+        if (step == &view) return true;
+    }
+    return false;
+}
+
+Ref<UIView> UIView::viewWithTag(int tag) {
+    if (tag_ == tag) return strong(*this);
+    for (auto const& child : subviews_) {
+        if (auto found = child->viewWithTag(tag)) return found;
+    }
+    return nullptr;
+}
+
+} // namespace trelundo

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/uikit/collection/UIScrollView.h"
+#include "platform/uikit/controls/UIControl.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <map>
+#include <memory>
+
+namespace trelundo {
+
+/// One finger on the window. A scroll view that takes it over has it until the end.
+struct UIWindow::ActiveTouch {
+    Ref<UITouch> touch;
+    std::vector<Weak<UIScrollView>> scrollViews; // that hold the touched view, nearest first
+    Weak<UIScrollView> taker;
+    bool isTaken = false;
+};
+
+struct UIWindow::State {
+    std::map<int, std::shared_ptr<ActiveTouch>> touches;
+    Weak<UIControl> focused; // by the keyboard
+    Ref<CALayer> focusRing;
+    bool isLayingOut = false;
+};
+
+} // namespace trelundo
