@@ -49,7 +49,7 @@ AnimationRegistry& AnimationRegistry::shared() {
 }
 
 void AnimationRegistry::begin(CATransaction::Settings settings) {
-    if (!open_.empty()) {
+    if (!open_.empty() && settings.inherits) {
         settings.duration = open_.back().settings.duration;
         settings.timing = open_.back().settings.timing;
     }

@@ -28,6 +28,8 @@ public:
         CAMediaTimingFunction timing = CAMediaTimingFunction::easeInEaseOut();
         bool repeats = false;
         bool autoreverses = false;
+        /// Inside another transaction: that one's duration and timing count instead of these.
+        bool inherits = true;
         /// Called on the main thread once all animations have ended: true when they ran to their end. Never
         /// inside commit(); with nothing to animate at the next frame or turn, whichever comes first.
         std::function<void(bool finished)> completion;

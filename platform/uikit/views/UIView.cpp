@@ -1,7 +1,6 @@
 #include "platform/uikit/views/UIView.h"
 
 #include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/LayerChange.h"
 #include "platform/uikit/views/UIScreen.h"
 
 namespace trelundo {
@@ -25,7 +24,7 @@ UIView::~UIView() {
 }
 
 void UIView::setAlpha(double alpha) {
-    LayerChange const change(*this, alpha != layer_->opacity());
+    if (alpha != layer_->opacity()) noteAnimatedChange();
     layer_->setOpacity(alpha);
 }
 
@@ -44,7 +43,7 @@ void UIView::setBackgroundColor(std::optional<UIColor> color) {
 void UIView::backgroundColorDidResolve() {
     std::optional<CGColor> resolved;
     if (backgroundColor_) resolved = backgroundColor_->cgColor(traitCollection());
-    LayerChange const change(*this, resolved != layer_->backgroundColor());
+    if (resolved != layer_->backgroundColor()) noteAnimatedChange();
     layer_->setBackgroundColor(resolved);
 }
 

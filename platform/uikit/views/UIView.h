@@ -264,13 +264,14 @@ protected:
 
 private:
     friend class LayoutEngine;
+    friend class LayoutNode;
+    friend class LayoutPass;
     friend class NSLayoutConstraint;
     friend class UILayoutGuide;
     friend class UIWindow;
     friend class UIViewController;
     friend class UIStackView;
     friend class PresentationEngine;
-    friend class LayerChange;
 
     // Changes of the tree (UIViewTree.cpp).
     bool mayContain(UIView const& view) const;
@@ -299,10 +300,13 @@ private:
 
     // Refusal of touches while an animation moves the view (UIViewAnimation.cpp).
     bool refusesTouches() const;
-    void noteAnimatedChange();
+    void noteAnimatedChange(); // the layout pass calls it too
     static void endRefusal(std::vector<Weak<UIView>> const& views);
 
     // Layout's part of changes of tree and geometry (UIViewLayout.cpp).
+    void markSubtreeForLayout();
+    void marginsDidChange();
+    bool updateSafeAreaInsets(); // true when they are other ones now; reports them
     void layoutSubviewAdded(UIView& view);
     void layoutSubviewWillBeRemoved(UIView& view);
     void layoutSizeDidChange(); // bounds size changed, by hand or by a layout pass
@@ -335,6 +339,13 @@ private:
     UIEdgeInsets layoutMargins_{8, 8, 8, 8};
     UIEdgeInsets safeAreaInsets_;
     bool insetsLayoutMarginsFromSafeArea_ = true;
+    bool layoutMarginsWereSet_ = false;
+    bool marginsAreDirectional_ = false;  // layoutMargins_ holds leading as left, trailing as right
+    bool subtreeNeedsLayout_ = true;      // this view or a descendant is marked
+    bool subtreeNeedsConstraints_ = true; // the same for updateConstraints()
+    bool safeAreaIsStale_ = true;         // its place or the window's insets may have changed
+    bool isLayingOut_ = false;
+    std::shared_ptr<LayoutNode> layoutNode_; // its part in constraint layout, made when first needed
 
     std::optional<UITraitCollection> lastTraits_; // as last reported; absent before the first window
     std::shared_ptr<UITraitCollection const>

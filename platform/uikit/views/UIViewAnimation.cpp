@@ -1,6 +1,5 @@
 #include "platform/coreanimation/CATransaction.h"
 #include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/views/LayerChange.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace trelundo {
@@ -40,6 +39,7 @@ CATransaction::Settings settings(UIView::AnimationParameters const& parameters) 
                                    .timing = timing(options),
                                    .repeats = has(options, UIViewAnimationOptions::repeat),
                                    .autoreverses = has(options, UIViewAnimationOptions::autoreverse),
+                                   .inherits = false,
                                    .completion = nullptr};
     if (auto const* outer = CATransaction::current()) {
         if (!has(options, UIViewAnimationOptions::overrideInheritedDuration))
@@ -90,27 +90,14 @@ bool UIView::refusesTouches() const {
     return refusingAnimations_ > 0 && !dynamic_cast<UIScrollView const*>(this);
 }
 
+/// To be called before an animatable property of the layer changes.
 void UIView::noteAnimatedChange() {
-    if (!refusingViews) return;
+    if (!refusingViews || !window_ || !CATransaction::isAnimating()) return;
     auto& views = refusingViews->views;
     bool const isNoted = !views.empty() && views.back().refersTo(*this);
     if (isNoted) return;
     views.push_back(this);
     ++refusingAnimations_;
-}
-
-LayerChange::LayerChange(UIView& view, bool changes) {
-    if (!changes || !CATransaction::isAnimating()) return;
-    if (view.window_) {
-        view.noteAnimatedChange();
-    } else {
-        suppressesAnimation_ = true;
-        CATransaction::begin({.duration = 0, .completion = nullptr});
-    }
-}
-
-LayerChange::~LayerChange() {
-    if (suppressesAnimation_) CATransaction::commit();
 }
 
 } // namespace trelundo

@@ -1,4 +1,3 @@
-#include "platform/uikit/views/LayerChange.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace trelundo {
@@ -22,10 +21,8 @@ CGRect UIView::frame() const { return layer_->frame(); }
 void UIView::setFrame(CGRect frame) {
     auto const oldFrame = layer_->frame();
     auto const oldSize = layer_->bounds().size;
-    {
-        LayerChange const change(*this, frame != oldFrame);
-        layer_->setFrame(frame);
-    }
+    if (frame != oldFrame) noteAnimatedChange();
+    layer_->setFrame(frame);
     if (layer_->bounds().size != oldSize) layoutSizeDidChange();
     layoutFrameWasSet();
 }
@@ -34,10 +31,8 @@ CGRect UIView::bounds() const { return layer_->bounds(); }
 
 void UIView::setBounds(CGRect bounds) {
     auto const old = layer_->bounds();
-    {
-        LayerChange const change(*this, bounds != old);
-        layer_->setBounds(bounds);
-    }
+    if (bounds != old) noteAnimatedChange();
+    layer_->setBounds(bounds);
     if (bounds.size == old.size) return;
     layoutSizeDidChange();
     layoutFrameWasSet();
@@ -46,17 +41,15 @@ void UIView::setBounds(CGRect bounds) {
 CGPoint UIView::center() const { return layer_->position(); }
 
 void UIView::setCenter(CGPoint center) {
-    {
-        LayerChange const change(*this, center != layer_->position());
-        layer_->setPosition(center);
-    }
+    if (center != layer_->position()) noteAnimatedChange();
+    layer_->setPosition(center);
     layoutFrameWasSet();
 }
 
 CGAffineTransform UIView::transform() const { return layer_->transform(); }
 
 void UIView::setTransform(CGAffineTransform transform) {
-    LayerChange const change(*this, transform != layer_->transform());
+    if (transform != layer_->transform()) noteAnimatedChange();
     layer_->setTransform(transform);
 }
 

@@ -63,7 +63,6 @@ void UIView::restack(Ref<UIView> const& view, std::size_t index) {
 
 /// Layers that are no view's own lie among the sublayers, so that the layer's index differs from the view's.
 void UIView::place(Ref<UIView> const& view, std::size_t index) {
-    view->layer_->removeFromSuperlayer();
     if (index >= subviews_.size()) {
         subviews_.push_back(view);
         layer_->addSublayer(view->layer_);
@@ -71,15 +70,15 @@ void UIView::place(Ref<UIView> const& view, std::size_t index) {
     }
     auto const position = subviews_.begin() + static_cast<std::ptrdiff_t>(index);
     auto const above = std::ranges::find(layer_->sublayers(), (*position)->layer_);
-    auto const layerIndex = static_cast<std::size_t>(above - layer_->sublayers().begin());
+    bool const stoodBelow = std::find(layer_->sublayers().begin(), above, view->layer_) != above;
+    auto const layerIndex = above - layer_->sublayers().begin() - (stoodBelow ? 1 : 0);
     subviews_.insert(position, view);
-    layer_->insertSublayer(view->layer_, layerIndex);
+    layer_->insertSublayer(view->layer_, static_cast<std::size_t>(layerIndex));
 }
 
 void UIView::detach(UIView& view) {
     willRemoveSubview(view);
     layoutSubviewWillBeRemoved(view);
-    view.layer_->removeFromSuperlayer();
     view.superview_ = nullptr;
     std::erase_if(subviews_, [&view](Ref<UIView> const& child) { return child.get() == &view; });
 }
@@ -91,6 +90,7 @@ void UIView::removeFromSuperview() {
     if (window_) announceWindow(nullptr);
     if (!superview_) return;
     superview_->detach(*this);
+    layer_->removeFromSuperlayer();
     moveToWindow(nullptr);
     didMoveToSuperview();
 }
@@ -111,7 +111,6 @@ void UIView::moveToWindow(UIWindow* window) {
 
 void UIView::adoptWindow(UIWindow* window) {
     window_ = window;
-    if (!window) layer_->removeAllAnimations();
     for (auto const& child : subviews_) child->adoptWindow(window);
 }
 

@@ -64,6 +64,7 @@ void UIWindow::makeKeyAndVisible() {
     visible_ = true;
     application.windows_.push_back(this);
     layer().setHidden(false);
+    layer().setDisplayRoot(true);
     traits_ = UIScreen::main().traitCollection();
     updateSafeArea();
     traitsDidPropagate();
