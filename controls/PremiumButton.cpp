@@ -2,6 +2,7 @@
 
 #include "common/Common.h"
 #include "controls/PlanTerms.h"
+#include "controls/TotalBlock.h"
 #include "platform/foundation/Strings.h"
 
 namespace trelundo {
@@ -9,9 +10,6 @@ namespace trelundo {
 namespace {
 
 constexpr auto selectedAndHighlighted = UIControlState::selected | UIControlState::highlighted;
-constexpr double totalTrailingMargin = 25;
-constexpr double separatorTrailingMargin = 50;
-constexpr double separatorInset = 12;
 
 UIColor selectedBackground() { return {0.9294117647058824, 0.9254901960784314, 0.9333333333333333}; }
 
@@ -96,15 +94,12 @@ Ref<SKProductDiscount> PremiumButton::offer() const {
 void PremiumButton::layoutSubviews() {
     UIButton::layoutSubviews();
     if (!totalSeparatorView_ || !totalLabel_) return;
-    auto const size = bounds().size;
-    auto const label = totalLabel_->frame().size;
-    double const labelX =
-        isRightToLeft() ? totalTrailingMargin : size.width - label.width - totalTrailingMargin;
-    double const separatorX = isRightToLeft() ? label.width + separatorTrailingMargin
-                                              : size.width - label.width - separatorTrailingMargin;
-    totalLabel_->setFrame({labelX, (size.height - label.height) * 0.5, label.width, label.height});
-    totalSeparatorView_->setFrame({separatorX, separatorInset, 1, size.height - 2 * separatorInset});
-    keepTitleClearOfTotalBlock();
+    TotalBlock{.separator = *totalSeparatorView_,
+               .label = *totalLabel_,
+               .labelSize = totalLabel_->frame().size,
+               .labelMargin = 25,
+               .separatorMargin = 50}
+        .place(*this);
 }
 
 } // namespace trelundo

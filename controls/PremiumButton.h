@@ -66,7 +66,6 @@ private:
     void showIntroductoryPrice(SKProductDiscount const& offer);
     std::string monthlyShareLine() const;
     void addTotalBlock();
-    void keepTitleClearOfTotalBlock();
     TextAttributes attributes(UIFont font) const;
 
     std::string abTest_;

@@ -4,14 +4,11 @@
 #include "platform/foundation/Lazy.h"
 #include "platform/foundation/Strings.h"
 
-#include <algorithm>
-
 namespace trelundo {
 
 namespace {
 
 constexpr double titleLineSpacing = 4;
-constexpr double gapBeforeTotalBlock = 8;
 constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
 
 std::string filled(std::string_view key, std::string_view price) {
@@ -139,21 +136,6 @@ void PremiumButton::addTotalBlock() {
         NSAttributedString{filled("Total:\n$$$", PremiumManager::price(*product_)), std::move(style)});
     totalLabel_->sizeToFit();
     addSubview(totalLabel_);
-}
-
-void PremiumButton::keepTitleClearOfTotalBlock() {
-    if (totalSeparatorView_->isHidden()) return;
-    auto frame = titleLabel()->frame();
-    if (isRightToLeft()) {
-        double const limit = totalSeparatorView_->frame().maxX() + gapBeforeTotalBlock;
-        if (frame.minX() >= limit) return;
-        frame = {limit, frame.minY(), std::max(0.0, frame.maxX() - limit), frame.height()};
-    } else {
-        double const limit = totalSeparatorView_->frame().minX() - gapBeforeTotalBlock;
-        if (frame.maxX() <= limit) return;
-        frame.size.width = std::max(0.0, limit - frame.minX());
-    }
-    titleLabel()->setFrame(frame);
 }
 
 TextAttributes PremiumButton::attributes(UIFont font) const {

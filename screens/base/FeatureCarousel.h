@@ -18,6 +18,7 @@ using Feature = std::pair<std::string, std::string>;
 class FeatureCarousel : public NSObject, public UICollectionViewDataSource, public UICollectionViewDelegate {
 public:
     static constexpr int itemCount = 1'000'000;
+    static constexpr double defaultSpacing = 10; // points between items where a screen asks for nothing else
 
     struct Style {
         CGSize itemSize;

@@ -3,6 +3,7 @@
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ContinueButton.h"
 #include "screens/base/LinksRow.h"
+#include "screens/base/ViewBuilding.h"
 #include "screens/subscription/PremiumViewController.h"
 
 namespace trelundo {
@@ -11,55 +12,30 @@ namespace {
 
 UIColor darkText() { return {0.24313725490196078, 0.2549019607843137, 0.29411764705882354}; }
 
-template <class View> Ref<View> constraintDriven(Ref<View> view) {
-    view->setTranslatesAutoresizingMaskIntoConstraints(false);
-    return view;
-}
-
-Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
-    auto stack = constraintDriven(make<UIStackView>(std::move(arranged)));
-    stack->setAxis(NSLayoutConstraintAxis::vertical);
-    return stack;
-}
-
 void setMarginAbove(UIStackView& stack, double points) {
     stack.setLayoutMarginsRelativeArrangement(true);
     stack.setLayoutMargins({points, 0, 0, 0});
 }
 
-Ref<UIImageView> makeHeaderPicture() {
-    auto picture = constraintDriven(make<UIImageView>());
-    picture->setClipsToBounds(true);
-    picture->setContentMode(UIViewContentMode::scaleAspectFill);
-    picture->setImage(UIImage::named("premium_background"));
-    return picture;
-}
-
 Ref<UIStackView> makeLogoStack() {
-    auto title = make<UILabel>();
-    title->setText(Common::text("Unlock All Features"));
-    title->setTextColor(UIColor::white());
-    title->setFont(UIFont::system(17, UIFont::Weight::medium));
-    title->setAdjustsFontSizeToFitWidth(true);
-    title->setMinimumScaleFactor(0.5);
-    return makeVerticalStack({make<UIImageView>(UIImage::named("premium_white")), title});
+    auto logo = make<UIImageView>(UIImage::named("premium_white"));
+    // The stack gives the logo the title's width, which must not stretch it.
+    logo->setContentMode(UIViewContentMode::scaleAspectFit);
+    auto const title = makeShrinkingLabel("Unlock All Features", UIFont::system(17, UIFont::Weight::medium),
+                                          UIColor::white());
+    return makeVerticalStack({logo, title});
 }
 
 } // namespace
 
 PremiumViewController::PremiumViewController()
     : carousel_(make<FeatureCarousel>())
-    , backgroundImageView_(named("backgroundImageView", makeHeaderPicture()))
+    , backgroundImageView_(named("backgroundImageView", makeFillingPicture("premium_background")))
     , premiumLogoStackView_(named("premiumLogoStackView", makeLogoStack())) {}
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
     return closeButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
-        button->setContentEdgeInsets({8, 8, 8, 8});
-        if (auto const image = Common::image("close_bg"))
-            button->setImage(image->withRenderingMode(UIImageRenderingMode::alwaysOriginal),
-                             UIControlState::normal);
-        button->setAccessibilityLabel(Common::text("Close"));
+        auto button = makeCloseButton(Common::image("close_bg"), 8);
         button->addTarget(this, &PremiumViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

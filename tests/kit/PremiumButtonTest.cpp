@@ -1,5 +1,5 @@
-#include "controls/PlanTerms.h"
 #include "controls/PremiumButton.h"
+#include "controls/PlanTerms.h"
 #include "tests/support/Products.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,8 @@ constexpr auto selected = UIControlState::selected;
 
 class RecordingScreen : public NSObject, public PremiumButtonDelegate {
 public:
-    void updateOffer(std::optional<std::string> const& title, std::optional<std::string> const& subtitle) override {
+    void updateOffer(std::optional<std::string> const& title,
+                     std::optional<std::string> const& subtitle) override {
         offers.push_back(title.value_or("(none)") + "|" + subtitle.value_or("(none)"));
     }
     std::vector<std::string> offers;
@@ -72,12 +73,14 @@ TEST_F(PremiumButtonTest, ShowsAYearByTheMonthWithItsSaving) {
     auto const title = *button->attributedTitle(selected);
     ASSERT_EQ(title.runs().size(), 2U);
     EXPECT_EQ(title.runs()[0].text, "1 Year\n");
-    EXPECT_EQ(title.runs()[0].attributes.get(NSAttributedStringKey::font), UIFont::system(14, UIFont::Weight::bold));
+    EXPECT_EQ(title.runs()[0].attributes.get(NSAttributedStringKey::font),
+              UIFont::system(14, UIFont::Weight::bold));
     EXPECT_EQ(title.runs()[1].text, "$2.49/mo · Save 50% per year");
     ASSERT_TRUE(button->totalLabel());
     EXPECT_EQ(button->totalLabel()->text(), "Total:\n$29.99");
     EXPECT_EQ(plainTitle(yearly(), {yearly()}), "1 Year: $2.49/mo") << "nothing to compare with";
-    EXPECT_EQ(plainTitle(yearly(), {makeProduct("w", "1.99", sevenDays)}), "1 Year: $2.49/mo · Save 70% per year");
+    EXPECT_EQ(plainTitle(yearly(), {makeProduct("w", "1.99", sevenDays)}),
+              "1 Year: $2.49/mo · Save 70% per year");
     EXPECT_EQ(plainTitle(yearly(), {makeProduct("w", "1.99", week)}), "1 Year: $2.49/mo")
         << "only a week of 7 days compares";
 }
@@ -85,7 +88,8 @@ TEST_F(PremiumButtonTest, ShowsAYearByTheMonthWithItsSaving) {
 TEST_F(PremiumButtonTest, ShowsOtherTermsPlainly) {
     EXPECT_EQ(plainTitle(monthly()), "1 Month: $4.99");
     EXPECT_EQ(plainTitle(makeProduct("life", "79.99", std::nullopt)), "One-Time Purchase: $79.99");
-    EXPECT_EQ(plainTitle(makeProduct("life", "79.99", SKProductSubscriptionPeriod{})), "One-Time Purchase: $79.99");
+    EXPECT_EQ(plainTitle(makeProduct("life", "79.99", SKProductSubscriptionPeriod{})),
+              "One-Time Purchase: $79.99");
     EXPECT_EQ(plainTitle(makeProduct("y", "29.99", year, Offer{})), "12 Months: $29.99");
     EXPECT_EQ(show(makeProduct("y", "29.99", year, Offer{}))->totalLabel(), nullptr);
 }
@@ -93,21 +97,25 @@ TEST_F(PremiumButtonTest, ShowsOtherTermsPlainly) {
 TEST_F(PremiumButtonTest, ComposesIntroductoryPrices) {
     EXPECT_EQ(compositeTitle({.mode = Mode::payUpFront, .price = "29.99", .period = year}),
               "1 Year for Just $2.49/mo.\nJust $29.99 for a year, $59.99/year after");
-    EXPECT_EQ(compositeTitle({.mode = Mode::payAsYouGo, .price = "1.99", .period = month, .count = 3}, "4.99", month),
+    EXPECT_EQ(compositeTitle({.mode = Mode::payAsYouGo, .price = "1.99", .period = month, .count = 3}, "4.99",
+                             month),
               "3 Months for Just $1.99/mo.\n$4.99/mo after");
-    EXPECT_EQ(compositeTitle({.mode = Mode::payUpFront, .price = "9.99", .period = {6, SKProductPeriodUnit::month}}),
+    EXPECT_EQ(compositeTitle(
+                  {.mode = Mode::payUpFront, .price = "9.99", .period = {6, SKProductPeriodUnit::month}}),
               "6 Months for Just $9.99.\n$59.99/year after");
 }
 
 TEST_F(PremiumButtonTest, PrefersThePromotionalOffer) {
-    auto const product = makeProduct("y", "59.99", year, Offer{},
-                                     {{.mode = Mode::payUpFront, .price = "29.99", .period = year, .identifier = "half"}});
+    auto const product =
+        makeProduct("y", "59.99", year, Offer{},
+                    {{.mode = Mode::payUpFront, .price = "29.99", .period = year, .identifier = "half"}});
     EXPECT_TRUE(isFreeTrial(offerDiscount(*product, nullptr, false)));
     EXPECT_EQ(offerDiscount(*product, nullptr, true), nullptr);
     discount = make<SKPaymentDiscount>(SKPaymentDiscount::Fields{.identifier = "half"});
     EXPECT_EQ(offerDiscount(*product, discount, true), product->discounts().front());
     auto const unnamed = makeProduct("y", "59.99", year, Offer{}, {{.mode = Mode::payUpFront, .price = "1"}});
-    EXPECT_EQ(offerDiscount(*unnamed, nullptr, false), unnamed->discounts().front()) << "two absent identifiers match";
+    EXPECT_EQ(offerDiscount(*unnamed, nullptr, false), unnamed->discounts().front())
+        << "two absent identifiers match";
 }
 
 TEST_F(PremiumButtonTest, ReportsTrialsByTestTag) {

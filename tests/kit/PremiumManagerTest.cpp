@@ -31,7 +31,8 @@ public:
         for (auto const& product : products) text += " " + product->productIdentifier();
         heard.push_back(text);
     }
-    bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const&, Ref<SKProduct> const&) override {
+    bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const&,
+                                           Ref<SKProduct> const&) override {
         return true;
     }
 
@@ -111,9 +112,9 @@ TEST_F(PremiumManagerTest, KeepsUnlistedProductsInTheirPlaces) {
     host->heard.clear();
     auto request = manager->productsRequest();
     auto product = [](char const* identifier) { return makeProduct(identifier, "1", week); };
-    manager->productsRequestDidReceive(*request, SKProductsResponse{{product("a"), product("b"), product("x"),
-                                                                     product("a"), product("b")},
-                                                                    {}});
+    manager->productsRequestDidReceive(
+        *request,
+        SKProductsResponse{{product("a"), product("b"), product("x"), product("a"), product("b")}, {}});
     manager->requestDidFinish(*request);
     EXPECT_THAT(host->heard, ElementsAre("loaded b a x b a"));
 }
@@ -122,8 +123,8 @@ TEST_F(PremiumManagerTest, ReportsAFailedRequestAsAnEventOnly) {
     store.loadError = make<NSError>("NSURLErrorDomain", -1009);
     load({"a"});
     EXPECT_EQ(manager->state(), PremiumManagerState::failed);
-    EXPECT_THAT(host->heard,
-                ElementsAre("Error|Class=PremiumManager|Error=" + store.loadError->description() + "|Function=request"));
+    EXPECT_THAT(host->heard, ElementsAre("Error|Class=PremiumManager|Error=" +
+                                         store.loadError->description() + "|Function=request"));
 }
 
 TEST_F(PremiumManagerTest, AnAbsentPaymentCountsAsStarted) {
@@ -177,8 +178,9 @@ TEST_F(PremiumManagerTest, RefusesWhenTheDeviceMayNotPay) {
     EXPECT_FALSE(buy(make<SKPayment>(*monthly())));
     EXPECT_THAT(outcomes, ElementsAre("failure"));
     EXPECT_THAT(store.payments, IsEmpty());
-    EXPECT_THAT(host->heard, ElementsAre("Error|Can Make Payments=false|Class=PremiumManager|Function=purchase|"
-                                         "Product=monthly"));
+    EXPECT_THAT(host->heard,
+                ElementsAre("Error|Can Make Payments=false|Class=PremiumManager|Function=purchase|"
+                            "Product=monthly"));
 }
 
 TEST_F(PremiumManagerTest, ThreeRestoredTransactionsGiveOneReport) {
@@ -203,7 +205,8 @@ TEST_F(PremiumManagerTest, RestoringNothingOrFailingReportsOnce) {
 }
 
 TEST_F(PremiumManagerTest, FinishesAnInterruptedPurchaseWithoutCompletion) {
-    store.deliver({{.key = "old", .payment = {.productIdentifier = "yearly"},
+    store.deliver({{.key = "old",
+                    .payment = {.productIdentifier = "yearly"},
                     .state = SKPaymentTransactionState::purchased}});
     EXPECT_THAT(store.finished, ElementsAre("old"));
 }
@@ -224,7 +227,8 @@ TEST(PremiumManagerState, ComesFromRawValues) {
 }
 
 std::string priceText(char const* price, int div, char const* locale = "en_US@currency=USD") {
-    return PremiumManager::price({.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});
+    return PremiumManager::price(
+        {.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});
 }
 
 TEST(PriceText, IsCutNeverRoundedUp) {
@@ -236,7 +240,8 @@ TEST(PriceText, IsCutNeverRoundedUp) {
 }
 
 std::string periodText(SKProductPeriodUnit unit, int count, bool capitalize = false) {
-    return PremiumManager::period({.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = capitalize});
+    return PremiumManager::period(
+        {.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = capitalize});
 }
 
 TEST(PeriodText, TakesTheDigitAsPlaceholder) {

@@ -27,7 +27,8 @@ public:
 
     /// Reports one transaction for the last payment and lets the main queue run.
     void report(SKPaymentTransactionState state, Ref<NSError> error = nullptr) {
-        StoreTransaction transaction{.key = "t" + std::to_string(payments.size()), .payment = payments.back()};
+        StoreTransaction transaction{.key = "t" + std::to_string(payments.size()),
+                                     .payment = payments.back()};
         transaction.state = state;
         transaction.error = std::move(error);
         deliver({transaction});
@@ -53,12 +54,14 @@ public:
     }
 
     void setListener(StoreBackendListener* listener) override { listener_ = listener; }
-    void loadProducts(std::set<std::string> const& identifiers, std::function<void(ProductsResult)> done) override {
+    void loadProducts(std::set<std::string> const& identifiers,
+                      std::function<void(ProductsResult)> done) override {
         ProductsResult result{.error = loadError};
         for (auto const& identifier : identifiers) {
             if (auto const found = catalogue.find(identifier); found != catalogue.end())
                 result.products.push_back(found->second);
-            else result.invalidIdentifiers.push_back(identifier);
+            else
+                result.invalidIdentifiers.push_back(identifier);
         }
         DispatchQueue::main().async([=] { done(result); });
     }

@@ -1,0 +1,143 @@
+#include "controls/PremiumV2Button.h"
+
+#include "common/Common.h"
+#include "controls/PlanTerms.h"
+#include "controls/PremiumButton.h"
+#include "platform/foundation/Strings.h"
+
+#include <array>
+
+namespace trelundo {
+
+namespace {
+
+/// What a continue button says first, and what stands below it for other than yearly plans.
+enum class ContinueWord { subscribe, continueWord, tryFreeAndSubscribe };
+enum class Subtitle { none, renews, cancelAndRenews, cancelAnyTime };
+
+struct ContinueLayout {
+    std::string_view abTest;
+    ContinueWord word;
+    bool showsTrial;
+    Subtitle yearly;
+    Subtitle other;
+};
+
+constexpr std::array continueLayouts{
+    ContinueLayout{"V2_A1", ContinueWord::subscribe, false, Subtitle::renews, Subtitle::cancelAndRenews},
+    ContinueLayout{"V2_A2", ContinueWord::continueWord, true, Subtitle::renews, Subtitle::cancelAnyTime},
+    ContinueLayout{"V2_A3", ContinueWord::continueWord, false, Subtitle::none, Subtitle::cancelAndRenews},
+    ContinueLayout{"V2_A4", ContinueWord::tryFreeAndSubscribe, false, Subtitle::none, Subtitle::none},
+    ContinueLayout{"V2_B1", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
+    ContinueLayout{"V2_B2", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
+    ContinueLayout{"V2_B3", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
+};
+
+/// Every other tag counts as the first.
+ContinueLayout const& continueLayout(std::string_view abTest) {
+    for (auto const& layout : continueLayouts)
+        if (layout.abTest == abTest) return layout;
+    return continueLayouts.front();
+}
+
+std::string subtitleText(Subtitle subtitle) {
+    switch (subtitle) {
+    case Subtitle::renews:
+        return Common::text("Plan automatically renews.");
+    case Subtitle::cancelAndRenews:
+        return Common::text("Cancel anytime.") + " " + Common::text("Plan automatically renews.");
+    case Subtitle::cancelAnyTime:
+        return Common::text("You can cancel your subscription at any time.");
+    case Subtitle::none:
+        break;
+    }
+    return {};
+}
+
+std::string continueWord(ContinueWord word, bool hasTrial) {
+    if (word == ContinueWord::continueWord) return Common::text("Continue");
+    auto const subscribe = Common::text("Subscribe");
+    if (word == ContinueWord::subscribe || !hasTrial) return subscribe;
+    return Common::text("Try Free") + " & " + subscribe;
+}
+
+} // namespace
+
+PremiumV2Button::PremiumV2Button(CGRect frame)
+    : UIButton(frame) {
+    setup();
+}
+
+PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) {}
+
+void PremiumV2Button::setup() {
+    layer().setCornerRadius(8);
+    layer().setMasksToBounds(true);
+    titleLabel()->setNumberOfLines(2);
+    setContentEdgeInsets({0, 16, 0, 16});
+    setTitleEdgeInsets({0, 16, 0, 16});
+}
+
+void PremiumV2Button::setProducts(Products products) {
+    products_ = std::move(products);
+    productsDidChange();
+}
+
+void PremiumV2Button::setProduct(Ref<SKProduct> product) {
+    product_ = std::move(product);
+    productDidChange();
+}
+
+void PremiumV2Button::setSelected(bool selected) {
+    UIButton::setSelected(selected);
+    selectionDidChange();
+}
+
+void PremiumV2Button::productsDidChange() {
+    if (products_.size() < 2) return;
+    auto const templateImage = [](char const* name) -> Ref<UIImage> {
+        auto const image = Common::image(name);
+        return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
+    };
+    using enum UIControlState;
+    auto const unchecked = templateImage("unchecked");
+    auto const checked = templateImage("checked");
+    setImage(unchecked, normal);
+    setImage(unchecked, highlighted);
+    setImage(checked, selected);
+    setImage(checked, selected | highlighted);
+}
+
+void PremiumV2Button::selectionDidChange() {
+    bool const showsSelection = isSelected() && products_.size() >= 2;
+    setBackgroundColor(showsSelection ? selectedColor_ : UIColor::clear());
+    if (!isSelected()) return;
+    if (auto host = delegate()) host->set(continueTexts());
+}
+
+bool PremiumV2Button::isYearly() const {
+    auto const& period = product_ ? product_->subscriptionPeriod() : std::nullopt;
+    return period && period->is(1, SKProductPeriodUnit::year);
+}
+
+std::string PremiumV2Button::trialLine() const {
+    auto const trial = filledWithTrial("Try %%% for FREE");
+    return trial.empty() ? trial : "\n" + trial;
+}
+
+PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
+    TextAttributes first;
+    first.set(NSAttributedStringKey::font, UIFont::system(15, UIFont::Weight::bold));
+    first.set(NSAttributedStringKey::foregroundColor, buttonTextColor_);
+    first.set(NSAttributedStringKey::paragraphStyle,
+              {.alignment = NSTextAlignment::center, .lineSpacing = 6});
+    auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
+
+    auto const& layout = continueLayout(abTest_);
+    auto const trial = trialLine();
+    NSAttributedString title{continueWord(layout.word, !trial.empty()), first};
+    if (layout.showsTrial && !trial.empty()) title.append(trial, second);
+    return {std::move(title), subtitleText(isYearly() ? layout.yearly : layout.other)};
+}
+
+} // namespace trelundo

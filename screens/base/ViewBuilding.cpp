@@ -1,0 +1,42 @@
+#include "screens/base/ViewBuilding.h"
+
+#include "common/Common.h"
+#include "platform/uikit/controls/UIButton.h"
+
+namespace trelundo {
+
+Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
+    auto stack = constraintDriven(make<UIStackView>(std::move(arranged)));
+    stack->setAxis(NSLayoutConstraintAxis::vertical);
+    return stack;
+}
+
+Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color) {
+    auto label = constraintDriven(make<UILabel>());
+    label->setText(Common::text(key));
+    label->setFont(font);
+    label->setTextColor(std::move(color));
+    label->setAdjustsFontSizeToFitWidth(true);
+    label->setMinimumScaleFactor(0.5);
+    return label;
+}
+
+Ref<UIImageView> makeFillingPicture(std::string const& name) {
+    auto picture = constraintDriven(make<UIImageView>());
+    picture->setClipsToBounds(true);
+    picture->setContentMode(UIViewContentMode::scaleAspectFill);
+    picture->setImage(UIImage::named(name));
+    return picture;
+}
+
+Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset) {
+    auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+    button->setContentEdgeInsets({contentInset, contentInset, contentInset, contentInset});
+    if (image)
+        button->setImage(image->withRenderingMode(UIImageRenderingMode::alwaysOriginal),
+                         UIControlState::normal);
+    button->setAccessibilityLabel(Common::text("Close"));
+    return button;
+}
+
+} // namespace trelundo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/layout/UIStackView.h"
+#include "platform/uikit/text/UILabel.h"
+#include "platform/uikit/views/UIImageView.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelundo {
+
+/// `view`, placed by constraints only.
+template <class View> Ref<View> constraintDriven(Ref<View> view) {
+    view->setTranslatesAutoresizingMaskIntoConstraints(false);
+    return view;
+}
+
+/// A vertical stack, placed by constraints only.
+Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged);
+
+/// A label with the localised text of `key` that shrinks to half its size before it is cut.
+Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color);
+
+/// The host's picture `name`, filling its view and cut to it.
+Ref<UIImageView> makeFillingPicture(std::string const& name);
+
+/// A close button: system-type, showing `image` as it is (nothing when null) within insets of `contentInset`
+/// points.
+Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset);
+
+} // namespace trelundo

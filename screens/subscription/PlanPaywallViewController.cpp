@@ -1,0 +1,172 @@
+#include "screens/subscription/PlanPaywallViewController.h"
+
+#include "common/Common.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "screens/base/ContinueButton.h"
+#include "screens/base/LinksRow.h"
+#include "screens/base/ViewBuilding.h"
+
+#include <algorithm>
+
+namespace trelundo {
+
+void PlanPaywallViewController::set(ContinueTexts const& texts) {
+    continueButton()->setAttributedTitle(texts.continueButtonAttributedTitle, UIControlState::normal);
+    subtitleLabel()->setText(texts.subtitleLabelText);
+}
+
+// Placing
+
+void PlanPaywallViewController::addTopPicture(Ref<UIImageView> const& picture) {
+    view()->addSubview(picture);
+    activate({
+        picture->topAnchor() == view()->topAnchor(),
+        picture->leadingAnchor() == view()->leadingAnchor(),
+        picture->trailingAnchor() == view()->trailingAnchor(),
+    });
+}
+
+void PlanPaywallViewController::addCloseButton() {
+    view()->addSubview(closeButton());
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        closeButton()->topAnchor() == safeArea->topAnchor(),
+        closeButton()->leadingAnchor() == safeArea->leadingAnchor(),
+    });
+}
+
+void PlanPaywallViewController::addContent(NSLayoutYAxisAnchor top) {
+    view()->addSubview(contentStackView());
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        contentStackView()->topAnchor() == top,
+        contentStackView()->leadingAnchor() == safeArea->leadingAnchor(),
+        contentStackView()->trailingAnchor() == safeArea->trailingAnchor(),
+        contentStackView()->bottomAnchor() == safeArea->bottomAnchor(),
+    });
+    for (auto const& button : premiumButtons())
+        activate({(button->widthAnchor() == contentStackView()->widthAnchor() - 32).at(750)});
+}
+
+// Buying
+
+void PlanPaywallViewController::selectProduct(PremiumV2Button& sender) {
+    if (sender.isSelected() && products_.size() >= 2) purchaseProduct();
+    for (auto const& button : premiumButtons()) button->setSelected(button.get() == &sender);
+    for (auto const& button : premiumButtons()) planButtonDidChange(*button);
+}
+
+Ref<SKProduct> PlanPaywallViewController::selectedProduct() {
+    auto const selected = std::ranges::find_if(premiumButtons(), &PremiumV2Button::isSelected);
+    return selected == premiumButtons().end() ? nullptr : (*selected)->product();
+}
+
+void PlanPaywallViewController::purchaseProduct() {
+    if (auto const product = selectedProduct()) purchasePayment(makePayment(*product));
+}
+
+// Views
+
+Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
+    auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+    TextAttributes attributes;
+    attributes.set(NSAttributedStringKey::font, UIFont::system(fontSize, UIFont::Weight::medium));
+    attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
+    attributes.set(NSAttributedStringKey::underlineStyle, NSUnderlineStyle::single);
+    button->setAttributedTitle(NSAttributedString{Common::text("Already Paid?"), attributes},
+                               UIControlState::normal);
+    button->addTarget(this, &PlanPaywallViewController::restorePurchases, UIControlEvents::touchUpInside);
+    return button;
+}
+
+Ref<UIButton> const& PlanPaywallViewController::closeButton() {
+    return closeButton_([this] {
+        auto button = makeCloseButton(Common::image("x"), 16);
+        button->addTarget(this, &PlanPaywallViewController::close, UIControlEvents::touchUpInside);
+        return button;
+    });
+}
+
+std::vector<Ref<PremiumV2Button>> const& PlanPaywallViewController::premiumButtons() {
+    return premiumButtons_([this] {
+        std::vector<Ref<PremiumV2Button>> buttons;
+        for (auto const& product : products_)
+            buttons.push_back(makePlanButton(product, static_cast<int>(buttons.size())));
+        return buttons;
+    });
+}
+
+Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> const& product, int index) {
+    auto button = constraintDriven(make<PremiumV2Button>());
+    button->UIView::setTintColor(tintColor_);
+    button->setSelectedColor(selectedColor_);
+    button->setTextColor(textColor_);
+    button->setButtonTextColor(backgroundColor_);
+    button->setButtonColor(buttonColor_);
+    button->setTermsColor(termsColor_);
+    button->setDelegate(this);
+    button->setABTest(abTest());
+    button->setIntroductoryPriceWasOffered(introductoryPriceWasOffered());
+    button->setProducts(products_);
+    button->setProduct(product);
+    button->setSelected(index == selectedProductIndex_);
+    button->addTarget(this, &PlanPaywallViewController::selectProduct, UIControlEvents::touchUpInside);
+    activate({button->widthAnchor() <= 392, button->heightAnchor() == 64});
+    return button;
+}
+
+Ref<UIButton> const& PlanPaywallViewController::continueButton() {
+    return continueButton_([this] {
+        auto button = constraintDriven(make<UIButton>(UIButtonType::custom));
+        button->layer().setCornerRadius(8);
+        button->layer().setMasksToBounds(true);
+        button->setBackgroundColor(buttonColor_);
+        button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::bold));
+        button->titleLabel()->setNumberOfLines(2);
+        button->setContentEdgeInsets({0, 16, 0, 16});
+        button->addTarget(this, &PlanPaywallViewController::buySelected, UIControlEvents::touchUpInside);
+        auto const [minimum, padding] = continueWidth();
+        auto const trialFont = UIFont::system(13, UIFont::Weight::medium);
+        double const width = std::max(minimum, continueButtonWidth("Try %%% for FREE", trialFont, padding));
+        activate({button->heightAnchor() == 64, button->widthAnchor() == width});
+        return button;
+    });
+}
+
+Ref<UILabel> const& PlanPaywallViewController::subtitleLabel() {
+    return subtitleLabel_([this] {
+        auto label = makeShrinkingLabel({}, UIFont::system(13, UIFont::Weight::medium), textColor_);
+        label->setTextAlignment(NSTextAlignment::center);
+        label->setNumberOfLines(2);
+        return label;
+    });
+}
+
+Ref<UIStackView> const& PlanPaywallViewController::linksStackView() {
+    return linksStackView_([this] {
+        using enum LinksRow::Link;
+        return LinksRow{.links = {userAgreement, privacyPolicy},
+                        .font = UIFont::system(11, UIFont::Weight::medium),
+                        .color = termsColor_,
+                        .buttonContentInsets = {0, 0, 10, 0},
+                        .alignment = UIStackViewAlignment::top}
+            .make(*this);
+    });
+}
+
+Ref<UIStackView> const& PlanPaywallViewController::contentStackView() {
+    return contentStackView_([this] {
+        auto stack = makeVerticalStack({premiumButtons().begin(), premiumButtons().end()});
+        stack->addArrangedSubview(continueButton());
+        stack->addArrangedSubview(subtitleLabel());
+        stack->addArrangedSubview(linksStackView());
+        stack->setAlignment(UIStackViewAlignment::center);
+        stack->setSpacing(isSmallScreen() ? 8 : 16);
+        stack->setLayoutMarginsRelativeArrangement(true);
+        stack->setLayoutMargins({0, 16, 0, 16});
+        for (auto const& button : premiumButtons()) planButtonDidChange(*button);
+        return stack;
+    });
+}
+
+} // namespace trelundo

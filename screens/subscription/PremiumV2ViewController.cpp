@@ -1,0 +1,111 @@
+#include "screens/subscription/PremiumV2ViewController.h"
+
+#include "common/Common.h"
+#include "controls/PremiumV2CollectionViewCell.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+namespace {
+
+Ref<UIImageView> makeLogo() {
+    auto logo = constraintDriven(make<UIImageView>());
+    logo->setContentMode(UIViewContentMode::scaleAspectFit);
+    logo->setImage(UIImage::named("premium_logo"));
+    activate({logo->widthAnchor() <= 400});
+    if (auto const image = logo->image())
+        activate(
+            {logo->heightAnchor() == logo->widthAnchor() * (image->size().height / image->size().width)});
+    return logo;
+}
+
+} // namespace
+
+PremiumV2ViewController::PremiumV2ViewController()
+    : carousel_(make<FeatureCarousel>())
+    , backgroundImageView_(named("backgroundImageView", makeFillingPicture("cover")))
+    , logoImageView_(named("logoImageView", makeLogo())) {}
+
+void PremiumV2ViewController::viewDidLoad() {
+    PlanPaywallViewController::viewDidLoad();
+    addCover();
+    addCloseButton();
+    addLogo();
+    addCaption();
+    addCarousel();
+    addContent(collectionView()->bottomAnchor());
+    addDimmView();
+    carousel_->scrollToFirstItem();
+}
+
+void PremiumV2ViewController::viewWillAppear(bool animated) {
+    PlanPaywallViewController::viewWillAppear(animated);
+    carousel_->start();
+}
+
+void PremiumV2ViewController::viewDidDisappear(bool animated) {
+    PlanPaywallViewController::viewDidDisappear(animated);
+    carousel_->stop();
+}
+
+void PremiumV2ViewController::addCover() {
+    view()->setBackgroundColor(backgroundColor());
+    addTopPicture(backgroundImageView_);
+    backgroundImageView_->setContentCompressionResistancePriority(250, NSLayoutConstraintAxis::vertical);
+}
+
+void PremiumV2ViewController::addLogo() {
+    view()->addSubview(logoImageView_);
+    activate({
+        logoImageView_->centerXAnchor() == backgroundImageView_->centerXAnchor(),
+        logoImageView_->centerYAnchor() == backgroundImageView_->centerYAnchor(),
+        (logoImageView_->widthAnchor() == backgroundImageView_->widthAnchor() - 120).at(999),
+    });
+}
+
+void PremiumV2ViewController::addCaption() {
+    view()->addSubview(unlockLabel());
+    view()->addSubview(unlockButton());
+    activate({
+        unlockLabel()->leadingAnchor() == backgroundImageView_->leadingAnchor() + 16,
+        unlockLabel()->bottomAnchor() == backgroundImageView_->bottomAnchor() - 16,
+        unlockButton()->trailingAnchor() == backgroundImageView_->trailingAnchor() - 16,
+        unlockButton()->leadingAnchor() >= unlockLabel()->trailingAnchor() + 16,
+        unlockButton()->centerYAnchor() == unlockLabel()->centerYAnchor(),
+    });
+}
+
+void PremiumV2ViewController::addCarousel() {
+    view()->addSubview(collectionView());
+    activate({
+        collectionView()->topAnchor() == backgroundImageView_->bottomAnchor(),
+        collectionView()->leadingAnchor() == view()->leadingAnchor(),
+        collectionView()->trailingAnchor() == view()->trailingAnchor(),
+    });
+}
+
+Ref<UILabel> const& PremiumV2ViewController::unlockLabel() {
+    return unlockLabel_([] {
+        return makeShrinkingLabel("Unlock All Features", UIFont::system(13, UIFont::Weight::medium),
+                                  UIColor::white());
+    });
+}
+
+Ref<UIButton> const& PremiumV2ViewController::unlockButton() {
+    return unlockButton_([this] { return makeRestoreLink(13); });
+}
+
+Ref<UICollectionView> const& PremiumV2ViewController::collectionView() {
+    return collectionView_([this] {
+        CGSize const item = isSmallScreen() ? CGSize{104, 80} : CGSize{120, 96};
+        return carousel_->makeCollectionView<PremiumV2CollectionViewCell>(
+            {.itemSize = item,
+             .lineSpacing = isSmallScreen() ? 8.0 : 16.0,
+             .interitemSpacing = FeatureCarousel::defaultSpacing,
+             .sectionInset = {},
+             .height = item.height + (isSmallScreen() ? 16 : 32)});
+    });
+}
+
+} // namespace trelundo
