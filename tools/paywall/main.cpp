@@ -1,0 +1,20 @@
+#include "tools/paywall/CommandLine.h"
+#include "tools/paywall/Commands.h"
+#include "tools/paywall/Failure.h"
+
+#include <cstdio>
+#include <exception>
+
+int main(int argc, char** argv) {
+    using namespace trelundo::paywall;
+    try {
+        auto const options = parseCommandLine(argc, argv);
+        return options ? runCommand(*options, argc, argv) : statusOk;
+    } catch (Failure const& failure) {
+        std::fprintf(stderr, "paywall: %s\n", failure.message.c_str());
+        return failure.status;
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "paywall: %s\n", error.what());
+        return statusFailure;
+    }
+}
