@@ -26,7 +26,10 @@ UIButton::UIButton(UIButtonType type)
     type_ = type;
 }
 
-UIButton::~UIButton() = default;
+UIButton::~UIButton() {
+    // The host may keep the label longer than the button.
+    if (state_->titleLabel) state_->titleLabel->becomeTitle(nullptr);
+}
 
 void UIButton::setTitle(std::optional<std::string> title, UIControlState state) {
     state_->titles.set(std::move(title), state);

@@ -1,0 +1,368 @@
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "tests/platform/uikit/DeviceFixture.h"
+
+#include <algorithm>
+#include <array>
+
+namespace trelundo {
+
+namespace {
+
+namespace Key = NSAttributedStringKey;
+using State = UIControlState;
+using Horizontal = UIControlContentHorizontalAlignment;
+using Vertical = UIControlContentVerticalAlignment;
+
+constexpr std::string_view square =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
+    R"(<rect width="20" height="10" fill="#00ff00"/></svg>)";
+
+Ref<UIImage> picture() {
+    std::string reason;
+    return make<UIImage>(Picture::decode(square, "square", 1, reason), "square");
+}
+
+CGSize sizeOf(std::string text, UIFont font) {
+    auto const label = make<UILabel>();
+    label->setNumberOfLines(0);
+    label->setFont(font);
+    label->setText(std::move(text));
+    return label->intrinsicContentSize();
+}
+
+NSAttributedString attributed(std::string text) {
+    return NSAttributedString{std::move(text), TextAttributes{}.with(Key::font, UIFont::system(14))};
+}
+
+} // namespace
+
+class ButtonTest : public DeviceFixture {
+protected:
+    Ref<UIButton> button = make<UIButton>();
+
+    /// A button of 200 x 60 points with a picture and a title, laid out.
+    void showPictureAndTitle(UIEdgeInsets content = {}, UIEdgeInsets image = {}, UIEdgeInsets title = {}) {
+        button->setTitle("Yearly", State::normal);
+        button->setImage(picture(), State::normal);
+        button->setContentEdgeInsets(content);
+        button->setImageEdgeInsets(image);
+        button->setTitleEdgeInsets(title);
+        show(button, {0, 0, 200, 60});
+        titleSize = sizeOf("Yearly", UIFont::system(18));
+    }
+    CGRect imageFrame() {
+        shell.window().layoutWindow();
+        return button->imageView()->frame();
+    }
+    CGRect titleFrame() {
+        shell.window().layoutWindow();
+        return button->titleLabel()->frame();
+    }
+    CGSize titleSize;
+};
+
+// Look-up.
+
+TEST_F(ButtonTest, onlyTheExactStateCountsBeforeNormal) {
+    button->setTitle("normal", State::normal);
+    button->setTitle("selected", State::selected);
+    button->setTitle("highlighted", State::highlighted);
+    EXPECT_EQ(button->title(State::selected), "selected");
+    EXPECT_EQ(button->title(State::selected | State::highlighted), "normal");
+    EXPECT_EQ(button->title(State::disabled), "normal");
+    button->setSelected(true);
+    EXPECT_EQ(button->currentTitle(), "selected");
+    button->setHighlighted(true);
+    EXPECT_EQ(button->currentTitle(), "normal");
+    button->setTitle(std::nullopt, State::normal);
+    EXPECT_FALSE(button->currentTitle());
+    button->setTitle("", State::normal);
+    EXPECT_EQ(button->currentTitle(), "");
+}
+
+TEST_F(ButtonTest, attributedBeatsPlain) {
+    button->setTitle("plain", State::normal);
+    button->setAttributedTitle(attributed("selected"), State::selected);
+    EXPECT_EQ(button->titleLabel()->text(), "plain");
+    button->setSelected(true);
+    EXPECT_EQ(button->titleLabel()->text(), "selected");
+    button->setHighlighted(true);
+    EXPECT_EQ(button->titleLabel()->text(), "plain");
+    button->setAttributedTitle(attributed("normal"), State::normal);
+    button->setTitle("hidden", State::selected | State::highlighted);
+    EXPECT_EQ(button->titleLabel()->text(), "normal");
+    button->setAttributedTitle(std::nullopt, State::normal);
+    EXPECT_EQ(button->titleLabel()->text(), "hidden");
+}
+
+TEST_F(ButtonTest, coloursFollowTheKind) {
+    EXPECT_EQ(button->titleColor(State::normal), UIColor::white());
+    auto const system = make<UIButton>(UIButtonType::system);
+    EXPECT_EQ(system->titleColor(State::normal), UIColor::systemBlue());
+    EXPECT_EQ(system->titleColor(State::disabled), UIColor::gray());
+    system->setTitle("Restore", State::normal);
+    system->setTintColor(UIColor::red());
+    EXPECT_EQ(system->titleLabel()->textColor(), UIColor::red());
+    button->setTitle("Continue", State::normal);
+    button->setTitleColor(UIColor::black(), State::normal);
+    button->setTitleColor(UIColor::black().withAlphaComponent(0.3), State::highlighted);
+    button->setHighlighted(true);
+    EXPECT_EQ(button->titleLabel()->textColor(), UIColor::black().withAlphaComponent(0.3));
+    EXPECT_EQ(button->titleColor(State::disabled), UIColor::black());
+}
+
+TEST_F(ButtonTest, attributedRunsTakeTheLabelsFontAndKeepTheirOwn) {
+    NSAttributedString title{"own", TextAttributes{}.with(Key::font, UIFont::system(11))};
+    title.append(" label's");
+    button->setAttributedTitle(title, State::normal);
+    button->titleLabel()->setFont(UIFont::boldSystem(25));
+    button->setHighlighted(true);
+    auto const runs = button->titleLabel()->resolvedRuns();
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_EQ(runs[0].font.size, 11);
+    EXPECT_EQ(runs[1].font, (FontSpec{25, 700, false}));
+    EXPECT_EQ(runs[1].color, (CGColor{0, 0, 0, 1}));
+}
+
+// Parts.
+
+TEST_F(ButtonTest, partsAreMadeWhenNeededPictureBelowTitle) {
+    EXPECT_TRUE(button->subviews().empty());
+    auto const own = make<UIView>();
+    button->addSubview(own);
+    button->setTitle("Yearly", State::normal);
+    button->setImage(picture(), State::normal);
+    button->setBackgroundImage(picture(), State::normal);
+    ASSERT_EQ(button->subviews().size(), 4u);
+    EXPECT_EQ(button->subviews()[1], button->imageView());
+    EXPECT_EQ(button->subviews()[2], button->titleLabel());
+    EXPECT_EQ(button->subviews()[3], own);
+    EXPECT_EQ(button->titleLabel()->lineBreakMode(), NSLineBreakMode::byTruncatingMiddle);
+    EXPECT_EQ(button->titleLabel()->font(), UIFont::system(18));
+}
+
+TEST_F(ButtonTest, aLabelThatOutlivesItsButtonIsHarmless) {
+    auto const label = button->titleLabel();
+    button = nullptr;
+    label->setText("left over");
+    EXPECT_EQ(label->text(), "left over");
+}
+
+// Sizes.
+
+TEST_F(ButtonTest, titlesWithoutInsetsArePaddedBySixPoints) {
+    button->setTitle("Continue", State::normal);
+    auto const title = sizeOf("Continue", UIFont::system(18));
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width, 33.5}));
+    auto const system = make<UIButton>(UIButtonType::system);
+    system->setTitle("Continue", State::normal);
+    EXPECT_DOUBLE_EQ(system->intrinsicContentSize().height, 30);
+    button->setContentEdgeInsets({0, 12, 0, 12});
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width + 24, 21.5}));
+    button->setTitleEdgeInsets({5, 5, 5, 5});
+    button->setImageEdgeInsets({5, 5, 5, 5});
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width + 24, 21.5}));
+}
+
+TEST_F(ButtonTest, smallContentHasLeastSizes) {
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{30, 34}));
+    EXPECT_EQ(make<UIButton>(UIButtonType::system)->intrinsicContentSize(), (CGSize{30, 30}));
+    button->setTitle("i", State::normal);
+    EXPECT_DOUBLE_EQ(button->intrinsicContentSize().width, 30);
+    button->setTitle(std::nullopt, State::normal);
+    button->setContentEdgeInsets({8, 8, 8, 8});
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{16, 16}));
+    button->setContentEdgeInsets({});
+    button->setImage(picture(), State::normal);
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{20, 10}));
+}
+
+TEST_F(ButtonTest, pictureAndTitleStandSideBySide) {
+    button->setTitle("Yearly", State::normal);
+    button->setImage(picture(), State::normal);
+    button->setContentEdgeInsets({1, 2, 3, 4});
+    auto const title = sizeOf("Yearly", UIFont::system(18));
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{2 + 20 + title.width + 4, 1 + title.height + 3}));
+}
+
+TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedOnly) {
+    button->titleLabel()->setNumberOfLines(2);
+    NSParagraphStyle style;
+    style.lineSpacing = 4;
+    auto attributes = TextAttributes{}.with(Key::font, UIFont::system(15)).with(Key::paragraphStyle, style);
+    button->setAttributedTitle(NSAttributedString{"Continue\nThen a longer second line", attributes},
+                               State::normal);
+    auto const second = sizeOf("Then a longer second line", UIFont::system(15));
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{second.width, 40 + 12}));
+    show(button, {0, 0, second.width, 60});
+    EXPECT_EQ(button->titleLabel()->fit().lineCount, 2);
+    EXPECT_FALSE(button->titleLabel()->fit().truncated);
+    EXPECT_DOUBLE_EQ(titleFrame().size.height, 40);
+    button->setFrame({0, 0, second.width / 2, 60});
+    EXPECT_LE(titleFrame().size.width, second.width / 2);
+    EXPECT_TRUE(button->titleLabel()->fit().truncated);
+}
+
+TEST_F(ButtonTest, aTitleLabelsSettingsChangeTheButtonsSize) {
+    button->setTitle("Continue", State::normal);
+    button->titleLabel()->setFont(UIFont::system(15));
+    EXPECT_DOUBLE_EQ(button->intrinsicContentSize().height, 30);
+    button->setTranslatesAutoresizingMaskIntoConstraints(false);
+    auto& window = shell.window();
+    window.addSubview(button);
+    activate({button->leadingAnchor() == window.leadingAnchor(), button->topAnchor() == window.topAnchor()});
+    window.layoutWindow();
+    EXPECT_DOUBLE_EQ(button->frame().size.height, 30);
+    button->titleLabel()->setFont(UIFont::system(18));
+    window.layoutWindow();
+    EXPECT_DOUBLE_EQ(button->frame().size.height, 33.5);
+}
+
+// Layout.
+
+TEST_F(ButtonTest, centredPartsFollowTheFormula) {
+    showPictureAndTitle({0, 10, 0, 0}, {0, 4, 0, 0}, {0, 0, 0, 6});
+    double const w = titleSize.width;
+    EXPECT_NEAR(imageFrame().origin.x, 10 + 4 + (190 - 4 - 20 - w) / 2, 0.26);
+    EXPECT_NEAR(titleFrame().origin.x, 10 + (190 - 6 - 20 - w) / 2 + 20, 0.26);
+    EXPECT_NEAR(imageFrame().origin.y, 25, 0.26);
+    EXPECT_NEAR(titleFrame().origin.y, (60 - 21.5) / 2, 0.26);
+    EXPECT_EQ(titleFrame().size, titleSize);
+}
+
+TEST_F(ButtonTest, leadingAndTrailingPartsStandAtTheEdges) {
+    showPictureAndTitle({0, 12, 0, 12}, {0, 3, 0, 5}, {0, 12, 0, 12});
+    button->setContentHorizontalAlignment(Horizontal::leading);
+    EXPECT_EQ(imageFrame().origin.x, 15);
+    EXPECT_EQ(titleFrame().origin.x, 12 + 20 + 12);
+    button->setContentHorizontalAlignment(Horizontal::trailing);
+    EXPECT_EQ(titleFrame().maxX(), 200 - 12 - 12);
+    EXPECT_EQ(imageFrame().maxX(), 200 - 12 - titleSize.width - 5);
+}
+
+TEST_F(ButtonTest, rightToLeftMirrorsTheOrderButNotTheInsets) {
+    showPictureAndTitle({}, {0, 3, 0, 5}, {0, 7, 0, 9});
+    button->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    button->setContentHorizontalAlignment(Horizontal::leading);
+    EXPECT_EQ(imageFrame().maxX(), 200 - 5);
+    EXPECT_EQ(titleFrame().maxX(), 200 - 20 - 9);
+    button->setContentHorizontalAlignment(Horizontal::center);
+    EXPECT_LT(titleFrame().maxX(), imageFrame().maxX());
+    EXPECT_NEAR(titleFrame().origin.x, 7 + (200 - 16 - 20 - titleSize.width) / 2, 0.26);
+}
+
+TEST_F(ButtonTest, verticalAlignmentsPlaceBothParts) {
+    showPictureAndTitle({4, 0, 6, 0}, {1, 0, 2, 0});
+    button->setContentVerticalAlignment(Vertical::top);
+    EXPECT_EQ(imageFrame().origin.y, 5);
+    EXPECT_EQ(titleFrame().origin.y, 4);
+    button->setContentVerticalAlignment(Vertical::bottom);
+    EXPECT_EQ(imageFrame().maxY(), 60 - 6 - 2);
+    EXPECT_EQ(titleFrame().maxY(), 54);
+    button->setContentVerticalAlignment(Vertical::fill);
+    EXPECT_EQ(imageFrame().size.height, 60 - 10 - 3);
+}
+
+TEST_F(ButtonTest, theTitleGivesWayToThePicture) {
+    showPictureAndTitle();
+    button->setFrame({0, 0, 50, 60});
+    EXPECT_EQ(imageFrame().size, (CGSize{20, 10}));
+    EXPECT_EQ(titleFrame().size.width, 30);
+    EXPECT_TRUE(button->titleLabel()->fit().truncated);
+    button->setFrame({0, 0, 8, 60});
+    EXPECT_EQ(imageFrame().size.width, 8);
+    EXPECT_EQ(titleFrame().size.width, 0);
+}
+
+// Looks.
+
+TEST_F(ButtonTest, systemButtonsFadeWhilePressed) {
+    auto const system = make<UIButton>(UIButtonType::system);
+    system->setTitle("Restore", State::normal);
+    system->setImage(picture(), State::normal);
+    system->setHighlighted(true);
+    EXPECT_DOUBLE_EQ(system->titleLabel()->alpha(), 0.2);
+    EXPECT_DOUBLE_EQ(system->imageView()->alpha(), 0.2);
+    system->setHighlighted(false);
+    EXPECT_DOUBLE_EQ(system->titleLabel()->alpha(), 1);
+    button->setTitle("Continue", State::normal);
+    button->setHighlighted(true);
+    EXPECT_DOUBLE_EQ(button->titleLabel()->alpha(), 1);
+}
+
+TEST_F(ButtonTest, systemButtonsTintAutomaticPicturesOnly) {
+    auto const system = show(make<UIButton>(UIButtonType::system), {0, 0, 20, 10});
+    system->setTintColor(UIColor::red());
+    system->setImage(picture(), State::normal);
+    EXPECT_EQ(pixelAt({10, 5}), 0xFFFF0000);
+    system->setImage(picture()->withRenderingMode(UIImageRenderingMode::alwaysOriginal), State::normal);
+    EXPECT_EQ(pixelAt({10, 5}), 0xFF00FF00);
+    show(button, {0, 0, 20, 10});
+    button->setTintColor(UIColor::red());
+    button->setImage(picture(), State::normal);
+    EXPECT_EQ(pixelAt({10, 5}), 0xFF00FF00);
+    button->setImage(picture()->withRenderingMode(UIImageRenderingMode::alwaysTemplate), State::normal);
+    EXPECT_EQ(pixelAt({10, 5}), 0xFFFF0000);
+}
+
+TEST_F(ButtonTest, customButtonsDarkenAPictureThatIsNotMadeForThePress) {
+    auto const green = [this] { return pixelAt({10, 5}) >> 8 & 0xFF; };
+    show(button, {0, 0, 20, 10});
+    button->setImage(picture(), State::normal);
+    button->setHighlighted(true);
+    EXPECT_NEAR(green(), 128, 2);
+    button->setAdjustsImageWhenHighlighted(false);
+    EXPECT_EQ(green(), 255);
+    button->setAdjustsImageWhenHighlighted(true);
+    button->setImage(picture(), State::highlighted);
+    EXPECT_EQ(green(), 255);
+}
+
+// Reports.
+
+TEST_F(ButtonTest, aVisibleTitleChangeIsReportedOnceAsTheButtons) {
+    recordTexts();
+    button->setTitle("before", State::normal);
+    button->setAttributedTitle(attributed("chosen"), State::selected);
+    show(button, {0, 0, 200, 60});
+    EXPECT_TRUE(texts.empty());
+    button->setSelected(true);
+    button->setSelected(true);
+    button->setAttributedTitle(attributed("chosen"), State::selected);
+    button->setTitle("unseen", State::normal);
+    EXPECT_EQ(texts, (std::vector<std::string>{"UIButton: chosen"}));
+    button->setAttributedTitle(attributed("again"), State::selected);
+    button->setSelected(false);
+    EXPECT_EQ(texts, (std::vector<std::string>{"UIButton: chosen", "UIButton: again", "UIButton: unseen"}));
+    button->removeFromSuperview();
+    button->setTitle("off screen", State::normal);
+    EXPECT_EQ(texts.size(), 3u);
+}
+
+TEST_F(ButtonTest, aReleaseInsideAlsoTriggersThePrimaryAction) {
+    struct Target : NSObject {
+        void act() { ++count; }
+        int count = 0;
+    };
+    auto const target = make<Target>();
+    button->addTarget(target.get(), &Target::act, UIControlEvents::primaryActionTriggered);
+    show(button, {0, 0, 200, 60});
+    shell.tap({100, 30});
+    EXPECT_EQ(target->count, 1);
+    shell.window().touchBegan(1, {100, 30});
+    shell.window().touchMoved(1, {100, 300});
+    shell.window().touchEnded(1, {100, 300});
+    EXPECT_EQ(target->count, 1);
+}
+
+TEST_F(ButtonTest, accessibilityTellsTitleAndState) {
+    button->setTitle("Yearly", State::normal);
+    button->setSelected(true);
+    button->setEnabled(false);
+    EXPECT_EQ(button->accessibilityLabel(), "Yearly");
+    EXPECT_EQ(button->accessibilityTraits(), UIAccessibilityTraits::button | UIAccessibilityTraits::selected |
+                                                 UIAccessibilityTraits::notEnabled);
+}
+
+} // namespace trelundo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/foundation/Log.h"
+#include "platform/graphics/Surface.h"
+#include "platform/uikit/accessibility/TextChanges.h"
+#include "platform/window/OffscreenShell.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+/// A small phone at 2 pixels a point with an empty visible window; warnings are kept instead of printed.
+class DeviceFixture : public ::testing::Test {
+protected:
+    DeviceFixture() {
+        setWarningSink([this](std::string_view text) { warnings.emplace_back(text); });
+    }
+    ~DeviceFixture() override {
+        setWarningSink(nullptr);
+        setTextChangeListener(nullptr);
+    }
+
+    /// Puts `view` into the window and lays it out.
+    template <class T> Ref<T> show(Ref<T> view, CGRect frame) {
+        view->setFrame(frame);
+        shell.window().addSubview(view);
+        shell.window().layoutWindow();
+        return view;
+    }
+
+    /// Records text changes as "Class: text".
+    void recordTexts() {
+        setTextChangeListener([this](UIView& view, std::string const& text) {
+            texts.push_back(view.className() + ": " + text);
+        });
+    }
+
+    /// The colour of the pixel at a point of the window, as 0xAARRGGBB.
+    std::uint32_t pixelAt(CGPoint point) {
+        auto const& surface = shell.render();
+        return surface.pixel(static_cast<int>(point.x * surface.scale()),
+                             static_cast<int>(point.y * surface.scale()));
+    }
+
+    std::vector<std::string> warnings;
+    std::vector<std::string> texts;
+    OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
+};
+
+} // namespace trelundo

@@ -1,0 +1,55 @@
+#include "platform/uikit/text/UIFontDescriptor.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace trelundo {
+
+TEST(FontTest, metricsAreThoseOfTheSystemFont) {
+    EXPECT_NEAR(UIFont::system(15).lineHeight(), 17.900391, 1e-6);
+    EXPECT_NEAR(UIFont::boldSystem(20).ascender(), 19.043, 1e-3);
+    EXPECT_NEAR(UIFont::italicSystem(20).descender(), -4.824, 1e-3);
+    EXPECT_NEAR(UIFont::system(93).capHeight(), 65.53, 0.01);
+}
+
+TEST(FontTest, anyWeightPicksTheNearestNamedOne) {
+    EXPECT_EQ(UIFont::Weight::ultraLight.hundreds(), 100);
+    EXPECT_EQ(UIFont::Weight::regular.hundreds(), 400);
+    EXPECT_EQ(UIFont::Weight::semibold.hundreds(), 600);
+    EXPECT_EQ(UIFont::Weight::black.hundreds(), 900);
+    EXPECT_EQ(UIFont::Weight{0.25}.hundreds(), 500);
+    EXPECT_EQ(UIFont::Weight{-7}.hundreds(), 100);
+    EXPECT_EQ(UIFont::Weight{7}.hundreds(), 900);
+}
+
+TEST(FontTest, impossibleSizesGiveATinyFont) {
+    EXPECT_EQ(UIFont::system(0).pointSize(), 1);
+    EXPECT_EQ(UIFont::system(-3).pointSize(), 1);
+    EXPECT_EQ(UIFont::system(std::numeric_limits<double>::quiet_NaN()).pointSize(), 1);
+}
+
+TEST(FontTest, aHeavyFaceMadeBoldAndItalicStaysHeavy) {
+    using Traits = UIFontDescriptorSymbolicTraits;
+    auto const heavy = UIFont::system(35, UIFont::Weight::heavy).fontDescriptor();
+    auto const descriptor = heavy.withSymbolicTraits(Traits::bold | Traits::italic);
+    ASSERT_TRUE(descriptor);
+    auto const font = UIFont::withDescriptor(*descriptor, 0);
+    EXPECT_EQ(font.spec(), (FontSpec{35, 800, true}));
+    EXPECT_EQ(UIFont::withDescriptor(*descriptor, 12).pointSize(), 12);
+    EXPECT_TRUE(contains(descriptor->symbolicTraits(), Traits::bold));
+    EXPECT_TRUE(contains(descriptor->symbolicTraits(), Traits::italic));
+}
+
+TEST(FontTest, traitsAreReplacedNotAdded) {
+    using Traits = UIFontDescriptorSymbolicTraits;
+    auto const heavy = UIFont::system(12, UIFont::Weight::heavy).fontDescriptor();
+    EXPECT_EQ(heavy.withSymbolicTraits(Traits::italic)->weight(), UIFont::Weight::regular);
+    auto const light = UIFont::system(12, UIFont::Weight::light).fontDescriptor();
+    EXPECT_EQ(light.withSymbolicTraits(Traits::none)->weight(), UIFont::Weight::light);
+    EXPECT_EQ(light.withSymbolicTraits(Traits::bold)->weight(), UIFont::Weight::bold);
+    EXPECT_FALSE(light.withSymbolicTraits(Traits::condensed));
+    EXPECT_FALSE(light.withSymbolicTraits(Traits::bold | Traits::monoSpace));
+}
+
+} // namespace trelundo

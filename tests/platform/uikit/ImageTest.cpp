@@ -1,0 +1,136 @@
+#include "platform/foundation/Bundle.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "tests/platform/uikit/DeviceFixture.h"
+
+#include <array>
+
+namespace trelundo {
+
+namespace {
+
+constexpr std::string_view square =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
+    R"(<rect width="20" height="10" fill="#00ff00"/></svg>)";
+constexpr std::string_view leftHalf =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
+    R"(<rect width="10" height="10" fill="#00ff00"/></svg>)";
+
+constexpr std::array files{EmbeddedFile{"square.svg", square},         EmbeddedFile{"left.svg", leftHalf},
+                           EmbeddedFile{"fine@2x.svg", square},        EmbeddedFile{"fine@3x.svg", leftHalf},
+                           EmbeddedFile{"fine.svg", leftHalf},         EmbeddedFile{"only@3x.svg", square},
+                           EmbeddedFile{"device~iphone.svg", square},  EmbeddedFile{"device.svg", leftHalf},
+                           EmbeddedFile{"broken.png", "not a picture"}};
+
+} // namespace
+
+class ImageTest : public DeviceFixture {
+protected:
+    ImageTest() { bundle.addEmbeddedFiles(files); }
+    Ref<UIImage> load(std::string const& name) { return UIImage::named(name, bundle); }
+
+    Bundle bundle{"org.example.pictures"};
+};
+
+TEST_F(ImageTest, theScreensScaleIsPreferred) {
+    EXPECT_EQ(load("fine")->scale(), 2);
+    EXPECT_EQ(load("fine.svg")->scale(), 2);
+    EXPECT_EQ(load("fine@3x")->scale(), 3);
+    EXPECT_EQ(load("only")->scale(), 3);
+    EXPECT_EQ(load("square")->scale(), 1);
+    EXPECT_EQ(load("square")->size(), (CGSize{20, 10}));
+    EXPECT_EQ(load("fine")->name(), "fine");
+}
+
+TEST_F(ImageTest, theSamePictureIsDecodedOnce) {
+    EXPECT_EQ(load("square"), load("square"));
+    EXPECT_FALSE(load("square") == load("left"));
+}
+
+TEST_F(ImageTest, aBundleOfTheSameNameWithOtherContentIsNotConfused) {
+    std::array const other{EmbeddedFile{"square.svg", leftHalf}};
+    Bundle twin{"org.example.pictures"};
+    twin.addEmbeddedFiles(other);
+    EXPECT_FALSE(UIImage::named("square", twin) == load("square"));
+}
+
+TEST_F(ImageTest, whatCannotBeHadIsNull) {
+    EXPECT_FALSE(load("missing"));
+    EXPECT_TRUE(warnings.empty());
+    EXPECT_FALSE(load("broken"));
+    EXPECT_FALSE(load("broken"));
+    ASSERT_EQ(warnings.size(), 1u);
+    EXPECT_NE(warnings[0].find("broken"), std::string::npos);
+}
+
+TEST_F(ImageTest, namesThatLeaveTheBundleAreRefusedWithOneWarningEach) {
+    for (auto const& name :
+         {std::string{"../square"}, std::string{"/square"}, std::string{"sq\0uare", 7}, std::string{}}) {
+        warnings.clear();
+        EXPECT_FALSE(load(name));
+        EXPECT_FALSE(load(name));
+        EXPECT_EQ(warnings.size(), 1u) << name;
+    }
+}
+
+TEST_F(ImageTest, renderingModeMakesAnotherImage) {
+    auto const original = load("square");
+    auto const copy = original->imageFlippedForRightToLeftLayoutDirection()->withRenderingMode(
+        UIImageRenderingMode::alwaysTemplate);
+    EXPECT_EQ(original->renderingMode(), UIImageRenderingMode::automatic);
+    EXPECT_EQ(copy->renderingMode(), UIImageRenderingMode::alwaysTemplate);
+    EXPECT_TRUE(copy->flipsForRightToLeftLayoutDirection());
+    EXPECT_EQ(copy->name(), "square");
+}
+
+TEST_F(ImageTest, contentModesPlaceThePicture) {
+    CGRect const bounds{0, 0, 100, 100};
+    CGSize const size{20, 10};
+    auto const rect = [&](UIViewContentMode mode) { return UIImageView::contentRect(mode, size, bounds); };
+    using Mode = UIViewContentMode;
+    EXPECT_EQ(rect(Mode::scaleToFill), bounds);
+    EXPECT_EQ(rect(Mode::redraw), bounds);
+    EXPECT_EQ(rect(Mode::scaleAspectFit), CGRect(0, 25, 100, 50));
+    EXPECT_EQ(rect(Mode::scaleAspectFill), CGRect(-50, 0, 200, 100));
+    EXPECT_EQ(rect(Mode::center), CGRect(40, 45, 20, 10));
+    EXPECT_EQ(rect(Mode::top), CGRect(40, 0, 20, 10));
+    EXPECT_EQ(rect(Mode::bottom), CGRect(40, 90, 20, 10));
+    EXPECT_EQ(rect(Mode::left), CGRect(0, 45, 20, 10));
+    EXPECT_EQ(rect(Mode::right), CGRect(80, 45, 20, 10));
+    EXPECT_EQ(rect(Mode::topLeft), CGRect(0, 0, 20, 10));
+    EXPECT_EQ(rect(Mode::topRight), CGRect(80, 0, 20, 10));
+    EXPECT_EQ(rect(Mode::bottomLeft), CGRect(0, 90, 20, 10));
+    EXPECT_EQ(rect(Mode::bottomRight), CGRect(80, 90, 20, 10));
+    EXPECT_TRUE(UIImageView::contentRect(Mode::scaleAspectFit, {}, bounds).isEmpty());
+}
+
+TEST_F(ImageTest, theViewMeasuresItsPicture) {
+    auto const view = make<UIImageView>(load("square"));
+    EXPECT_EQ(view->frame(), CGRect(0, 0, 20, 10));
+    EXPECT_FALSE(view->isUserInteractionEnabled());
+    EXPECT_EQ(view->intrinsicContentSize(), (CGSize{20, 10}));
+    view->setImage(nullptr);
+    EXPECT_EQ(view->intrinsicContentSize(), (CGSize{UIView::noIntrinsicMetric, UIView::noIntrinsicMetric}));
+}
+
+TEST_F(ImageTest, templatesTakeTheTintAndOriginalsDoNot) {
+    auto const view = show(make<UIImageView>(load("square")), {50, 50, 20, 10});
+    EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);
+    shell.window().setTintColor(UIColor::red());
+    EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);
+    view->setImage(view->image()->withRenderingMode(UIImageRenderingMode::alwaysTemplate));
+    EXPECT_EQ(pixelAt({60, 55}), 0xFFFF0000);
+    shell.window().setTintColor(UIColor(0, 0, 1));
+    EXPECT_EQ(pixelAt({60, 55}), 0xFF0000FF);
+}
+
+TEST_F(ImageTest, aFlippedPictureIsMirroredInRightToLeftViews) {
+    auto const image = load("left")->imageFlippedForRightToLeftLayoutDirection();
+    auto const view = show(make<UIImageView>(image), {50, 50, 20, 10});
+    EXPECT_EQ(pixelAt({55, 55}), 0xFF00FF00);
+    view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    view->setNeedsDisplay();
+    EXPECT_NE(pixelAt({55, 55}), 0xFF00FF00);
+    EXPECT_EQ(pixelAt({65, 55}), 0xFF00FF00);
+}
+
+} // namespace trelundo

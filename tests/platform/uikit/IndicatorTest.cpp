@@ -1,0 +1,71 @@
+#include "platform/coreanimation/CADisplayLink.h"
+#include "platform/uikit/controls/UIActivityIndicatorView.h"
+#include "tests/platform/uikit/DeviceFixture.h"
+
+namespace trelundo {
+
+class IndicatorTest : public DeviceFixture {};
+
+TEST_F(IndicatorTest, sizesAndDefaultsFollowTheStyle) {
+    auto const medium = make<UIActivityIndicatorView>();
+    EXPECT_EQ(medium->frame(), CGRect(0, 0, 20, 20));
+    EXPECT_EQ(medium->intrinsicContentSize(), (CGSize{20, 20}));
+    EXPECT_EQ(medium->contentHuggingPriority(NSLayoutConstraintAxis::horizontal),
+              UILayoutPriority::defaultHigh);
+    EXPECT_TRUE(medium->isHidden());
+    auto const large = make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::whiteLarge);
+    EXPECT_EQ(large->intrinsicContentSize(), (CGSize{37, 37}));
+    EXPECT_EQ(large->color(), UIColor::white());
+}
+
+TEST_F(IndicatorTest, hiddenFollowsStartAndStop) {
+    auto const indicator = make<UIActivityIndicatorView>();
+    indicator->startAnimating();
+    indicator->startAnimating();
+    EXPECT_FALSE(indicator->isHidden());
+    indicator->stopAnimating();
+    EXPECT_TRUE(indicator->isHidden());
+    indicator->setHidesWhenStopped(false);
+    EXPECT_FALSE(indicator->isHidden());
+    indicator->startAnimating();
+    indicator->stopAnimating();
+    EXPECT_FALSE(indicator->isHidden());
+}
+
+TEST_F(IndicatorTest, framesRunOnlyWhileItTurnsInAWindow) {
+    auto indicator = make<UIActivityIndicatorView>();
+    indicator->startAnimating();
+    EXPECT_FALSE(CADisplayLink::hasAny());
+    show(indicator, {10, 10, 20, 20});
+    EXPECT_TRUE(CADisplayLink::hasAny());
+    indicator->removeFromSuperview();
+    EXPECT_FALSE(CADisplayLink::hasAny());
+    EXPECT_TRUE(indicator->isAnimating());
+    show(indicator, {10, 10, 20, 20});
+    EXPECT_TRUE(CADisplayLink::hasAny());
+    indicator->stopAnimating();
+    EXPECT_FALSE(CADisplayLink::hasAny());
+    indicator->startAnimating();
+    indicator->removeFromSuperview();
+    indicator = nullptr;
+    EXPECT_FALSE(CADisplayLink::hasAny());
+}
+
+TEST_F(IndicatorTest, oneTurnASecondInEightSteps) {
+    auto const indicator = show(make<UIActivityIndicatorView>(), {10, 10, 20, 20});
+    indicator->setColor(UIColor::red());
+    indicator->startAnimating();
+    // The opaque blade stands at the top, then an eighth further.
+    auto const top = [this] { return pixelAt({20, 13}) >> 16 & 0xFF; };
+    auto const first = top();
+    shell.advance(0.125);
+    auto const second = top();
+    EXPECT_LT(second, first);
+    auto const version = indicator->layer().contentVersion();
+    shell.advance(0.05);
+    EXPECT_EQ(indicator->layer().contentVersion(), version);
+    shell.advance(0.825);
+    EXPECT_EQ(top(), first);
+}
+
+} // namespace trelundo

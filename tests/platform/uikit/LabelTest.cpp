@@ -1,0 +1,354 @@
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/text/UILabel.h"
+#include "tests/platform/uikit/DeviceFixture.h"
+
+#include <cmath>
+
+namespace trelundo {
+
+namespace {
+
+namespace Key = NSAttributedStringKey;
+
+Ref<UILabel> label(std::string text, double size = 17) {
+    auto label = make<UILabel>();
+    label->setFont(UIFont::system(size));
+    label->setText(std::move(text));
+    return label;
+}
+
+NSAttributedString styled(std::string text, NSParagraphStyle const& style, double size = 17) {
+    TextAttributes attributes;
+    attributes.set(Key::font, UIFont::system(size)).set(Key::paragraphStyle, style);
+    return NSAttributedString{std::move(text), attributes};
+}
+
+/// Draws its text inside a margin, as a subclass of a host would.
+class MarginLabel : public UILabel {
+public:
+    CGSize intrinsicContentSize() const override {
+        auto const size = UILabel::intrinsicContentSize();
+        return {size.width + 20, size.height + 8};
+    }
+    void drawText(CGRect rect, Canvas& canvas) override {
+        drawn = rect;
+        UILabel::drawText(textBounds(rect), canvas);
+    }
+    CGRect drawn;
+
+protected:
+    CGRect textBounds(CGRect bounds) const override { return bounds.insetBy(UIEdgeInsets{4, 10, 4, 10}); }
+};
+
+std::string const sentence = "You can cancel your subscription at any time";
+
+} // namespace
+
+class LabelTest : public DeviceFixture {};
+
+TEST_F(LabelTest, startsWithTheDocumentedDefaults) {
+    auto const empty = make<UILabel>();
+    EXPECT_FALSE(empty->text());
+    EXPECT_EQ(empty->font(), UIFont::system(17));
+    EXPECT_EQ(empty->textColor(), UIColor::label());
+    EXPECT_EQ(empty->textAlignment(), NSTextAlignment::natural);
+    EXPECT_EQ(empty->lineBreakMode(), NSLineBreakMode::byTruncatingTail);
+    EXPECT_EQ(empty->numberOfLines(), 1);
+    EXPECT_FALSE(empty->isUserInteractionEnabled());
+    EXPECT_EQ(empty->intrinsicContentSize(), CGSize{});
+    EXPECT_TRUE(empty->resolvedRuns().empty());
+}
+
+TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
+    struct Row {
+        double size, height;
+    };
+    for (auto const& row :
+         {Row{8, 10}, Row{12, 14.5}, Row{15, 18}, Row{17, 20.5}, Row{18, 21.5}, Row{58, 69.5}}) {
+        auto const text = label("Premium", row.size);
+        EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, row.height) << row.size;
+        auto const pixels = text->intrinsicContentSize().width * 2;
+        EXPECT_DOUBLE_EQ(pixels, std::round(pixels));
+    }
+}
+
+TEST_F(LabelTest, emptyTextHasNoSize) {
+    auto const text = label("Premium");
+    text->setText("");
+    EXPECT_EQ(text->text(), "");
+    EXPECT_EQ(text->intrinsicContentSize(), CGSize{});
+    text->setText(std::nullopt);
+    EXPECT_FALSE(text->text());
+    EXPECT_FALSE(text->drawsContents());
+}
+
+TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowed) {
+    auto const text = label("\n", 15);
+    text->setNumberOfLines(2);
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
+    text->setText("one\ntwo\nthree");
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
+    text->setNumberOfLines(0);
+    text->sizeToFit();
+    EXPECT_DOUBLE_EQ(text->bounds().size.height, 54);
+    EXPECT_DOUBLE_EQ(text->bounds().size.width, label("three", 15)->intrinsicContentSize().width);
+}
+
+TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacks) {
+    auto const text = make<UILabel>();
+    text->setFont(UIFont::boldSystem(20));
+    text->setTextColor(UIColor::red());
+    text->setTextAlignment(NSTextAlignment::center);
+    NSAttributedString content{"own", TextAttributes{}.with(Key::font, UIFont::system(10))};
+    content.append("label's");
+    text->setAttributedText(content);
+    auto const runs = text->resolvedRuns();
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_EQ(runs[0].font, (FontSpec{10, 400, false}));
+    EXPECT_EQ(runs[0].color, (CGColor{1, 0, 0, 1}));
+    EXPECT_EQ(runs[1].font, (FontSpec{20, 700, false}));
+    EXPECT_EQ(runs[1].paragraph.alignment, NSTextAlignment::center);
+    EXPECT_EQ(text->text(), "ownlabel's");
+}
+
+TEST_F(LabelTest, laterSettingsApplyToTheWholeAttributedText) {
+    auto const text = make<UILabel>();
+    text->setAttributedText(styled("Offer", {.alignment = NSTextAlignment::left, .lineSpacing = 4}, 10));
+    text->setFont(UIFont::system(30));
+    text->setTextColor(UIColor::red());
+    text->setTextAlignment(NSTextAlignment::right);
+    auto const runs = text->resolvedRuns();
+    EXPECT_EQ(runs[0].font.size, 30);
+    EXPECT_EQ(runs[0].color, (CGColor{1, 0, 0, 1}));
+    EXPECT_EQ(runs[0].paragraph.alignment, NSTextAlignment::right);
+    EXPECT_EQ(runs[0].paragraph.lineSpacing, 4);
+    text->setText("plain");
+    EXPECT_EQ(text->resolvedRuns()[0].paragraph.lineSpacing, 0);
+}
+
+TEST_F(LabelTest, lineSpacingStandsBetweenLinesOnly) {
+    auto const text = make<UILabel>();
+    text->setNumberOfLines(2);
+    text->setAttributedText(styled("one\ntwo", {.lineSpacing = 4}, 15));
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 40);
+    text->setAttributedText(styled("one", {.lineSpacing = 4}, 15));
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 18);
+}
+
+TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrow) {
+    auto const text = label(sentence, 15);
+    text->setNumberOfLines(0);
+    auto const natural = text->intrinsicContentSize();
+    EXPECT_TRUE(text->layoutWidthDidChange(natural.width * 0.6));
+    EXPECT_EQ(text->intrinsicContentSize(), (CGSize{natural.width, 36}));
+    EXPECT_FALSE(text->layoutWidthDidChange(natural.width * 0.61));
+    EXPECT_TRUE(text->layoutWidthDidChange(natural.width + 100));
+    EXPECT_EQ(text->intrinsicContentSize(), natural);
+    text->setNumberOfLines(1);
+    EXPECT_FALSE(text->layoutWidthDidChange(10));
+}
+
+TEST_F(LabelTest, aPreferredWidthFixesTheMeasuring) {
+    auto const text = label(sentence, 15);
+    text->setNumberOfLines(0);
+    auto const natural = text->intrinsicContentSize();
+    text->setPreferredMaxLayoutWidth(natural.width * 0.6);
+    EXPECT_LE(text->intrinsicContentSize().width, natural.width * 0.6 + 0.5);
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
+    EXPECT_FALSE(text->layoutWidthDidChange(50));
+}
+
+TEST_F(LabelTest, aWrappingLabelGetsItsHeightInOneLayoutPass) {
+    auto const text = label(sentence, 15);
+    text->setNumberOfLines(0);
+    text->setTranslatesAutoresizingMaskIntoConstraints(false);
+    auto& window = shell.window();
+    window.addSubview(text);
+    auto const width = text->intrinsicContentSize().width;
+    activate({text->leadingAnchor() == window.leadingAnchor(), text->topAnchor() == window.topAnchor(),
+              text->widthAnchor() <= std::round(width * 0.6)});
+    window.layoutWindow();
+    EXPECT_DOUBLE_EQ(text->frame().size.width, std::round(width * 0.6));
+    EXPECT_DOUBLE_EQ(text->frame().size.height, 36);
+    EXPECT_EQ(text->fit().lineCount, 2);
+    EXPECT_FALSE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, sizeThatFitsWrapsOnlySeveralLines) {
+    auto const text = label(sentence, 15);
+    auto const natural = text->intrinsicContentSize();
+    EXPECT_EQ(text->sizeThatFits({50, 50}), natural);
+    text->setNumberOfLines(2);
+    EXPECT_EQ(text->sizeThatFits({0, 0}), natural);
+    EXPECT_EQ(text->sizeThatFits({greatestFiniteMagnitude, 0}), natural);
+    EXPECT_DOUBLE_EQ(text->sizeThatFits({natural.width / 4, 0}).height, 36);
+}
+
+TEST_F(LabelTest, shrinksByTheLargestFactorThatFits) {
+    auto const text = label(sentence, 20);
+    auto const natural = text->intrinsicContentSize().width;
+    text->setAdjustsFontSizeToFitWidth(true);
+    text->setMinimumScaleFactor(0.5);
+    text->setFrame({0, 0, natural * 0.8, 24});
+    EXPECT_NEAR(text->fit().scale, 0.8, 0.02);
+    EXPECT_FALSE(text->fit().truncated);
+    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().width, natural);
+    text->setFrame({0, 0, natural + 50, 24});
+    EXPECT_EQ(text->fit().scale, 1);
+    text->setFrame({0, 0, natural * 0.3, 24});
+    EXPECT_EQ(text->fit().scale, 0.5);
+    EXPECT_TRUE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, withoutAFactorItTruncates) {
+    auto const text = label(sentence, 20);
+    text->setAdjustsFontSizeToFitWidth(true);
+    text->setFrame({0, 0, 100, 24});
+    EXPECT_EQ(text->fit().scale, 1);
+    EXPECT_TRUE(text->fit().truncated);
+    EXPECT_EQ(text->fit().lineCount, 1);
+}
+
+TEST_F(LabelTest, aLowRectangleDoesNotShrinkASingleLine) {
+    auto const text = label("50%", 93);
+    text->setAdjustsFontSizeToFitWidth(true);
+    text->setMinimumScaleFactor(0.5);
+    text->setFrame({0, 0, text->intrinsicContentSize().width, 70});
+    EXPECT_EQ(text->fit().scale, 1);
+    EXPECT_FALSE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, severalLinesShrinkUntilAllLinesFit) {
+    auto const text = label(sentence, 20);
+    text->setNumberOfLines(2);
+    text->setAdjustsFontSizeToFitWidth(true);
+    text->setMinimumScaleFactor(0.3);
+    auto const natural = text->intrinsicContentSize().width;
+    text->setFrame({0, 0, natural * 0.35, 48});
+    auto const fit = text->fit();
+    EXPECT_LT(fit.scale, 0.85);
+    EXPECT_GT(fit.scale, 0.45);
+    EXPECT_FALSE(fit.truncated);
+    EXPECT_EQ(fit.lineCount, 2);
+}
+
+TEST_F(LabelTest, tooManyLinesAreCutToTheAllowedOnes) {
+    auto const text = label(sentence + ' ' + sentence, 15);
+    text->setNumberOfLines(2);
+    text->setFrame({0, 0, 120, 100});
+    EXPECT_EQ(text->fit().lineCount, 2);
+    EXPECT_TRUE(text->fit().truncated);
+    text->setNumberOfLines(0);
+    text->setFrame({0, 0, 120, 40});
+    EXPECT_EQ(text->fit().lineCount, 2);
+    EXPECT_TRUE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, aFrameRoundedToPixelsStillShowsTheWholeText) {
+    auto const text = label(sentence, 15);
+    auto const natural = text->intrinsicContentSize();
+    text->setFrame({0, 0, natural.width - 0.5, natural.height - 0.5});
+    EXPECT_FALSE(text->fit().truncated);
+    text->setFrame({0, 0, natural.width - 3, natural.height});
+    EXPECT_TRUE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, baselinesFollowTheMetrics) {
+    auto const text = label("Offer\nPrice", 20);
+    text->setNumberOfLines(2);
+    double const height = text->intrinsicContentSize().height;
+    double const lines = 2 * UIFont::system(20).lineHeight();
+    double const margin = (height - lines) / 2;
+    EXPECT_NEAR(*text->firstBaselineOffsetFromTop(), margin + UIFont::system(20).ascender(), 0.01);
+    EXPECT_NEAR(*text->lastBaselineOffsetFromBottom(), margin - UIFont::system(20).descender(), 0.01);
+    EXPECT_FALSE(make<UILabel>()->firstBaselineOffsetFromTop());
+}
+
+TEST_F(LabelTest, aSubclassMayDrawInsideAMargin) {
+    auto const text = make<MarginLabel>();
+    text->setText(sentence);
+    auto const size = static_cast<UIView&>(*text).intrinsicContentSize();
+    EXPECT_EQ(size, (CGSize{label(sentence)->intrinsicContentSize().width + 20, 28.5}));
+    show(text, {10, 20, size.width, size.height});
+    EXPECT_FALSE(text->fit().truncated);
+    shell.render();
+    EXPECT_EQ(text->drawn, (CGRect{{}, size}));
+    text->setFrame({10, 20, size.width - 10, size.height});
+    EXPECT_TRUE(text->fit().truncated);
+}
+
+TEST_F(LabelTest, textIsDrawnVerticallyCentredAndAligned) {
+    auto const text = label("\xE2\x96\x88\xE2\x96\x88", 20); // two full blocks
+    text->setTextColor(UIColor::red());
+    show(text, {0, 0, 200, 200});
+    auto const isInked = [this](double x, double y) { return (pixelAt({x, y}) >> 24) != 0; };
+    double const width = text->intrinsicContentSize().width;
+    EXPECT_TRUE(isInked(width / 2, 100));
+    EXPECT_FALSE(isInked(width / 2, 20));
+    EXPECT_FALSE(isInked(width / 2, 180));
+    text->setTextAlignment(NSTextAlignment::right);
+    EXPECT_FALSE(isInked(width / 2, 100));
+    EXPECT_TRUE(isInked(200 - width / 2, 100));
+    text->setTextAlignment(NSTextAlignment::center);
+    EXPECT_TRUE(isInked(100, 100));
+    EXPECT_FALSE(isInked(200 - width / 2, 100));
+}
+
+TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {
+    auto const text = label("12345", 20);
+    text->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    show(text, {0, 0, 300, 30});
+    auto const inkIn = [this](double from, double to) {
+        bool inked = false;
+        for (double x = from; x < to; x += 0.5) inked = inked || (pixelAt({x, 15}) >> 24) != 0;
+        return inked;
+    };
+    EXPECT_FALSE(inkIn(0, 150));
+    EXPECT_TRUE(inkIn(200, 300));
+    text->setText("Offer");
+    EXPECT_TRUE(inkIn(0, 100));
+    EXPECT_FALSE(inkIn(200, 300));
+}
+
+TEST_F(LabelTest, dynamicColoursFollowTheAppearance) {
+    auto const text = show(label("Offer"), {0, 0, 100, 30});
+    EXPECT_EQ(text->resolvedRuns()[0].color, (CGColor{0, 0, 0, 1}));
+    auto const version = text->layer().contentVersion();
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(text->resolvedRuns()[0].color, (CGColor{1, 1, 1, 1}));
+    EXPECT_NE(text->layer().contentVersion(), version);
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::light);
+}
+
+TEST_F(LabelTest, textChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {
+    recordTexts();
+    auto const text = label("before");
+    text->setText("ready");
+    show(text, {0, 0, 100, 30});
+    EXPECT_TRUE(texts.empty());
+    text->setText("ready");
+    text->setFont(UIFont::system(12));
+    text->setAttributedText(NSAttributedString{"ready"});
+    EXPECT_TRUE(texts.empty());
+    text->setText("changed");
+    text->setText(std::nullopt);
+    EXPECT_EQ(texts, (std::vector<std::string>{"UILabel: changed", "UILabel: "}));
+    text->removeFromSuperview();
+    text->setText("unseen");
+    EXPECT_EQ(texts.size(), 2u);
+}
+
+TEST_F(LabelTest, boundingRectMeasuresLines) {
+    auto const one =
+        boundingRect(NSAttributedString{"Total"}, {greatestFiniteMagnitude, greatestFiniteMagnitude});
+    EXPECT_EQ(one.origin, CGPoint{});
+    EXPECT_NEAR(one.size.height, UIFont::system(12).lineHeight(), 1e-6);
+    auto const two = boundingRect(NSAttributedString{"Total\nTotal"}, {greatestFiniteMagnitude, 1});
+    EXPECT_NEAR(two.size.height, 2 * one.size.height, 1e-6);
+    EXPECT_NEAR(two.size.width, one.size.width, 1e-6);
+    auto const wrapped = boundingRect(NSAttributedString{"Total Total"}, {one.size.width * 1.5, 1});
+    EXPECT_NEAR(wrapped.size.height, two.size.height, 1e-6);
+    EXPECT_EQ(boundingRect(NSAttributedString{}, {100, 100}).size.width, 0);
+}
+
+} // namespace trelundo
