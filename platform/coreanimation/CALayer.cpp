@@ -20,6 +20,12 @@ constexpr double largestOverhang = 32; // points
 
 } // namespace
 
+CGRect CALayerDelegate::drawingRect(CALayer const& layer) const {
+    auto const bounds = layer.bounds();
+    return bounds.insetBy(-std::min(largestOverhang, bounds.height() / 4 + 2),
+                          -std::min(largestOverhang, bounds.height() / 2 + 2));
+}
+
 CALayer::CALayer()
     : identity_(++layersMade) {}
 
@@ -152,10 +158,8 @@ bool CALayer::hasContents() const {
 }
 
 CGRect CALayer::contentsRect() const {
-    if (masksToBounds_) return bounds();
-    auto const& size = values_.bounds.size;
-    return bounds().insetBy(-std::min(largestOverhang, size.height / 4 + 2),
-                            -std::min(largestOverhang, size.height / 2 + 2));
+    auto const owner = masksToBounds_ ? nullptr : delegate_.lock();
+    return owner ? owner->drawingRect(*this) : bounds();
 }
 
 bool CALayer::hasShadow() const {

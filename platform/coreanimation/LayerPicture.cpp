@@ -129,6 +129,7 @@ void ContentPicture::prepare() {
 void ContentPicture::paint(Canvas& canvas, Surface& target, int x, int y) {
     if (!look_.direct) return LayerPicture::paint(canvas, target, x, y);
     canvas.save();
+    canvas.clip(rect_.translated(x, y).points(scale_));
     canvas.translate(x / scale_, y / scale_);
     draw(canvas);
     canvas.restore();

@@ -1,0 +1,264 @@
+#include "LayerFixture.h"
+
+#include "platform/coreanimation/CAGradientLayer.h"
+#include "platform/coreanimation/Compositor.h"
+#include "platform/coreanimation/PixelRect.h"
+#include "platform/graphics/Surface.h"
+
+#include <cstring>
+#include <random>
+
+namespace trelundo {
+
+namespace {
+
+constexpr int pixels = 180;
+constexpr double scale = 1.5;
+
+bool haveEqualPixels(Surface const& left, Surface const& right) {
+    for (int y = 0; y < left.pixelHeight(); ++y) {
+        auto const row = [y](Surface const& surface) {
+            return surface.bytes() + static_cast<std::ptrdiff_t>(y) * surface.bytesPerLine();
+        };
+        if (std::memcmp(row(left), row(right), static_cast<std::size_t>(left.pixelWidth()) * 4) != 0)
+            return false;
+    }
+    return true;
+}
+
+/// Draws lines across and beyond its layer: something with soft edges, like a text.
+class Scribble : public NSObject, public CALayerDelegate {
+public:
+    bool drawsContents() const override { return true; }
+    void drawLayer(CALayer& layer, Canvas& canvas) override {
+        auto const bounds = layer.bounds();
+        CGPoint const points[] = {{bounds.minX() - 3, bounds.minY() + 1.3},
+                                  {bounds.maxX() + 2.7, bounds.midY()},
+                                  {bounds.midX() + tilt, bounds.maxY() + 1}};
+        canvas.fillPolygon(points, {0.2, 0.4, 0.9, 0.8});
+    }
+    double tilt = 0;
+};
+
+/// A tree of layers that is changed at random.
+class RandomTree {
+public:
+    RandomTree(CALayer& root, unsigned seed)
+        : root_(root)
+        , random_(seed) {
+        for (int i = 0; i < 14; ++i) add();
+    }
+
+    void change() {
+        switch (pick(18)) {
+        case 0:
+            add();
+            break;
+        case 1:
+            if (layers_.size() > 6) remove();
+            break;
+        case 2:
+            any().setPosition({number(-10, 130), number(-10, 130)});
+            break;
+        case 3:
+            any().setBounds({any().bounds().origin, {number(0, 70), number(0, 70)}});
+            break;
+        case 4:
+            any().setOpacity(pick(3) == 0 ? 1 : number(0, 1));
+            break;
+        case 5:
+            any().setHidden(pick(4) == 0);
+            break;
+        case 6:
+            any().setCornerRadius(pick(2) * number(0, 20));
+            break;
+        case 7:
+            any().setMasksToBounds(pick(2) == 0);
+            break;
+        case 8:
+            any().setBorderWidth(pick(2) * number(0, 6));
+            break;
+        case 9:
+            any().setZPosition(pick(3) - 1);
+            break;
+        case 10:
+            any().setTransform(transform());
+            break;
+        case 11:
+            any().setShadowOpacity(pick(3) == 0 ? number(0, 1) : 0);
+            break;
+        case 12:
+            any().setBackdropEffect(effect());
+            break;
+        case 13:
+            redraw();
+            break;
+        case 14:
+            scroll();
+            break;
+        case 15:
+            any().setShouldRasterize(pick(3) == 0);
+            break;
+        case 16:
+            any().setBackgroundColor(color());
+            break;
+        case 17:
+            move();
+            break;
+        }
+    }
+
+private:
+    int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+    double number(double low, double high) { return low + (high - low) * static_cast<double>(random_() % 10000) / 10000; }
+    CALayer& any() { return *layers_[static_cast<std::size_t>(pick(static_cast<int>(layers_.size())))]; }
+    CGColor color() { return {number(0, 1), number(0, 1), number(0, 1), pick(2) == 0 ? 1 : number(0, 1)}; }
+
+    CGAffineTransform transform() {
+        if (pick(2) == 0) return {};
+        return CGAffineTransform::rotation(number(-1, 1))
+            .concatenating(CGAffineTransform::scale(number(0.5, 1.5), number(0.5, 1.5)));
+    }
+    std::optional<CALayer::BackdropEffect> effect() {
+        if (pick(2) == 0) return std::nullopt;
+        return CALayer::BackdropEffect{number(1, 9), 1.8, {0.1, 0.1, 0.1, number(0, 1)}};
+    }
+    void add() {
+        auto layer = pick(4) == 0 ? Ref<CALayer>(gradient()) : make<CALayer>();
+        layer->setFrame({number(-10, 110), number(-10, 110), number(1, 60), number(1, 60)});
+        if (pick(3) != 0) layer->setBackgroundColor(color());
+        layer->setShadowOffset({number(-4, 4), number(-4, 4)});
+        if (pick(3) == 0) {
+            scribbles_.push_back(make<Scribble>());
+            layer->setDelegate(scribbles_.back());
+        }
+        (layers_.empty() || pick(3) == 0 ? root_ : any()).addSublayer(layer);
+        layers_.push_back(layer);
+    }
+    Ref<CAGradientLayer> gradient() {
+        auto layer = make<CAGradientLayer>();
+        layer->setColors({{color(), color()}});
+        layer->setEndPoint({number(0, 1), number(0.2, 1)});
+        return layer;
+    }
+    void remove() {
+        auto const index = static_cast<std::ptrdiff_t>(pick(static_cast<int>(layers_.size())));
+        auto const layer = layers_[static_cast<std::size_t>(index)];
+        for (auto const& each : layers_) {
+            if (each->superlayer() == layer.get()) return;
+        }
+        layer->removeFromSuperlayer();
+        layers_.erase(layers_.begin() + index);
+    }
+    void redraw() {
+        if (scribbles_.empty()) return;
+        auto& scribble = *scribbles_[static_cast<std::size_t>(pick(static_cast<int>(scribbles_.size())))];
+        scribble.tilt = number(-9, 9);
+        for (auto const& layer : layers_) {
+            if (layer->delegate().get() == &scribble) layer->setNeedsDisplay();
+        }
+    }
+    void scroll() {
+        auto& layer = any();
+        layer.setBounds({{number(-20, 20), number(-20, 20)}, layer.bounds().size});
+    }
+    void move() {
+        auto& layer = any();
+        if (auto* parent = layer.superlayer())
+            parent->insertSublayer(strong(layer), static_cast<std::size_t>(pick(3)));
+    }
+
+    CALayer& root_;
+    std::mt19937 random_;
+    std::vector<Ref<CALayer>> layers_;
+    std::vector<Ref<Scribble>> scribbles_;
+};
+
+class DamageTest : public LayerTest, public testing::WithParamInterface<unsigned> {
+protected:
+    Surface surface{pixels, pixels, scale};
+    Compositor compositor;
+};
+
+} // namespace
+
+TEST_P(DamageTest, RepaintingWhatChangedEqualsPaintingEverything) {
+    root->setBounds({0, 0, pixels / scale, pixels / scale});
+    root->setBackgroundColor(CGColor{0.9, 0.9, 0.8, 1});
+    RandomTree tree(*root, GetParam());
+    for (int step = 0; step < 120; ++step) {
+        auto const changes = 1 + step % 3;
+        if (step % 7 == 0) {
+            animate({.duration = 0.2, .completion = {}}, [&] { tree.change(); });
+        }
+        for (int i = 0; i < changes; ++i) tree.change();
+        frame();
+        compositor.render(*root, surface);
+        Surface fresh(pixels, pixels, scale);
+        Compositor().render(*root, fresh);
+        ASSERT_TRUE(haveEqualPixels(surface, fresh)) << "step " << step;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, DamageTest, testing::Range(1u, 13u));
+
+TEST_F(LayerTest, NothingChangedNothingIsRepainted) {
+    Surface surface(100, 100, 1);
+    Compositor compositor;
+    auto const layer = add({10, 10, 20, 20});
+    layer->setBackgroundColor(CGColor{1, 0, 0, 1});
+    EXPECT_EQ(compositor.render(*root, surface).size(), 1u);
+    EXPECT_TRUE(compositor.render(*root, surface).empty());
+    layer->setPosition(layer->position());
+    EXPECT_TRUE(compositor.render(*root, surface).empty());
+    layer->setPosition({20.2, 20});
+    EXPECT_TRUE(compositor.render(*root, surface).empty()) << "the same whole pixels";
+    compositor.invalidate();
+    EXPECT_EQ(compositor.render(*root, surface), (std::vector{CGRect(0, 0, 100, 100)}));
+}
+
+TEST_F(LayerTest, OnlyTheChangedAreasAreRepainted) {
+    Surface surface(100, 100, 1);
+    Compositor compositor;
+    auto const card = add({0, 0, 100, 100});
+    card->setBackgroundColor(CGColor{0, 0, 1, 1});
+    card->setCornerRadius(10);
+    card->setMasksToBounds(true);
+    auto const near = make<CALayer>();
+    near->setFrame({10, 10, 10, 10});
+    card->addSublayer(near);
+    auto const far = add({80, 80, 10, 10});
+    compositor.render(*root, surface);
+    near->setBackgroundColor(CGColor{1, 0, 0, 1});
+    far->setBackgroundColor(CGColor{1, 0, 0, 1});
+    // The change inside the rounded card does not cost the whole card.
+    EXPECT_EQ(compositor.render(*root, surface),
+              (std::vector{CGRect(10, 10, 10, 10), CGRect(80, 80, 10, 10)}));
+}
+
+TEST(DamageList, MergesWhatCostsLittleAndStaysShort) {
+    Damage damage;
+    damage.add({0, 0, 10, 10});
+    damage.add({0, 10, 10, 10});
+    ASSERT_EQ(damage.rects().size(), 1u);
+    EXPECT_EQ(damage.rects().front(), (PixelRect{0, 0, 10, 20}));
+    damage.add({50, 50, 0, 10});
+    EXPECT_EQ(damage.rects().size(), 1u);
+    for (int i = 0; i < 40; ++i) damage.add({i * 37 % 1000, i * 91 % 1000, 3, 3});
+    EXPECT_LE(damage.rects().size(), 12u);
+    for (int i = 0; i < 40; ++i) EXPECT_TRUE(damage.intersects({i * 37 % 1000, i * 91 % 1000, 3, 3}));
+}
+
+TEST(DamageList, AbsorbingGathersEverythingThatTouches) {
+    Damage damage;
+    damage.add({0, 0, 10, 10});
+    damage.add({90, 90, 10, 10});
+    EXPECT_TRUE(damage.absorb({5, 5, 40, 40}));
+    EXPECT_EQ(damage.rects().size(), 2u);
+    EXPECT_FALSE(damage.absorb({5, 5, 40, 40}));
+    EXPECT_TRUE(damage.absorb({40, 40, 55, 55}));
+    ASSERT_EQ(damage.rects().size(), 1u);
+    EXPECT_EQ(damage.rects().front(), (PixelRect{0, 0, 100, 100}));
+}
+
+} // namespace trelundo

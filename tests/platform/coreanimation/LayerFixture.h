@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/coreanimation/CALayer.h"
+#include "platform/coreanimation/CATransaction.h"
+#include "platform/foundation/Clock.h"
+#include "platform/foundation/DispatchQueue.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+/// A shown root layer, virtual time, and a record of completions.
+class LayerTest : public testing::Test {
+protected:
+    LayerTest() {
+        Clock::setCurrent(&clock);
+        root->setDisplayRoot(true);
+        root->setBounds({0, 0, 100, 100});
+    }
+    ~LayerTest() override {
+        CATransaction::reset();
+        DispatchQueue::main().removeAll();
+        Clock::setCurrent(nullptr);
+    }
+
+    Ref<CALayer> add(CGRect frame) {
+        auto layer = make<CALayer>();
+        layer->setFrame(frame);
+        root->addSublayer(layer);
+        return layer;
+    }
+    void animate(CATransaction::Settings settings, std::function<void()> const& changes,
+                 std::string const& name = "") {
+        if (!name.empty()) {
+            settings.completion = [this, name](bool finished) {
+                ended.push_back(name + (finished ? "" : " cut"));
+            };
+        }
+        CATransaction::begin(std::move(settings));
+        changes();
+        CATransaction::commit();
+    }
+    /// A frame as shells run it.
+    void frame() {
+        ++frames;
+        clock.setNow(frames / 60.0);
+        CATransaction::advanceFrame();
+        DispatchQueue::main().runReady();
+    }
+    void frameAt(double seconds) {
+        while (clock.now() < seconds - 1e-9) frame();
+    }
+
+    VirtualClock clock;
+    int frames = 0;
+    Ref<CALayer> root = make<CALayer>();
+    std::vector<std::string> ended;
+};
+
+} // namespace trelundo
