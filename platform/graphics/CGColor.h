@@ -4,8 +4,8 @@
 
 namespace trelundo {
 
-/// A fixed colour: red, green, blue and alpha as fractions of 1 in non-linear sRGB. Values outside 0...1 are kept
-/// and clamped when drawn.
+/// A fixed colour: red, green, blue and alpha as fractions of 1 in non-linear sRGB. Values outside 0...1 are
+/// kept and clamped when drawn.
 struct CGColor {
     double red = 0;
     double green = 0;

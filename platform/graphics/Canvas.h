@@ -66,11 +66,13 @@ public:
     /// `source` through the current transform, smoothly scaled into `rect`.
     void drawSurfaceScaled(Surface const& source, CGRect const& rect);
     /// Gaussian shadow of a rounded rectangle. `deviation` in points.
-    void drawShadow(CGRect const& rect, CornerRadii const& radii, double deviation, CGPoint offset, CGColor const& color);
+    void drawShadow(CGRect const& rect, CornerRadii const& radii, double deviation, CGPoint offset,
+                    CGColor const& color);
     /// Shadow of arbitrary content: `source`'s alpha, blurred and coloured, its top left corner at `origin`.
-    void drawShadow(Surface const& source, CGPoint origin, double deviation, CGPoint offset, CGColor const& color);
-    /// Blurs what is already drawn inside `rect` (three box passes at reduced size), raises its saturation and
-    /// lays `overlay` over it, all cut to `radii`.
+    void drawShadow(Surface const& source, CGPoint origin, double deviation, CGPoint offset,
+                    CGColor const& color);
+    /// Blurs what is already drawn inside `rect` (three box passes at reduced size), raises its saturation
+    /// and lays `overlay` over it, all cut to `radii`.
     void blurBackdrop(CGRect const& rect, CornerRadii const& radii, double blurRadius, double saturation,
                       CGColor const& overlay);
     /// A wedge-shaped polygon in points, filled without outline (activity indicator, small marks).

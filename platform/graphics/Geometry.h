@@ -45,8 +45,12 @@ struct CGRect {
     CGSize size;
 
     CGRect() = default;
-    CGRect(CGPoint o, CGSize s) : origin(o), size(s) {}
-    CGRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) : origin{x, y}, size{width, height} {}
+    CGRect(CGPoint o, CGSize s)
+        : origin(o)
+        , size(s) {}
+    CGRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
+        : origin{x, y}
+        , size{width, height} {}
 
     /// Identity of the union and result of an empty intersection.
     static CGRect null() {
@@ -68,7 +72,9 @@ struct CGRect {
 
     /// Min edges belong to the rectangle, max edges do not.
     bool contains(CGPoint p) const { return p.x >= minX() && p.x < maxX() && p.y >= minY() && p.y < maxY(); }
-    CGRect offsetBy(CGFloat dx, CGFloat dy) const { return {origin.x + dx, origin.y + dy, size.width, size.height}; }
+    CGRect offsetBy(CGFloat dx, CGFloat dy) const {
+        return {origin.x + dx, origin.y + dy, size.width, size.height};
+    }
     /// Negative distances enlarge; more than half the size gives the null rectangle.
     CGRect insetBy(CGFloat dx, CGFloat dy) const;
     /// No clamping: the result may have a negative size.

@@ -2,9 +2,9 @@
 
 namespace trelundo {
 
-/// Starts what drawing needs (fonts, the picture readers) once per process, without a display. A shell that has
-/// started the graphics library itself has nothing more to do; calling it again is free.
-/// A missing system font is told on standard error with the package to install, and the next best is used.
+/// Starts what drawing needs (fonts, the picture readers) once per process, without a display. A shell that
+/// has started the graphics library itself has nothing more to do; calling it again is free. A missing system
+/// font is told on standard error with the package to install, and the next best is used.
 void startGraphics();
 
 } // namespace trelundo

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+class QImage;
+
 namespace trelundo {
 
 /// A decoded picture: pixels (PNG, JPEG) or scalable artwork (SVG). Immutable. Scaled renditions are cached
@@ -19,7 +21,8 @@ public:
 
     /// Decodes `bytes`. Broken data, an unknown format and a picture of more than 16 megapixels give null
     /// and a reason that names `name`.
-    static Ref<Picture> decode(std::string_view bytes, std::string const& name, double scale, std::string& reason);
+    static Ref<Picture> decode(std::string_view bytes, std::string const& name, double scale,
+                               std::string& reason);
     ~Picture() override;
 
     /// In points: pixels divided by the scale; the view box's size for SVG.
@@ -32,6 +35,10 @@ private:
     template <class T, class... A> friend Ref<T> make(A&&...);
     struct State;
     Picture(std::unique_ptr<State> state, CGSize size, double scale);
+
+    /// The picture stretched to a size in pixels, kept for the next time. With `tint` its alpha in that
+    /// colour.
+    QImage rendition(int width, int height, std::optional<CGColor> const& tint) const;
 
     std::unique_ptr<State> state_;
     CGSize size_;

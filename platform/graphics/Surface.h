@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QImage;
@@ -32,12 +33,17 @@ public:
     /// a reason that names the file.
     bool writePng(std::string const& path, std::string& reason) const;
 
-    QImage& image() { return *image_; }
+    /// Whether no pixel lets anything through. Found once after each change.
+    bool isOpaque() const;
+
+    /// For drawing; whoever calls this counts as having changed the pixels.
+    QImage& image();
     QImage const& image() const { return *image_; }
 
 private:
     std::unique_ptr<QImage> image_;
     double scale_;
+    mutable std::optional<bool> opaque_;
 };
 
 } // namespace trelundo

@@ -1,0 +1,225 @@
+#include "platform/graphics/BoxBlur.h"
+#include "platform/graphics/CanvasState.h"
+
+#include <array>
+#include <cmath>
+#include <list>
+
+namespace trelundo {
+
+namespace {
+
+// A Gaussian has faded out this many deviations from the edge.
+constexpr double reach = 3;
+constexpr double largestDeviation = 1000; // pixels
+constexpr double maximumShadowPixels = 16e6;
+constexpr qsizetype maximumShadowBytes = 8 * 1024 * 1024;
+
+/// A finished shadow: an image to be stretched so that one of its pixels covers `reduction` device pixels.
+struct ShadowShape {
+    double width; // device pixels
+    double height;
+    CornerRadii radii;
+    double deviation;
+    QRgb color; // not premultiplied
+    bool operator==(ShadowShape const&) const = default;
+};
+
+struct Shadow {
+    QImage image;
+    int margin = 0;    // image pixels around the shape
+    int reduction = 1; // device pixels an image pixel
+};
+
+QImage colored(BlurBuffer const& mask, QRgb color) {
+    std::array<std::uint32_t, 256> shades;
+    for (std::uint32_t i = 0; i < shades.size(); ++i) {
+        auto const alpha = (static_cast<std::uint32_t>(qAlpha(color)) * i + 127) / 255;
+        shades[i] = qPremultiply((color & 0xffffff) | alpha << 24);
+    }
+    QImage image(mask.width, mask.height, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < mask.height; ++y) {
+        auto* line = reinterpret_cast<std::uint32_t*>(image.scanLine(y));
+        auto const* alphas = mask.row(y);
+        for (int x = 0; x < mask.width; ++x) line[x] = shades[alphas[x]];
+    }
+    return image;
+}
+
+BlurBuffer shapeMask(ShadowShape const& shape, int margin, int reduction) {
+    auto const size = [&](double length) {
+        return static_cast<int>(std::ceil(length / reduction)) + 2 * margin;
+    };
+    QImage image(size(shape.width), size(shape.height), QImage::Format_Grayscale8);
+    image.fill(0);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QRectF const area(margin, margin, shape.width / reduction, shape.height / reduction);
+    painter.fillPath(roundedPath(area, scaledRadii(shape.radii, 1.0 / reduction)), Qt::white);
+    painter.end();
+    BlurBuffer mask(image.width(), image.height(), 1);
+    for (int y = 0; y < mask.height; ++y) std::copy_n(image.constScanLine(y), mask.width, mask.row(y));
+    return mask;
+}
+
+int marginFor(double deviation, int reduction) {
+    return static_cast<int>(std::ceil(reach * deviation / reduction)) + 1;
+}
+
+Shadow makeShadow(ShadowShape const& shape) {
+    Shadow shadow;
+    shadow.reduction = blurReduction(shape.deviation);
+    shadow.margin = marginFor(shape.deviation, shadow.reduction);
+    auto mask = shapeMask(shape, shadow.margin, shadow.reduction);
+    boxBlur(mask, shape.deviation / shadow.reduction);
+    shadow.image = colored(mask, shape.color);
+    return shadow;
+}
+
+/// The last few shadows: a screen draws the same ones again and again.
+Shadow shadowFor(ShadowShape const& shape) {
+    struct Entry {
+        ShadowShape shape;
+        Shadow shadow;
+    };
+    static auto& recent = *new std::list<Entry>;
+    constexpr std::size_t most = 8;
+    for (auto entry = recent.begin(); entry != recent.end(); ++entry) {
+        if (entry->shape != shape) continue;
+        recent.splice(recent.begin(), recent, entry);
+        return entry->shadow;
+    }
+    auto shadow = makeShadow(shape);
+    if (shadow.image.sizeInBytes() * static_cast<qsizetype>(most) <= maximumShadowBytes) {
+        recent.push_front({shape, shadow});
+        if (recent.size() > most) recent.pop_back();
+    }
+    return shadow;
+}
+
+/// Puts a shadow whose shape's top left corner belongs at `corner`; `scale` is device pixels a unit.
+void placeShadow(QPainter& painter, Shadow const& shadow, QPointF corner, double scale) {
+    auto const unit = shadow.reduction / scale;
+    QRectF const target(corner.x() - shadow.margin * unit, corner.y() - shadow.margin * unit,
+                        shadow.image.width() * unit, shadow.image.height() * unit);
+    painter.drawImage(target, shadow.image);
+}
+
+bool isShadowDrawable(double deviation, CGPoint offset, CGColor const& color) {
+    return deviation >= 0 && std::isfinite(deviation) && std::isfinite(offset.x) && std::isfinite(offset.y) &&
+           colorByte(color.alpha) > 0;
+}
+
+/// Averages squares of `reduction` pixels of a premultiplied image; those at the right and bottom may be cut.
+BlurBuffer reduced(QImage const& image, QRect const& area, int reduction, int margin, int channels) {
+    auto const cells = [&](int length) { return (length + reduction - 1) / reduction; };
+    BlurBuffer buffer(cells(area.width()) + 2 * margin, cells(area.height()) + 2 * margin, channels);
+    auto const cell = [&](int cx, int cy, int channel) {
+        auto const right = std::min((cx + 1) * reduction, area.width());
+        auto const bottom = std::min((cy + 1) * reduction, area.height());
+        std::uint32_t sum = 0, count = 0;
+        for (int y = cy * reduction; y < bottom; ++y) {
+            auto const* line = reinterpret_cast<QRgb const*>(image.constScanLine(area.y() + y)) + area.x();
+            for (int x = cx * reduction; x < right; ++x, ++count) sum += line[x] >> (channel * 8) & 0xff;
+        }
+        return static_cast<std::uint8_t>((sum + count / 2) / count);
+    };
+    for (int y = 0; y < buffer.height - 2 * margin; ++y)
+        for (int x = 0; x < buffer.width - 2 * margin; ++x)
+            for (int channel = 0; channel < channels; ++channel)
+                buffer.row(y + margin)[(x + margin) * channels + channel] =
+                    cell(x, y, 4 - channels + channel);
+    return buffer;
+}
+
+/// Saturation by the luma weights of sRGB, on premultiplied colours: what the weights do is linear.
+void saturate(std::uint8_t* pixel, double saturation) {
+    auto const luma = 0.0722 * pixel[0] + 0.7152 * pixel[1] + 0.2126 * pixel[2];
+    for (int i = 0; i < 3; ++i) {
+        auto const value =
+            std::clamp(luma + (pixel[i] - luma) * saturation, 0.0, static_cast<double>(pixel[3]));
+        pixel[i] = static_cast<std::uint8_t>(std::lround(value));
+    }
+}
+
+void layOver(std::uint8_t* pixel, CGColor const& overlay) {
+    auto const alpha = std::clamp(overlay.alpha, 0.0, 1.0);
+    double const source[] = {colorByte(overlay.blue) * alpha, colorByte(overlay.green) * alpha,
+                             colorByte(overlay.red) * alpha, 255 * alpha};
+    for (int i = 0; i < 4; ++i)
+        pixel[i] =
+            static_cast<std::uint8_t>(std::lround(std::min(source[i] + pixel[i] * (1 - alpha), 255.0)));
+}
+
+/// The reduced pixels (blue, green, red, alpha) as an image stretched back to full size.
+QImage enlarged(BlurBuffer const& buffer, int reduction, QSize size) {
+    QImage small(buffer.width, buffer.height, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < buffer.height; ++y) {
+        auto* line = reinterpret_cast<QRgb*>(small.scanLine(y));
+        for (int x = 0; x < buffer.width; ++x) {
+            auto const* pixel = buffer.row(y) + 4 * static_cast<std::ptrdiff_t>(x);
+            line[x] = qRgba(pixel[2], pixel[1], pixel[0], pixel[3]);
+        }
+    }
+    if (reduction == 1) return small;
+    return small
+        .scaled(buffer.width * reduction, buffer.height * reduction, Qt::IgnoreAspectRatio,
+                Qt::SmoothTransformation)
+        .copy(0, 0, size.width(), size.height());
+}
+
+} // namespace
+
+void Canvas::drawShadow(CGRect const& rect, CornerRadii const& radii, double deviation, CGPoint offset,
+                        CGColor const& color) {
+    if (!isDrawable(rect) || !isShadowDrawable(deviation, offset, color)) return;
+    auto const scale = deviceScale(*painter_);
+    ShadowShape const shape{rect.width() * scale, rect.height() * scale, scaledRadii(radii, scale),
+                            std::min(deviation * scale, largestDeviation), toQColor(color).rgba()};
+    auto const reduction = blurReduction(shape.deviation);
+    if (shape.width * shape.height > maximumShadowPixels * reduction * reduction || scale == 0) return;
+    placeShadow(*painter_, shadowFor(shape), {rect.minX() + offset.x, rect.minY() + offset.y}, scale);
+}
+
+void Canvas::drawShadow(Surface const& source, CGPoint origin, double deviation, CGPoint offset,
+                        CGColor const& color) {
+    if (!isShadowDrawable(deviation, offset, color)) return;
+    auto const pixels = std::min(deviation * source.scale(), largestDeviation);
+    Shadow shadow;
+    shadow.reduction = blurReduction(pixels);
+    shadow.margin = marginFor(pixels, shadow.reduction);
+    auto mask = reduced(source.image(), source.image().rect(), shadow.reduction, shadow.margin, 1);
+    boxBlur(mask, pixels / shadow.reduction);
+    shadow.image = colored(mask, toQColor(color).rgba());
+    placeShadow(*painter_, shadow, {origin.x + offset.x, origin.y + offset.y}, source.scale());
+}
+
+void Canvas::blurBackdrop(CGRect const& rect, CornerRadii const& radii, double blurRadius, double saturation,
+                          CGColor const& overlay) {
+    if (!isDrawable(rect)) return;
+    auto const full = devicePixels(*painter_, toQRect(rect));
+    auto const& surface = *static_cast<QImage const*>(painter_->device());
+    auto const area = full & surface.rect();
+    if (area.isEmpty()) return;
+    auto const scale = deviceScale(*painter_);
+    auto const deviation =
+        std::clamp(std::isfinite(blurRadius) ? blurRadius * scale : 0, 0.0, largestDeviation);
+    auto const reduction = blurReduction(deviation);
+    auto buffer = reduced(surface, area, reduction, 0, 4);
+    boxBlur(buffer, deviation / reduction);
+    for (std::size_t i = 0; i < buffer.bytes.size(); i += 4) {
+        saturate(&buffer.bytes[i], saturation);
+        layOver(&buffer.bytes[i], overlay);
+    }
+    QBrush brush(enlarged(buffer, reduction, area.size()));
+    brush.setTransform(QTransform::fromTranslate(area.x(), area.y()));
+    DevicePixels const device(*painter_);
+    painter_->save();
+    painter_->setClipRect(area, Qt::IntersectClip);
+    // The blurred picture takes the place of the sharp one, also where that is translucent.
+    painter_->setCompositionMode(QPainter::CompositionMode_Source);
+    painter_->fillPath(roundedPath(full, scaledRadii(radii, scale)), brush);
+    painter_->restore();
+}
+
+} // namespace trelundo

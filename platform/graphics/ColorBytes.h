@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/graphics/CGColor.h"
+
+#include <cstdint>
+
+namespace trelundo {
+
+/// A colour component clamped to 0...1 as a byte; NaN counts as 0.
+std::uint8_t colorByte(double component);
+
+} // namespace trelundo

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QImage>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+class QSvgRenderer;
+
+namespace trelundo {
+
+/// Pixels (RGB32 when opaque, else premultiplied ARGB32) or artwork, never both.
+struct DecodedPicture {
+    DecodedPicture();
+    ~DecodedPicture();
+    DecodedPicture(DecodedPicture&&) noexcept;
+    DecodedPicture& operator=(DecodedPicture&&) noexcept;
+
+    QImage pixels;
+    std::unique_ptr<QSvgRenderer> artwork;
+};
+
+/// Recognises the format by its first bytes. On failure absent and a reason that names `name`.
+std::optional<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name,
+                                            std::string& reason);
+
+} // namespace trelundo

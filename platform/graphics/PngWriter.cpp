@@ -1,0 +1,119 @@
+#include "platform/graphics/PngWriter.h"
+
+#include <zlib.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+namespace trelundo {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+void appendNumber(Bytes& out, std::uint32_t value) {
+    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<std::uint8_t>(value >> shift));
+}
+
+void appendChunk(Bytes& out, char const (&type)[5], Bytes const& content) {
+    appendNumber(out, static_cast<std::uint32_t>(content.size()));
+    auto const start = out.size();
+    out.insert(out.end(), type, type + 4);
+    out.insert(out.end(), content.begin(), content.end());
+    appendNumber(
+        out, static_cast<std::uint32_t>(crc32(0, out.data() + start, static_cast<uInt>(out.size() - start))));
+}
+
+std::uint8_t straight(std::uint32_t premultiplied, std::uint32_t alpha) {
+    return static_cast<std::uint8_t>((premultiplied * 255 + alpha / 2) / alpha);
+}
+
+void appendOpaque(std::uint8_t*& out, std::uint32_t pixel) {
+    *out++ = static_cast<std::uint8_t>(pixel >> 16);
+    *out++ = static_cast<std::uint8_t>(pixel >> 8);
+    *out++ = static_cast<std::uint8_t>(pixel);
+}
+
+void appendTranslucent(std::uint8_t*& out, std::uint32_t pixel) {
+    auto const alpha = pixel >> 24;
+    if (alpha == 0) {
+        std::memset(out, 0, 4);
+        out += 4;
+        return;
+    }
+    *out++ = straight(pixel >> 16 & 0xff, alpha);
+    *out++ = straight(pixel >> 8 & 0xff, alpha);
+    *out++ = straight(pixel & 0xff, alpha);
+    *out++ = static_cast<std::uint8_t>(alpha);
+}
+
+/// One row as PNG stores it, without a filter: screens are flat enough that filtering costs more than it
+/// saves.
+void fillRow(Bytes& row, PngSource const& source, int y) {
+    auto const* line = source.pixels + static_cast<std::ptrdiff_t>(y) * source.bytesPerLine;
+    auto* out = row.data();
+    *out++ = 0;
+    for (int x = 0; x < source.width; ++x) {
+        std::uint32_t pixel;
+        std::memcpy(&pixel, line + 4 * static_cast<std::ptrdiff_t>(x), 4);
+        source.opaque ? appendOpaque(out, pixel) : appendTranslucent(out, pixel);
+    }
+}
+
+Bytes compressedRows(PngSource const& source) {
+    auto const rowSize = static_cast<std::size_t>(source.width) * (source.opaque ? 3 : 4) + 1;
+    z_stream stream{};
+    if (deflateInit2(&stream, 1, Z_DEFLATED, 15, 9, Z_FILTERED) != Z_OK) return {};
+    Bytes row(rowSize);
+    Bytes out(deflateBound(&stream, static_cast<uLong>(rowSize) * static_cast<uLong>(source.height)));
+    stream.next_out = out.data();
+    stream.avail_out = static_cast<uInt>(out.size());
+    for (int y = 0; y < source.height; ++y) {
+        fillRow(row, source, y);
+        stream.next_in = row.data();
+        stream.avail_in = static_cast<uInt>(rowSize);
+        deflate(&stream, y + 1 == source.height ? Z_FINISH : Z_NO_FLUSH);
+    }
+    out.resize(stream.total_out);
+    deflateEnd(&stream);
+    return out;
+}
+
+Bytes encode(PngSource const& source) {
+    Bytes header;
+    appendNumber(header, static_cast<std::uint32_t>(source.width));
+    appendNumber(header, static_cast<std::uint32_t>(source.height));
+    auto const colorType = static_cast<std::uint8_t>(source.opaque ? 2 : 6);
+    for (auto byte : {std::uint8_t{8}, colorType, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}})
+        header.push_back(byte);
+
+    Bytes file{0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+    appendChunk(file, "IHDR", header);
+    appendChunk(file, "IDAT", compressedRows(source));
+    appendChunk(file, "IEND", {});
+    return file;
+}
+
+} // namespace
+
+bool writePngFile(PngSource const& source, std::string const& path, std::string& reason) {
+    auto const content = encode(source);
+    errno = 0;
+    {
+        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        if (file) {
+            file.write(reinterpret_cast<char const*>(content.data()),
+                       static_cast<std::streamsize>(content.size()));
+            file.close();
+            if (file) return true;
+            std::remove(path.c_str());
+        }
+    }
+    reason = path + ": cannot be written (" + (errno ? std::strerror(errno) : "unknown reason") + ")";
+    return false;
+}
+
+} // namespace trelundo

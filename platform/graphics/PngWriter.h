@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace trelundo {
+
+/// Premultiplied 32-bit pixels (0xAARRGGBB in memory order of the machine), rows `bytesPerLine` apart.
+struct PngSource {
+    std::uint8_t const* pixels;
+    int bytesPerLine;
+    int width;
+    int height;
+    bool opaque; // written without an alpha channel
+};
+
+/// Writes `source` as a PNG file (8 bits a channel, no interlacing, no metadata): equal pixels give equal
+/// bytes. On failure false, a reason that names the file, and no half-written file.
+bool writePngFile(PngSource const& source, std::string const& path, std::string& reason);
+
+} // namespace trelundo

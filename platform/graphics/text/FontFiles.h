@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+/// A font file known to the font configuration. Only first faces of collections are used.
+struct FontFile {
+    std::string path;
+    int weight; // 100 to 900
+    bool italic;
+};
+
+/// All upright and italic faces of a family in a fixed order; empty when it is not installed.
+std::vector<FontFile> findFontFamily(std::string const& family);
+
+/// The best scalable sans-serif file that has `character`.
+std::optional<FontFile> findFontFile(char32_t character, int weight);
+
+} // namespace trelundo

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QRawFont>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace trelundo {
+
+/// One font file, opened when first needed and never closed.
+struct FontFace {
+    std::string file;
+    int weight = 400; // 100 to 900
+    bool italic = false;
+    bool system = false;       // of the system family, which has tracking
+    bool kernsByItself = true; // false: the font's kerning spoils running text
+    bool opened = false;
+    QRawFont reference{}; // at referenceSize; invalid when the file cannot be read
+};
+
+/// The faces that text is set in: the system family and, for what it lacks, fall-back families by script.
+/// Files are found through the font configuration and mapped, not read, so a face costs what is used of it.
+class FontLibrary {
+public:
+    /// Pixels an em at which faces are shaped. Glyph positions scale from here to every size.
+    static constexpr double referenceSize = 256;
+
+    static FontLibrary& shared();
+
+    /// The system family's face closest in weight.
+    FontFace& systemFace(int weight, bool italic);
+    /// The face for a user-perceived character. `previous` is the face before it, or null.
+    FontFace& faceFor(std::u16string_view cluster, FontFace& preferred, FontFace* previous);
+    /// `face` at a size in points.
+    QRawFont fontFor(FontFace& face, double size);
+
+private:
+    using Family = std::vector<FontFace>;
+
+    FontLibrary();
+    Family& family(std::string const& name);
+    static FontFace* closest(Family& family, int weight, bool italic);
+    FontFace* faceOfFamily(std::string const& name, FontFace const& like);
+    FontFace* fallback(std::u16string_view cluster, FontFace const& like);
+    FontFace* faceByCoverage(char32_t character, FontFace const& like);
+
+    std::map<std::string, Family> families_;
+    std::string systemFamily_;
+    std::map<std::pair<FontFace const*, double>, QRawFont> sized_;
+    std::map<std::pair<char32_t, bool>, FontFace*> byCharacter_;
+    FontFace missing_; // no font at all
+};
+
+/// Whether `cluster` is shown as a colour emoji.
+bool isEmoji(std::u16string_view cluster);
+
+} // namespace trelundo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace trelundo {
+
+/// Ends of the user-perceived characters, in UTF-16 units; the last is the text's length.
+std::vector<int> characterEnds(std::u16string_view text);
+
+/// For each position 0 to length, whether a line may end before it. Independent of the user's language.
+std::vector<bool> lineBreakOpportunities(std::u16string_view text);
+
+enum class BaseDirection { leftToRight, rightToLeft, none };
+/// That of the first strong character.
+BaseDirection baseDirection(std::u16string_view text);
+
+/// Embedding levels by the Unicode bidirectional algorithm; odd is right-to-left.
+std::vector<std::uint8_t> embeddingLevels(std::u16string_view text, bool rightToLeft);
+
+/// Which element stands at each place from left to right.
+std::vector<int> visualOrder(std::vector<std::uint8_t> const& levels);
+
+} // namespace trelundo
