@@ -2,6 +2,7 @@
 
 #include "platform/coreanimation/CADisplayLink.h"
 #include "platform/foundation/Clock.h"
+#include "platform/uikit/accessibility/ActivityChanges.h"
 
 #include <array>
 #include <cmath>
@@ -91,6 +92,7 @@ void UIActivityIndicatorView::startAnimating() {
     animating_ = true;
     setHidden(false);
     updateDisplayLink();
+    activityDidChange(*this, true);
 }
 
 void UIActivityIndicatorView::stopAnimating() {
@@ -98,6 +100,7 @@ void UIActivityIndicatorView::stopAnimating() {
     animating_ = false;
     if (hidesWhenStopped_) setHidden(true);
     updateDisplayLink();
+    activityDidChange(*this, false);
 }
 
 void UIActivityIndicatorView::didMoveToWindow() {
