@@ -1,0 +1,150 @@
+#pragma once
+
+#include "platform/foundation/Clock.h"
+#include "platform/storekit/SKError.h"
+#include "platform/storekit/StoreBackend.h"
+#include "platform/storekit/sandbox/OfferSignature.h"
+#include "platform/storekit/sandbox/SandboxLedger.h"
+#include "platform/storekit/sandbox/StoreConfiguration.h"
+
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace trelundo {
+
+/// The embedded store: sells the catalogue of a StoreKit configuration without network, account or money, and
+/// keeps its transactions in a file. Whatever it reports is on the disk already. It is a stage for trying and
+/// testing, and NO PROOF OF PURCHASE: anyone who can write its file owns everything. Main thread only.
+///
+/// Owned by the host: open it, then SKPaymentQueue::setBackend(). Subscriptions never expire here, and buying
+/// what is owned gives another purchased transaction without changing what a restore brings.
+class SandboxStore : public StoreBackend {
+public:
+    /// What becomes of a purchase. An interrupted one fails with code 0, and arrives as purchased after
+    /// resume().
+    struct Outcome {
+        enum class Kind : int { purchased, failed, failedWithoutError, deferred, cancelled, interrupted };
+        Kind kind = Kind::purchased;
+        int code = 0; // of a failure
+    };
+    struct RestoreOutcome {
+        enum class Kind : int { all, nothing, failed, failedWithoutError };
+        Kind kind = Kind::all;
+        int code = 0; // of a failure
+    };
+
+    struct Options {
+        std::filesystem::path file = {}; // empty: in memory
+        /// Absent: a store that knows no product; what is pending can still be listed, approved or declined.
+        std::optional<StoreConfiguration> configuration = std::nullopt;
+        /// With a seed, identifiers count from 1000000001 plus 1000 times the seed; without, from a random
+        /// number. A file that holds transactions continues after its last one.
+        std::optional<std::uint32_t> seed = std::nullopt;
+        Clock* clock = nullptr; // dates transactions, and must outlive the store; null: Clock::current()
+        double delay = 0;       // seconds from a request to its outcome; 0: in a following turn
+        /// With a key, promotional offers must be signed by it (else code 12). Without, any signature but an
+        /// empty one will do.
+        std::optional<OfferKey> offerKey = std::nullopt;
+        SandboxLedger::StepHook stepHook = nullptr;
+    };
+    struct Opened {
+        std::unique_ptr<SandboxStore> store = nullptr;
+        std::string error = {};   // names the file and the reason when there is no store
+        std::string warning = {}; // a broken file was set aside; also logged
+    };
+    static Opened open(Options options);
+
+    struct StoredTransaction {
+        StoreTransaction transaction = {};
+        bool isFinished = false;
+        bool isHeld = false; // waits for resume(); unknown to the queue
+    };
+    /// The names that the step hook is called with, in the order of a store's life.
+    static std::vector<std::string> const& steps();
+
+    ~SandboxStore() override;
+
+    // What a script decides
+    /// Outcomes of the next purchases, first come first served. They yield only to what the store refuses:
+    /// payments switched off (code 4), an unknown product (5), or an offer that does not hold (11, 12, 13).
+    void setNextOutcome(Outcome outcome) { outcomes_.push_back(outcome); }
+    /// Of every restore from now on.
+    void setRestoreOutcome(RestoreOutcome outcome) { restoreOutcome_ = outcome; }
+    void interruptNext() { setNextOutcome({.kind = Outcome::Kind::interrupted}); }
+    /// Completes every interrupted purchase. False: it could not be recorded.
+    bool resume();
+    /// Approves a deferred transaction, the oldest when `key` is absent; it arrives as purchased. False: no
+    /// such transaction, or it could not be recorded; lastError() says which.
+    bool approve(std::optional<std::string> const& key = std::nullopt);
+    /// As approve(), but the transaction fails with code 4.
+    bool decline(std::optional<std::string> const& key = std::nullopt);
+    /// Begins a purchase of `product` in the store. False: unknown product, or nobody listens.
+    bool promote(std::string const& product);
+    void setCanMakePayments(bool can) { canMakePayments_ = can; }
+    void setDelay(double seconds) { delay_ = seconds; }
+    /// A three-letter code; prices keep the currency of the configuration.
+    void setStorefront(std::string code);
+
+    // What is on record
+    std::vector<StoredTransaction> transactions() const; // oldest first
+    /// Forgets every transaction and everything owned.
+    bool clear();
+    /// A purchase from its first commit to its last, without a turn of the main queue and without telling
+    /// anyone; none when it could not be recorded. What addPayment() does by turns, for measurements.
+    std::optional<std::string> buyAtOnce(SKPayment::Fields const& payment);
+    std::string const& lastError() const { return lastError_; }
+    StoreConfiguration const& configuration() const { return configuration_; }
+
+    void setListener(StoreBackendListener* listener) override { listener_ = listener; }
+    void loadProducts(std::set<std::string> const& identifiers,
+                      std::function<void(ProductsResult)> done) override;
+    bool canMakePayments() const override { return canMakePayments_; }
+    void addPayment(SKPayment::Fields const& payment) override;
+    bool finish(std::string const& key) override;
+    void restore(std::optional<std::string> const& applicationUsername) override;
+    void synchronize() override;
+    std::string storefront() const override { return storefront_; }
+
+private:
+    SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger);
+
+    Outcome decide(SKPayment::Fields const& payment);
+    std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment) const;
+    std::optional<SKErrorCode> offerRefusal(SKPayment::Fields const& payment, SKProduct const& product) const;
+    SandboxLedger::Outcome ledgerOutcome(Outcome const& outcome) const;
+    bool isRestorable(std::string const& product) const;
+    ProductsResult productsFor(std::set<std::string> const& identifiers) const;
+
+    void plan(std::int64_t identifier, Outcome outcome);
+    void settle(std::int64_t identifier, Outcome const& outcome);
+    bool decideDeferred(std::optional<std::string> const& key, SandboxLedger::Outcome const& outcome);
+    void performRestore();
+    void tell(std::string_view operation, std::vector<SandboxLedger::Record> const& records);
+    void tellUnrecorded(SKPayment::Fields const& payment);
+    bool reportFailure();
+    void later(double seconds, std::function<void()> work) const;
+    double date() const;
+
+    StoreConfiguration configuration_;
+    std::unique_ptr<SandboxLedger> ledger_;
+    Clock* clock_;
+    double delay_;
+    std::optional<OfferKey> offerKey_;
+    std::string storefront_;
+    StoreBackendListener* listener_ = nullptr;
+    std::deque<Outcome> outcomes_;
+    std::optional<RestoreOutcome> restoreOutcome_;
+    bool canMakePayments_ = true;
+    std::unordered_set<std::int64_t> inProgress_; // purchases whose outcome is decided and on its way
+    int unrecordedCount_ = 0;
+    std::string lastError_;
+    std::shared_ptr<char const> token_ = std::make_shared<char const>('\0'); // expires with the store
+};
+
+} // namespace trelundo

@@ -1,0 +1,331 @@
+#include "platform/storekit/sandbox/StoreConfigurationReader.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace trelundo {
+
+namespace {
+
+using ProductKind = StoreConfiguration::ProductKind;
+using Kind = JsonValue::Kind;
+
+constexpr int mostUnits = 9999;          // of a period, and most periods of an offer
+constexpr std::size_t longestPrice = 40; // characters
+
+struct KindName {
+    std::string_view name;
+    ProductKind kind;
+};
+// In lower case, without separators: hand-made files spell them freely.
+constexpr std::array kindNames{
+    KindName{"consumable", ProductKind::consumable},
+    KindName{"nonconsumable", ProductKind::nonConsumable},
+    KindName{"nonrenewingsubscription", ProductKind::nonRenewingSubscription},
+    KindName{"nonrenewablesubscription", ProductKind::nonRenewingSubscription},
+    KindName{"recurringsubscription", ProductKind::autoRenewableSubscription},
+    KindName{"autorenewablesubscription", ProductKind::autoRenewableSubscription},
+};
+
+struct ModeName {
+    std::string_view name;
+    SKProductDiscountPaymentMode mode;
+};
+constexpr std::array modeNames{
+    ModeName{"free", SKProductDiscountPaymentMode::freeTrial},
+    ModeName{"payAsYouGo", SKProductDiscountPaymentMode::payAsYouGo},
+    ModeName{"payUpFront", SKProductDiscountPaymentMode::payUpFront},
+};
+
+std::string plainLetters(std::string_view text) {
+    std::string letters;
+    for (char const c : text) {
+        if (c >= 'A' && c <= 'Z') letters += static_cast<char>(c - 'A' + 'a');
+        if (c >= 'a' && c <= 'z') letters += c;
+    }
+    return letters;
+}
+
+/// The text of a price, written as a string or as a number; empty when there is none.
+std::string_view priceText(JsonValue const& entry) {
+    for (auto const* key : {"displayPrice", "price"}) {
+        auto const* value = entry.find(key);
+        if (value && (value->is(Kind::string) || value->is(Kind::number))) return value->text;
+    }
+    return {};
+}
+
+/// Digits with an optional fraction, and the exponent that a JSON number may carry.
+std::optional<Decimal> price(JsonValue const& entry) {
+    auto const text = priceText(entry);
+    auto const mark = std::min(text.find_first_of("eE"), text.size());
+    int exponent = 0;
+    if (mark < text.size()) {
+        auto const* const end = text.data() + text.size();
+        auto const* const begin = text.data() + mark + (text.substr(mark + 1).starts_with('+') ? 2 : 1);
+        auto const [stop, error] = std::from_chars(begin, end, exponent);
+        if (error != std::errc{} || stop != end) return std::nullopt;
+    }
+    bool const isPlain = text.substr(0, mark).find_first_not_of("0123456789.") == std::string_view::npos;
+    if (!isPlain || text.size() > longestPrice || exponent < -20 || exponent > 20) return std::nullopt;
+    auto const value = Decimal::parse(text);
+    return value && !value->isNaN() ? value : std::nullopt;
+}
+
+/// One ISO 8601 component in days, weeks, months or years, kept as written: `P7D` stays 7 days.
+std::optional<SKProductSubscriptionPeriod> period(std::string_view text) {
+    static constexpr std::string_view letters = "DWMY"; // in the order of SKProductPeriodUnit
+    if (text.size() < 3 || text.front() != 'P') return std::nullopt;
+    auto const unit = letters.find(text.back());
+    int units = 0;
+    auto const* const end = text.data() + text.size() - 1;
+    auto const [stop, error] = std::from_chars(text.data() + 1, end, units);
+    bool const isNumber = error == std::errc{} && stop == end && units >= 1 && units <= mostUnits;
+    if (!isNumber || unit == std::string_view::npos) return std::nullopt;
+    return SKProductSubscriptionPeriod{units, static_cast<SKProductPeriodUnit>(unit)};
+}
+
+std::string underscored(std::string_view locale) {
+    std::string result{locale};
+    std::ranges::replace(result, '-', '_');
+    return result;
+}
+
+std::string_view languageOf(std::string_view locale) { return locale.substr(0, locale.find_first_of("_-")); }
+
+/// StoreKit 1 does not know instalments, so an offer for a plan billed monthly comes second.
+bool isBilledUpFront(JsonValue const& offer) {
+    auto const plan = offer.string("billingPlanType");
+    return plan.empty() || plan == "BILLED_UPFRONT";
+}
+
+} // namespace
+
+StoreConfigurationReader::StoreConfigurationReader(std::string file, StoreConfiguration::Options options)
+    : file_(std::move(file))
+    , options_(std::move(options)) {}
+
+bool StoreConfigurationReader::read(JsonValue const& root) {
+    if (!root.is(Kind::object)) {
+        error_ = file_ + ":1: not a StoreKit configuration: an object is expected";
+        return false;
+    }
+    readSettings(root);
+    return readLists(root);
+}
+
+void StoreConfigurationReader::warn(std::string const& text) {
+    configuration_.warnings_.push_back(file_ + ": " + subject_ + text);
+}
+
+// Settings
+
+void StoreConfigurationReader::readSettings(JsonValue const& root) {
+    auto& settings = configuration_.settings_;
+    if (auto const* entry = root.find("settings")) {
+        if (!entry->is(Kind::object)) warn("key \"settings\": an object is expected; the defaults are used");
+        auto const storefront = entry->string("_storefront");
+        if (!storefront.empty() && !Storefront::isKnown(storefront))
+            warn("key \"_storefront\": unknown storefront \"" + std::string{storefront} + "\"; USA is used");
+        settings.storefront = Storefront::of(storefront);
+        if (auto const locale = entry->string("_locale"); !locale.empty()) settings.locale = locale;
+        settings.asksToBuy = entry->isSet("_askToBuyEnabled");
+        settings.failsTransactions = entry->isSet("_failTransactionsEnabled");
+        settings.transactionError = entry->integer("_storeKitError").value_or(0);
+        readStoreErrors(*entry);
+    }
+    if (options_.locale) settings.locale = *options_.locale;
+    priceLocale_ = Locale{settings.storefront.priceLocale(settings.locale)};
+}
+
+void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {
+    auto const* errors = settings.find("_storeKitErrors");
+    if (!errors) return;
+    auto& target = configuration_.settings_;
+    for (auto const& each : errors->elements) {
+        if (!each.isSet("enabled")) continue;
+        auto const name = each.string("name");
+        if (name == "Load Products") target.failsLoadingProducts = true;
+        if (name == "Purchase") target.failsTransactions = true;
+        if (name == "App Store Sync") target.failsRestoring = true;
+    }
+}
+
+// Products
+
+bool StoreConfigurationReader::readLists(JsonValue const& root) {
+    for (auto const& [key, value] : root.members) {
+        bool const isGroups = key == "subscriptionGroups";
+        bool const isNonRenewing = key == "nonRenewingSubscriptions";
+        if (!isGroups && !isNonRenewing && key != "products") continue;
+        if (!isList(value, key)) return false;
+        for (auto const& entry : value.elements) {
+            if (isGroups) readGroup(entry);
+            if (!isGroups)
+                readProduct(entry,
+                            isNonRenewing ? ProductKind::nonRenewingSubscription : ProductKind::nonConsumable,
+                            {});
+        }
+    }
+    return true;
+}
+
+bool StoreConfigurationReader::isList(JsonValue const& value, std::string const& key) {
+    if (value.is(Kind::array) || value.is(Kind::null)) return true;
+    error_ = file_ + ": key \"" + key + "\": a list is expected";
+    return false;
+}
+
+void StoreConfigurationReader::readGroup(JsonValue const& group) {
+    auto const* subscriptions = group.find("subscriptions");
+    if (!subscriptions) return;
+    for (auto const& entry : subscriptions->elements)
+        readProduct(entry, ProductKind::autoRenewableSubscription, group.string("id"));
+}
+
+void StoreConfigurationReader::readProduct(JsonValue const& entry, ProductKind usualKind,
+                                           std::string_view group) {
+    auto const identifier = entry.find("productID") ? entry.string("productID") : entry.string("id");
+    if (identifier.empty()) return warn("a product without \"productID\" is left out");
+    subject_ = "product \"" + std::string{identifier} + "\": ";
+    SKProduct::Fields fields{.productIdentifier = std::string{identifier}, .priceLocale = priceLocale_};
+    if (configuration_.find(identifier)) {
+        warn("listed twice; the first is used");
+    } else if (auto const amount = price(entry)) {
+        fields.price = *amount;
+        fields.isFamilyShareable = entry.isSet("familyShareable") || entry.isSet("familySharable");
+        readTexts(entry, fields);
+        auto const kind = kindOf(entry, usualKind);
+        if (kind == ProductKind::autoRenewableSubscription) {
+            readSubscription(entry, group, fields);
+        } else if (options_.givesZeroUnitPeriods) {
+            fields.subscriptionPeriod = SKProductSubscriptionPeriod{};
+        }
+        keep(kind, std::move(fields));
+    } else {
+        warn("key \"displayPrice\": \"" + std::string{priceText(entry)} +
+             "\" is no price; the product is left out");
+    }
+    subject_.clear();
+}
+
+StoreConfiguration::ProductKind StoreConfigurationReader::kindOf(JsonValue const& entry,
+                                                                 ProductKind usualKind) {
+    auto kind = usualKind;
+    if (auto const type = entry.string("type"); !type.empty()) {
+        auto const known = std::ranges::find(kindNames, plainLetters(type), &KindName::name);
+        if (known != kindNames.end()) kind = known->kind;
+        if (known == kindNames.end()) warn("key \"type\": unknown type \"" + std::string{type} + "\"");
+    }
+    if (kind == ProductKind::autoRenewableSubscription &&
+        !period(entry.string("recurringSubscriptionPeriod"))) {
+        warn("key \"recurringSubscriptionPeriod\": no period; the product becomes a one-time purchase");
+        return ProductKind::nonConsumable;
+    }
+    return kind;
+}
+
+void StoreConfigurationReader::keep(ProductKind kind, SKProduct::Fields fields) {
+    configuration_.positions_[fields.productIdentifier] = configuration_.products_.size();
+    configuration_.products_.push_back({kind, make<SKProduct>(std::move(fields))});
+}
+
+// Texts
+
+void StoreConfigurationReader::readTexts(JsonValue const& entry, SKProduct::Fields& fields) const {
+    auto const* texts = localization(entry);
+    if (!texts) texts = &entry;
+    fields.localizedTitle = texts->find("displayName") ? texts->string("displayName") : texts->string("name");
+    fields.localizedDescription = texts->string("description");
+}
+
+JsonValue const* StoreConfigurationReader::localization(JsonValue const& entry) const {
+    auto const* list = entry.find("localizations");
+    if (!list || list->elements.empty()) return nullptr;
+    auto const wanted = underscored(configuration_.settings_.locale);
+    auto const first = [&](auto const& matches) {
+        auto const found = std::ranges::find_if(list->elements, matches);
+        return found == list->elements.end() ? nullptr : &*found;
+    };
+    auto const localeOf = [](JsonValue const& each) { return underscored(each.string("locale")); };
+    if (auto const* exact = first([&](auto const& each) { return localeOf(each) == wanted; })) return exact;
+    auto const hasLanguage = [&](auto const& each) {
+        return languageOf(each.string("locale")) == languageOf(wanted);
+    };
+    if (auto const* sameLanguage = first(hasLanguage)) return sameLanguage;
+    if (auto const* english = first([&](auto const& each) { return localeOf(each) == "en_US"; }))
+        return english;
+    return &list->elements.front();
+}
+
+// Subscriptions
+
+void StoreConfigurationReader::readSubscription(JsonValue const& entry, std::string_view group,
+                                                SKProduct::Fields& fields) {
+    fields.subscriptionPeriod = period(entry.string("recurringSubscriptionPeriod"));
+    auto const own = entry.string("subscriptionGroupID");
+    if (auto const identifier = own.empty() ? group : own; !identifier.empty())
+        fields.subscriptionGroupIdentifier = std::string{identifier};
+    fields.introductoryPrice = introductoryOffer(entry);
+    if (auto const* promotions = entry.find("adHocOffers")) {
+        for (auto const& each : promotions->elements) {
+            if (auto discount = offer(each, SKProductDiscountType::subscription))
+                fields.discounts.push_back(std::move(discount));
+        }
+    }
+}
+
+Ref<SKProductDiscount> StoreConfigurationReader::introductoryOffer(JsonValue const& entry) {
+    std::vector<JsonValue const*> candidates;
+    for (auto const* key : {"introductoryOffer", "introductoryOffers"}) {
+        auto const* value = entry.find(key);
+        if (!value) continue;
+        if (value->is(Kind::object)) candidates.push_back(value);
+        for (auto const& each : value->elements) candidates.push_back(&each);
+    }
+    std::ranges::stable_partition(candidates, [](auto const* each) { return isBilledUpFront(*each); });
+    for (auto const* each : candidates) {
+        if (auto discount = offer(*each, SKProductDiscountType::introductory)) return discount;
+    }
+    return nullptr;
+}
+
+Ref<SKProductDiscount> StoreConfigurationReader::offer(JsonValue const& entry, SKProductDiscountType type) {
+    SKProductDiscount::Fields fields{.type = type, .priceLocale = priceLocale_};
+    std::string name = "an introductory offer";
+    if (type == SKProductDiscountType::subscription) {
+        fields.identifier = std::string{entry.string("offerID")};
+        name = "offer \"" + *fields.identifier + "\"";
+        if (fields.identifier->empty()) return leaveOut("an offer without \"offerID\"");
+    }
+    auto const mode = std::ranges::find(modeNames, entry.string("paymentMode"), &ModeName::name);
+    auto const length = period(entry.string("subscriptionPeriod"));
+    if (mode == modeNames.end() || !length)
+        return leaveOut(name + " without a known payment mode and a period");
+    fields.paymentMode = mode->mode;
+    fields.subscriptionPeriod = *length;
+    fields.numberOfPeriods = numberOfPeriods(entry);
+    if (fields.paymentMode != SKProductDiscountPaymentMode::freeTrial) {
+        auto const amount = price(entry);
+        // Shown with a price of 0, it would look like a free trial.
+        if (!amount) return leaveOut(name + " without a price");
+        fields.price = *amount;
+    }
+    return make<SKProductDiscount>(std::move(fields));
+}
+
+Ref<SKProductDiscount> StoreConfigurationReader::leaveOut(std::string const& offer) {
+    warn(offer + " is left out");
+    return nullptr;
+}
+
+int StoreConfigurationReader::numberOfPeriods(JsonValue const& entry) {
+    if (!entry.find("numberOfPeriods")) return 1;
+    auto const number = entry.integer("numberOfPeriods").value_or(0);
+    if (number >= 1 && number <= mostUnits) return number;
+    warn("key \"numberOfPeriods\": no usable number; 1 is used");
+    return 1;
+}
+
+} // namespace trelundo

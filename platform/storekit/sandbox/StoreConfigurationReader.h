@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/storekit/sandbox/JsonText.h"
+#include "platform/storekit/sandbox/StoreConfiguration.h"
+
+namespace trelundo {
+
+/// Turns the JSON of one file into a configuration. What cannot be sold is left out with a warning; only a
+/// text whose frame is wrong (no object, a list that is none) is an error.
+class StoreConfigurationReader {
+public:
+    StoreConfigurationReader(std::string file, StoreConfiguration::Options options);
+
+    /// False: error() says why.
+    bool read(JsonValue const& root);
+    std::string const& error() const { return error_; }
+    StoreConfiguration takeConfiguration() && { return std::move(configuration_); }
+
+private:
+    using ProductKind = StoreConfiguration::ProductKind;
+    using Discounts = std::vector<Ref<SKProductDiscount>>;
+
+    void readSettings(JsonValue const& root);
+    void readStoreErrors(JsonValue const& settings);
+    bool readLists(JsonValue const& root);
+    bool isList(JsonValue const& value, std::string const& key);
+    void readGroup(JsonValue const& group);
+    void readProduct(JsonValue const& entry, ProductKind usualKind, std::string_view group);
+    ProductKind kindOf(JsonValue const& entry, ProductKind usualKind);
+    void readTexts(JsonValue const& entry, SKProduct::Fields& fields) const;
+    JsonValue const* localization(JsonValue const& entry) const;
+    void readSubscription(JsonValue const& entry, std::string_view group, SKProduct::Fields& fields);
+    Ref<SKProductDiscount> introductoryOffer(JsonValue const& entry);
+    Ref<SKProductDiscount> offer(JsonValue const& entry, SKProductDiscountType type);
+    Ref<SKProductDiscount> leaveOut(std::string const& offer);
+    int numberOfPeriods(JsonValue const& entry);
+    void keep(ProductKind kind, SKProduct::Fields fields);
+    void warn(std::string const& text);
+
+    std::string file_;
+    StoreConfiguration::Options options_;
+    std::string subject_; // what warnings are about: a product
+    Locale priceLocale_{"en_US"};
+    StoreConfiguration configuration_;
+    std::string error_;
+};
+
+} // namespace trelundo
