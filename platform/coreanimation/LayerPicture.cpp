@@ -192,8 +192,8 @@ void ShadowPicture::update(DisplayList list, Look const& look, double scale) {
     if (same) return;
     look_ = look;
     source_ = extent(list_);
-    // Three box passes reach a little less than three deviations.
-    auto const reach = static_cast<int>(std::ceil(std::min(look.deviation, 1000.0) * scale * 3)) + 2;
+    // Three box passes reach a little less than three deviations, rounded up to the cells that are blurred.
+    auto const reach = static_cast<int>(std::ceil(std::min(look.deviation, 1000.0) * scale * 3)) + 8;
     auto const moved =
         source_.translated(nearestPixel(look.offset.width * scale), nearestPixel(look.offset.height * scale));
     renew(moved.inflated(reach), scale);

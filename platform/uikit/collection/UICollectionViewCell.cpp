@@ -6,6 +6,8 @@ UICollectionViewCell::UICollectionViewCell(CGRect frame)
     : UIView(frame)
     , contentView_(make<UIView>(CGRect{{}, frame.size})) {
     addSubview(contentView_);
+    // Cells move at every frame of scrolling and seldom change.
+    layer().setShouldRasterize(true);
 }
 
 // The content follows at once: constraints inside it are solved before any layoutSubviews() runs.
