@@ -20,6 +20,11 @@ double usableRate(double rate) { return std::clamp(rate, 0.001, 0.9999); }
 
 double Range::clamped(double offset) const { return std::clamp(offset, minimum, std::max(minimum, maximum)); }
 
+double Range::movedWithin(double offset, double distance) const {
+    if (distance > 0) return std::max(offset, std::min(maximum, offset + distance));
+    return std::min(offset, std::max(minimum, offset + distance));
+}
+
 double rubberBand(double distance, double length) {
     if (length <= 0 || distance <= 0) return 0;
     return (1 - 1 / (distance * rubberCoefficient / length + 1)) * length;

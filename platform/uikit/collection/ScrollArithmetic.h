@@ -8,6 +8,8 @@ struct Range {
     double maximum;
     bool contains(double offset) const { return offset >= minimum && offset <= maximum; }
     double clamped(double offset) const;
+    /// `offset` moved by `distance` but not past an edge; from beyond an edge it is not pulled back.
+    double movedWithin(double offset, double distance) const;
 };
 
 /// How far content is shown beyond an edge when the finger is `distance` points past it, in a view of

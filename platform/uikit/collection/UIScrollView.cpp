@@ -30,14 +30,17 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
     beginAnimating(offset);
 }
 
-void UIScrollView::scrollBy(CGPoint delta) {
-    if (!scrollEnabled_ || isTracking()) return;
+bool UIScrollView::scrollBy(CGPoint delta) {
+    if (!scrollEnabled_ || isTracking()) return false;
+    auto const [horizontal, vertical] = offsetRanges();
+    CGPoint const offset = contentOffset();
+    CGPoint const target{horizontal.movedWithin(offset.x, delta.x), vertical.movedWithin(offset.y, delta.y)};
+    if (target == offset) return false;
     stopMotion();
-    CGPoint const target = offsetRanges().clamped(contentOffset() + delta);
-    if (target == contentOffset()) return;
     showIndicators();
     applyOffset(target);
     fadeIndicators();
+    return true;
 }
 
 void UIScrollView::applyOffset(CGPoint offset) { setBounds({offset, bounds().size}); }

@@ -39,9 +39,12 @@ public:
     /// Animated: within 0.3 seconds, then scrollViewDidEndScrollingAnimation; contentOffset() follows frame
     /// by frame.
     void setContentOffset(CGPoint offset, bool animated);
-    /// Moves at once by `delta` points, kept within the edges (a mouse wheel); does nothing while scrolling
-    /// is off.
-    void scrollBy(CGPoint delta);
+    /// Moves at once by `delta` points, as a mouse wheel does: never beyond an edge, nor back from beyond
+    /// one, and not while scrolling is off or a finger holds the content. False when nothing moved.
+    bool scrollBy(CGPoint delta);
+    /// The offsets at which the content's edges meet the view's, insets counted.
+    CGPoint minimumOffset() const;
+    CGPoint maximumOffset() const;
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
     UIEdgeInsets contentInset() const { return contentInset_; }
@@ -89,8 +92,6 @@ protected:
     virtual void offsetDidChange();
     /// Layout has found another size than `before`: brings back what now lies beyond the far edge.
     virtual void sizeDidChange(CGSize before);
-    CGPoint minimumOffset() const;
-    CGPoint maximumOffset() const;
 
 private:
     struct State;

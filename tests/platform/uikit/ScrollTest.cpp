@@ -307,10 +307,16 @@ TEST_F(ScrollTest, DriftGoesOnDuringInertia) {
 }
 
 TEST_F(ScrollTest, WheelStaysWithinTheEdges) {
-    scroll->scrollBy({120, 30});
+    EXPECT_TRUE(scroll->scrollBy({120, 30}));
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{120, 0}));
-    scroll->scrollBy({-500, 0});
+    EXPECT_TRUE(scroll->scrollBy({-500, 0}));
     EXPECT_EQ(x(), 0);
+    EXPECT_FALSE(scroll->scrollBy({-1, 0}));
+    scroll->setContentOffset({-50, 0});
+    EXPECT_TRUE(scroll->scrollBy({20, 0}));
+    EXPECT_EQ(x(), -30);
+    EXPECT_FALSE(scroll->scrollBy({-20, 0}));
+    EXPECT_EQ(x(), -30);
 }
 
 TEST_F(ScrollTest, NewSizeBringsTheContentBack) {
