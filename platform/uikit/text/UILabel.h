@@ -55,6 +55,7 @@ public:
     virtual void drawText(CGRect rect, Canvas& canvas);
 
     bool drawsContents() const override;
+    CGRect drawingRect(CALayer const& layer) const override;
     void draw(CGRect rect, Canvas& canvas) override;
     std::string accessibilityLabel() const override;
     UIAccessibilityTraits accessibilityTraits() const override { return UIAccessibilityTraits::staticText; }

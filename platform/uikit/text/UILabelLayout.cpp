@@ -10,8 +10,9 @@ namespace {
 
 constexpr std::size_t keptLayouts = 4;
 constexpr double unlimited = greatestFiniteMagnitude;
-constexpr int scaleRounds = 3;    // a line's width is nearly proportional to its font size
-constexpr int bisectionSteps = 8; // of the range of scales
+constexpr int scaleRounds = 3;      // a line's width is nearly proportional to its font size
+constexpr double safeScale = 0.999; // so that the rounds end on the fitting side
+constexpr int bisectionSteps = 8;   // of the range of scales
 
 bool isSame(TextLimits const& a, TextLimits const& b) {
     return a.width == b.width && a.height == b.height && a.numberOfLines == b.numberOfLines &&
@@ -157,7 +158,7 @@ double UILabel::fittingScaleOfLine(double width) const {
         TextLayout const text{layoutRuns(), limits(unlimited, unlimited, 1, scale)};
         if (text.isTruncated()) return minimumScaleFactor_;
         if (text.size().width <= width) best = std::max(best, scale);
-        scale = std::clamp(scale * width / text.size().width, minimumScaleFactor_, 1.0);
+        scale = std::clamp(scale * safeScale * width / text.size().width, minimumScaleFactor_, 1.0);
     }
     return best;
 }
@@ -193,6 +194,15 @@ UILabel::Fit UILabel::fit() const {
 }
 
 bool UILabel::drawsContents() const { return attributedText_ && !attributedText_->empty(); }
+
+/// A line that is higher than the label reaches out of it at both ends.
+CGRect UILabel::drawingRect(CALayer const& layer) const {
+    auto const usual = UIView::drawingRect(layer);
+    auto const area = textBounds(bounds());
+    if (!drawsContents() || area.size.width <= 0) return usual;
+    double const excess = fitted(area.size).layout.size().height - area.size.height;
+    return excess > 0 ? usual.unionWith(area.insetBy(0, -excess / 2)) : usual;
+}
 
 void UILabel::draw(CGRect /*rect*/, Canvas& canvas) {
     canvas.save();

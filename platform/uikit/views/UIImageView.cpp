@@ -96,6 +96,10 @@ CGRect UIImageView::contentRect(UIViewContentMode mode, CGSize size, CGRect boun
     }
 }
 
+CGRect UIImageView::drawingRect(CALayer const& /*layer*/) const {
+    return image_ ? bounds().unionWith(contentRect(contentMode(), image_->size(), bounds())) : bounds();
+}
+
 bool UIImageView::isTemplate() const {
     return image_ && image_->renderingMode() == UIImageRenderingMode::alwaysTemplate;
 }

@@ -18,6 +18,9 @@ public:
     CGSize intrinsicContentSize() const override;
     CGSize sizeThatFits(CGSize size) const override;
     bool drawsContents() const override { return static_cast<bool>(image_); }
+    /// The canvas keeps scaled pictures already.
+    bool retainsContents() const override { return true; }
+    CGRect drawingRect(CALayer const& layer) const override;
     void draw(CGRect rect, Canvas& canvas) override;
     void tintColorDidChange() override;
     UIAccessibilityTraits accessibilityTraits() const override { return UIAccessibilityTraits::image; }

@@ -45,6 +45,9 @@ protected:
                              static_cast<int>(point.y * surface.scale()));
     }
 
+    /// Whether anything is drawn there, going by the empty corner of the window.
+    bool isInked(CGPoint point) { return pixelAt(point) != pixelAt({319, 567}); }
+
     std::vector<std::string> warnings;
     std::vector<std::string> texts;
     OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
