@@ -36,8 +36,8 @@ std::string_view nameOf(Enumeration value, std::array<std::string_view, count> c
 
 constexpr std::array<std::string_view, 5> alignmentNames{"left", "center", "right", "justified", "natural"};
 constexpr std::array<std::string_view, 13> contentModeNames{
-    "scaleToFill", "scaleAspectFit", "scaleAspectFill", "redraw",     "center",     "top",        "bottom",
-    "left",        "right",          "topLeft",         "topRight",   "bottomLeft", "bottomRight"};
+    "scaleToFill", "scaleAspectFit", "scaleAspectFill", "redraw",   "center",     "top",        "bottom",
+    "left",        "right",          "topLeft",         "topRight", "bottomLeft", "bottomRight"};
 constexpr std::array<std::string_view, 5> distributionNames{"fill", "fillEqually", "fillProportionally",
                                                             "equalSpacing", "equalCentering"};
 constexpr std::array<std::string_view, 6> stackAlignmentNames{"fill",   "leading",  "firstBaseline",
@@ -68,7 +68,11 @@ Json toJson(TextRun const& run) {
 Json traitNames(UIAccessibilityTraits traits) {
     using enum UIAccessibilityTraits;
     constexpr std::array<std::pair<UIAccessibilityTraits, char const*>, 6> names{
-        {{button, "button"}, {link, "link"}, {image, "image"}, {selected, "selected"}, {staticText, "staticText"},
+        {{button, "button"},
+         {link, "link"},
+         {image, "image"},
+         {selected, "selected"},
+         {staticText, "staticText"},
          {notEnabled, "notEnabled"}}};
     Json json = Json::array();
     for (auto const& [trait, name] : names)
@@ -77,7 +81,8 @@ Json traitNames(UIAccessibilityTraits traits) {
 }
 
 Json toJson(UIImage const& image) {
-    return {{"name", image.name()}, {"template", image.renderingMode() == UIImageRenderingMode::alwaysTemplate}};
+    return {{"name", image.name()},
+            {"template", image.renderingMode() == UIImageRenderingMode::alwaysTemplate}};
 }
 
 void addLayer(Json& json, CALayer const& layer) {
@@ -191,7 +196,8 @@ Json describeView(UIView& view) {
     if (auto* stack = dynamic_cast<UIStackView*>(&view)) addStackView(json, *stack);
     if (auto* scrollView = dynamic_cast<UIScrollView*>(&view)) addScrollView(json, *scrollView);
     if (auto* cell = dynamic_cast<UICollectionViewCell*>(&view)) json["item"] = cell->item();
-    if (auto* indicator = dynamic_cast<UIActivityIndicatorView*>(&view)) json["animating"] = indicator->isAnimating();
+    if (auto* indicator = dynamic_cast<UIActivityIndicatorView*>(&view))
+        json["animating"] = indicator->isAnimating();
     addAccessibility(json, view);
     json["subviews"] = Json::array();
     for (auto const& subview : view.subviews()) json["subviews"].push_back(describeView(*subview));

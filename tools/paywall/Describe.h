@@ -5,8 +5,8 @@
 
 namespace trelundo::paywall {
 
-/// The laid-out view tree of `controller` as nested objects, frames in window points. What the controller presents
-/// (an alert) stands under `presented` of the root.
+/// The laid-out view tree of `controller` as nested objects, frames in window points. What the controller
+/// presents (an alert) stands under `presented` of the root.
 Json describe(UIViewController& controller);
 
 } // namespace trelundo::paywall

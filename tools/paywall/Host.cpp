@@ -6,9 +6,13 @@
 namespace trelundo::paywall {
 
 Host::Host(Options const& options, EventLog& log)
-    : log_(log), username_(options.username), appName_(options.appName) {}
+    : log_(log)
+    , username_(options.username)
+    , appName_(options.appName) {}
 
-void Host::logEvent(std::string const& name) { log_.write("event", {{"name", name}, {"parameters", nullptr}}); }
+void Host::logEvent(std::string const& name) {
+    log_.write("event", {{"name", name}, {"parameters", nullptr}});
+}
 
 void Host::logEvent(std::string const& name, EventParameters const& parameters) {
     Json json = Json::object();
@@ -25,7 +29,8 @@ void Host::premiumManagerDidLoadProducts(Products const& products) {
 
 bool Host::paymentQueueShouldAddStorePayment(SKPaymentQueue& /*queue*/, Ref<SKPayment> const& /*payment*/,
                                              Ref<SKProduct> const& product) {
-    logCall("paymentQueueShouldAddStorePayment", {product ? Json(product->productIdentifier()) : Json(nullptr)});
+    logCall("paymentQueueShouldAddStorePayment",
+            {product ? Json(product->productIdentifier()) : Json(nullptr)});
     return acceptsPromotions_;
 }
 

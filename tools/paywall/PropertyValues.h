@@ -8,12 +8,13 @@
 
 namespace trelundo::paywall {
 
-// Values as a command line spells them. What cannot be read throws a Failure with status 2 that names the value.
+// Values as a command line spells them. What cannot be read throws a Failure with status 2 that names the
+// value.
 
-bool parseBool(std::string const& text);                  // true or false
-int parseInteger(std::string const& text);                // decimal digits with an optional sign
+bool parseBool(std::string const& text);   // true or false
+int parseInteger(std::string const& text); // decimal digits with an optional sign
 double parseNumber(std::string const& text);
-UIColor parseColor(std::string const& text);              // #rrggbb or #rrggbbaa
+UIColor parseColor(std::string const& text);                 // #rrggbb or #rrggbbaa
 std::vector<Feature> parseFeatures(std::string const& text); // Text:picture;Text:picture, or none
 
 } // namespace trelundo::paywall

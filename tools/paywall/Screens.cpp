@@ -29,7 +29,8 @@ Properties baseProperties() {
         {"premiumId", property(&BaseViewController::setPremiumId, text)},
         {"abTest", property(&BaseViewController::setABTest, text)},
         {"isSmallScreen", property(&BaseViewController::setSmallScreen, parseBool)},
-        {"introductoryPriceWasOffered", property(&BaseViewController::setIntroductoryPriceWasOffered, parseBool)},
+        {"introductoryPriceWasOffered",
+         property(&BaseViewController::setIntroductoryPriceWasOffered, parseBool)},
     };
 }
 
@@ -75,7 +76,8 @@ ScreenType const* findScreen(std::string const& name) {
     return found == screens().end() ? nullptr : &*found;
 }
 
-void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name, std::string const& value) {
+void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name,
+                 std::string const& value) {
     auto const setter = type.properties.find(name);
     if (setter == type.properties.end()) failUsage(fmt::format("{} has no property \"{}\"", type.name, name));
     try {

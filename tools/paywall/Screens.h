@@ -28,6 +28,7 @@ std::vector<ScreenType> const& screens();
 /// Null when the name is unknown.
 ScreenType const* findScreen(std::string const& name);
 /// Assigns one property. An unknown name or a value that cannot be read throws a Failure with status 2.
-void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name, std::string const& value);
+void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name,
+                 std::string const& value);
 
 } // namespace trelundo::paywall

@@ -43,7 +43,9 @@ constexpr std::array forms{
 /// Takes a line apart word by word.
 class Tokenizer {
 public:
-    Tokenizer(std::string_view line, std::string const& place) : rest_(line), place_(place) {}
+    Tokenizer(std::string_view line, std::string const& place)
+        : rest_(line)
+        , place_(place) {}
 
     std::vector<Step::Word> words() {
         std::vector<Step::Word> words;
@@ -52,15 +54,15 @@ public:
     }
 
 private:
-    void skipBlanks() {
-        rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r"), rest_.size()));
-    }
+    void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r"), rest_.size())); }
 
     Step::Word word() {
         Step::Word word{.text = {}, .isQuoted = rest_.front() == '"'};
         while (!rest_.empty() && std::string_view{" \t\r"}.find(rest_.front()) == std::string_view::npos) {
-            if (rest_.front() == '"') quoted(word.text);
-            else take(word.text);
+            if (rest_.front() == '"')
+                quoted(word.text);
+            else
+                take(word.text);
         }
         return word;
     }
@@ -68,8 +70,10 @@ private:
     void quoted(std::string& text) {
         rest_.remove_prefix(1);
         while (!rest_.empty() && rest_.front() != '"') {
-            if (rest_.front() == '\\' && rest_.size() > 1) escaped(text);
-            else take(text);
+            if (rest_.front() == '\\' && rest_.size() > 1)
+                escaped(text);
+            else
+                take(text);
         }
         if (rest_.empty()) failInput(place_ + ": a quoted text has no end");
         rest_.remove_prefix(1);
@@ -108,7 +112,8 @@ std::vector<Step> parseScript(std::string_view text, std::string const& fileName
         auto words = Tokenizer{text.substr(0, end), place}.words();
         text.remove_prefix(std::min(end + 1, text.size()));
         if (words.empty()) continue;
-        Step step{.place = place, .command = words.front().text, .arguments = {words.begin() + 1, words.end()}};
+        Step step{
+            .place = place, .command = words.front().text, .arguments = {words.begin() + 1, words.end()}};
         check(step);
         steps.push_back(std::move(step));
     }

@@ -17,8 +17,8 @@ struct Step {
     std::vector<Word> arguments;
 };
 
-/// Reads a script: one step a line, `#` starts a comment outside quotes. An unknown step, a wrong number of arguments
-/// or an unterminated quote throws a Failure that names file and line; nothing has run by then.
+/// Reads a script: one step a line, `#` starts a comment outside quotes. An unknown step, a wrong number of
+/// arguments or an unterminated quote throws a Failure that names file and line; nothing has run by then.
 std::vector<Step> parseScript(std::string_view text, std::string const& fileName);
 
 } // namespace trelundo::paywall

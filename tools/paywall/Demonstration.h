@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelundo::paywall {
+
+/// The built-in demonstration catalogue, as the text of a StoreKit configuration file.
+std::string_view demonstrationCatalogue();
+
+/// Captions and pictures of the demonstration carousel in the user's language, as `--set features` spells
+/// them.
+std::string demonstrationFeatures();
+
+/// Makes `tag` the user's language; the layout direction follows the language that the texts come out in.
+void useLanguage(std::string const& tag);
+
+/// Puts the demonstration pictures, and the folders before them, into the main bundle.
+void addHostPictures(std::vector<std::string> const& folders);
+
+} // namespace trelundo::paywall

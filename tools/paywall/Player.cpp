@@ -1,0 +1,204 @@
+#include "tools/paywall/Player.h"
+
+#include "platform/uikit/controllers/UIAlertController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/text/UILabel.h"
+#include "tools/paywall/Describe.h"
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/PlayerSteps.h"
+#include "tools/paywall/PropertyValues.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+#include <map>
+#include <ranges>
+
+namespace trelundo::paywall {
+
+namespace {
+
+constexpr int pressTouch = 1;
+
+std::string visibleText(UIView& view) {
+    if (auto* button = dynamic_cast<UIButton*>(&view)) {
+        auto const attributed = button->currentAttributedTitle();
+        return attributed ? attributed->string() : button->currentTitle().value_or("");
+    }
+    auto* label = dynamic_cast<UILabel*>(&view);
+    return label ? label->text().value_or("") : std::string{};
+}
+
+/// Depth first from the front; hidden subtrees do not count.
+Ref<UIView> findView(UIView& view, Step::Word const& word) {
+    if (view.isHidden()) return nullptr;
+    for (auto const& subview : std::views::reverse(view.subviews()))
+        if (auto const found = findView(*subview, word)) return found;
+    auto const& shown = word.isQuoted ? visibleText(view) : view.accessibilityIdentifier();
+    return shown == word.text ? strong(view) : nullptr;
+}
+
+} // namespace
+
+void fail(Step const& step, std::string const& reason) {
+    std::string words = step.command;
+    for (auto const& word : step.arguments)
+        words += word.isQuoted ? " \"" + word.text + "\"" : " " + word.text;
+    failInput(fmt::format("{}: {}: {}", step.place, words, reason));
+}
+
+bool choice(Step const& step, std::size_t index, std::string_view yes, std::string_view no) {
+    if (argument(step, index) == yes) return true;
+    if (argument(step, index) != no) fail(step, fmt::format("neither {} nor {}", yes, no));
+    return false;
+}
+
+void Player::play(std::vector<Step> const& steps) {
+    for (auto const& step : steps) perform(step);
+}
+
+void Player::perform(Step const& step) {
+    using Action = std::function<void(Player&, Step const&)>;
+    static std::map<std::string, Action, std::less<>> const actions{
+        {"tap", &Player::tap},
+        {"press", [](Player& player, Step const& s) { player.press(s, true); }},
+        {"release", [](Player& player, Step const& s) { player.press(s, false); }},
+        {"drag", &Player::drag},
+        {"alert", &Player::chooseAction},
+        {"advance", &Player::advance},
+        {"store", &Player::changeStore},
+        {"can-make-payments",
+         [](Player& player, Step const& s) {
+             player.stage_.store().setCanMakePayments(choice(s, 0, "on", "off"));
+         }},
+        {"rotate", &Player::rotate},
+        {"appearance", &Player::setAppearance},
+        {"snapshot", &Player::takeSnapshot},
+        {"describe", &Player::writeDescription},
+        {"expect", &Player::expect},
+        {"set", &Player::assign},
+        {"host", &Player::instructHost},
+        {"cover", [](Player& player, Step const&) { player.cover(); }},
+        {"uncover", [](Player& player, Step const&) { player.uncover(); }},
+        {"dismiss", &Player::dismissScreen},
+    };
+    actions.at(step.command)(*this, step);
+}
+
+// Touches
+
+Ref<UIView> Player::find(Step const& step) {
+    shell_.window().layoutWindow();
+    auto view = findView(shell_.window(), step.arguments.front());
+    if (!view) fail(step, "no such view is visible");
+    return view;
+}
+
+CGPoint Player::middleOf(UIView& view) const {
+    auto const bounds = view.bounds();
+    return view.convertPointTo({bounds.midX(), bounds.midY()}, nullptr);
+}
+
+void Player::tap(Step const& step) { shell_.tap(middleOf(*find(step))); }
+
+void Player::press(Step const& step, bool down) {
+    auto const place = middleOf(*find(step));
+    if (down)
+        shell_.window().touchBegan(pressTouch, place);
+    else
+        shell_.window().touchEnded(pressTouch, place);
+}
+
+void Player::drag(Step const& step) {
+    double const dx = parsed(step, 1, parseNumber);
+    double const dy = parsed(step, 2, parseNumber);
+    shell_.drag(middleOf(*find(step)), dx, dy, 0);
+}
+
+void Player::chooseAction(Step const& step) {
+    auto const alert = cast<UIAlertController>(shell_.window().topViewController());
+    if (!alert) fail(step, "no alert is shown");
+    auto const action = std::ranges::find(alert->actions(), argument(step, 0), &UIAlertAction::title);
+    if (action == alert->actions().end()) fail(step, "the alert has no such action");
+    alert->performAction(**action);
+}
+
+// Surroundings
+
+void Player::advance(Step const& step) {
+    double const seconds = parsed(step, 0, parseNumber);
+    if (!(seconds >= 0 && seconds <= 86400)) fail(step, "the seconds must be between 0 and 86400");
+    shell_.advance(seconds);
+}
+
+void Player::rotate(Step const& step) { shell_.rotate(choice(step, 0, "landscape", "portrait")); }
+
+void Player::setAppearance(Step const& step) {
+    shell_.setUserInterfaceStyle(choice(step, 0, "dark", "light") ? UIUserInterfaceStyle::dark
+                                                                  : UIUserInterfaceStyle::light);
+}
+
+void Player::takeSnapshot(Step const& step) {
+    std::string reason;
+    if (!shell_.snapshot(argument(step, 0), reason)) fail(step, reason);
+}
+
+void Player::writeDescription(Step const& step) {
+    auto& shown = screen(step);
+    shell_.window().layoutWindow();
+    std::ofstream file{argument(step, 0)};
+    file << describe(shown).dump(2) << "\n";
+    if (!file.flush()) fail(step, "the file cannot be written");
+}
+
+void Player::expect(Step const& step) {
+    std::vector<std::pair<std::string, std::string>> fields;
+    for (auto const& word : step.arguments | std::views::drop(1)) {
+        auto const separator = word.text.find('=');
+        if (separator == std::string::npos)
+            fail(step, fmt::format("\"{}\" is not of the form KEY=VALUE", word.text));
+        fields.emplace_back(word.text.substr(0, separator), word.text.substr(separator + 1));
+    }
+    if (!stage_.log().holds(argument(step, 0), fields)) fail(step, "the log holds no such line");
+}
+
+// The host
+
+BaseViewController& Player::screen(Step const& step) const {
+    if (!stage_.screen()) fail(step, "the screen has gone");
+    return *stage_.screen();
+}
+
+void Player::assign(Step const& step) {
+    auto const& text = argument(step, 0);
+    auto const separator = text.find('=');
+    if (separator == std::string::npos) fail(step, "not of the form NAME=VALUE");
+    try {
+        setProperty(stage_.screenType(), screen(step), text.substr(0, separator), text.substr(separator + 1));
+    } catch (Failure const& failure) {
+        fail(step, failure.message);
+    }
+}
+
+void Player::instructHost(Step const& step) {
+    if (argument(step, 0) != "promote") fail(step, "the host can only be told to promote");
+    stage_.host().setAcceptsPromotions(choice(step, 1, "yes", "no"));
+}
+
+void Player::cover() {
+    cover_ = make<UIViewController>();
+    cover_->view()->setBackgroundColor(UIColor::black());
+    cover_->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    shell_.window().topViewController()->present(cover_, true);
+}
+
+void Player::uncover() {
+    if (auto const covering = std::exchange(cover_, nullptr)) covering->dismiss(true);
+}
+
+void Player::dismissScreen(Step const& step) {
+    if (!stage_.screen()) fail(step, "the screen has gone");
+    stage_.hostScreen().dismiss(true);
+}
+
+} // namespace trelundo::paywall

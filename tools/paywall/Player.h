@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/window/OffscreenShell.h"
+#include "tools/paywall/Script.h"
+#include "tools/paywall/Stage.h"
+
+#include <vector>
+
+namespace trelundo::paywall {
+
+/// Performs the steps of a script on a staged screen. Time moves by `advance` alone.
+class Player {
+public:
+    Player(OffscreenShell& shell, Stage& stage)
+        : shell_(shell)
+        , stage_(stage) {}
+
+    /// Performs all steps; the first that cannot be done, or whose expectation is not met, throws a Failure
+    /// naming it.
+    void play(std::vector<Step> const& steps);
+
+private:
+    void perform(Step const& step);
+    void tap(Step const& step);
+    void press(Step const& step, bool down);
+    void drag(Step const& step);
+    void chooseAction(Step const& step);
+    void advance(Step const& step);
+    void changeStore(Step const& step);
+    void require(Step const& step, bool succeeded);
+    void rotate(Step const& step);
+    void setAppearance(Step const& step);
+    void takeSnapshot(Step const& step);
+    void writeDescription(Step const& step);
+    void expect(Step const& step);
+    void assign(Step const& step);
+    void instructHost(Step const& step);
+    void cover();
+    void uncover();
+    void dismissScreen(Step const& step);
+
+    /// The visible view that a step's argument names, frontmost first.
+    Ref<UIView> find(Step const& step);
+    CGPoint middleOf(UIView& view) const;
+    BaseViewController& screen(Step const& step) const;
+
+    OffscreenShell& shell_;
+    Stage& stage_;
+    Ref<UIViewController> cover_;
+};
+
+} // namespace trelundo::paywall

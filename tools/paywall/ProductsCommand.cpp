@@ -1,0 +1,118 @@
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/storekit/SKPaymentQueue.h"
+#include "store/PremiumManager.h"
+#include "tools/paywall/Commands.h"
+#include "tools/paywall/Demonstration.h"
+#include "tools/paywall/EventLog.h"
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/Names.h"
+#include "tools/paywall/StoreAccess.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fmt/format.h>
+#include <set>
+
+namespace trelundo::paywall {
+
+namespace {
+
+Json toJson(SKProductSubscriptionPeriod const& period) {
+    return {{"unit", nameOf(period.unit)}, {"numberOfUnits", period.numberOfUnits}};
+}
+
+std::string periodText(SKProductSubscriptionPeriod const& period, bool capitalize) {
+    return PremiumManager::period(
+        {.unit = period.unit, .numberOfPeriods = period.numberOfUnits, .capitalizeFirstLetter = capitalize});
+}
+
+Json toJson(SKProductDiscount const& discount) {
+    return {{"identifier", discount.identifier() ? Json(*discount.identifier()) : Json(nullptr)},
+            {"paymentMode", nameOf(discount.paymentMode())},
+            {"price", discount.price().description()},
+            {"priceText", PremiumManager::price(discount)},
+            {"subscriptionPeriod", toJson(discount.subscriptionPeriod())},
+            {"numberOfPeriods", discount.numberOfPeriods()},
+            {"periodText", periodText(discount.subscriptionPeriod(), false)}};
+}
+
+Json toJson(SKProduct const& product) {
+    auto const& period = product.subscriptionPeriod();
+    Json discounts = Json::array();
+    for (auto const& discount : product.discounts()) discounts.push_back(toJson(*discount));
+    auto const introductory = product.introductoryPrice();
+    return {{"productIdentifier", product.productIdentifier()},
+            {"localizedTitle", product.localizedTitle()},
+            {"localizedDescription", product.localizedDescription()},
+            {"price", product.price().description()},
+            {"priceLocale", product.priceLocale().identifier()},
+            {"currency", product.priceLocale().currencyCode()},
+            {"priceText", PremiumManager::price(product)},
+            {"perMonthText", PremiumManager::price(product, 12)},
+            {"perWeekText", PremiumManager::price(product, 52)},
+            {"subscriptionPeriod", period ? toJson(*period) : Json(nullptr)},
+            {"periodText", period ? Json(periodText(*period, false)) : Json(nullptr)},
+            {"periodTextCapitalized", period ? Json(periodText(*period, true)) : Json(nullptr)},
+            {"introductoryPrice", introductory ? toJson(*introductory) : Json(nullptr)},
+            {"discounts", discounts}};
+}
+
+void print(Json const& json) {
+    std::printf("%s\n", json.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
+void printTable(Products const& products) {
+    std::array<std::size_t, 5> widths{};
+    std::vector<std::array<std::string, 5>> rows{{"product", "price", "per month", "per week", "period"}};
+    for (auto const& product : products) {
+        auto const& period = product->subscriptionPeriod();
+        rows.push_back({product->productIdentifier(), PremiumManager::price(*product),
+                        PremiumManager::price(*product, 12), PremiumManager::price(*product, 52),
+                        period ? periodText(*period, false) : std::string{"-"}});
+    }
+    for (auto const& row : rows)
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], fmt::formatted_size("{}", row[i]));
+    for (auto const& row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) line += fmt::format("{:<{}}  ", row[i], widths[i]);
+        line.erase(line.find_last_not_of(' ') + 1);
+        std::printf("%s\n", line.c_str());
+    }
+}
+
+std::vector<std::string> missingIdentifiers(std::vector<std::string> const& wanted,
+                                            Products const& products) {
+    std::vector<std::string> missing;
+    for (auto const& identifier : wanted) {
+        bool const isKnown = std::ranges::count(products, identifier, &SKProduct::productIdentifier) > 0;
+        if (!isKnown && std::ranges::count(missing, identifier) == 0) missing.push_back(identifier);
+    }
+    return missing;
+}
+
+} // namespace
+
+int printProducts(Options const& options) {
+    useLanguage(options.language);
+    auto const store = openSandbox(options);
+    SKPaymentQueue::defaultQueue().setBackend(store.get());
+    auto& manager = PremiumManager::sharedInstance();
+    manager.start(options.products.value_or(store->configuration().subscriptionIdentifiers()));
+    RunLoop::main().runUntilIdle();
+
+    auto const missing = missingIdentifiers(manager.productIdentifiers(), manager.products());
+    if (options.json) {
+        for (auto const& product : manager.products()) print(toJson(*product));
+        print({{"state", nameOf(manager.state())}, {"invalidProductIdentifiers", missing}});
+    } else {
+        printTable(manager.products());
+        for (auto const& identifier : missing) std::printf("not in the catalogue: %s\n", identifier.c_str());
+        std::printf("state: %s\n", std::string{nameOf(manager.state())}.c_str());
+    }
+    SKPaymentQueue::defaultQueue().setBackend(nullptr);
+    return statusOk;
+}
+
+} // namespace trelundo::paywall
