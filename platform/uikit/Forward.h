@@ -35,5 +35,7 @@ class UIView;
 class UIViewController;
 class UIWindow;
 class LayoutEngine;
+class LayoutNode;
+class LayoutPass;
 
 } // namespace trelundo

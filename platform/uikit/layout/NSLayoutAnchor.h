@@ -4,11 +4,13 @@
 
 namespace trelundo {
 
-/// One attribute of a view or guide, with an offset or factor. Typed by axis, so that what makes no sense does
-/// not compile: only anchors of the same kind combine.
+/// One attribute of a view or guide, with an offset or factor. Typed by axis, so that what makes no sense
+/// does not compile: only anchors of the same kind combine.
 template <class Kind> class NSLayoutAnchor {
 public:
-    NSLayoutAnchor(Ref<NSObject> item, NSLayoutAttribute attribute) : item(std::move(item)), attribute(attribute) {}
+    NSLayoutAnchor(Ref<NSObject> item, NSLayoutAttribute attribute)
+        : item(std::move(item))
+        , attribute(attribute) {}
 
     Ref<NSObject> item;
     NSLayoutAttribute attribute;
@@ -17,42 +19,53 @@ public:
 };
 
 LayoutRule makeRule(Ref<NSObject> const& item, NSLayoutAttribute attribute, NSLayoutRelation relation,
-                    Ref<NSObject> const& other, NSLayoutAttribute otherAttribute, double multiplier, double constant);
+                    Ref<NSObject> const& other, NSLayoutAttribute otherAttribute, double multiplier,
+                    double constant);
 
 // The trailing template keeps each axis a type of its own while the operators are written once.
-template <class Kind> Kind operator+(Kind anchor, double points)
-    requires std::derived_from<Kind, NSLayoutAnchor<Kind>>
-{
+template <class Kind>
+Kind operator+(Kind anchor, double points) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
     anchor.constant += points;
     return anchor;
 }
-template <class Kind> Kind operator-(Kind anchor, double points)
-    requires std::derived_from<Kind, NSLayoutAnchor<Kind>>
-{
+template <class Kind>
+Kind operator-(Kind anchor, double points) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
     anchor.constant -= points;
     return anchor;
 }
 template <class Kind>
-LayoutRule relate(Kind const& a, NSLayoutRelation relation, Kind const& b)
-    requires std::derived_from<Kind, NSLayoutAnchor<Kind>>
-{
-    return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier, b.constant - a.constant);
+LayoutRule relate(Kind const& a, NSLayoutRelation relation,
+                  Kind const& b) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
+    return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier,
+                    b.constant - a.constant);
 }
 
 class NSLayoutXAxisAnchor : public NSLayoutAnchor<NSLayoutXAxisAnchor> {
 public:
     using NSLayoutAnchor::NSLayoutAnchor;
-    friend LayoutRule operator==(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) { return relate(a, NSLayoutRelation::equal, b); }
-    friend LayoutRule operator>=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) { return relate(a, NSLayoutRelation::greaterThanOrEqual, b); }
-    friend LayoutRule operator<=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) { return relate(a, NSLayoutRelation::lessThanOrEqual, b); }
+    friend LayoutRule operator==(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::equal, b);
+    }
+    friend LayoutRule operator>=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
+    }
+    friend LayoutRule operator<=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
+    }
 };
 
 class NSLayoutYAxisAnchor : public NSLayoutAnchor<NSLayoutYAxisAnchor> {
 public:
     using NSLayoutAnchor::NSLayoutAnchor;
-    friend LayoutRule operator==(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) { return relate(a, NSLayoutRelation::equal, b); }
-    friend LayoutRule operator>=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) { return relate(a, NSLayoutRelation::greaterThanOrEqual, b); }
-    friend LayoutRule operator<=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) { return relate(a, NSLayoutRelation::lessThanOrEqual, b); }
+    friend LayoutRule operator==(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::equal, b);
+    }
+    friend LayoutRule operator>=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
+    }
+    friend LayoutRule operator<=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
+        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
+    }
 };
 
 class NSLayoutDimension : public NSLayoutAnchor<NSLayoutDimension> {
@@ -63,16 +76,29 @@ public:
         dimension.constant *= factor;
         return dimension;
     }
-    friend LayoutRule operator==(NSLayoutDimension const& a, NSLayoutDimension const& b) { return relate(a, NSLayoutRelation::equal, b); }
-    friend LayoutRule operator>=(NSLayoutDimension const& a, NSLayoutDimension const& b) { return relate(a, NSLayoutRelation::greaterThanOrEqual, b); }
-    friend LayoutRule operator<=(NSLayoutDimension const& a, NSLayoutDimension const& b) { return relate(a, NSLayoutRelation::lessThanOrEqual, b); }
-    friend LayoutRule operator==(NSLayoutDimension const& a, double points) { return a.compare(NSLayoutRelation::equal, points); }
-    friend LayoutRule operator>=(NSLayoutDimension const& a, double points) { return a.compare(NSLayoutRelation::greaterThanOrEqual, points); }
-    friend LayoutRule operator<=(NSLayoutDimension const& a, double points) { return a.compare(NSLayoutRelation::lessThanOrEqual, points); }
+    friend LayoutRule operator==(NSLayoutDimension const& a, NSLayoutDimension const& b) {
+        return relate(a, NSLayoutRelation::equal, b);
+    }
+    friend LayoutRule operator>=(NSLayoutDimension const& a, NSLayoutDimension const& b) {
+        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
+    }
+    friend LayoutRule operator<=(NSLayoutDimension const& a, NSLayoutDimension const& b) {
+        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
+    }
+    friend LayoutRule operator==(NSLayoutDimension const& a, double points) {
+        return a.compare(NSLayoutRelation::equal, points);
+    }
+    friend LayoutRule operator>=(NSLayoutDimension const& a, double points) {
+        return a.compare(NSLayoutRelation::greaterThanOrEqual, points);
+    }
+    friend LayoutRule operator<=(NSLayoutDimension const& a, double points) {
+        return a.compare(NSLayoutRelation::lessThanOrEqual, points);
+    }
 
 private:
     LayoutRule compare(NSLayoutRelation relation, double points) const {
-        return makeRule(item, attribute, relation, nullptr, NSLayoutAttribute::notAnAttribute, 1, points - constant);
+        return makeRule(item, attribute, relation, nullptr, NSLayoutAttribute::notAnAttribute, 1,
+                        points - constant);
     }
 };
 

@@ -13,7 +13,8 @@ namespace trelundo {
 /// 1 to 1000; 1000 is required. Fractions are allowed.
 struct UILayoutPriority {
     double value;
-    constexpr UILayoutPriority(double v) : value(v) {}
+    constexpr UILayoutPriority(double v)
+        : value(v) {}
     constexpr auto operator<=>(UILayoutPriority const&) const = default;
 
     static UILayoutPriority const required, defaultHigh, dragThatCanResizeScene, sceneSizeStayPut,
@@ -46,8 +47,8 @@ enum class NSLayoutAttribute : int {
 };
 
 /// `firstItem.firstAttribute (relation) multiplier x secondItem.secondAttribute + constant`, with a priority.
-/// Made inactive; holds its items weakly. A conflict of required constraints is logged with the constraints named;
-/// one of them is left out until something changes, and layout goes on.
+/// Made inactive; holds its items weakly. A conflict of required constraints is logged with the constraints
+/// named; one of them is left out until something changes, and layout goes on.
 class NSLayoutConstraint : public NSObject {
 public:
     /// An item is a UIView or a UILayoutGuide.
@@ -85,9 +86,17 @@ public:
     static void activate(std::vector<Ref<NSLayoutConstraint>> const& constraints);
     static void deactivate(std::vector<Ref<NSLayoutConstraint>> const& constraints);
 
+    /// Made by the layout itself: when it conflicts with a constraint of the program, the latter gives way.
+    void setTakesPrecedence(bool takes) { takesPrecedence_ = takes; }
+
 private:
     friend class LayoutEngine;
+    friend class LayoutNode;
     friend class UIView;
+
+    void install();
+    void uninstall();
+    void detachFromOwner();
 
     Weak<NSObject> firstItem_;
     Weak<NSObject> secondItem_;
@@ -99,6 +108,7 @@ private:
     double constant_;
     UILayoutPriority priority_;
     bool active_ = false;
+    bool takesPrecedence_ = false;
     std::string identifier_;
     UIView* owner_ = nullptr; // the view it is installed on while active
     int engineId_ = -1;       // its row in the layout engine; -1: none
@@ -111,7 +121,8 @@ void activate(std::initializer_list<LayoutRule> rules);
 /// A constraint as written with anchors, not yet active.
 class LayoutRule {
 public:
-    explicit LayoutRule(Ref<NSLayoutConstraint> constraint) : constraint_(std::move(constraint)) {}
+    explicit LayoutRule(Ref<NSLayoutConstraint> constraint)
+        : constraint_(std::move(constraint)) {}
     /// The same rule at a priority below required.
     LayoutRule at(UILayoutPriority priority) const;
     Ref<NSLayoutConstraint> const& constraint() const { return constraint_; }

@@ -8,12 +8,13 @@ namespace trelundo {
 /// A rectangle with anchors and no view. Belongs to the view it was added to.
 class UILayoutGuide : public NSObject {
 public:
-    explicit UILayoutGuide(std::string identifier = {}) : identifier_(std::move(identifier)) {}
+    explicit UILayoutGuide(std::string identifier = {})
+        : identifier_(std::move(identifier)) {}
 
     UIView* owningView() const { return owningView_; }
     std::string const& identifier() const { return identifier_; }
     /// In the owning view's coordinates, as last solved.
-    CGRect layoutFrame() const { return layoutFrame_; }
+    CGRect layoutFrame() const;
 
     NSLayoutXAxisAnchor leadingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::leading}; }
     NSLayoutXAxisAnchor trailingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::trailing}; }
@@ -29,10 +30,16 @@ public:
 private:
     friend class UIView;
     friend class LayoutEngine;
+    friend class LayoutNode;
 
     std::string identifier_;
+    /// What the rectangle follows: constraints, or the insets of the owning view.
+    enum class Kind { constrained, safeArea, layoutMargins };
+
+    Kind kind_ = Kind::constrained;
     UIView* owningView_ = nullptr;
     CGRect layoutFrame_;
+    int layoutSlot_ = -1; // its box in the layout engine; -1: none
 };
 
 } // namespace trelundo
