@@ -1,0 +1,202 @@
+#include "platform/uikit/collection/UIScrollView.h"
+#include "platform/uikit/controls/UIControl.h"
+
+#include "DeviceFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace trelundo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::string> journal;
+
+class TouchedView : public UIView {
+public:
+    explicit TouchedView(CGRect frame, std::string name = "view")
+        : UIView(frame)
+        , name_(std::move(name)) {}
+
+    void touchesBegan(UITouch& touch) override { note("began", touch); }
+    void touchesMoved(UITouch& touch) override { note("moved", touch); }
+    void touchesEnded(UITouch& touch) override { note("ended", touch); }
+    void touchesCancelled(UITouch& touch) override { note("cancelled", touch); }
+
+    CGPoint lastLocation;
+    UITouchPhase lastPhase = UITouchPhase::stationary;
+
+private:
+    void note(std::string const& what, UITouch& touch) {
+        journal.push_back(name_ + " " + what);
+        lastLocation = touch.locationIn(*this);
+        lastPhase = touch.phase();
+    }
+
+    std::string name_;
+};
+
+class TouchTest : public DeviceFixture {
+protected:
+    TouchTest() { journal.clear(); }
+};
+
+TEST_F(TouchTest, HitTestingFindsTheFrontmostTouchableView) {
+    auto const back = show(make<UIView>(), {0, 0, 100, 100});
+    auto const front = show(make<UIView>(), {50, 50, 100, 100});
+    auto& window = shell.window();
+    EXPECT_EQ(window.hitTest({60, 60}), front);
+    EXPECT_EQ(window.hitTest({10, 10}), back);
+    front->setHidden(true);
+    EXPECT_EQ(window.hitTest({60, 60}), back);
+    front->setHidden(false);
+    front->setAlpha(0.009);
+    EXPECT_EQ(window.hitTest({60, 60}), back);
+    front->setAlpha(0.01);
+    EXPECT_EQ(window.hitTest({60, 60}), front);
+    front->setUserInteractionEnabled(false);
+    EXPECT_EQ(window.hitTest({60, 60}), back);
+    EXPECT_EQ(window.hitTest({150, 150}).get(), &window);
+    EXPECT_EQ(window.hitTest({320, 10}), nullptr);
+}
+
+TEST_F(TouchTest, ASubviewOutsideItsParentCannotBeTouched) {
+    auto const parent = show(make<UIView>(), {0, 0, 50, 50});
+    parent->addSubview(make<UIView>(CGRect{40, 40, 50, 50}));
+    EXPECT_EQ(shell.window().hitTest({60, 60}).get(), &shell.window());
+    EXPECT_EQ(shell.window().hitTest({45, 45}), parent->subviews().front());
+}
+
+TEST_F(TouchTest, ATouchStaysWithTheViewThatItBeganIn) {
+    auto const view = show(make<TouchedView>(CGRect{}), {10, 10, 50, 50});
+    auto& window = shell.window();
+    window.touchBegan(1, {20, 20});
+    EXPECT_EQ(view->lastLocation, (CGPoint{10, 10}));
+    window.touchMoved(1, {200, 200});
+    EXPECT_EQ(view->lastLocation, (CGPoint{190, 190}));
+    window.touchEnded(1, {210, 200});
+    EXPECT_EQ(view->lastPhase, UITouchPhase::ended);
+    window.touchMoved(1, {20, 20});
+    EXPECT_THAT(journal, ElementsAre("view began", "view moved", "view ended"));
+}
+
+TEST_F(TouchTest, UnhandledTouchesGoUpTheChain) {
+    auto const parent = show(make<TouchedView>(CGRect{}), {10, 10, 50, 50});
+    parent->addSubview(make<UIView>(parent->bounds()));
+    shell.tap({20, 20});
+    EXPECT_THAT(journal, ElementsAre("view began", "view ended"));
+}
+
+TEST_F(TouchTest, AViewFollowsOneFingerAtATime) {
+    auto const view = show(make<TouchedView>(CGRect{}, "first"), {0, 0, 50, 50});
+    show(make<TouchedView>(CGRect{}, "second"), {100, 0, 50, 50});
+    auto& window = shell.window();
+    window.touchBegan(1, {10, 10});
+    window.touchBegan(2, {20, 20});
+    window.touchBegan(3, {110, 10});
+    window.touchEnded(2, {20, 20});
+    window.touchEnded(1, {10, 10});
+    window.touchCancelled(3);
+    EXPECT_THAT(journal, ElementsAre("first began", "second began", "first ended", "second cancelled"));
+}
+
+TEST_F(TouchTest, LeavingTheWindowCancelsTheTouch) {
+    auto const parent = show(make<UIView>(), {0, 0, 50, 50});
+    parent->addSubview(make<TouchedView>(parent->bounds()));
+    shell.window().touchBegan(1, {10, 10});
+    parent->removeFromSuperview();
+    shell.window().touchEnded(1, {10, 10});
+    EXPECT_THAT(journal, ElementsAre("view began", "view cancelled"));
+}
+
+TEST_F(TouchTest, AScrollViewTakesADragOverAndATapPassesThrough) {
+    auto const scrollView = show(make<UIScrollView>(), {0, 0, 200, 200});
+    scrollView->setContentSize({200, 1000});
+    scrollView->addSubview(make<TouchedView>(CGRect{0, 0, 200, 1000}));
+    shell.tap({20, 100});
+    EXPECT_THAT(journal, ElementsAre("view began", "view ended"));
+    journal.clear();
+    shell.window().touchBegan(1, {20, 150});
+    shell.window().touchMoved(1, {20, 120});
+    shell.window().touchMoved(1, {20, 100});
+    EXPECT_GT(scrollView->contentOffset().y, 0);
+    shell.window().touchEnded(1, {20, 100});
+    EXPECT_THAT(journal, ElementsAre("view began", "view cancelled"));
+}
+
+TEST_F(TouchTest, ADragGoesOnWhenTheTouchedContentIsTakenAway) {
+    auto const scrollView = show(make<UIScrollView>(), {0, 0, 200, 200});
+    scrollView->setContentSize({200, 1000});
+    auto const content = make<TouchedView>(CGRect{0, 0, 200, 1000});
+    scrollView->addSubview(content);
+    shell.window().touchBegan(1, {20, 180});
+    shell.window().touchMoved(1, {20, 150});
+    content->removeFromSuperview();
+    double const before = scrollView->contentOffset().y;
+    shell.window().touchMoved(1, {20, 100});
+    EXPECT_EQ(scrollView->contentOffset().y, before + 50);
+    shell.window().touchEnded(1, {20, 100});
+}
+
+TEST_F(TouchTest, AnimatedViewsRefuseTouchesUnlessAllowed) {
+    auto const view = show(make<UIView>(), {0, 0, 50, 50});
+    auto const still = show(make<UIView>(), {100, 0, 50, 50});
+    UIView::animate({.duration = 1, .animations = [&] {
+                         view->setAlpha(0.5);
+                         still->setAlpha(1);
+                     }});
+    EXPECT_EQ(shell.window().hitTest({10, 10}).get(), &shell.window());
+    EXPECT_EQ(shell.window().hitTest({110, 10}), still) << "nothing about it changed";
+    shell.advance(1.1);
+    EXPECT_EQ(shell.window().hitTest({10, 10}), view);
+    UIView::animate({.duration = 1,
+                     .options = UIViewAnimationOptions::allowUserInteraction,
+                     .animations = [&] { view->setAlpha(1); }});
+    EXPECT_EQ(shell.window().hitTest({10, 10}), view);
+}
+
+TEST_F(TouchTest, ADriftingScrollViewCanBeTouched) {
+    auto const scrollView = show(make<UIScrollView>(), {0, 0, 200, 200});
+    scrollView->setContentSize({200, 1000});
+    UIView::animate({.duration = 1, .animations = [&] { scrollView->setContentOffset({0, 100}); }});
+    EXPECT_EQ(shell.window().hitTest({10, 10}), scrollView);
+}
+
+TEST_F(TouchTest, TouchesAreRefusedUntilTheLastOfSeveralAnimationsEnds) {
+    auto const view = show(make<UIView>(), {0, 0, 50, 50});
+    UIView::animate({.duration = 0.5, .animations = [&] { view->setAlpha(0.5); }});
+    UIView::animate({.duration = 1, .animations = [&] { view->setCenter({26, 26}); }});
+    shell.advance(0.7);
+    EXPECT_NE(shell.window().hitTest({20, 20}), view);
+    shell.advance(0.5);
+    EXPECT_EQ(shell.window().hitTest({20, 20}), view);
+}
+
+TEST_F(TouchTest, TabMovesTheFocusAndSpacePresses) {
+    auto const root = make<UIViewController>();
+    shell.window().setRootViewController(root);
+    std::vector<Ref<UIControl>> controls;
+    class Target : public NSObject {
+    public:
+        void pressed(UIControl& sender) { tags.push_back(sender.tag()); }
+        std::vector<int> tags;
+    };
+    auto const target = make<Target>();
+    for (int tag = 1; tag <= 3; ++tag) {
+        auto const control = make<UIControl>(CGRect{0, tag * 50.0, 40, 40});
+        control->setTag(tag);
+        control->addTarget(target.get(), &Target::pressed, UIControlEvents::touchUpInside);
+        root->view()->addSubview(control);
+        controls.push_back(control);
+    }
+    controls[1]->setEnabled(false);
+    using Key = UIWindow::Key;
+    for (auto key : {Key::space, Key::tab, Key::space, Key::tab, Key::space, Key::tab, Key::space,
+                     Key::backtab, Key::returnKey})
+        shell.window().keyPressed(key);
+    EXPECT_THAT(target->tags, ElementsAre(1, 3, 1, 3));
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,256 @@
+#include "platform/uikit/controllers/UIApplication.h"
+#include "platform/uikit/controllers/UIViewController.h"
+
+#include "DeviceFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <set>
+
+namespace trelundo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::string> journal;
+
+std::string styleName(UITraitCollection const* traits) {
+    if (!traits) return "none";
+    return traits->userInterfaceStyle == UIUserInterfaceStyle::dark ? "dark" : "light";
+}
+
+class TraitView : public UIView {
+public:
+    explicit TraitView(std::string name)
+        : name_(std::move(name)) {}
+
+    void traitCollectionDidChange(UITraitCollection const* previous) override {
+        journal.push_back(name_ + " " + styleName(previous) + ">" + styleName(&traitCollection()));
+        EXPECT_EQ(UITraitCollection::current(), traitCollection());
+    }
+    void layoutSubviews() override {
+        UIView::layoutSubviews();
+        journal.push_back(name_ + " layout");
+    }
+    void tintColorDidChange() override { journal.push_back(name_ + " tint"); }
+
+private:
+    std::string name_;
+};
+
+class TraitController : public UIViewController {
+public:
+    void loadView() override { setView(make<TraitView>("view")); }
+    void viewDidLoad() override {
+        journal.push_back("load " + styleName(&traitCollection()) + " " +
+                          std::to_string(static_cast<int>(traitCollection().horizontalSizeClass)));
+        view()->addSubview(make<TraitView>("child"));
+        journal.clear();
+    }
+    void viewWillAppear(bool) override { journal.push_back("will appear"); }
+    void viewDidAppear(bool) override { journal.push_back("did appear"); }
+    void traitCollectionDidChange(UITraitCollection const* previous) override {
+        journal.push_back("controller " + styleName(previous) + ">" + styleName(&traitCollection()));
+    }
+};
+
+class TraitsTest : public DeviceFixture {
+protected:
+    TraitsTest() { journal.clear(); }
+    ~TraitsTest() override {
+        UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
+        UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
+    }
+
+    static UIColor dynamicColor() {
+        return UIColor::dynamic([](UITraitCollection const& traits) {
+            return traits.userInterfaceStyle == UIUserInterfaceStyle::dark ? UIColor::white()
+                                                                           : UIColor::black();
+        });
+    }
+};
+
+TEST_F(TraitsTest, FirstTraitsComeOnceBetweenWillAppearAndLayout) {
+    auto const controller = make<TraitController>();
+    shell.window().setRootViewController(controller);
+    EXPECT_THAT(journal, ElementsAre("will appear", "controller none>light", "view none>light",
+                                     "child none>light", "view layout", "child layout", "did appear"));
+    journal.clear();
+    auto const view = controller->view();
+    view->removeFromSuperview();
+    shell.window().addSubview(view);
+    EXPECT_THAT(journal, IsEmpty()) << "back in the same environment";
+}
+
+TEST_F(TraitsTest, OnlyRealChangesAreTold) {
+    auto const controller = make<TraitController>();
+    shell.window().setRootViewController(controller);
+    journal.clear();
+    shell.window().screenDidChange();
+    EXPECT_THAT(journal, IsEmpty());
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_THAT(journal, ElementsAre("controller light>dark", "view light>dark", "child light>dark"));
+}
+
+TEST_F(TraitsTest, TraitsArePredictedBeforeTheWindow) {
+    auto const view = make<UIView>();
+    EXPECT_EQ(view->traitCollection(), shell.window().traitCollection());
+    EXPECT_EQ(make<UIViewController>()->traitCollection().horizontalSizeClass,
+              UIUserInterfaceSizeClass::compact);
+    shell.rotate(true);
+    EXPECT_EQ(view->traitCollection().verticalSizeClass, UIUserInterfaceSizeClass::compact);
+}
+
+TEST_F(TraitsTest, DynamicColoursFollowTheAppearance) {
+    auto const view = show(make<UIView>(), {0, 0, 10, 10});
+    auto const detached = make<UIView>();
+    view->setBackgroundColor(dynamicColor());
+    detached->setBackgroundColor(dynamicColor());
+    auto const fixed = view->backgroundColor()->cgColor();
+    EXPECT_EQ(view->layer().backgroundColor(), (CGColor{0, 0, 0, 1}));
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(view->layer().backgroundColor(), (CGColor{1, 1, 1, 1}));
+    EXPECT_EQ(fixed, (CGColor{0, 0, 0, 1}));
+    shell.window().addSubview(detached);
+    EXPECT_EQ(detached->layer().backgroundColor(), (CGColor{1, 1, 1, 1}));
+}
+
+TEST_F(TraitsTest, DrawingTakesTheTraitsOfTheView) {
+    class Painter : public UIView {
+    public:
+        bool drawsContents() const override { return true; }
+        void draw(CGRect, Canvas&) override { drawnUnder = UITraitCollection::current().userInterfaceStyle; }
+        UIUserInterfaceStyle drawnUnder = UIUserInterfaceStyle::unspecified;
+    };
+    auto const view = show(make<Painter>(), {0, 0, 10, 10});
+    shell.render();
+    EXPECT_EQ(view->drawnUnder, UIUserInterfaceStyle::light);
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    shell.render();
+    EXPECT_EQ(view->drawnUnder, UIUserInterfaceStyle::dark);
+}
+
+TEST_F(TraitsTest, DirectionComesFromTheApplicationUnlessTheViewForbids) {
+    auto const view = show(make<UIView>(), {});
+    auto const clip = show(make<UIView>(), {});
+    auto const forced = show(make<UIView>(), {});
+    clip->setSemanticContentAttribute(UISemanticContentAttribute::playback);
+    forced->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    EXPECT_FALSE(view->isRightToLeft());
+    EXPECT_TRUE(forced->isRightToLeft());
+    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    EXPECT_TRUE(view->isRightToLeft());
+    EXPECT_FALSE(clip->isRightToLeft());
+    EXPECT_TRUE(forced->isRightToLeft());
+    EXPECT_EQ(view->traitCollection().layoutDirection, UITraitLayoutDirection::rightToLeft);
+}
+
+TEST_F(TraitsTest, TintIsInheritedAndItsChangesReachWhoInheritsIt) {
+    auto const parent = make<TraitView>("parent");
+    auto const child = make<TraitView>("child");
+    auto const own = make<TraitView>("own");
+    parent->addSubview(child);
+    parent->addSubview(own);
+    EXPECT_EQ(child->tintColor().cgColor(), UIColor::systemBlue().cgColor());
+    own->setTintColor(UIColor::black());
+    journal.clear();
+    parent->setTintColor(UIColor::red());
+    EXPECT_THAT(journal, ElementsAre("parent tint", "child tint"));
+    EXPECT_EQ(child->tintColor(), UIColor::red());
+    EXPECT_EQ(own->tintColor(), UIColor::black());
+    parent->setTintColor(std::nullopt);
+    shell.window().setTintColor(UIColor::white());
+    journal.clear();
+    shell.window().addSubview(parent);
+    EXPECT_EQ(child->tintColor(), UIColor::white());
+    EXPECT_THAT(journal, ::testing::IsSupersetOf({"parent tint", "child tint"}));
+    EXPECT_THAT(journal, ::testing::Not(::testing::Contains("own tint")));
+}
+
+TEST_F(TraitsTest, ADimmedTintReadsGray) {
+    auto const parent = make<TraitView>("parent");
+    auto const child = make<TraitView>("child");
+    auto const bright = make<TraitView>("bright");
+    parent->addSubview(child);
+    parent->addSubview(bright);
+    child->setTintColor(UIColor::red());
+    bright->setTintAdjustmentMode(UIViewTintAdjustmentMode::normal);
+    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::dimmed);
+    auto const dimmed = child->tintColor().cgColor();
+    EXPECT_EQ(dimmed.red, dimmed.green);
+    EXPECT_EQ(dimmed.green, dimmed.blue);
+    EXPECT_EQ(child->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
+    EXPECT_EQ(bright->tintColor().cgColor(), UIColor::systemBlue().cgColor());
+    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::automatic);
+    EXPECT_EQ(child->tintColor(), UIColor::red());
+}
+
+TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUpright) {
+    auto& screen = UIScreen::main();
+    screen.configure(*DeviceProfile::find("phone-414x736"), true);
+    EXPECT_EQ(screen.bounds(), (CGRect{0, 0, 736, 414}));
+    EXPECT_EQ(screen.nativeBounds(), (CGRect{0, 0, 1080, 1920}));
+    EXPECT_NEAR(screen.nativeScale(), 2.608, 0.001);
+    EXPECT_EQ(screen.traitCollection().horizontalSizeClass, UIUserInterfaceSizeClass::regular);
+    EXPECT_EQ(screen.safeAreaInsets(), UIEdgeInsets{});
+    screen.configure(*DeviceProfile::find("phone-430x932"), true);
+    EXPECT_EQ(screen.safeAreaInsets(), (UIEdgeInsets{0, 59, 21, 59}));
+}
+
+TEST_F(TraitsTest, DeviceNamesAreUniqueAndTellTheSize) {
+    std::set<std::string_view> names;
+    for (auto const& device : DeviceProfile::all()) {
+        EXPECT_TRUE(names.insert(device.name).second) << device.name;
+        auto const size = std::to_string(static_cast<int>(device.points.width)) + "x" +
+                          std::to_string(static_cast<int>(device.points.height));
+        EXPECT_NE(device.name.find(size), std::string_view::npos) << device.name;
+        EXPECT_EQ(DeviceProfile::find(device.name), &device);
+    }
+    for (auto name : {"phone-320x568", "phone-375x667", "phone-390x844", "phone-430x932", "tablet-820x1180",
+                      "tablet-1024x1366"})
+        EXPECT_NE(DeviceProfile::find(name), nullptr) << name;
+    EXPECT_EQ(DeviceProfile::find("phone"), nullptr);
+}
+
+TEST_F(TraitsTest, RotationTellsTheControllerBeforeAnythingChanges) {
+    class Turning : public UIViewController {
+    public:
+        void viewWillTransitionToSize(CGSize size) override {
+            journal.push_back("to " + std::to_string(static_cast<int>(size.width)) + " from " +
+                              std::to_string(static_cast<int>(view()->bounds().size.width)));
+        }
+        void traitCollectionDidChange(UITraitCollection const*) override {
+            journal.push_back("traits at " + std::to_string(static_cast<int>(view()->bounds().size.width)));
+        }
+        void viewDidLayoutSubviews() override { journal.push_back("layout"); }
+    };
+    auto const controller = make<Turning>();
+    shell.window().setRootViewController(controller);
+    journal.clear();
+    shell.rotate(true);
+    shell.advance(0);
+    EXPECT_THAT(journal, ElementsAre("to 568 from 320", "traits at 568", "layout"));
+    EXPECT_EQ(controller->view()->frame(), (CGRect{0, 0, 568, 320}));
+}
+
+TEST_F(TraitsTest, AHiddenStatusBarTakesItsInsetAlongWhereThereIsNoCutOut) {
+    class Bare : public UIViewController {
+    public:
+        bool prefersStatusBarHidden() const override { return hides; }
+        bool hides = true;
+    };
+    auto const controller = make<Bare>();
+    shell.window().setRootViewController(controller);
+    EXPECT_EQ(shell.window().windowSafeAreaInsets().top, 0);
+    controller->hides = false;
+    controller->setNeedsStatusBarAppearanceUpdate();
+    EXPECT_EQ(shell.window().windowSafeAreaInsets().top, 20);
+    controller->hides = true;
+    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), false);
+    shell.window().screenDidChange();
+    EXPECT_EQ(shell.window().windowSafeAreaInsets().top, 47);
+}
+
+} // namespace
+} // namespace trelundo
