@@ -1,0 +1,377 @@
+#include "StoreTestSupport.h"
+
+#include "platform/storekit/SKError.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace trelundo {
+namespace {
+
+using State = SKPaymentTransactionState;
+
+/// A store without opinions: it notes what it is asked, and tells what the test says.
+class FakeBackend : public StoreBackend {
+public:
+    void setListener(StoreBackendListener* heard) override { listener = heard; }
+    void loadProducts(std::set<std::string> const&, std::function<void(ProductsResult)> done) override {
+        done({});
+    }
+    bool canMakePayments() const override { return canPay; }
+    void addPayment(SKPayment::Fields const& payment) override {
+        calls.push_back("add " + payment.productIdentifier);
+    }
+    bool finish(std::string const& key) override {
+        if (canWrite) calls.push_back("finish " + key);
+        return canWrite;
+    }
+    void restore(std::optional<std::string> const&) override { calls.push_back("restore"); }
+    void synchronize() override {
+        calls.push_back("synchronize");
+        if (!waiting.empty()) listener->transactionsUpdated(waiting);
+    }
+    std::string storefront() const override { return "FRA"; }
+
+    static StoreTransaction report(std::string const& key, State state, int code = -1) {
+        StoreTransaction report{.key = key, .payment = {.productIdentifier = "p" + key}, .state = state};
+        if (code >= 0) report.error = makeStoreError(code);
+        return report;
+    }
+    void tell(std::vector<StoreTransaction> reports) const {
+        listener->transactionsUpdated(std::move(reports));
+    }
+
+    StoreBackendListener* listener = nullptr;
+    Lines calls;
+    std::vector<StoreTransaction> waiting;
+    bool canPay = true;
+    bool canWrite = true;
+};
+
+class PaymentQueueTest : public StoreTest {
+protected:
+    PaymentQueueTest() { queue->setBackend(&backend); }
+    ~PaymentQueueTest() override { queue->setBackend(nullptr); }
+
+    void observe() {
+        queue->addTransactionObserver(observer);
+        drain();
+        backend.calls.clear();
+    }
+
+    FakeBackend backend;
+    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    Ref<RecordingObserver> observer = make<RecordingObserver>();
+    WarningCounter warnings;
+};
+
+TEST_F(PaymentQueueTest, ProcessesNothingWithoutObserver) {
+    queue->add(paymentFor("a"));
+    queue->restoreCompletedTransactions();
+    backend.listener->promotedPurchase({.productIdentifier = "b"}, nullptr);
+    drain();
+    EXPECT_EQ(backend.calls, Lines{});
+
+    queue->addTransactionObserver(observer);
+    EXPECT_EQ(backend.calls, (Lines{"synchronize", "add a", "restore"}));
+    drain();
+    EXPECT_EQ(observer->lines, Lines{"promoted b"});
+}
+
+TEST_F(PaymentQueueTest, ADestroyedObserverCountsAsNone) {
+    observe();
+    observer = nullptr;
+    queue->add(paymentFor("a"));
+    EXPECT_EQ(backend.calls, Lines{});
+}
+
+TEST_F(PaymentQueueTest, BringsUnfinishedTransactionsInTheNextTurn) {
+    backend.waiting = {FakeBackend::report("1", State::purchased), FakeBackend::report("2", State::deferred)};
+    queue->addTransactionObserver(observer);
+    queue->addTransactionObserver(observer);
+    EXPECT_EQ(observer->lines, Lines{});
+    turn();
+    EXPECT_EQ(observer->takeLines(), Lines{"p1:purchased p2:deferred"});
+    drain();
+    EXPECT_EQ(observer->lines, Lines{}) << "once only";
+
+    auto const second = make<RecordingObserver>();
+    queue->addTransactionObserver(second);
+    turn();
+    EXPECT_EQ(second->lines, Lines{"p1:purchased p2:deferred"});
+    EXPECT_EQ(observer->lines, Lines{}) << "who has heard is not told again";
+}
+
+TEST_F(PaymentQueueTest, ObserversAddedTogetherHearOnceEach) {
+    auto const second = make<RecordingObserver>();
+    backend.waiting = {FakeBackend::report("1", State::purchased)};
+    queue->addTransactionObserver(observer);
+    queue->addTransactionObserver(second);
+    drain();
+    EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
+    EXPECT_EQ(second->lines, Lines{"p1:purchased"});
+}
+
+TEST_F(PaymentQueueTest, UpdatesOneObjectInPlace) {
+    observe();
+    backend.tell({FakeBackend::report("1", State::purchasing)});
+    EXPECT_EQ(observer->lines, Lines{}) << "never inside the call";
+    drain();
+    auto const transaction = observer->last.at(0);
+    backend.tell({FakeBackend::report("1", State::deferred)});
+    drain();
+    auto paid = FakeBackend::report("1", State::purchased);
+    paid.transactionIdentifier = "1";
+    paid.date = 5;
+    backend.tell({paid});
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"p1:purchasing", "p1:deferred", "p1:purchased"}));
+    EXPECT_TRUE(observer->last.at(0) == transaction);
+    EXPECT_EQ(transaction->transactionIdentifier(), "1");
+    EXPECT_EQ(transaction->transactionDate(), 5);
+    EXPECT_EQ(queue->transactions().size(), 1U);
+}
+
+TEST_F(PaymentQueueTest, FinishedTransactionsLeaveInALaterTurn) {
+    observer->finishes = true;
+    observe();
+    backend.tell({FakeBackend::report("1", State::failed, 2)});
+    turn();
+    EXPECT_EQ(backend.calls, Lines{"finish 1"});
+    EXPECT_EQ(queue->transactions().size(), 1U);
+    turn();
+    EXPECT_EQ(queue->transactions().size(), 0U);
+    EXPECT_EQ(observer->takeLines(), (Lines{"p1:failed(2)", "removed p1"}));
+
+    backend.tell({FakeBackend::report("1", State::failed, 2)});
+    drain();
+    EXPECT_EQ(observer->lines, Lines{}) << "a report from before the finish is stale";
+}
+
+TEST_F(PaymentQueueTest, RefusesWhatCannotBeFinished) {
+    observe();
+    backend.tell({FakeBackend::report("1", State::purchasing), FakeBackend::report("2", State::deferred),
+                  FakeBackend::report("3", State::purchased)});
+    drain();
+    for (auto const& transaction : queue->transactions()) queue->finishTransaction(transaction);
+    EXPECT_EQ(backend.calls, Lines{"finish 3"});
+    queue->finishTransaction(observer->last.at(2));
+    queue->finishTransaction(make<SKPaymentTransaction>(paymentFor("x"), State::purchased));
+    queue->finishTransaction(nullptr);
+    EXPECT_EQ(backend.calls, Lines{"finish 3"});
+    EXPECT_EQ(warnings.texts, (Lines{"Transaction 1 was not finished: it is still purchasing",
+                                     "Transaction 2 was not finished: it waits for approval",
+                                     "Transaction 3 was not finished: it is finished already",
+                                     "A transaction was not finished: it is not on the queue",
+                                     "A transaction was not finished: it is not on the queue"}));
+}
+
+TEST_F(PaymentQueueTest, AFinishThatCannotBeWrittenLeavesTheTransaction) {
+    observe();
+    backend.tell({FakeBackend::report("1", State::purchased)});
+    drain();
+    backend.canWrite = false;
+    queue->finishTransaction(observer->last.at(0));
+    drain();
+    EXPECT_EQ(queue->transactions().size(), 1U);
+    backend.canWrite = true;
+    queue->finishTransaction(observer->last.at(0));
+    drain();
+    EXPECT_EQ(queue->transactions().size(), 0U);
+}
+
+TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilTheEnd) {
+    observer->finishes = true;
+    observe();
+    queue->restoreCompletedTransactions();
+    backend.tell({FakeBackend::report("1", State::restored)});
+    backend.tell({FakeBackend::report("2", State::restored), FakeBackend::report("3", State::restored)});
+    backend.tell({FakeBackend::report("9", State::purchased)});
+    drain();
+    EXPECT_EQ(observer->takeLines(), Lines{"p9:purchased"}) << "a purchase does not wait for the restore";
+    EXPECT_EQ(queue->transactions().size(), 4U) << "but stays until its end";
+    backend.listener->restoreFinished();
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"p1:restored p2:restored p3:restored", "restored, 4 on the queue",
+                                      "removed p9 p1 p2 p3"}));
+    EXPECT_TRUE(queue->transactions().empty());
+}
+
+TEST_F(PaymentQueueTest, ATransactionFinishedBeforeTheRestoreDoesNotStayForIt) {
+    observe();
+    backend.tell({FakeBackend::report("1", State::purchased)});
+    drain();
+    queue->finishTransaction(observer->last.at(0));
+    queue->restoreCompletedTransactions();
+    backend.listener->restoreFinished();
+    drain();
+    EXPECT_EQ(observer->lines.back(), "restored, 0 on the queue");
+}
+
+TEST_F(PaymentQueueTest, ARestoreInsideARestoreFollowsIt) {
+    observer->finishes = true;
+    observe();
+    observer->onUpdate = [&](SKPaymentQueue& queue_) { queue_.restoreCompletedTransactions(); };
+    queue->restoreCompletedTransactions();
+    backend.tell({FakeBackend::report("1", State::restored)});
+    backend.listener->restoreFinished();
+    drain();
+    observer->onUpdate = nullptr;
+    EXPECT_EQ(std::ranges::count(backend.calls, "restore"), 2);
+    backend.listener->restoreFailed(makeStoreError(SKErrorCode::paymentCancelled));
+    drain();
+    EXPECT_EQ(observer->lines,
+              (Lines{"p1:restored", "restored, 1 on the queue", "removed p1", "restore failed(2)"}));
+}
+
+TEST_F(PaymentQueueTest, ObserversMayComeAndGoInsideACallback) {
+    auto victim = make<RecordingObserver>();
+    auto const removed = make<RecordingObserver>();
+    auto const late = make<RecordingObserver>();
+    queue->addTransactionObserver(observer);
+    queue->addTransactionObserver(victim);
+    queue->addTransactionObserver(removed);
+    drain();
+    observer->onUpdate = [&](SKPaymentQueue& queue_) {
+        observer->onUpdate = nullptr;
+        victim = nullptr;
+        queue_.removeTransactionObserver(*removed);
+        queue_.addTransactionObserver(late);
+        queue_.removeTransactionObserver(*observer);
+        queue_.add(paymentFor("q"));
+    };
+    backend.tell({FakeBackend::report("1", State::purchased)});
+    drain();
+    EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
+    EXPECT_EQ(removed->lines, Lines{});
+    EXPECT_EQ(late->lines, Lines{"p1:purchased"}) << "who comes late is told in the next turn";
+    EXPECT_EQ(backend.calls.back(), "add q");
+}
+
+TEST_F(PaymentQueueTest, AnObserverMayDestroyItselfAndTheQueueInsideACallback) {
+    observe();
+    observer->onUpdate = [this](SKPaymentQueue&) {
+        queue->setBackend(nullptr);
+        queue = make<SKPaymentQueue>();
+        observer = nullptr;
+    };
+    backend.tell({FakeBackend::report("1", State::purchased)});
+    drain();
+    EXPECT_EQ(observer, nullptr);
+}
+
+TEST_F(PaymentQueueTest, EventsWithoutObserverWaitInOrder) {
+    observe();
+    queue->restoreCompletedTransactions();
+    queue->removeTransactionObserver(*observer);
+    backend.tell({FakeBackend::report("1", State::restored)});
+    backend.listener->restoreFinished();
+    drain();
+    EXPECT_EQ(observer->lines, Lines{});
+    queue->addTransactionObserver(observer);
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"p1:restored", "restored, 1 on the queue"}));
+}
+
+TEST_F(PaymentQueueTest, PromotedPurchasesAreAddedWhenAccepted) {
+    observe();
+    backend.listener->promotedPurchase({.productIdentifier = "x"}, nullptr);
+    drain();
+    EXPECT_EQ(backend.calls, Lines{});
+    observer->acceptsPromotions = true;
+    backend.listener->promotedPurchase({.productIdentifier = "x"}, nullptr);
+    backend.listener->storefrontChanged();
+    drain();
+    EXPECT_EQ(backend.calls, Lines{"add x"});
+    EXPECT_EQ(observer->lines, (Lines{"promoted x", "promoted x", "storefront FRA"}));
+}
+
+TEST_F(PaymentQueueTest, ReportsOfOtherThreadsArriveOnTheMainQueue) {
+    observe();
+    std::thread{[&] { backend.tell({FakeBackend::report("1", State::purchased)}); }}.join();
+    EXPECT_EQ(observer->lines, Lines{});
+    turn();
+    EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
+}
+
+TEST_F(PaymentQueueTest, AReplacedStoreIsForgotten) {
+    observe();
+    backend.tell({FakeBackend::report("1", State::purchased)});
+    drain();
+    backend.tell({FakeBackend::report("2", State::purchased)});
+    queue->setBackend(nullptr);
+    drain();
+    EXPECT_EQ(backend.listener, nullptr);
+    EXPECT_TRUE(queue->transactions().empty());
+    EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
+}
+
+TEST_F(PaymentQueueTest, WithoutStoreEverythingFails) {
+    queue->setBackend(nullptr);
+    observer->finishes = true;
+    queue->addTransactionObserver(observer);
+    queue->add(paymentFor("a"));
+    queue->restoreCompletedTransactions();
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"a:failed(0)", "restore failed(0)", "removed a"}));
+    EXPECT_EQ(queue->storefrontCountryCode(), "");
+}
+
+TEST_F(PaymentQueueTest, CopiesThePaymentAtTheCall) {
+    auto const payment = make<SKMutablePayment>();
+    payment->setProductIdentifier("before");
+    queue->add(payment);
+    payment->setProductIdentifier("after");
+    queue->addTransactionObserver(observer);
+    EXPECT_EQ(backend.calls.back(), "add before");
+}
+
+TEST_F(PaymentQueueTest, EndsTheProgramForAPaymentThatCannotBe) {
+    EXPECT_DEATH(queue->add(make<SKMutablePayment>()), "product identifier");
+    EXPECT_DEATH(queue->add(make<SKPayment>(SKPayment::Fields{.productIdentifier = "a", .quantity = 11})),
+                 "quantity");
+    EXPECT_DEATH(queue->add(make<SKPayment>(SKPayment::Fields{.productIdentifier = "a", .quantity = 0})),
+                 "quantity");
+}
+
+TEST_F(PaymentQueueTest, TheMonitorRecordsWhatPasses) {
+    struct Monitor : SKPaymentQueueMonitor {
+        Lines lines;
+        void paymentAdded(SKPayment const& payment) override {
+            lines.push_back("payment " + payment.productIdentifier());
+        }
+        void transactionUpdated(std::string const& id, SKPaymentTransaction const& transaction) override {
+            lines.push_back("transaction " + id + " " + nameOf(transaction.transactionState()));
+        }
+        void transactionFinished(std::string const& id, SKPaymentTransaction const&) override {
+            lines.push_back("finished " + id);
+        }
+    } monitor;
+    queue->setMonitor(&monitor);
+    observer->finishes = true;
+    observe();
+    queue->add(paymentFor("a"));
+    EXPECT_EQ(monitor.lines, Lines{"payment a"});
+    backend.tell({FakeBackend::report("7", State::purchased)});
+    drain();
+    EXPECT_EQ(monitor.lines, (Lines{"payment a", "transaction 7 purchased", "finished 7"}));
+    queue->setMonitor(nullptr);
+}
+
+TEST_F(PaymentQueueTest, RestoredTransactionsKnowTheirFirstPurchase) {
+    observe();
+    auto restored = FakeBackend::report("2", State::restored);
+    restored.transactionIdentifier = "2";
+    restored.originalKey = restored.originalIdentifier = "1";
+    restored.originalDate = 7;
+    backend.tell({restored});
+    drain();
+    auto const original = observer->last.at(0)->original();
+    ASSERT_TRUE(original);
+    EXPECT_EQ(original->transactionIdentifier(), "1");
+    EXPECT_EQ(original->transactionDate(), 7);
+    EXPECT_EQ(original->transactionState(), State::purchased);
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "platform/foundation/Clock.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/Log.h"
+#include "platform/storekit/SKPaymentQueue.h"
+#include "platform/storekit/StoreBackend.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace trelundo {
+
+/// A folder of its own, gone with the object.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        auto name = (std::filesystem::temp_directory_path() / "trelundo-XXXXXX").string();
+        if (!::mkdtemp(name.data())) std::abort();
+        path_ = name;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(TemporaryFolder const&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
+
+    std::filesystem::path operator/(char const* name) const { return path_ / name; }
+    std::filesystem::path const& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// Collects what is logged while it lives.
+class WarningCounter {
+public:
+    WarningCounter() {
+        setWarningSink([this](std::string_view text) { texts.emplace_back(text); });
+    }
+    ~WarningCounter() { setWarningSink(nullptr); }
+    WarningCounter(WarningCounter const&) = delete;
+    WarningCounter& operator=(WarningCounter const&) = delete;
+
+    std::vector<std::string> texts;
+};
+
+inline std::string nameOf(SKPaymentTransactionState state) {
+    static constexpr char const* names[] = {"purchasing", "purchased", "failed", "restored", "deferred"};
+    return names[static_cast<int>(state)];
+}
+
+/// Writes down every callback as one line: "a:purchased b:failed(2)", "removed a", "restored", "restore
+/// failed(2)".
+class RecordingObserver : public NSObject, public SKPaymentTransactionObserver {
+public:
+    std::vector<std::string> lines;
+    SKPaymentTransactions last; // of the last update
+    bool acceptsPromotions = false;
+    bool finishes = false; // everything that may be finished, inside the update
+    std::function<void(SKPaymentQueue&)> onUpdate;
+    std::function<void(SKPaymentQueue&)> onRestoreEnd;
+
+    void paymentQueueUpdatedTransactions(SKPaymentQueue& queue,
+                                         SKPaymentTransactions const& updated) override {
+        std::string line;
+        for (auto const& each : updated) line += (line.empty() ? "" : " ") + describe(*each);
+        lines.push_back(line);
+        last = updated;
+        for (auto const& each : updated) {
+            auto const state = each->transactionState();
+            bool const isOver = state != SKPaymentTransactionState::purchasing &&
+                                state != SKPaymentTransactionState::deferred;
+            if (finishes && isOver) queue.finishTransaction(each);
+        }
+        if (auto const action = onUpdate) action(queue); // a copy: it may replace itself
+    }
+    void paymentQueueRemovedTransactions(SKPaymentQueue&, SKPaymentTransactions const& removed) override {
+        std::string line = "removed";
+        for (auto const& each : removed) line += " " + each->payment()->productIdentifier();
+        lines.push_back(line);
+    }
+    void paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue& queue) override {
+        lines.push_back("restored, " + std::to_string(queue.transactions().size()) + " on the queue");
+        if (auto const action = onRestoreEnd) action(queue);
+    }
+    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& queue,
+                                                        Ref<NSError> const& error) override {
+        lines.push_back("restore failed" + describe(error));
+        if (auto const action = onRestoreEnd) action(queue);
+    }
+    bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const& payment,
+                                           Ref<SKProduct> const&) override {
+        lines.push_back("promoted " + payment->productIdentifier());
+        return acceptsPromotions;
+    }
+    void paymentQueueDidChangeStorefront(SKPaymentQueue& queue) override {
+        lines.push_back("storefront " + queue.storefrontCountryCode());
+    }
+
+    std::vector<std::string> takeLines() { return std::exchange(lines, {}); }
+
+private:
+    static std::string describe(Ref<NSError> const& error) {
+        return error ? "(" + std::to_string(error->code()) + ")" : "";
+    }
+    static std::string describe(SKPaymentTransaction const& transaction) {
+        return transaction.payment()->productIdentifier() + ":" + nameOf(transaction.transactionState()) +
+               describe(transaction.error());
+    }
+};
+
+using Lines = std::vector<std::string>;
+
+inline Ref<SKPayment> paymentFor(std::string product) {
+    return make<SKPayment>(SKPayment::Fields{.productIdentifier = std::move(product)});
+}
+
+/// A clean main queue and a clock that stands still, for each test.
+class StoreTest : public ::testing::Test {
+protected:
+    StoreTest() {
+        DispatchQueue::main().removeAll();
+        Clock::setCurrent(&clock);
+    }
+    ~StoreTest() override {
+        Clock::setCurrent(nullptr);
+        DispatchQueue::main().removeAll();
+    }
+
+    static void turn() { RunLoop::main().runTurn(); }
+    static void drain() { RunLoop::main().runUntilIdle(); }
+
+    VirtualClock clock{1000};
+};
+
+} // namespace trelundo
