@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::size_t keptLayouts = 4;
 constexpr double unlimited = greatestFiniteMagnitude;
-constexpr int scaleRounds = 3;      // a line's width is nearly proportional to its font size
-constexpr double safeScale = 0.999; // so that the rounds end on the fitting side
+constexpr int scaleRounds = 8;      // a line's width is nearly proportional to its font size
+constexpr double safeScale = 0.998; // so that the rounds end on the fitting side
 constexpr int bisectionSteps = 8;   // of the range of scales
 
 bool isSame(TextLimits const& a, TextLimits const& b) {
@@ -152,15 +152,15 @@ double UILabel::fittingScale(CGSize size) const {
 }
 
 double UILabel::fittingScaleOfLine(double width) const {
-    double best = minimumScaleFactor_;
     double scale = 1;
-    for (int round = 0; round <= scaleRounds; ++round) {
+    for (int round = 0; round < scaleRounds; ++round) {
         TextLayout const text{layoutRuns(), limits(unlimited, unlimited, 1, scale)};
         if (text.isTruncated()) return minimumScaleFactor_;
-        if (text.size().width <= width) best = std::max(best, scale);
-        scale = std::clamp(scale * safeScale * width / text.size().width, minimumScaleFactor_, 1.0);
+        if (text.size().width <= width) return scale;
+        scale *= safeScale * width / text.size().width;
+        if (scale <= minimumScaleFactor_) return minimumScaleFactor_;
     }
-    return best;
+    return minimumScaleFactor_;
 }
 
 double UILabel::fittingScaleOfLines(CGSize size) const {

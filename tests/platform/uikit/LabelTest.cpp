@@ -192,6 +192,9 @@ TEST_F(LabelTest, shrinksByTheLargestFactorThatFits) {
     text->setFrame({0, 0, natural * 0.8, 24});
     EXPECT_NEAR(text->fit().scale, 0.8, 0.02);
     EXPECT_FALSE(text->fit().truncated);
+    text->setFrame({0, 0, natural * 0.6, 24});
+    EXPECT_NEAR(text->fit().scale, 0.57, 0.03); // small sizes are set wider
+    EXPECT_FALSE(text->fit().truncated);
     EXPECT_DOUBLE_EQ(text->intrinsicContentSize().width, natural);
     text->setFrame({0, 0, natural + 50, 24});
     EXPECT_EQ(text->fit().scale, 1);
