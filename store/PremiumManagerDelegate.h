@@ -19,14 +19,17 @@ class PremiumManagerDelegate {
 public:
     virtual ~PremiumManagerDelegate() = default;
     /// The account token for payments; absent: none.
-    virtual std::optional<std::string> applicationUsername() const = 0;
-    virtual void logEvent(std::string const& name) = 0;
-    virtual void logEvent(std::string const& name, EventParameters const& parameters) = 0;
+    virtual std::optional<std::string> applicationUsername() const { return std::nullopt; }
+    virtual void logEvent(std::string const& /*name*/) {}
+    virtual void logEvent(std::string const& /*name*/, EventParameters const& /*parameters*/) {}
     /// The products request has finished, completely or not; `products` is in the host's order.
     virtual void premiumManagerDidLoadProducts(Products const& products) = 0;
     /// Whether a purchase promoted in the store goes on now.
-    virtual bool paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
-                                                   Ref<SKProduct> const& product) = 0;
+    virtual bool paymentQueueShouldAddStorePayment(SKPaymentQueue& /*queue*/,
+                                                   Ref<SKPayment> const& /*payment*/,
+                                                   Ref<SKProduct> const& /*product*/) {
+        return false;
+    }
 };
 
 } // namespace trelundo

@@ -1,0 +1,41 @@
+// The smallest host: opens a window, loads two plans from a catalogue, and sells one of them.
+// usage: minimal_host CATALOGUE.storekit PRODUCT...
+#include "platform/storekit/sandbox/SandboxStore.h"
+#include "platform/window/WindowShell.h"
+#include "screens/subscription/PremiumViewController.h"
+
+#include <cstdio>
+
+using namespace trelundo;
+
+class Host : public NSObject, public PremiumManagerDelegate {
+public:
+    explicit Host(UIWindow& window)
+        : window_(window) {}
+    void premiumManagerDidLoadProducts(Products const& products) override {
+        auto paywall = make<PremiumViewController>();
+        paywall->setFeatures({{"Everything", "picture"}});
+        paywall->setProducts(products);
+        paywall->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+        window_.rootViewController()->present(paywall, true);
+    }
+
+private:
+    UIWindow& window_;
+};
+
+int main(int argc, char** argv) {
+    if (argc < 3) return std::fprintf(stderr, "usage: minimal_host CATALOGUE.storekit PRODUCT...\n"), 2;
+    WindowShell shell{argc, argv, {.device = DeviceProfile::find("phone-390x844"), .title = "Minimal host"}};
+    auto catalogue = StoreConfiguration::load(argv[1]);
+    if (!catalogue.configuration) return std::fprintf(stderr, "%s\n", catalogue.error.c_str()), 1;
+    auto const sandbox = SandboxStore::open({.configuration = catalogue.configuration});
+    SKPaymentQueue::defaultQueue().setBackend(sandbox.store.get());
+
+    shell.window().setRootViewController(make<UIViewController>());
+    shell.window().makeKeyAndVisible();
+    auto const host = make<Host>(shell.window());
+    PremiumManager::sharedInstance().setDelegate(host);
+    PremiumManager::sharedInstance().start({argv + 2, argv + argc});
+    return shell.run();
+}

@@ -1,0 +1,105 @@
+#include "tests/tools/paywall/Program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace trelundo::paywall::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+std::vector<std::string> const screen{"describe", "PremiumViewController"};
+
+std::vector<std::string> withOptions(std::vector<std::string> const& options) {
+    auto arguments = screen;
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return arguments;
+}
+
+/// One line, no crash, the status, and every part of the message.
+void expectFailure(std::vector<std::string> const& arguments, int status,
+                   std::vector<std::string> const& parts) {
+    auto const result = runPaywall(arguments);
+    EXPECT_EQ(result.status, status) << result.output;
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), 1) << result.output;
+    for (auto const& part : parts) EXPECT_THAT(result.output, HasSubstr(part));
+}
+
+TEST(BadUsage, EndsWithStatus2AndNamesTheCulprit) {
+    expectFailure({"describe", "NoSuchScreen"}, 2, {"NoSuchScreen"});
+    expectFailure(withOptions({"--device", "toaster"}), 2, {"toaster"});
+    expectFailure(withOptions({"--language", "qq"}), 2, {"qq"});
+    expectFailure(withOptions({"--no-such-option"}), 2, {"--no-such-option"});
+    expectFailure(withOptions({"--set", "colour"}), 2, {"colour"});
+    expectFailure(withOptions({"--set", "shoeSize=44"}), 2, {"shoeSize"});
+    expectFailure(withOptions({"--set", "selectedProductIndex=many"}), 2, {"selectedProductIndex", "many"});
+    expectFailure({"store", "approve", "--store", "x"}, 2, {"ID"});
+    EXPECT_EQ(runPaywall({}).status, 2);
+}
+
+class BadFile : public testing::Test {
+protected:
+    std::string write(std::string const& name, std::string const& text) {
+        return writeText(folder / name, text);
+    }
+    void expectBadCatalogue(std::string const& text, std::vector<std::string> const& parts) {
+        auto const path = write("Broken.storekit", text);
+        auto all = parts;
+        all.push_back(path);
+        expectFailure({"products", "--catalogue", path}, 1, all);
+    }
+    void expectBadScript(std::string const& text, std::vector<std::string> const& parts) {
+        auto const path = write("broken.paywall", text);
+        expectFailure({"run", "PremiumViewController", "--script", path, "--log", "/dev/null"}, 1, parts);
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(BadFile, CataloguesAreRefusedWithTheirPlace) {
+    expectFailure({"products", "--catalogue", "/nowhere/x.storekit"}, 1, {"/nowhere/x.storekit"});
+    expectBadCatalogue("<<<<<<< HEAD\n", {"line 1"});
+    expectBadCatalogue("{\"products\": [\n", {});
+    expectBadCatalogue(std::string(100'000, '['), {});
+    expectBadCatalogue("{\"products\": 7}", {"products"});
+    expectBadCatalogue(std::string(9'000'000, ' ') + "{}", {"8 MB"});
+    expectFailure({"products", "--catalogue", folder / "."}, 1, {});
+}
+
+TEST_F(BadFile, ScriptsAreRefusedWithTheirLine) {
+    expectBadScript("advance 1\n\njump\n", {"broken.paywall:3", "jump"});
+    expectBadScript("tap\n", {"broken.paywall:1", "tap NAME"});
+    expectBadScript("tap \"no end\n", {"broken.paywall:1"});
+    expectBadScript("tap nothingThere\n", {"broken.paywall:1", "nothingThere"});
+    expectBadScript("advance soon\n", {"soon"});
+    expectBadScript("alert OK\n", {"no alert"});
+    expectBadScript("store next maybe\n", {"maybe"});
+    expectBadScript("expect event name=Buy\n", {"broken.paywall:1", "no such line"});
+    expectFailure({"run", "PremiumViewController", "--script", "/nowhere.paywall"}, 1, {"/nowhere.paywall"});
+}
+
+TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
+    expectFailure({"store", "list", "--store", folder / "missing.sqlite"}, 1, {"missing.sqlite"});
+    auto const script =
+        write("buy.paywall", "tap continueButton\nadvance 2\nexpect transaction state=purchased\n");
+    auto const store = write("store.sqlite", "this is no database, however long it may be");
+    auto const result = runPaywall({"run", "PremiumViewController", "--script", script, "--store", store});
+    EXPECT_EQ(result.status, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr(store)) << "the broken file is reported";
+    auto const listed = runPaywall({"store", "list", "--store", store});
+    EXPECT_THAT(listed.output, AllOf(HasSubstr("purchased"), HasSubstr("finished")));
+}
+
+TEST_F(BadFile, PicturesAreMissedNotFatal) {
+    std::filesystem::create_directory(folder / "pictures");
+    write("pictures/premium_background.png", "not a picture");
+    auto const result =
+        runPaywall(withOptions({"--pictures", folder / "pictures", "--set",
+                                "features=One:../../etc/passwd;Two:/etc/passwd;Three:missing"}));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("premium_background.png"));
+    EXPECT_THAT(result.output, HasSubstr("../../etc/passwd"));
+}
+
+} // namespace
+} // namespace trelundo::paywall::test

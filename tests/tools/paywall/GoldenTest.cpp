@@ -1,0 +1,65 @@
+#include "tests/tools/paywall/Program.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace trelundo::paywall::test {
+namespace {
+
+/// One view of one screen, kept as a layout, and as a picture where it stands for a look.
+struct Golden {
+    std::string name;
+    std::string screen;
+    std::vector<std::string> options;
+    bool hasPicture = false;
+};
+
+std::vector<Golden> const goldens{
+    {"first-phone", "PremiumViewController", {}, true},
+    {"first-small-phone-de", "PremiumViewController", {"--device", "phone-320x568", "--language", "de"}},
+    {"first-tablet-landscape-ar",
+     "PremiumViewController",
+     {"--device", "tablet-820x1180", "--landscape", "--language", "ar"},
+     true},
+    {"first-phone-landscape-ja", "PremiumViewController", {"--landscape", "--language", "ja"}},
+};
+
+class GoldenTest : public testing::TestWithParam<Golden> {
+protected:
+    std::vector<std::string> arguments(std::string const& command) const {
+        std::vector<std::string> all{command, GetParam().screen};
+        all.insert(all.end(), GetParam().options.begin(), GetParam().options.end());
+        return all;
+    }
+    /// Compares, or with TRELUNDO_REBASELINE set keeps, what the tool gives.
+    static void compare(std::string const& actual, std::string const& file) {
+        auto const path = sourceFolder() / "tests/goldens" / file;
+        if (std::getenv("TRELUNDO_REBASELINE")) writeText(path, actual);
+        EXPECT_TRUE(actual == readText(path)) << file << " differs; see scripts/rebaseline";
+    }
+};
+
+TEST_P(GoldenTest, LayoutIsAsKept) {
+    auto const result = runPaywall(arguments("describe"));
+    ASSERT_EQ(result.status, 0) << result.output;
+    compare(result.output, GetParam().name + ".json");
+}
+
+TEST_P(GoldenTest, PictureIsAsKept) {
+    if (!GetParam().hasPicture) return;
+    TemporaryFolder folder;
+    auto all = arguments("render");
+    all.insert(all.end(), {"--out", folder / "picture.png"});
+    auto const result = runPaywall(all);
+    ASSERT_EQ(result.status, 0) << result.output;
+    compare(readText(folder / "picture.png"), GetParam().name + ".png");
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, GoldenTest, testing::ValuesIn(goldens), [](auto const& information) {
+    auto name = information.param.name;
+    std::ranges::replace(name, '-', '_');
+    return name;
+});
+
+} // namespace
+} // namespace trelundo::paywall::test
