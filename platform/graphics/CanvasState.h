@@ -24,15 +24,20 @@ struct Canvas::State {
     std::vector<QRect> saved;
 };
 
-/// Swaps the painter's transform for device pixels as long as it lives.
+/// Swaps the painter's transform for device pixels as long as it lives. Images are not resampled meanwhile,
+/// which lets the painter copy them the short way.
 class DevicePixels {
 public:
     explicit DevicePixels(QPainter& painter)
         : painter_(painter)
         , saved_(painter.worldTransform()) {
         painter_.resetTransform();
+        painter_.setRenderHint(QPainter::SmoothPixmapTransform, false);
     }
-    ~DevicePixels() { painter_.setWorldTransform(saved_); }
+    ~DevicePixels() {
+        painter_.setRenderHint(QPainter::SmoothPixmapTransform, true);
+        painter_.setWorldTransform(saved_);
+    }
     DevicePixels(DevicePixels const&) = delete;
     DevicePixels& operator=(DevicePixels const&) = delete;
 

@@ -1,0 +1,77 @@
+#include "platform/window/DesktopDisplay.h"
+#include "platform/window/OffscreenShell.h"
+#include "platform/window/WheelScrolling.h"
+
+#include "platform/uikit/collection/UIScrollView.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace trelundo {
+
+TEST(ResizedProfile, IsTheDeviceItselfAtItsOwnSizeInBothOrientations) {
+    auto const& phone = *DeviceProfile::find("phone-430x932");
+    EXPECT_EQ(resizedProfile(phone, {430, 932}).landscapeHorizontal, phone.landscapeHorizontal);
+    EXPECT_EQ(resizedProfile(phone, {932, 430}).points, phone.points);
+}
+
+TEST(ResizedProfile, TakesSizeClassesFromTheNewSize) {
+    auto const& tablet = *DeviceProfile::find("tablet-820x1180");
+    auto const narrow = resizedProfile(tablet, {438, 1180});
+    EXPECT_EQ(narrow.points, (CGSize{438, 1180}));
+    EXPECT_EQ(narrow.portraitHorizontal, UIUserInterfaceSizeClass::compact);
+    EXPECT_EQ(narrow.portraitVertical, UIUserInterfaceSizeClass::regular);
+    auto const wide = resizedProfile(tablet, {900, 400});
+    EXPECT_EQ(wide.points, (CGSize{400, 900}));
+    EXPECT_EQ(wide.landscapeHorizontal, UIUserInterfaceSizeClass::regular);
+    EXPECT_EQ(wide.landscapeVertical, UIUserInterfaceSizeClass::compact);
+    EXPECT_EQ(wide.nativePixels, (CGSize{800, 1800}));
+}
+
+TEST(DisplayAnswers, ADisplayThatNobodyServesIsNone) {
+    auto const remember = [](char const* name) {
+        return std::string(std::getenv(name) ? std::getenv(name) : "");
+    };
+    std::string const names[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    std::string const before[] = {remember("DISPLAY"), remember("WAYLAND_DISPLAY"),
+                                  remember("QT_QPA_PLATFORM")};
+    for (auto const& name : names) ::unsetenv(name.c_str());
+    EXPECT_FALSE(displayAnswers());
+    ::setenv("DISPLAY", ":4711", 1);
+    EXPECT_FALSE(displayAnswers());
+    ::setenv("DISPLAY", "nonsense", 1);
+    EXPECT_FALSE(displayAnswers());
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    EXPECT_TRUE(displayAnswers());
+    for (int i = 0; i < 3; ++i) {
+        if (before[i].empty())
+            ::unsetenv(names[i].c_str());
+        else
+            ::setenv(names[i].c_str(), before[i].c_str(), 1);
+    }
+}
+
+TEST(WheelScrolling, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {
+    OffscreenShell shell({.device = DeviceProfile::find("phone-375x667")});
+    auto const page = make<UIScrollView>(CGRect{0, 0, 375, 667});
+    page->setContentSize({375, 1000});
+    auto const strip = make<UIScrollView>(CGRect{0, 0, 375, 100});
+    strip->setContentSize({500, 100});
+    page->addSubview(strip);
+    shell.window().addSubview(page);
+    shell.advance(0);
+    // An upright wheel moves a strip sideways, and the page once the strip has no more room.
+    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
+    EXPECT_EQ(strip->contentOffset(), (CGPoint{100, 0}));
+    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
+    EXPECT_EQ(strip->contentOffset(), (CGPoint{125, 0}));
+    auto const before = page->contentOffset().y;
+    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
+    EXPECT_EQ(page->contentOffset().y, before + 100);
+    page->setScrollEnabled(false);
+    EXPECT_FALSE(scrollByWheel(shell.window(), {50, 500}, 0, 100));
+    EXPECT_FALSE(scrollByWheel(shell.window(), {5000, 500}, 0, 100));
+}
+
+} // namespace trelundo

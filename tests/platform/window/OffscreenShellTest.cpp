@@ -1,0 +1,177 @@
+#include "platform/window/OffscreenShell.h"
+
+#include "platform/coreanimation/CADisplayLink.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/graphics/Surface.h"
+#include "platform/uikit/collection/UIScrollView.h"
+#include "platform/uikit/controls/UIButton.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace trelundo {
+
+namespace {
+
+class OffscreenShellTest : public testing::Test {
+protected:
+    Ref<UIView> addView(CGRect frame, std::optional<UIColor> color) {
+        auto view = make<UIView>(frame);
+        view->setBackgroundColor(color);
+        shell.window().addSubview(view);
+        return view;
+    }
+
+    OffscreenShell shell{{.device = DeviceProfile::find("phone-375x667"), .startDate = 1000}};
+};
+
+/// Counts taps.
+class Tapped : public NSObject {
+public:
+    void tap() { ++taps; }
+    int taps = 0;
+};
+
+} // namespace
+
+TEST_F(OffscreenShellTest, TimeMovesInWholeFramesAndKeepsWhatIsLeftOver) {
+    std::vector<double> frames;
+    auto const link = CADisplayLink::add([&](double time) { frames.push_back(time * 60); });
+    shell.advance(0.05); // three frames
+    EXPECT_THAT(frames, ElementsAre(1, 2, 3));
+    shell.advance(0.01);
+    EXPECT_EQ(frames.size(), 3u);
+    shell.advance(0.01);
+    EXPECT_EQ(frames.size(), 4u);
+    EXPECT_DOUBLE_EQ(shell.now(), 4 / 60.0);
+    for (int i = 0; i < 100; ++i) shell.advance(0.1);
+    EXPECT_NEAR(static_cast<double>(frames.size()), (0.07 + 10) * 60, 1);
+    EXPECT_DOUBLE_EQ(Clock::current().now(), shell.now());
+    EXPECT_DOUBLE_EQ(Clock::current().date(), 1000 + shell.now());
+    CADisplayLink::remove(link);
+}
+
+TEST_F(OffscreenShellTest, AdvancingByNothingIsOneTurnAtThePresentMoment) {
+    std::vector<std::string> calls;
+    DispatchQueue::main().async([&] {
+        calls.emplace_back("first");
+        DispatchQueue::main().async([&] { calls.emplace_back("second"); });
+    });
+    EXPECT_THAT(calls, IsEmpty());
+    shell.advance(0);
+    EXPECT_THAT(calls, ElementsAre("first"));
+    shell.advance(0);
+    EXPECT_THAT(calls, ElementsAre("first", "second"));
+    EXPECT_EQ(shell.now(), 0);
+}
+
+TEST_F(OffscreenShellTest, DelayedBlocksComeAtTheirFrame) {
+    double ran = -1;
+    DispatchQueue::main().asyncAfter(0.1, [&] { ran = shell.now(); });
+    shell.advance(0.09);
+    EXPECT_EQ(ran, -1);
+    shell.advance(1);
+    EXPECT_NEAR(ran, 0.1, 1e-9);
+}
+
+TEST_F(OffscreenShellTest, ViewAnimationsRunInVirtualTime) {
+    auto const view = addView({0, 0, 10, 10}, UIColor::red());
+    std::vector<bool> ended;
+    UIView::animate({.duration = 0.5,
+                     .options = UIViewAnimationOptions::curveLinear,
+                     .animations = [&] { view->setAlpha(0); },
+                     .completion = [&](bool finished) { ended.push_back(finished); }});
+    shell.advance(0.25);
+    EXPECT_NEAR(view->layer().presentationValues().opacity, 0.5, 1e-6);
+    EXPECT_THAT(ended, IsEmpty());
+    shell.advance(0.25);
+    EXPECT_THAT(ended, ElementsAre(true));
+}
+
+TEST_F(OffscreenShellTest, TheDriftOfACarouselAdvancesOnePointAFrame) {
+    auto const strip = make<UIScrollView>(CGRect{0, 0, 300, 100});
+    strip->setContentSize({1e6, 100});
+    shell.window().addSubview(strip);
+    std::function<void()> step = [&] {
+        UIView::animate({.duration = 0.001,
+                         .options = UIViewAnimationOptions::curveLinear,
+                         .animations =
+                             [&] {
+                                 strip->setContentOffset({strip->contentOffset().x + 1, 0});
+                             },
+                         .completion = [&](bool) { step(); }});
+    };
+    step();
+    shell.advance(1);
+    EXPECT_EQ(strip->contentOffset().x, 61);
+    strip->removeFromSuperview();
+    step = [] {};
+    shell.advance(0.1);
+}
+
+TEST_F(OffscreenShellTest, RendersAtDeviceScaleAndFollowsRotationAndStyle) {
+    addView({0, 0, 100, 50}, UIColor::red());
+    auto const& upright = shell.render();
+    EXPECT_EQ(upright.pixelWidth(), 750);
+    EXPECT_EQ(upright.pixelHeight(), 1334);
+    EXPECT_EQ(upright.pixel(199, 99) & 0xffffff, upright.pixel(0, 0) & 0xffffff);
+    EXPECT_NE(upright.pixel(200, 99), upright.pixel(199, 99));
+    shell.rotate(true);
+    EXPECT_EQ(shell.render().pixelWidth(), 1334);
+    EXPECT_EQ(shell.window().bounds(), CGRect(0, 0, 667, 375));
+    EXPECT_EQ(shell.window().traitCollection().verticalSizeClass, UIUserInterfaceSizeClass::compact);
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(shell.window().traitCollection().userInterfaceStyle, UIUserInterfaceStyle::dark);
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::light);
+}
+
+TEST_F(OffscreenShellTest, TapsReachTheControlUnderThem) {
+    auto const button = make<UIButton>();
+    button->setFrame({100, 100, 80, 40});
+    auto const target = make<Tapped>();
+    button->addTarget(target.get(), &Tapped::tap, UIControlEvents::touchUpInside);
+    shell.window().addSubview(button);
+    shell.tap({110, 110});
+    EXPECT_EQ(target->taps, 1);
+    shell.tap({90, 110});
+    EXPECT_EQ(target->taps, 1);
+}
+
+TEST_F(OffscreenShellTest, DraggingTakesVirtualTimeAndScrolls) {
+    auto const strip = make<UIScrollView>(CGRect{0, 0, 300, 100});
+    strip->setContentSize({2000, 100});
+    shell.window().addSubview(strip);
+    shell.drag({200, 50}, -120, 0, 0.5);
+    EXPECT_NEAR(shell.now(), 0.5, 1e-9);
+    EXPECT_GT(strip->contentOffset().x, 90);
+    auto const released = strip->contentOffset().x;
+    shell.advance(3);
+    EXPECT_GT(strip->contentOffset().x, released) << "it runs on with inertia";
+    EXPECT_FALSE(strip->isDecelerating());
+}
+
+TEST_F(OffscreenShellTest, AFailedSnapshotNamesTheFile) {
+    std::string reason;
+    EXPECT_FALSE(shell.snapshot("/no/such/folder/a.png", reason));
+    EXPECT_THAT(reason, testing::HasSubstr("/no/such/folder/a.png"));
+}
+
+TEST(OffscreenShells, OneAfterAnotherStartAtZero) {
+    auto const* device = DeviceProfile::find("phone-320x568");
+    int calls = 0;
+    {
+        OffscreenShell first({.device = device});
+        first.advance(1);
+        DispatchQueue::main().async([&] { ++calls; });
+    }
+    OffscreenShell second({.device = device});
+    EXPECT_EQ(Clock::current().now(), 0);
+    second.advance(1);
+    EXPECT_EQ(calls, 0) << "what the first left behind belongs to its time";
+}
+
+} // namespace trelundo
