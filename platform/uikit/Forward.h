@@ -34,6 +34,7 @@ class UITraitCollection;
 class UIView;
 class UIViewController;
 class UIWindow;
+class FittingScope;
 class LayoutEngine;
 class LayoutNode;
 class LayoutPass;

@@ -8,9 +8,9 @@ namespace trelundo {
 /// does not compile: only anchors of the same kind combine.
 template <class Kind> class NSLayoutAnchor {
 public:
-    NSLayoutAnchor(Ref<NSObject> item, NSLayoutAttribute attribute)
-        : item(std::move(item))
-        , attribute(attribute) {}
+    NSLayoutAnchor(Ref<NSObject> ofItem, NSLayoutAttribute ofAttribute)
+        : item(std::move(ofItem))
+        , attribute(ofAttribute) {}
 
     Ref<NSObject> item;
     NSLayoutAttribute attribute;
@@ -36,8 +36,8 @@ Kind operator-(Kind anchor, double points) requires std::derived_from<Kind, NSLa
 template <class Kind>
 LayoutRule relate(Kind const& a, NSLayoutRelation relation,
                   Kind const& b) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
-    return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier,
-                    b.constant - a.constant);
+    return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier / a.multiplier,
+                    (b.constant - a.constant) / a.multiplier);
 }
 
 class NSLayoutXAxisAnchor : public NSLayoutAnchor<NSLayoutXAxisAnchor> {
@@ -98,7 +98,7 @@ public:
 private:
     LayoutRule compare(NSLayoutRelation relation, double points) const {
         return makeRule(item, attribute, relation, nullptr, NSLayoutAttribute::notAnAttribute, 1,
-                        points - constant);
+                        (points - constant) / multiplier);
     }
 };
 

@@ -90,13 +90,22 @@ public:
     void setTakesPrecedence(bool takes) { takesPrecedence_ = takes; }
 
 private:
+    friend class FittingScope;
     friend class LayoutEngine;
     friend class LayoutNode;
     friend class UIView;
 
+    /// An item as it is while the constraint is active.
+    struct Item {
+        UIView* view = nullptr; // a guide's owner
+        UILayoutGuide* guide = nullptr;
+    };
+
+    static Item resolve(NSObject* object);
     void install();
     void uninstall();
     void detachFromOwner();
+    void markItems() const;
 
     Weak<NSObject> firstItem_;
     Weak<NSObject> secondItem_;
@@ -110,6 +119,8 @@ private:
     bool active_ = false;
     bool takesPrecedence_ = false;
     std::string identifier_;
+    Item first_;
+    Item second_;
     UIView* owner_ = nullptr; // the view it is installed on while active
     int engineId_ = -1;       // its row in the layout engine; -1: none
 };

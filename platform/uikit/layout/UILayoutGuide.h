@@ -29,6 +29,7 @@ public:
 
 private:
     friend class UIView;
+    friend class FittingScope;
     friend class LayoutEngine;
     friend class LayoutNode;
 

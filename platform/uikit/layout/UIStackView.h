@@ -46,12 +46,15 @@ public:
     bool isLayoutMarginsRelativeArrangement() const { return marginsRelative_; }
     void setLayoutMarginsRelativeArrangement(bool relative);
 
+    void setHidden(bool hidden) override;
     void updateConstraints() override;
     void willRemoveSubview(UIView& view) override;
 
 private:
     friend class UIView;
     void arrangementDidChange();
+    void contentOfArrangedDidChange();
+    double spacingAfter(UIView const& view) const;
 
     struct State;
     std::unique_ptr<State> state_;

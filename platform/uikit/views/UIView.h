@@ -263,6 +263,7 @@ protected:
     virtual void appearanceDidChange();
 
 private:
+    friend class FittingScope;
     friend class LayoutEngine;
     friend class LayoutNode;
     friend class LayoutPass;
@@ -306,6 +307,10 @@ private:
     // Layout's part of changes of tree and geometry (UIViewLayout.cpp).
     void markSubtreeForLayout();
     void marginsDidChange();
+    void contentPriorityDidChange();
+    void dropConstraintsAcross(UIView const& border);
+    void autoresize(CGSize superviewSizeBefore);
+    Ref<UILayoutGuide> makeInsetGuide(std::string identifier, bool followsSafeArea);
     bool updateSafeAreaInsets(); // true when they are other ones now; reports them
     void layoutSubviewAdded(UIView& view);
     void layoutSubviewWillBeRemoved(UIView& view);
@@ -345,6 +350,7 @@ private:
     bool subtreeNeedsConstraints_ = true; // the same for updateConstraints()
     bool safeAreaIsStale_ = true;         // its place or the window's insets may have changed
     bool isLayingOut_ = false;
+    CGSize laidOutSize_; // by which subviews were last autoresized
     std::shared_ptr<LayoutNode> layoutNode_; // its part in constraint layout, made when first needed
 
     std::optional<UITraitCollection> lastTraits_; // as last reported; absent before the first window
