@@ -292,6 +292,7 @@ Ref<SKProductDiscount> StoreConfigurationReader::introductoryOffer(JsonValue con
 }
 
 Ref<SKProductDiscount> StoreConfigurationReader::offer(JsonValue const& entry, SKProductDiscountType type) {
+    if (entry.string("paymentMode") == "none") return nullptr;
     SKProductDiscount::Fields fields{.type = type, .priceLocale = priceLocale_};
     std::string name = "an introductory offer";
     if (type == SKProductDiscountType::subscription) {

@@ -1,0 +1,447 @@
+#include "StoreTestSupport.h"
+
+#include "platform/storekit/SKError.h"
+#include "platform/storekit/SKProductsRequest.h"
+#include "platform/storekit/sandbox/SandboxStore.h"
+
+#include <algorithm>
+#include <memory>
+#include <openssl/bio.h>
+#include <openssl/ec.h>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+
+namespace trelundo {
+namespace {
+
+using Kind = SandboxStore::Outcome::Kind;
+using RestoreKind = SandboxStore::RestoreOutcome::Kind;
+using State = SKPaymentTransactionState;
+
+constexpr char const* products = R"("products": [
+    {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
+    {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}],
+  "nonRenewingSubscriptions": [{"productID": "pass", "displayPrice": "5", "type": "NonRenewingSubscription"}],
+  "subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month", "displayPrice": "4.99",
+    "type": "RecurringSubscription", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
+      {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}])";
+
+StoreConfiguration catalogue(std::string const& settings = "{}") {
+    return *StoreConfiguration::parse(std::string{R"({"settings": )"} + settings + ", " + products + "}",
+                                      "shop")
+                .configuration;
+}
+
+/// A queue and its observer on a sandbox store; reopen() is the next run of the program.
+class SandboxStoreTest : public StoreTest {
+protected:
+    ~SandboxStoreTest() override { queue->setBackend(nullptr); }
+
+    void open(SandboxStore::Options options = {.configuration = catalogue(), .seed = 0}) {
+        auto opened = SandboxStore::open(options);
+        ASSERT_TRUE(opened.store) << opened.error;
+        queue->setBackend(opened.store.get());
+        store = std::move(opened.store);
+        queue->addTransactionObserver(observer);
+        drain();
+    }
+    void openFile(std::string const& settings = "{}") {
+        open({.file = folder / "store.db", .configuration = catalogue(settings), .seed = 0});
+    }
+    void close() {
+        queue->setBackend(nullptr);
+        store = nullptr;
+        queue->removeTransactionObserver(*observer);
+        drain();
+        observer->lines.clear();
+    }
+    Lines buy(std::string product) {
+        queue->add(paymentFor(std::move(product)));
+        drain();
+        return observer->takeLines();
+    }
+    Lines restore() {
+        queue->restoreCompletedTransactions();
+        drain();
+        return observer->takeLines();
+    }
+    int failureOf(SKPayment::Fields payment) {
+        queue->add(make<SKPayment>(std::move(payment)));
+        drain();
+        auto const error = observer->last.at(0)->error();
+        return error ? error->code() : -1;
+    }
+
+    TemporaryFolder folder;
+    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    Ref<RecordingObserver> observer = make<RecordingObserver>();
+    std::unique_ptr<SandboxStore> store;
+    WarningCounter warnings;
+};
+
+TEST_F(SandboxStoreTest, SellsByTurns) {
+    open();
+    queue->add(paymentFor("coins"));
+    EXPECT_EQ(observer->lines, Lines{});
+    turn();
+    EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
+    turn();
+    EXPECT_EQ(observer->lines, (Lines{"coins:purchasing", "coins:purchased"}));
+    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000001");
+    EXPECT_EQ(observer->last.at(0)->transactionDate(), 1000);
+}
+
+TEST_F(SandboxStoreTest, WaitsForTheDelay) {
+    open({.configuration = catalogue(), .seed = 3, .delay = 2});
+    queue->add(paymentFor("coins"));
+    drain();
+    EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
+    clock.setNow(2);
+    drain();
+    EXPECT_EQ(observer->lines.back(), "coins:purchased");
+    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003001");
+    EXPECT_EQ(observer->last.at(0)->transactionDate(), 1002);
+}
+
+TEST_F(SandboxStoreTest, FollowsTheScript) {
+    open();
+    observer->finishes = true;
+    for (auto const& [outcome, expected] :
+         {std::pair{SandboxStore::Outcome{Kind::failed, 7}, "coins:failed(7)"},
+          {SandboxStore::Outcome{Kind::failedWithoutError, 0}, "coins:failed"},
+          {SandboxStore::Outcome{Kind::cancelled, 0}, "coins:failed(2)"},
+          {SandboxStore::Outcome{Kind::deferred, 0}, "coins:deferred"},
+          {SandboxStore::Outcome{Kind::purchased, 0}, "coins:purchased"}}) {
+        store->setNextOutcome(outcome);
+        EXPECT_EQ(buy("coins").at(1), expected);
+    }
+    EXPECT_EQ(buy("coins").at(1), "coins:purchased");
+}
+
+TEST_F(SandboxStoreTest, RefusesWhatItCannotSell) {
+    open();
+    EXPECT_EQ(buy("nothing"), (Lines{"nothing:purchasing", "nothing:failed(5)"}));
+    store->setCanMakePayments(false);
+    EXPECT_EQ(buy("coins").back(), "coins:failed(4)");
+    EXPECT_FALSE(store->canMakePayments());
+}
+
+TEST_F(SandboxStoreTest, ChecksOffers) {
+    open();
+    auto const pay = [&](SKPaymentDiscount::Fields fields, std::string product = "month") {
+        return failureOf({.productIdentifier = product, .paymentDiscount = make<SKPaymentDiscount>(fields)});
+    };
+    SKPaymentDiscount::Fields const sound{
+        .identifier = "offer", .keyIdentifier = "K", .nonce = "n", .signature = "s"};
+    EXPECT_EQ(pay(sound), -1);
+    EXPECT_EQ(pay(sound, "badge"), 11) << "an offer of another product";
+    auto broken = sound;
+    broken.identifier = "other";
+    EXPECT_EQ(pay(broken), 11);
+    for (auto field : {&SKPaymentDiscount::Fields::identifier, &SKPaymentDiscount::Fields::keyIdentifier,
+                       &SKPaymentDiscount::Fields::nonce, &SKPaymentDiscount::Fields::signature}) {
+        broken = sound;
+        broken.*field = "";
+        EXPECT_EQ(pay(broken), 13);
+    }
+}
+
+/// A fresh key pair that signs as a server would.
+class Signer {
+public:
+    Signer()
+        : key_(EVP_EC_gen("P-256")) {}
+    ~Signer() { EVP_PKEY_free(key_); }
+    Signer(Signer const&) = delete;
+    Signer& operator=(Signer const&) = delete;
+
+    std::string publicKey() const {
+        BIO* const buffer = BIO_new(BIO_s_mem());
+        PEM_write_bio_PUBKEY(buffer, key_);
+        char* text = nullptr;
+        auto const length = BIO_get_mem_data(buffer, &text);
+        std::string const pem(text, static_cast<std::size_t>(length));
+        BIO_free(buffer);
+        return pem;
+    }
+    std::string sign(std::string const& payload) const {
+        auto const* const bytes = reinterpret_cast<unsigned char const*>(payload.data());
+        EVP_MD_CTX* const digest = EVP_MD_CTX_new();
+        std::size_t length = 0;
+        EVP_DigestSignInit(digest, nullptr, EVP_sha256(), nullptr, key_);
+        EVP_DigestSign(digest, nullptr, &length, bytes, payload.size());
+        std::vector<unsigned char> signature(length);
+        EVP_DigestSign(digest, signature.data(), &length, bytes, payload.size());
+        EVP_MD_CTX_free(digest);
+        std::vector<unsigned char> text(length / 3 * 4 + 8);
+        auto const count = EVP_EncodeBlock(text.data(), signature.data(), static_cast<int>(length));
+        return {text.begin(), text.begin() + count};
+    }
+
+private:
+    EVP_PKEY* key_;
+};
+
+TEST_F(SandboxStoreTest, ChecksSignaturesWhenItHasAKey) {
+    Signer const signer;
+    OfferKey const key{.identifier = "K1", .publicKey = signer.publicKey(), .bundleIdentifier = "app"};
+    open({.configuration = catalogue(), .seed = 0, .offerKey = key});
+    SKPaymentDiscount::Fields discount{
+        .identifier = "offer", .keyIdentifier = "K1", .nonce = "n", .timestamp = 42};
+    SKPayment::Fields payment{.productIdentifier = "month", .applicationUsername = "user"};
+    payment.paymentDiscount = make<SKPaymentDiscount>(discount);
+    discount.signature = signer.sign("app\u2063K1\u2063month\u2063offer\u2063user\u2063n\u206342");
+    auto const pay = [&](SKPaymentDiscount::Fields const& fields) {
+        payment.paymentDiscount = make<SKPaymentDiscount>(fields);
+        return failureOf(payment);
+    };
+    EXPECT_EQ(pay(discount), -1);
+    auto later = discount;
+    later.timestamp = 43;
+    EXPECT_EQ(pay(later), 12);
+    auto garbage = discount;
+    for (auto const* text : {"????", "AAAA", "x", "="}) {
+        garbage.signature = text;
+        EXPECT_EQ(pay(garbage), 12);
+    }
+    auto otherKey = discount;
+    otherKey.keyIdentifier = "K2";
+    EXPECT_EQ(pay(otherKey), 12);
+    payment.applicationUsername = "someone else";
+    EXPECT_EQ(pay(discount), 12);
+    EXPECT_FALSE(isOfferSignatureValid({.identifier = "K1", .publicKey = "no key", .bundleIdentifier = "app"},
+                                       payment));
+}
+
+TEST_F(SandboxStoreTest, HonoursTheSettingsOfTheConfiguration) {
+    open({.configuration = catalogue(R"({"_askToBuyEnabled": true, "_storefront": "JPN"})"), .seed = 0});
+    EXPECT_EQ(buy("coins").back(), "coins:deferred");
+    EXPECT_EQ(queue->storefrontCountryCode(), "JPN");
+    store->setStorefront("FRA");
+    drain();
+    EXPECT_EQ(observer->takeLines(), Lines{"storefront FRA"});
+    open({.configuration =
+              catalogue(R"({"_failTransactionsEnabled": true, "_storeKitError": 3, "_storeKitErrors": [
+        {"name": "App Store Sync", "enabled": true}]})"),
+          .seed = 0});
+    EXPECT_EQ(buy("coins").back(), "coins:failed(3)");
+    EXPECT_EQ(restore().back(), "restore failed(0)");
+    store->setNextOutcome({});
+    store->setRestoreOutcome({});
+    EXPECT_EQ(buy("coins").back(), "coins:purchased") << "a script goes before the settings";
+    EXPECT_EQ(restore().back(), "restored, 2 on the queue");
+}
+
+TEST_F(SandboxStoreTest, AsksToBuyForAPaymentThatSimulatesIt) {
+    open();
+    queue->add(
+        make<SKPayment>(SKPayment::Fields{.productIdentifier = "coins", .simulatesAskToBuyInSandbox = true}));
+    drain();
+    EXPECT_EQ(observer->lines.back(), "coins:deferred");
+}
+
+TEST_F(SandboxStoreTest, AnswersForProducts) {
+    open();
+    StoreBackend::ProductsResult answer;
+    store->loadProducts({"month", "none", "coins"}, [&](auto result) { answer = std::move(result); });
+    drain();
+    EXPECT_EQ(answer.products.size(), 2U);
+    EXPECT_EQ(answer.invalidIdentifiers, Lines{"none"});
+    EXPECT_FALSE(answer.error);
+    auto const closed = catalogue(R"({"_storeKitErrors": [{"name": "Load Products", "enabled": true}]})");
+    open({.configuration = closed, .seed = 0});
+    store->loadProducts({"month"}, [&](auto result) { answer = std::move(result); });
+    drain();
+    ASSERT_TRUE(answer.error);
+    EXPECT_TRUE(answer.products.empty());
+}
+
+TEST_F(SandboxStoreTest, RestoresWhatIsOwned) {
+    observer->finishes = true;
+    open();
+    for (auto const* product : {"coins", "badge", "pass", "month", "badge"}) buy(product);
+    EXPECT_EQ(restore(),
+              (Lines{"badge:restored month:restored", "restored, 2 on the queue", "removed badge month"}));
+    auto const badge = observer->last.at(0);
+    EXPECT_EQ(badge->original()->transactionIdentifier(), "1000000002");
+    EXPECT_NE(badge->transactionIdentifier(), "1000000002");
+    EXPECT_EQ(restore().at(0), "badge:restored month:restored") << "as often as asked";
+
+    store->setRestoreOutcome({RestoreKind::nothing, 0});
+    EXPECT_EQ(restore(), Lines{"restored, 0 on the queue"});
+    store->setRestoreOutcome({RestoreKind::failed, 2});
+    EXPECT_EQ(restore(), Lines{"restore failed(2)"});
+    store->setRestoreOutcome({RestoreKind::failedWithoutError, 0});
+    EXPECT_EQ(restore(), Lines{"restore failed"});
+}
+
+TEST_F(SandboxStoreTest, RestoringAgainUsesWhatIsStillUnfinished) {
+    openFile();
+    buy("badge");
+    restore();
+    auto const before = store->transactions().size();
+    restore();
+    EXPECT_EQ(store->transactions().size(), before);
+    close();
+    openFile();
+    EXPECT_EQ(observer->lines, Lines{"badge:purchased badge:restored"});
+}
+
+TEST_F(SandboxStoreTest, WhatIsUnfinishedComesBackUntilItIsFinished) {
+    openFile();
+    buy("coins");
+    store->setNextOutcome({Kind::failed, 7});
+    buy("badge");
+    store->setNextOutcome({Kind::failedWithoutError, 0});
+    buy("badge");
+    for (int run = 0; run < 2; ++run) {
+        close();
+        openFile();
+        EXPECT_EQ(observer->lines, Lines{"coins:purchased badge:failed(7) badge:failed"});
+        EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000001");
+        EXPECT_EQ(observer->last.at(0)->transactionDate(), 1000);
+    }
+    for (auto const& each : queue->transactions()) queue->finishTransaction(each);
+    close();
+    openFile();
+    EXPECT_EQ(observer->lines, Lines{});
+    EXPECT_EQ(buy("coins").back(), "coins:purchased");
+    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000004")
+        << "identifiers are never used twice";
+}
+
+TEST_F(SandboxStoreTest, APaymentKeepsItsFieldsInTheFile) {
+    openFile();
+    auto const discount = make<SKPaymentDiscount>(SKPaymentDiscount::Fields{
+        .identifier = "offer", .keyIdentifier = "K", .nonce = "n", .signature = "s", .timestamp = 5});
+    queue->add(make<SKPayment>(SKPayment::Fields{.productIdentifier = "month",
+                                                 .quantity = 3,
+                                                 .applicationUsername = "",
+                                                 .paymentDiscount = discount}));
+    drain();
+    close();
+    openFile();
+    auto const payment = observer->last.at(0)->payment();
+    EXPECT_EQ(payment->quantity(), 3);
+    EXPECT_EQ(payment->applicationUsername(), "");
+    EXPECT_EQ(payment->paymentDiscount()->signature(), "s");
+    EXPECT_EQ(payment->paymentDiscount()->timestamp(), 5);
+}
+
+TEST_F(SandboxStoreTest, DeferredTransactionsWaitForAWord) {
+    observer->finishes = true;
+    openFile(R"({"_askToBuyEnabled": true})");
+    for (auto const* product : {"coins", "badge", "month"}) buy(product);
+    close();
+    openFile();
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:deferred badge:deferred month:deferred"});
+    auto const month = observer->last.at(2);
+    EXPECT_FALSE(store->approve("1000000099"));
+    EXPECT_EQ(store->lastError(), "no deferred transaction 1000000099");
+    EXPECT_TRUE(store->approve("1000000003"));
+    EXPECT_EQ(observer->lines, Lines{}) << "told in a later turn";
+    drain();
+    EXPECT_EQ(observer->takeLines(), (Lines{"month:purchased", "removed month"}));
+    EXPECT_TRUE(observer->last.at(0) == month) << "the same transaction";
+    EXPECT_FALSE(store->approve("1000000003"));
+    EXPECT_TRUE(store->decline());
+    EXPECT_TRUE(store->approve());
+    EXPECT_FALSE(store->approve());
+    drain();
+    EXPECT_EQ(observer->takeLines(),
+              (Lines{"coins:failed(4)", "badge:purchased", "removed coins", "removed badge"}));
+    EXPECT_EQ(restore().at(0), "badge:restored month:restored");
+}
+
+TEST_F(SandboxStoreTest, ApprovesWithoutQueueOrCatalogue) {
+    openFile(R"({"_askToBuyEnabled": true})");
+    buy("badge");
+    close();
+    {
+        auto const offline = SandboxStore::open({.file = folder / "store.db"});
+        ASSERT_TRUE(offline.store);
+        ASSERT_EQ(offline.store->transactions().size(), 1U);
+        EXPECT_EQ(offline.store->transactions()[0].transaction.state, State::deferred);
+        EXPECT_TRUE(offline.store->approve());
+    }
+    observer->finishes = true;
+    openFile();
+    EXPECT_EQ(observer->takeLines(), (Lines{"badge:purchased", "removed badge"}));
+    EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
+TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesAfterResuming) {
+    observer->finishes = true;
+    openFile();
+    store->interruptNext();
+    EXPECT_EQ(buy("badge"), (Lines{"badge:purchasing", "badge:failed(0)", "removed badge"}));
+    EXPECT_EQ(buy("coins").at(1), "coins:purchased") << "only one is interrupted";
+    close();
+    openFile();
+    EXPECT_EQ(observer->lines, Lines{});
+    EXPECT_TRUE(store->transactions().at(1).isHeld);
+    EXPECT_TRUE(store->resume());
+    drain();
+    EXPECT_EQ(observer->takeLines(), (Lines{"badge:purchased", "removed badge"}));
+    EXPECT_TRUE(store->resume());
+    drain();
+    EXPECT_EQ(observer->lines, Lines{});
+    EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
+TEST_F(SandboxStoreTest, PromotesItsProducts) {
+    observer->acceptsPromotions = true;
+    open();
+    EXPECT_FALSE(store->promote("nothing"));
+    EXPECT_TRUE(store->promote("coins"));
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"promoted coins", "coins:purchasing", "coins:purchased"}));
+}
+
+TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
+    openFile();
+    store->setDelay(5);
+    queue->add(paymentFor("badge"));
+    drain();
+    close();
+    openFile();
+    EXPECT_EQ(observer->lines, (Lines{"badge:purchasing", "badge:purchased"}));
+}
+
+TEST_F(SandboxStoreTest, ClearingForgetsEverything) {
+    observer->finishes = true;
+    open();
+    buy("badge");
+    restore();
+    queue->add(paymentFor("coins"));
+    EXPECT_TRUE(store->clear());
+    drain();
+    EXPECT_EQ(store->transactions().size(), 0U);
+    observer->lines.clear();
+    EXPECT_EQ(restore().at(0).substr(0, 8), "restored");
+}
+
+TEST_F(SandboxStoreTest, BuysAtOnce) {
+    open();
+    auto const key = store->buyAtOnce({.productIdentifier = "badge"});
+    EXPECT_EQ(key, "1000000001");
+    EXPECT_TRUE(store->finish(*key));
+    EXPECT_FALSE(store->finish(*key));
+    EXPECT_FALSE(store->finish("nonsense"));
+    drain();
+    EXPECT_EQ(observer->lines, Lines{});
+    EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
+TEST_F(SandboxStoreTest, MayBeDestroyedWithWorkUnderWay) {
+    openFile();
+    queue->add(paymentFor("coins"));
+    queue->restoreCompletedTransactions();
+    queue->setBackend(nullptr);
+    store = nullptr;
+    drain();
+    EXPECT_EQ(observer->lines, Lines{});
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,339 @@
+#include "StoreTestSupport.h"
+
+#include "platform/storekit/sandbox/StoreConfiguration.h"
+
+#include <clocale>
+#include <fstream>
+#include <iterator>
+
+namespace trelundo {
+namespace {
+
+using Kind = StoreConfiguration::ProductKind;
+using Mode = SKProductDiscountPaymentMode;
+using Unit = SKProductPeriodUnit;
+
+StoreConfiguration::Loaded parse(std::string const& text, StoreConfiguration::Options const& options = {}) {
+    return StoreConfiguration::parse(text, "shop", options);
+}
+
+/// The configuration of a text that must be one.
+StoreConfiguration read(std::string const& text, StoreConfiguration::Options const& options = {}) {
+    auto loaded = parse(text, options);
+    EXPECT_EQ(loaded.error, "");
+    return loaded.configuration ? *loaded.configuration : StoreConfiguration{};
+}
+
+StoreConfiguration readProduct(std::string const& members) {
+    return read(R"({"products": [{"productID": "p", "type": "NonConsumable", )" + members + "}]}");
+}
+
+StoreConfiguration readSubscription(std::string const& members) {
+    return read(
+        R"({"subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "s", "displayPrice": "4.99",
+        "recurringSubscriptionPeriod": "P1M", "type": "RecurringSubscription", )" +
+        members + "}]}]}");
+}
+
+Ref<SKProduct> first(StoreConfiguration const& configuration) {
+    return configuration.products().empty() ? make<SKProduct>(SKProduct::Fields{})
+                                            : configuration.products().front().product;
+}
+
+std::string describe(Ref<SKProductDiscount> const& discount) {
+    if (!discount) return "none";
+    static constexpr char units[] = {'D', 'W', 'M', 'Y'};
+    auto const period = discount->subscriptionPeriod();
+    return discount->identifier().value_or("-") + " mode " +
+           std::to_string(static_cast<int>(discount->paymentMode())) + " " + discount->price().description() +
+           " P" + std::to_string(period.numberOfUnits) + units[static_cast<int>(period.unit)] + " x" +
+           std::to_string(discount->numberOfPeriods());
+}
+
+TEST(StoreConfigurationTest, ReadsASubscriptionWithItsOffers) {
+    auto const configuration = readSubscription(R"("subscriptionGroupID": "OWN", "familyShareable": true,
+        "introductoryOffer": {"paymentMode": "free", "subscriptionPeriod": "P3M", "displayPrice": "0.99"},
+        "adHocOffers": [
+          {"offerID": "year", "paymentMode": "payUpFront", "subscriptionPeriod": "P1Y", "displayPrice": "40.99"},
+          {"offerID": "months", "paymentMode": "payAsYouGo", "subscriptionPeriod": "P1M", "numberOfPeriods": 2,
+           "displayPrice": "20.15"}],
+        "codeOffers": [{"paymentMode": "free"}], "winbackOffers": 7, "groupNumber": 1,
+        "localizations": [{"locale": "en_US", "displayName": "Title", "description": "Text"}])");
+    auto const product = first(configuration);
+    EXPECT_EQ(configuration.subscriptionIdentifiers(), Lines{"s"});
+    EXPECT_EQ(product->localizedTitle(), "Title");
+    EXPECT_EQ(product->localizedDescription(), "Text");
+    EXPECT_EQ(product->price().description(), "4.99");
+    EXPECT_EQ(product->priceLocale().identifier(), "en_US@currency=USD");
+    EXPECT_TRUE(product->subscriptionPeriod()->is(1, Unit::month));
+    EXPECT_EQ(product->subscriptionGroupIdentifier(), "OWN");
+    EXPECT_TRUE(product->isFamilyShareable());
+    EXPECT_EQ(describe(product->introductoryPrice()), "- mode 2 0 P3M x1") << "a free trial costs nothing";
+    ASSERT_EQ(product->discounts().size(), 2U);
+    EXPECT_EQ(describe(product->discounts()[0]), "year mode 1 40.99 P1Y x1");
+    EXPECT_EQ(describe(product->discounts()[1]), "months mode 0 20.15 P1M x2");
+    EXPECT_EQ(product->discounts()[1]->type(), SKProductDiscountType::subscription);
+    EXPECT_EQ(configuration.warnings(), Lines{});
+}
+
+TEST(StoreConfigurationTest, KeepsTheOrderOfTheFileAndTellsKindsApart) {
+    auto const configuration = read(R"({
+        "subscriptionGroups": [{}, {"subscriptions": []}, {"id": "G", "subscriptions": [
+            {"productID": "z", "displayPrice": "1", "recurringSubscriptionPeriod": "P7D"}]}],
+        "nonRenewingSubscriptions": [{"productID": "n", "displayPrice": "1", "type": "NonRenewingSubscription"}],
+        "products": [
+            {"productID": "c", "displayPrice": "1", "type": "Consumable"},
+            {"productID": "a", "displayPrice": "1", "type": "nonConsumable"},
+            {"productID": "b", "displayPrice": "1", "type": "auto-renewable-subscription"},
+            {"productID": "c", "displayPrice": "2", "type": "Consumable"},
+            {"productID": "line\n", "displayPrice": "1", "type": "Other"},
+            {"displayPrice": "1"}, 5, null]})");
+    std::string kinds;
+    for (auto const& each : configuration.products())
+        kinds += each.product->productIdentifier() + std::to_string(static_cast<int>(each.kind)) +
+                 (each.isRestorable() ? "! " : " ");
+    EXPECT_EQ(kinds, "z3! n2 c0 a1! b1! line\n1! ");
+    EXPECT_EQ(configuration.find("c")->product->price(), Decimal{1}) << "the first of two wins";
+    EXPECT_EQ(configuration.find("line"), nullptr) << "identifiers match exactly";
+    EXPECT_EQ(configuration.find("z")->product->subscriptionPeriod(),
+              (SKProductSubscriptionPeriod{7, Unit::day}));
+    EXPECT_EQ(configuration.find("z")->product->subscriptionGroupIdentifier(), "G");
+    EXPECT_EQ(configuration.find("n")->product->subscriptionPeriod(), std::nullopt);
+    EXPECT_EQ(configuration.warnings().size(), 6U);
+    EXPECT_EQ(configuration.warnings().front(),
+              "shop: product \"b\": key \"recurringSubscriptionPeriod\": no period; "
+              "the product becomes a one-time purchase");
+}
+
+TEST(StoreConfigurationTest, ReadsPricesExactly) {
+    struct Case {
+        char const* price;
+        char const* expected; // null: left out
+    };
+    for (auto const& [price, expected] :
+         {Case{R"("4.99")", "4.99"}, Case{R"("49.00")", "49"}, Case{R"("0.0")", "0"},
+          Case{R"("29900")", "29900"}, Case{"39.99", "39.99"},
+          Case{"0.1000000000000000055511151231257827", "0.1000000000000000055511151231257827"},
+          Case{"1e2", "100"}, Case{"125E-2", "1.25"},
+          Case{"12345678901234567890123", "12345678901234567890123"}, Case{"\"\"", nullptr},
+          Case{"\"-1\"", nullptr}, Case{"-1", nullptr}, Case{"\"$5\"", nullptr}, Case{"\"1,5\"", nullptr},
+          Case{"1e300", nullptr}, Case{"null", nullptr}, Case{"true", nullptr}, Case{"\"1e\"", nullptr},
+          Case{"\"NaN\"", nullptr}}) {
+        auto const configuration = readProduct(std::string{"\"displayPrice\": "} + price);
+        EXPECT_EQ(configuration.products().size(), expected ? 1U : 0U) << price;
+        EXPECT_EQ(configuration.warnings().size(), expected ? 0U : 1U) << price;
+        if (!expected) continue;
+        EXPECT_EQ(first(configuration)->price().description(), expected);
+    }
+}
+
+TEST(StoreConfigurationTest, ReadsPeriodsAsWritten) {
+    struct Case {
+        char const* text;
+        int units; // 0: no period
+        Unit unit;
+    };
+    for (auto const& [text, units, unit] :
+         {Case{"P3D", 3, Unit::day}, Case{"P1W", 1, Unit::week}, Case{"P12M", 12, Unit::month},
+          Case{"P2Y", 2, Unit::year}, Case{"P30D", 30, Unit::day}, Case{"P0D", 0, Unit::day},
+          Case{"P", 0, Unit::day}, Case{"P-1M", 0, Unit::day}, Case{"P1M1D", 0, Unit::day},
+          Case{"PT1M", 0, Unit::day}, Case{"P99999999999Y", 0, Unit::day}, Case{"1M", 0, Unit::day},
+          Case{"", 0, Unit::day}}) {
+        auto const configuration =
+            readSubscription(std::string{R"("adHocOffers": [{"offerID": "o", "paymentMode": "free",
+            "subscriptionPeriod": ")"} +
+                             text + "\"}]");
+        auto const& discounts = first(configuration)->discounts();
+        ASSERT_EQ(discounts.size(), units > 0 ? 1U : 0U) << text;
+        if (units == 0) continue;
+        EXPECT_TRUE(discounts[0]->subscriptionPeriod().is(units, unit)) << text;
+    }
+}
+
+TEST(StoreConfigurationTest, ChoosesTheIntroductoryOffer) {
+    std::string const monthly =
+        R"({"paymentMode": "free", "subscriptionPeriod": "P1M", "billingPlanType": "MONTHLY"})";
+    std::string const upFront =
+        R"({"paymentMode": "free", "subscriptionPeriod": "P2W", "billingPlanType": "BILLED_UPFRONT"})";
+    std::string const unpriced =
+        R"({"paymentMode": "payUpFront", "subscriptionPeriod": "P1Y", "displayPrice": ""})";
+    std::string const none = R"({"paymentMode": "none", "displayPrice": "1"})";
+    auto const chosen = [](std::string const& members) {
+        return describe(first(readSubscription(members))->introductoryPrice());
+    };
+    EXPECT_EQ(chosen(R"("introductoryOffer": null)"), "none");
+    EXPECT_EQ(chosen(R"("introductoryOffers": [)" + monthly + "," + upFront + "]"), "- mode 2 0 P2W x1");
+    EXPECT_EQ(chosen(R"("introductoryOffer": )" + monthly + R"(, "introductoryOffers": [)" + upFront + "]"),
+              "- mode 2 0 P2W x1");
+    EXPECT_EQ(chosen(R"("introductoryOffers": [)" + monthly + "]"), "- mode 2 0 P1M x1");
+    EXPECT_EQ(chosen(R"("introductoryOffer": )" + unpriced), "none") << "without price it would look free";
+    EXPECT_EQ(chosen(R"("introductoryOffer": )" + none), "none");
+    EXPECT_EQ(chosen(R"("introductoryOffer": [)" + upFront + "]"), "- mode 2 0 P2W x1");
+}
+
+TEST(StoreConfigurationTest, ToleratesNumbersOfPeriods) {
+    for (auto const& [number, expected] : {std::pair{"3", 3},
+                                           {"\"5\"", 5},
+                                           {"null", 1},
+                                           {"0", 1},
+                                           {"-2", 1},
+                                           {"1.5", 1},
+                                           {"99999999999", 1},
+                                           {"[]", 1}}) {
+        auto const configuration = readSubscription(
+            std::string{
+                R"("adHocOffers": [{"offerID": "o", "paymentMode": "free", "subscriptionPeriod": "P1W",
+            "numberOfPeriods": )"} +
+            number + "}]");
+        ASSERT_EQ(first(configuration)->discounts().size(), 1U);
+        EXPECT_EQ(first(configuration)->discounts()[0]->numberOfPeriods(), expected) << number;
+    }
+}
+
+TEST(StoreConfigurationTest, ChoosesALocalisation) {
+    auto const title = [](std::string const& locale, std::string const& list) {
+        std::string text = R"({"settings": {"_locale": ")" + locale + R"("}, "products": [{"productID": "p",
+            "displayPrice": "1", "displayName": "own", "localizations": [)";
+        for (std::size_t at = 0; at < list.size(); at = list.find(' ', at) + 1) {
+            auto const end = std::min(list.find(' ', at), list.size());
+            text += (at ? "," : "") + std::string{R"({"locale": ")"} + list.substr(at, end - at) +
+                    R"(", "displayName": "is )" + list.substr(at, end - at) + "\"}";
+            if (end == list.size()) break;
+        }
+        return first(read(text + "]}]}"))->localizedTitle();
+    };
+    EXPECT_EQ(title("fr", "en_US fr"), "is fr");
+    EXPECT_EQ(title("pt-BR", "pt_PT pt_BR"), "is pt_BR");
+    EXPECT_EQ(title("zh_CN", "en_US zh_Hans"), "is zh_Hans");
+    EXPECT_EQ(title("ja_JP", "ko ja"), "is ja");
+    EXPECT_EQ(title("de", "fr en_US"), "is en_US");
+    EXPECT_EQ(title("de", "ru ko"), "is ru");
+    EXPECT_EQ(title("de", ""), "own") << "hand-made files put the texts on the product";
+}
+
+TEST(StoreConfigurationTest, BuildsThePriceLocaleFromLanguageAndStorefront) {
+    struct Case {
+        char const* storefront;
+        char const* locale;
+        char const* expected;
+    };
+    for (auto const& [storefront, locale, expected] :
+         {Case{"PRT", "en_US", "en_PT@currency=EUR"}, Case{"ESP", "es_ES", "es_ES@currency=EUR"},
+          Case{"CHN", "zh_Hans", "zh_Hans_CN@currency=CNY"}, Case{"JPN", "ja", "ja_JP@currency=JPY"},
+          Case{"NOR", "nb_NO", "nb_NO@currency=NOK"}, Case{"UKR", "uk", "uk_UA@currency=USD"},
+          Case{"ZZZ", "en_US", "en_US@currency=USD"}, Case{"", "en_US", "en_US@currency=USD"},
+          Case{"SGP", "", "en_SG@currency=SGD"}}) {
+        auto const configuration =
+            read(std::string{R"({"settings": {"_storefront": ")"} + storefront + R"(", "_locale": ")" +
+                 locale + R"("}, "products": [{"productID": "p", "displayPrice": "1"}]})");
+        EXPECT_EQ(first(configuration)->priceLocale().identifier(), Locale{expected}.identifier());
+    }
+    EXPECT_EQ(Storefront::of("DEU").currency, "EUR");
+    EXPECT_EQ(Storefront::of("GBR").region, "GB");
+}
+
+TEST(StoreConfigurationTest, ReadsSettings) {
+    auto const settings = read(R"({"settings": {"_askToBuyEnabled": true, "_failTransactionsEnabled": true,
+        "_storeKitError": 3, "_timeRate": 5, "_compatibilityTimeRate": {"3": 6}, "_lastSynchronizedDate": "text",
+        "_storefront": "FRA", "_locale": "fr", "_storeKitErrors": [
+            {"name": "Load Products", "enabled": true}, {"name": "Purchase", "enabled": false, "current": {"index": 1}},
+            {"name": "App Store Sync", "enabled": true, "current": null}, 7]}})")
+                              .settings();
+    EXPECT_TRUE(settings.asksToBuy);
+    EXPECT_TRUE(settings.failsTransactions);
+    EXPECT_EQ(settings.transactionError, 3);
+    EXPECT_TRUE(settings.failsLoadingProducts);
+    EXPECT_TRUE(settings.failsRestoring);
+    EXPECT_EQ(settings.storefront.code, "FRA");
+    auto const other =
+        read(R"({"settings": {"_storeKitErrors": [{"name": "Purchase", "enabled": true}]}})").settings();
+    EXPECT_TRUE(other.failsTransactions);
+    EXPECT_FALSE(other.asksToBuy || other.failsLoadingProducts || other.failsRestoring);
+    EXPECT_EQ(other.locale, "en_US");
+    EXPECT_EQ(read(R"({"settings": []})").warnings().size(), 1U);
+}
+
+TEST(StoreConfigurationTest, OptionsReplaceTheLocaleAndGiveEmptyPeriods) {
+    auto const configuration =
+        read(R"({"products": [{"productID": "p", "displayPrice": "1", "localizations": [
+        {"locale": "en_US", "displayName": "one"}, {"locale": "de", "displayName": "eins"}]}]})",
+             {.locale = "de_AT", .givesZeroUnitPeriods = true});
+    EXPECT_EQ(first(configuration)->localizedTitle(), "eins");
+    EXPECT_EQ(first(configuration)->priceLocale().identifier(), Locale{"de_US@currency=USD"}.identifier());
+    EXPECT_EQ(first(configuration)->subscriptionPeriod(), SKProductSubscriptionPeriod{});
+}
+
+TEST(StoreConfigurationTest, AllowsMarksAndComments) {
+    auto const configuration =
+        read("\xEF\xBB\xBF{\r\n // a comment\r\n \"products\": [ /* another */ {\"id\": \"premium\", "
+             "\"price\": 39.99}]\r\n}\r\n");
+    EXPECT_EQ(first(configuration)->price().description(), "39.99");
+}
+
+TEST(StoreConfigurationTest, NumbersDoNotDependOnTheProcessLocale) {
+    auto const* const previous = std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
+    auto const configuration = read(R"({"products": [{"id": "p", "price": 1.25}]})");
+    std::setlocale(LC_NUMERIC, "C");
+    EXPECT_EQ(first(configuration)->price().description(), "1.25")
+        << (previous ? previous : "locale not installed");
+}
+
+TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
+    auto const error = [](std::string const& text) { return parse(text).error; };
+    EXPECT_TRUE(
+        error("{\n\"a\": 1\n\"b\": 2}").starts_with("shop:3: not a StoreKit configuration: syntax error"));
+    EXPECT_TRUE(error("{\n<<<<<<< HEAD\n}").starts_with("shop:2: not a StoreKit configuration"));
+    EXPECT_TRUE(error("<?xml version=\"1.0\"?>").starts_with("shop:1:"));
+    EXPECT_TRUE(error("").starts_with("shop:1:"));
+    EXPECT_TRUE(error("[]").starts_with("shop:1: not a StoreKit configuration: an object"));
+    EXPECT_TRUE(error("{} {}").starts_with("shop:1:"));
+    EXPECT_TRUE(error("{\"a\": 1e999}").starts_with("shop:1:"));
+    EXPECT_EQ(error(R"({"products": {}})"), "shop: key \"products\": a list is expected");
+    EXPECT_EQ(error(std::string(65, '[')),
+              "shop: not a StoreKit configuration: nested deeper than 64 levels");
+    EXPECT_EQ(error(std::string(100'000, '[')),
+              "shop: not a StoreKit configuration: nested deeper than 64 levels");
+    EXPECT_EQ(error(std::string(9'000'000, ' ')), "shop: larger than 8 MB");
+    std::string many = "[0";
+    for (int i = 0; i < 1'000'000; ++i) many += ",0";
+    EXPECT_EQ(error(many + "]"), "shop: not a StoreKit configuration: more than a million values");
+}
+
+TEST(StoreConfigurationTest, LoadsFilesAndFolders) {
+    TemporaryFolder const folder;
+    std::ofstream{folder / "Configuration.storekit"}
+        << R"({"products": [{"productID": "p", "displayPrice": "1"}]})";
+    std::ofstream{folder / "broken.storekit"} << "{";
+    EXPECT_EQ(first(*StoreConfiguration::load(folder.path()).configuration)->productIdentifier(), "p");
+    EXPECT_TRUE(StoreConfiguration::load(folder / "Configuration.storekit").configuration);
+    EXPECT_TRUE(
+        StoreConfiguration::load(folder / "broken.storekit").error.starts_with(folder.path().string()));
+    EXPECT_EQ(StoreConfiguration::load(folder / "none").error, (folder / "none").string() + ": no such file");
+    EXPECT_EQ(StoreConfiguration::load("/dev/null").error, "/dev/null: cannot be read");
+}
+
+TEST(StoreConfigurationTest, ReadsEverySampleThatIsAtHand) {
+    auto const samples = std::filesystem::path{TRELUNDO_SOURCE_DIR} / "../shared/samples/storekit";
+    if (!std::filesystem::exists(samples)) GTEST_SKIP() << "no samples here";
+    for (auto const& entry : std::filesystem::directory_iterator{samples}) {
+        auto const loaded = StoreConfiguration::load(entry.path());
+        bool const isJson = entry.path().filename() != "not-json.storekit";
+        EXPECT_EQ(loaded.configuration.has_value(), isJson) << loaded.error;
+        EXPECT_EQ(loaded.error.empty(), isJson);
+        if (!isJson) continue;
+        std::ifstream stream{entry.path()};
+        std::string const text{std::istreambuf_iterator<char>{stream}, {}};
+        std::size_t listed = entry.path().filename() == "hand-written-numeric-price.storekit" ? 1 : 0;
+        for (auto at = text.find("\"productID\""); at != std::string::npos;
+             at = text.find("\"productID\"", at + 1))
+            ++listed;
+        EXPECT_EQ(loaded.configuration->products().size(), listed) << entry.path();
+        EXPECT_EQ(loaded.configuration->warnings(), Lines{}) << entry.path();
+    }
+    auto const yen = StoreConfiguration::load(samples / "japan-yen.storekit");
+    ASSERT_TRUE(yen.configuration);
+    EXPECT_EQ(first(*yen.configuration)->priceLocale().currencyCode(), "JPY");
+}
+
+} // namespace
+} // namespace trelundo
