@@ -1,6 +1,7 @@
 #include "tests/platform/uikit/ScrollStage.h"
 
 #include "platform/uikit/collection/UIScrollView.h"
+#include "platform/window/OffscreenShell.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -380,6 +381,25 @@ TEST(ScrollInsets, InsetsWidenTheRange) {
     EXPECT_EQ(scroll->contentOffset().x, -20);
     scroll->scrollBy({5000, 0});
     EXPECT_EQ(scroll->contentOffset().x, 630);
+}
+
+TEST(ScrollInsets, SafeAreaCountsAlongTheAxesThatScroll) {
+    OffscreenShell shell{{.device = DeviceProfile::find("phone-390x844"), .landscape = true}};
+    auto const scroll = make<UIScrollView>(CGRect{0, 0, 844, 390});
+    shell.window().addSubview(scroll);
+    shell.window().layoutWindow();
+    scroll->setContentSize({2000, 390});
+    EXPECT_EQ(scroll->adjustedContentInset(), (UIEdgeInsets{0, 47, 0, 47}));
+    scroll->setContentSize({844, 2000});
+    EXPECT_EQ(scroll->adjustedContentInset(), (UIEdgeInsets{0, 0, 21, 0}));
+    scroll->setContentSize({100, 100});
+    EXPECT_EQ(scroll->adjustedContentInset(), UIEdgeInsets{});
+    scroll->setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior::always);
+    EXPECT_EQ(scroll->adjustedContentInset(), (UIEdgeInsets{0, 47, 21, 47}));
+    // A strip in the middle touches the safe area with its sides only.
+    scroll->setFrame({0, 100, 844, 100});
+    shell.window().layoutWindow();
+    EXPECT_EQ(scroll->adjustedContentInset(), (UIEdgeInsets{0, 47, 0, 47}));
 }
 
 } // namespace
