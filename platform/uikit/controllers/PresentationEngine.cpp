@@ -66,6 +66,14 @@ void PresentationEngine::didDisappear(UIViewController& controller, bool animate
 
 // Presenting.
 
+/// Below a full-screen presentation a controller has no view in the window and still stands in the chain.
+bool PresentationEngine::isOnScreen(UIViewController const& controller, UIViewController const& presenter) {
+    for (auto const* below = &presenter; below; below = below->presenting_) {
+        if (below == &controller) return true;
+    }
+    return controller.presenting_ || (controller.view_ && controller.view_->window());
+}
+
 bool PresentationEngine::mayPresent(UIViewController& presenter, UIViewController const* controller) {
     std::string const attempt = "Attempt to present " + (controller ? controller->className() : "nothing") +
                                 " on " + presenter.className();
@@ -77,8 +85,7 @@ bool PresentationEngine::mayPresent(UIViewController& presenter, UIViewControlle
         logWarning(attempt + ", whose view is not in a window.");
     else if (presenter.beingDismissed_)
         logWarning(attempt + ", which is being dismissed.");
-    else if (controller->presenting_ || controller == &presenter ||
-             (controller->view_ && controller->view_->window()))
+    else if (isOnScreen(*controller, presenter))
         logWarning(attempt + ", but it is already on screen.");
     else
         return true;

@@ -45,6 +45,7 @@ public:
 private:
     struct Dismissal;
 
+    static bool isOnScreen(UIViewController const& controller, UIViewController const& presenter);
     static bool mayPresent(UIViewController& presenter, UIViewController const* controller);
     static void link(UIViewController& presenter, Ref<UIViewController> const& controller);
     static void unlink(UIViewController& presenter);

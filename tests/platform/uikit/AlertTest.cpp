@@ -1,0 +1,276 @@
+#include "platform/uikit/collection/UIScrollView.h"
+#include "platform/uikit/controllers/PresentationListener.h"
+#include "platform/uikit/controllers/UIAlertController.h"
+#include "platform/uikit/controls/UIButton.h"
+
+#include "DeviceFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace trelundo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+void collect(UIView& view, std::function<bool(UIView&)> const& wanted, std::vector<Ref<UIView>>& found) {
+    if (wanted(view)) found.push_back(strong(view));
+    for (auto const& child : view.subviews()) collect(*child, wanted, found);
+}
+
+class AlertTest : public DeviceFixture {
+protected:
+    AlertTest() { shell.window().setRootViewController(host); }
+    ~AlertTest() override {
+        setPresentationListener({});
+        UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
+    }
+
+    Ref<UIAlertController> alert(std::optional<std::string> title, std::optional<std::string> message,
+                                 std::vector<std::pair<std::string, UIAlertActionStyle>> const& actions) {
+        auto result =
+            make<UIAlertController>(std::move(title), std::move(message), UIAlertControllerStyle::alert);
+        for (auto const& [text, style] : actions) {
+            result->addAction(make<UIAlertAction>(
+                text, style, [this](UIAlertAction& action) { chosen.push_back(action.title()); }));
+        }
+        return result;
+    }
+    Ref<UIAlertController> shown(Ref<UIAlertController> alert) {
+        host->present(alert, true);
+        shell.advance(0.5);
+        return alert;
+    }
+
+    static std::vector<Ref<UIView>> find(UIAlertController& alert,
+                                         std::function<bool(UIView&)> const& wanted) {
+        std::vector<Ref<UIView>> found;
+        collect(*alert.view(), wanted, found);
+        return found;
+    }
+    static Ref<UIButton> button(UIAlertController& alert, std::string const& title) {
+        auto const found = find(alert, [&title](UIView& view) {
+            auto* candidate = dynamic_cast<UIButton*>(&view);
+            return candidate && candidate->currentTitle() == title;
+        });
+        return found.empty() ? nullptr : cast<UIButton>(found.front());
+    }
+    static Ref<UILabel> label(UIAlertController& alert, std::string const& text) {
+        auto const found = find(alert, [&text](UIView& view) {
+            auto* candidate = dynamic_cast<UILabel*>(&view);
+            return candidate && candidate->text() == text;
+        });
+        return found.empty() ? nullptr : cast<UILabel>(found.front());
+    }
+    static CGRect inWindow(UIView& view) { return view.convertRectTo(view.bounds(), nullptr); }
+    static Ref<UIView> card(UIAlertController& alert) { return alert.view()->subviews().back(); }
+
+    static constexpr auto plain = UIAlertActionStyle::defaultStyle;
+    static constexpr auto cancel = UIAlertActionStyle::cancel;
+    static constexpr auto destructive = UIAlertActionStyle::destructive;
+
+    Ref<UIViewController> const host = make<UIViewController>();
+    std::vector<std::string> chosen;
+};
+
+TEST_F(AlertTest, TheCardStandsInTheMiddleOfTheSafeArea) {
+    auto const box = shown(alert("Title", "Message", {{"OK", plain}}));
+    auto const frame = inWindow(*card(*box));
+    EXPECT_EQ(frame.width(), 270);
+    EXPECT_EQ(frame.midX(), 160);
+    EXPECT_NEAR(frame.midY(), 20 + 548 / 2.0, 0.5);
+    EXPECT_EQ(card(*box)->layer().cornerRadius(), 14);
+    auto const button = inWindow(*AlertTest::button(*box, "OK"));
+    EXPECT_EQ(button.size, (CGSize{270, 44}));
+    EXPECT_EQ(button.maxY(), frame.maxY());
+    auto const title = label(*box, "Title");
+    EXPECT_EQ(title->font(), UIFont::system(17, UIFont::Weight::semibold));
+    EXPECT_EQ(label(*box, "Message")->font(), UIFont::system(13));
+    EXPECT_EQ(inWindow(*title).minX(), frame.minX() + 16);
+    EXPECT_EQ(inWindow(*title).minY(), frame.minY() + 20);
+    EXPECT_EQ(host->view()->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
+    EXPECT_EQ(host->view()->window(), &shell.window());
+}
+
+TEST_F(AlertTest, AnAbsentTitleGivesItsWeightToTheMessageAnEmptyOneDoesNot) {
+    auto const absent = shown(alert(std::nullopt, "Text", {{"OK", plain}}));
+    EXPECT_EQ(label(*absent, "Text")->font(), UIFont::system(17, UIFont::Weight::semibold));
+    host->dismiss(false);
+    shell.advance(0);
+    auto const empty = shown(alert("", "Text", {{"OK", plain}}));
+    EXPECT_EQ(label(*empty, "Text")->font(), UIFont::system(13));
+    EXPECT_EQ(find(*empty, [](UIView& view) { return view.className() == "UILabel"; }).size(), 2u)
+        << "the text and the button's title";
+}
+
+TEST_F(AlertTest, TwoShortActionsStandSideBySideWithCancelOnTheLeft) {
+    auto const box = shown(alert("Title", std::nullopt, {{"Buy", plain}, {"Cancel", cancel}}));
+    auto const frame = inWindow(*card(*box));
+    auto const left = inWindow(*button(*box, "Cancel"));
+    auto const right = inWindow(*button(*box, "Buy"));
+    EXPECT_EQ(left.minX(), frame.minX());
+    EXPECT_EQ(left.size, (CGSize{135, 44}));
+    EXPECT_EQ(right.minX(), left.maxX());
+    EXPECT_EQ(right.minY(), left.minY());
+}
+
+TEST_F(AlertTest, LongOrManyActionsAreStackedWithCancelLast) {
+    auto const box =
+        shown(alert("Title", std::nullopt, {{"Cancel", cancel}, {"One", plain}, {"Two", plain}}));
+    EXPECT_LT(inWindow(*button(*box, "One")).minY(), inWindow(*button(*box, "Two")).minY());
+    EXPECT_LT(inWindow(*button(*box, "Two")).minY(), inWindow(*button(*box, "Cancel")).minY());
+    EXPECT_EQ(inWindow(*button(*box, "Two")).minY() - inWindow(*button(*box, "One")).maxY(), 0.5)
+        << "one pixel";
+    host->dismiss(false);
+    shell.advance(0);
+    auto const wide = shown(alert("T", std::nullopt, {{"Continue with monthly", plain}, {"Upgrade", plain}}));
+    EXPECT_EQ(inWindow(*button(*wide, "Upgrade")).width(), 270);
+}
+
+TEST_F(AlertTest, EmphasisGoesToThePreferredActionElseToCancel) {
+    auto const box = alert("T", std::nullopt, {{"Cancel", cancel}, {"Buy", plain}, {"Erase", destructive}});
+    shown(box);
+    auto const weight = [&](char const* title) { return button(*box, title)->titleLabel()->font().weight(); };
+    EXPECT_EQ(weight("Cancel"), UIFont::Weight::semibold);
+    EXPECT_EQ(weight("Buy"), UIFont::Weight::regular);
+    EXPECT_EQ(button(*box, "Erase")->currentTitleColor().cgColor(), UIColor::systemRed().cgColor());
+    box->setPreferredAction(box->actions()[1]);
+    EXPECT_EQ(weight("Cancel"), UIFont::Weight::regular);
+    EXPECT_EQ(weight("Buy"), UIFont::Weight::semibold);
+}
+
+TEST_F(AlertTest, ATapDismissesFirstAndCallsTheHandlerOnceAfterwards) {
+    std::vector<std::string> order;
+    auto box = make<UIAlertController>("T", "M", UIAlertControllerStyle::alert);
+    box->addAction(make<UIAlertAction>("OK", plain, [&](UIAlertAction&) {
+        order.push_back(host->presentedViewController() ? "handler too early" : "handler");
+        host->present(alert("Next", std::nullopt, {{"OK", plain}}), true);
+    }));
+    setPresentationListener({.dismissed = [&](UIViewController& controller, bool) {
+        auto& gone = dynamic_cast<UIAlertController&>(controller);
+        order.push_back("dismissed by " + gone.performedAction()->title());
+    }});
+    shown(box);
+    auto const place = inWindow(*button(*box, "OK"));
+    shell.tap({place.midX(), place.midY()});
+    shell.tap({place.midX(), place.midY()});
+    EXPECT_THAT(order, IsEmpty());
+    shell.advance(1);
+    EXPECT_THAT(order, ElementsAre("dismissed by OK", "handler"));
+    EXPECT_EQ(cast<UIAlertController>(host->presentedViewController())->alertTitle(), "Next");
+    EXPECT_THAT(warnings, IsEmpty());
+}
+
+TEST_F(AlertTest, TouchesBesideTheCardDoNothing) {
+    class Presenter : public UIViewController {
+    public:
+        void touchesBegan(UITouch&) override { ++touches; }
+        int touches = 0;
+    };
+    auto const presenter = make<Presenter>();
+    shell.window().setRootViewController(presenter);
+    presenter->present(alert("T", "M", {{"OK", plain}}), true);
+    shell.tap({5, 100});
+    shell.advance(1);
+    shell.tap({5, 100});
+    EXPECT_EQ(presenter->touches, 0);
+    EXPECT_TRUE(presenter->presentedViewController());
+}
+
+TEST_F(AlertTest, ADismissalByProgramCallsNoHandler) {
+    auto const screen = make<UIViewController>();
+    screen->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    host->present(screen, false);
+    shell.advance(0);
+    screen->present(alert("T", "M", {{"OK", plain}}), true);
+    shell.advance(1);
+    screen->dismiss(true);
+    shell.advance(1);
+    EXPECT_EQ(screen->presentedViewController(), nullptr);
+    EXPECT_EQ(host->presentedViewController(), screen) << "only the alert goes";
+    EXPECT_THAT(chosen, IsEmpty());
+}
+
+TEST_F(AlertTest, AChoiceDuringTheArrivalWaitsForItsEnd) {
+    auto const box = alert("T", "M", {{"OK", plain}, {"No", plain}});
+    host->present(box, true);
+    box->performAction(*box->actions()[0]);
+    box->performAction(*box->actions()[1]);
+    shell.advance(1);
+    EXPECT_THAT(chosen, ElementsAre("OK"));
+    EXPECT_EQ(host->presentedViewController(), nullptr);
+}
+
+TEST_F(AlertTest, ReturnAndEscapeChoose) {
+    auto box = alert("T", "M", {{"Cancel", cancel}, {"Buy", plain}});
+    shown(box);
+    shell.window().keyPressed(UIWindow::Key::returnKey);
+    shell.advance(1);
+    EXPECT_THAT(chosen, IsEmpty()) << "nothing is preferred";
+    box->setPreferredAction(box->actions()[1]);
+    shell.window().keyPressed(UIWindow::Key::returnKey);
+    shell.advance(1);
+    shown(alert("T", "M", {{"Cancel", cancel}, {"Buy", plain}}));
+    shell.window().keyPressed(UIWindow::Key::escape);
+    shell.advance(1);
+    shown(alert("T", "M", {{"OK", plain}}));
+    shell.window().keyPressed(UIWindow::Key::escape);
+    shell.advance(1);
+    EXPECT_THAT(chosen, ElementsAre("Buy", "Cancel", "OK"));
+}
+
+TEST_F(AlertTest, ADisabledActionCannotBeChosen) {
+    auto const box = alert("T", "M", {{"OK", plain}});
+    shown(box);
+    box->actions()[0]->setEnabled(false);
+    EXPECT_FALSE(button(*box, "OK")->isEnabled());
+    box->performAction(*box->actions()[0]);
+    shell.advance(1);
+    EXPECT_TRUE(host->presentedViewController());
+    box->actions()[0]->setEnabled(true);
+    button(*box, "OK")->sendActions(UIControlEvents::touchUpInside);
+    shell.advance(1);
+    EXPECT_THAT(chosen, ElementsAre("OK"));
+}
+
+TEST_F(AlertTest, TextsMayChangeAndATallTextScrolls) {
+    auto const box = shown(alert("T", "M", {{"OK", plain}}));
+    double const before = inWindow(*card(*box)).height();
+    std::string text;
+    for (int line = 0; line < 60; ++line) text += "A line\n";
+    box->setMessage(text);
+    shell.advance(0);
+    auto const frame = inWindow(*card(*box));
+    EXPECT_GT(frame.height(), before);
+    EXPECT_GE(frame.minY(), 20);
+    EXPECT_LE(frame.maxY(), 568);
+    EXPECT_EQ(inWindow(*button(*box, "OK")).size, (CGSize{270, 44}));
+    auto const scrolls =
+        find(*box, [](UIView& view) { return dynamic_cast<UIScrollView*>(&view) != nullptr; });
+    auto const text_ = cast<UIScrollView>(scrolls.front());
+    EXPECT_GT(text_->contentSize().height, text_->bounds().height());
+}
+
+TEST_F(AlertTest, TheCardGrowsInAndTheBackgroundIsDimmed) {
+    auto const box = alert("T", "M", {{"OK", plain}});
+    host->present(box, true);
+    EXPECT_NEAR(card(*box)->layer().presentationValues().transform.a, 1.2, 1e-9);
+    EXPECT_EQ(card(*box)->layer().presentationValues().opacity, 0);
+    shell.advance(0.3);
+    EXPECT_EQ(card(*box)->layer().presentationValues().transform.a, 1);
+    auto const dimming = box->view()->subviews().front();
+    EXPECT_EQ(dimming->layer().backgroundColor(), (CGColor{0, 0, 0, 0.2}));
+    EXPECT_EQ(inWindow(*dimming), shell.window().bounds());
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(dimming->layer().backgroundColor(), (CGColor{0, 0, 0, 0.48}));
+    EXPECT_LT(card(*box)->layer().backdropEffect()->overlay.red, 0.5);
+}
+
+TEST_F(AlertTest, AForeignPreferredActionAndASecondCancelEndTheProgram) {
+    auto const box = alert("T", "M", {{"Cancel", cancel}});
+    EXPECT_DEATH(box->setPreferredAction(make<UIAlertAction>("X", plain)), "must be one of its actions");
+    EXPECT_DEATH(box->addAction(make<UIAlertAction>("X", cancel)), "one cancel action");
+}
+
+} // namespace
+} // namespace trelundo
