@@ -39,8 +39,10 @@ void UILabel::setAttributedText(std::optional<NSAttributedString> text) {
     contentDidChange();
 }
 
+bool UILabel::keepsAttributes() const { return isPlain_ || isTitle() || !attributedText_; }
+
 template <class Change> void UILabel::changeAttributes(Change const& change) {
-    if (isPlain_ || isTitle() || !attributedText_) return;
+    if (keepsAttributes()) return;
     NSAttributedString changed;
     for (auto const& run : attributedText_->runs()) {
         auto attributes = run.attributes;
@@ -60,12 +62,14 @@ template <class Change> void UILabel::changeParagraphs(Change const& change) {
 }
 
 void UILabel::setFont(UIFont font) {
+    if (font == font_ && keepsAttributes()) return;
     font_ = font;
     changeAttributes([&font](TextAttributes& attributes) { attributes.set(Key::font, font); });
     contentDidChange();
 }
 
 void UILabel::setTextColor(UIColor color) {
+    if (color == textColor_ && keepsAttributes()) return;
     textColor_ = color;
     changeAttributes([&color](TextAttributes& attributes) { attributes.set(Key::foregroundColor, color); });
     forgetLayouts();

@@ -85,6 +85,8 @@ private:
     /// changes and reports the text.
     void becomeTitle(std::function<void()> contentDidChange);
     bool isTitle() const;
+    /// Whether a setting of the label leaves the attributes of its text alone.
+    bool keepsAttributes() const;
     /// Changes the attributes of all runs of an attributed text.
     template <class Change> void changeAttributes(Change const& change);
     template <class Change> void changeParagraphs(Change const& change);
