@@ -110,25 +110,54 @@ bool isShadowDrawable(double deviation, CGPoint offset, CGColor const& color) {
            colorByte(color.alpha) > 0;
 }
 
+/// Sums of the four channels of premultiplied pixels, two to a word.
+struct ChannelSums {
+    void add(QRgb pixel) {
+        even += (pixel & 0xff) | static_cast<std::uint64_t>(pixel & 0xff0000) << 16;
+        odd += (pixel >> 8 & 0xff) | static_cast<std::uint64_t>(pixel & 0xff000000) << 8;
+    }
+    std::uint8_t average(int channel, std::uint32_t count) const {
+        auto const pair = channel % 2 == 0 ? even : odd;
+        auto const sum = static_cast<std::uint32_t>(pair >> (channel / 2 * 32));
+        return static_cast<std::uint8_t>((sum + count / 2) / count);
+    }
+
+    std::uint64_t even = 0; // blue, red
+    std::uint64_t odd = 0;  // green, alpha
+};
+
+/// The sums over squares of `reduction` pixels that begin at row `top`; the last one may be narrower.
+std::vector<ChannelSums> cellSums(QImage const& image, QRect const& area, int top, int bottom,
+                                  int reduction) {
+    std::vector<ChannelSums> sums(static_cast<std::size_t>((area.width() + reduction - 1) / reduction));
+    for (int y = top; y < bottom; ++y) {
+        auto const* pixel = reinterpret_cast<QRgb const*>(image.constScanLine(area.y() + y)) + area.x();
+        int left = area.width();
+        for (auto& sum : sums) {
+            auto const count = std::min(reduction, left);
+            for (int i = 0; i < count; ++i) sum.add(*pixel++);
+            left -= count;
+        }
+    }
+    return sums;
+}
+
 /// Averages squares of `reduction` pixels of a premultiplied image; those at the right and bottom may be cut.
+/// Keeps the last `channels` of blue, green, red and alpha, with `margin` empty pixels around.
 BlurBuffer reduced(QImage const& image, QRect const& area, int reduction, int margin, int channels) {
     auto const cells = [&](int length) { return (length + reduction - 1) / reduction; };
     BlurBuffer buffer(cells(area.width()) + 2 * margin, cells(area.height()) + 2 * margin, channels);
-    auto const cell = [&](int cx, int cy, int channel) {
-        auto const right = std::min((cx + 1) * reduction, area.width());
-        auto const bottom = std::min((cy + 1) * reduction, area.height());
-        std::uint32_t sum = 0, count = 0;
-        for (int y = cy * reduction; y < bottom; ++y) {
-            auto const* line = reinterpret_cast<QRgb const*>(image.constScanLine(area.y() + y)) + area.x();
-            for (int x = cx * reduction; x < right; ++x, ++count) sum += line[x] >> (channel * 8) & 0xff;
+    for (int y = 0; y < cells(area.height()); ++y) {
+        auto const top = y * reduction;
+        auto const bottom = std::min(top + reduction, area.height());
+        auto const sums = cellSums(image, area, top, bottom, reduction);
+        auto* out = buffer.row(y + margin) + static_cast<std::ptrdiff_t>(margin) * channels;
+        for (std::size_t x = 0; x < sums.size(); ++x) {
+            auto const across = std::min(reduction, area.width() - static_cast<int>(x) * reduction);
+            auto const count = static_cast<std::uint32_t>(across * (bottom - top));
+            for (int channel = 4 - channels; channel < 4; ++channel) *out++ = sums[x].average(channel, count);
         }
-        return static_cast<std::uint8_t>((sum + count / 2) / count);
-    };
-    for (int y = 0; y < buffer.height - 2 * margin; ++y)
-        for (int x = 0; x < buffer.width - 2 * margin; ++x)
-            for (int channel = 0; channel < channels; ++channel)
-                buffer.row(y + margin)[(x + margin) * channels + channel] =
-                    cell(x, y, 4 - channels + channel);
+    }
     return buffer;
 }
 
@@ -151,21 +180,19 @@ void layOver(std::uint8_t* pixel, CGColor const& overlay) {
             static_cast<std::uint8_t>(std::lround(std::min(source[i] + pixel[i] * (1 - alpha), 255.0)));
 }
 
-/// The reduced pixels (blue, green, red, alpha) as an image stretched back to full size.
-QImage enlarged(BlurBuffer const& buffer, int reduction, QSize size) {
-    QImage small(buffer.width, buffer.height, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < buffer.height; ++y) {
-        auto* line = reinterpret_cast<QRgb*>(small.scanLine(y));
-        for (int x = 0; x < buffer.width; ++x) {
-            auto const* pixel = buffer.row(y) + 4 * static_cast<std::ptrdiff_t>(x);
+/// The pixels (blue, green, red, alpha) as an image whose edge pixels are repeated once all around: a
+/// stretched texture mixes in what lies beyond its edges.
+QImage bordered(BlurBuffer const& buffer) {
+    QImage image(buffer.width + 2, buffer.height + 2, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        auto const* row = buffer.row(std::clamp(y - 1, 0, buffer.height - 1));
+        for (int x = 0; x < image.width(); ++x) {
+            auto const* pixel = row + 4 * static_cast<std::ptrdiff_t>(std::clamp(x - 1, 0, buffer.width - 1));
             line[x] = qRgba(pixel[2], pixel[1], pixel[0], pixel[3]);
         }
     }
-    if (reduction == 1) return small;
-    return small
-        .scaled(buffer.width * reduction, buffer.height * reduction, Qt::IgnoreAspectRatio,
-                Qt::SmoothTransformation)
-        .copy(0, 0, size.width(), size.height());
+    return image;
 }
 
 } // namespace
@@ -205,14 +232,16 @@ void Canvas::blurBackdrop(CGRect const& rect, CornerRadii const& radii, double b
     auto const deviation =
         std::clamp(std::isfinite(blurRadius) ? blurRadius * scale : 0, 0.0, largestDeviation);
     auto const reduction = blurReduction(deviation);
+    if (!std::isfinite(saturation)) saturation = 1;
     auto buffer = reduced(surface, area, reduction, 0, 4);
     boxBlur(buffer, deviation / reduction);
     for (std::size_t i = 0; i < buffer.bytes.size(); i += 4) {
         saturate(&buffer.bytes[i], saturation);
         layOver(&buffer.bytes[i], overlay);
     }
-    QBrush brush(enlarged(buffer, reduction, area.size()));
-    brush.setTransform(QTransform::fromTranslate(area.x(), area.y()));
+    QBrush brush(bordered(buffer));
+    brush.setTransform(QTransform::fromScale(reduction, reduction) *
+                       QTransform::fromTranslate(area.x() - reduction, area.y() - reduction));
     DevicePixels const device(*painter_);
     painter_->save();
     painter_->setClipRect(area, Qt::IntersectClip);

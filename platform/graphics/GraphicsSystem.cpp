@@ -1,5 +1,6 @@
 #include "platform/graphics/GraphicsSystem.h"
 
+#include "platform/graphics/QuietMessages.h"
 #include "platform/graphics/text/TextShaper.h"
 
 #include <QGuiApplication>
@@ -25,8 +26,6 @@ private:
     std::string saved_ = "C";
 };
 
-void ignoreMessage(QtMsgType, QMessageLogContext const&, QString const&) {}
-
 /// The application object that fonts and picture readers need, on a platform that opens no display. It lives
 /// as long as the process.
 void startApplication() {
@@ -36,9 +35,8 @@ void startApplication() {
     static char* arguments[] = {name, option, platform, nullptr};
     static int count = 3;
     // Complaints about the environment (locale, runtime folder) mean nothing to a process without a session.
-    auto* const previous = qInstallMessageHandler(ignoreMessage);
+    QuietMessages const quiet;
     [[maybe_unused]] static auto* const application = new QGuiApplication(count, arguments);
-    qInstallMessageHandler(previous);
 }
 
 void startOnce() {

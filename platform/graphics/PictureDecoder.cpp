@@ -1,6 +1,7 @@
 #include "platform/graphics/PictureDecoder.h"
 
 #include "platform/graphics/Picture.h"
+#include "platform/graphics/QuietMessages.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -97,6 +98,7 @@ std::optional<DecodedPicture> decodeAny(std::string_view bytes, std::string& fau
 
 std::optional<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name,
                                             std::string& reason) {
+    QuietMessages const quiet;
     std::string fault;
     auto picture = decodeAny(bytes, fault);
     if (!picture) reason = name + ": " + (fault.empty() ? "broken picture" : fault);

@@ -38,6 +38,10 @@ char16_t shown(char16_t unit) {
     return unit < 0x20 || unit == 0x7f ? nothing : unit;
 }
 
+/// Whether a unit only chose between text and emoji look. The faces are chosen by now, and the shaping engine
+/// would tear sequences apart at it.
+bool isPresentationSelector(char16_t unit) { return unit == 0xfe0e || unit == 0xfe0f; }
+
 bool isSpace(char16_t unit) {
     constexpr char16_t noBreak[] = {0xa0, 0x202f, 0x2007};
     return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
@@ -151,15 +155,16 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
                                     std::vector<ScaledStyle> const& styles) {
     auto const& head = characters[first];
     auto const& style = styles[head.style];
-    auto const start = head.start;
+    WordToShape toShape{
+        .text = {}, .face = head.face, .kerning = style.kerning, .rightToLeft = head.level % 2 == 1};
     std::vector<int> ends;
     ends.reserve(last - first);
-    for (auto i = first; i < last; ++i) ends.push_back(static_cast<int>(end(i) - start));
-    auto const word = shapeWord({.text = text.units.substr(start, end(last - 1) - start),
-                                 .face = head.face,
-                                 .kerning = style.kerning,
-                                 .rightToLeft = head.level % 2 == 1},
-                                ends);
+    for (auto i = first; i < last; ++i) {
+        for (auto unit = characters[i].start; unit < end(i); ++unit)
+            if (!isPresentationSelector(text.units[unit])) toShape.text += text.units[unit];
+        ends.push_back(static_cast<int>(toShape.text.size()));
+    }
+    auto const word = shapeWord(toShape, ends);
     auto const extra = style.kern + (head.face->system ? style.tracking : 0);
     for (auto i = first; i < last; ++i) {
         auto& character = characters[i];

@@ -1,0 +1,289 @@
+#include "Drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <numbers>
+
+namespace trelundo {
+
+using namespace testing;
+
+TEST(Canvas, FillsWholePixelsWithoutSoftEdges) {
+    auto const surface = drawn(10, 10, 3, [](Canvas& canvas) { canvas.fill({1, 1, 4.0 / 3, 2}, red); });
+    EXPECT_EQ(surface->pixel(2, 3), 0u);
+    EXPECT_EQ(surface->pixel(3, 3), 0xffff0000);
+    EXPECT_EQ(surface->pixel(6, 8), 0xffff0000);
+    EXPECT_EQ(surface->pixel(7, 8), 0u);
+    EXPECT_EQ(surface->pixel(6, 9), 0u);
+}
+
+TEST(Canvas, SoftensEdgesBetweenPixels) {
+    auto const surface = drawn(4, 4, 1, [](Canvas& canvas) { canvas.fill({0.5, 0, 2, 4}, red); });
+    EXPECT_NEAR(alphaAt(*surface, 0, 1), 128, 4);
+    EXPECT_EQ(alphaAt(*surface, 1, 1), 255);
+    EXPECT_NEAR(alphaAt(*surface, 2, 1), 128, 4);
+}
+
+TEST(Canvas, BlendsInNonLinearColors) {
+    auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 2, 2}, white);
+        canvas.fill({0, 0, 2, 2}, {0, 0, 0, 0.25});
+    });
+    EXPECT_NEAR(static_cast<int>(surface->pixel(0, 0) & 0xff), 191, 1);
+}
+
+TEST(Canvas, ClipsOnWholePixelsUntilRestored) {
+    auto const surface = drawn(4, 4, 1, [](Canvas& canvas) {
+        canvas.save();
+        canvas.clip({0.4, 0.4, 2.2, 2.2});
+        EXPECT_EQ(canvas.clipBounds(), CGRect(0, 0, 3, 3));
+        canvas.save();
+        canvas.clip({10, 10, 5, 5});
+        EXPECT_TRUE(canvas.clipBounds().isNull());
+        canvas.fill({0, 0, 4, 4}, blue);
+        canvas.restore();
+        canvas.fillRounded({-10, -10, 30, 30}, CornerRadii::all(1), red);
+        canvas.restore();
+        canvas.restore(); // one too many is harmless
+        EXPECT_EQ(canvas.clipBounds(), CGRect(0, 0, 4, 4));
+    });
+    EXPECT_EQ(surface->pixel(2, 2), 0xffff0000);
+    EXPECT_EQ(surface->pixel(3, 2), 0u);
+}
+
+TEST(Canvas, OpacitiesMultiply) {
+    auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
+        canvas.save();
+        canvas.multiplyOpacity(0.5);
+        canvas.multiplyOpacity(0.5);
+        canvas.fill({0, 0, 1, 2}, white);
+        canvas.restore();
+        canvas.fill({1, 0, 1, 2}, white);
+    });
+    EXPECT_NEAR(alphaAt(*surface, 0, 0), 64, 1);
+    EXPECT_EQ(alphaAt(*surface, 1, 0), 255);
+}
+
+TEST(Canvas, RoundsEachCornerByItsOwnRadius) {
+    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
+        canvas.fillRounded({0, 0, 20, 20}, {.topLeft = 8, .bottomRight = 400}, red);
+    });
+    EXPECT_EQ(alphaAt(*surface, 0, 0), 0);
+    EXPECT_EQ(alphaAt(*surface, 19, 0), 255);
+    EXPECT_EQ(alphaAt(*surface, 0, 19), 255);
+    EXPECT_EQ(alphaAt(*surface, 19, 19), 0);
+    // A radius above half the side is half the side: the arc passes the middles of the edges.
+    EXPECT_EQ(alphaAt(*surface, 10, 18), 255);
+    // The edge of the arc is soft.
+    int soft = 0;
+    for (int x = 0; x < 8; ++x) soft += alphaAt(*surface, x, 1) % 255 != 0 ? 1 : 0;
+    EXPECT_GE(soft, 1);
+}
+
+TEST(Canvas, BordersLieInsideAndFollowTheCorners) {
+    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
+        canvas.strokeRounded({0, 0, 20, 20}, CornerRadii::all(6), 2, red);
+    });
+    EXPECT_EQ(alphaAt(*surface, 0, 0), 0);
+    EXPECT_EQ(alphaAt(*surface, 10, 1), 255);
+    EXPECT_EQ(alphaAt(*surface, 10, 2), 0);
+    EXPECT_EQ(alphaAt(*surface, 10, 10), 0);
+    auto const thick = drawn(8, 8, 1, [](Canvas& canvas) { canvas.strokeRounded({0, 0, 8, 8}, {}, 9, red); });
+    EXPECT_EQ(alphaAt(*thick, 4, 4), 255);
+}
+
+TEST(Canvas, GradientsContinueTheirEndColors) {
+    GradientStop const stops[] = {{0.25, red}, {0.75, blue}};
+    auto const surface = drawn(100, 10, 1, [&](Canvas& canvas) {
+        canvas.fillGradient({0, 0, 100, 10}, {}, stops, {0, 0.5}, {1, 0.5});
+    });
+    EXPECT_EQ(surface->pixel(5, 5), 0xffff0000);
+    EXPECT_EQ(surface->pixel(95, 5), 0xff0000ff);
+    EXPECT_NEAR(static_cast<int>(surface->pixel(50, 5) & 0xff), 128, 4);
+}
+
+TEST(Canvas, GradientsInterpolatePremultiplied) {
+    // Otherwise the white of the transparent end would shine through in the middle.
+    GradientStop const stops[] = {{0, {1, 1, 1, 0}}, {1, black}};
+    auto const surface = drawn(100, 2, 1, [&](Canvas& canvas) {
+        canvas.fillGradient({0, 0, 100, 2}, {}, stops, {0, 0}, {1, 0});
+    });
+    EXPECT_NEAR(alphaAt(*surface, 50, 0), 128, 3);
+    EXPECT_EQ(surface->pixel(50, 0) & 0xff, 0u);
+}
+
+TEST(Canvas, GradientStopsAtOnePlaceMakeAHardEdge) {
+    GradientStop const stops[] = {{0, red}, {0.5, red}, {0.5, green}, {0.5, blue}, {1, blue}, {1, white}};
+    auto const surface = drawn(100, 2, 1, [&](Canvas& canvas) {
+        canvas.fillGradient({0, 0, 100, 2}, {}, stops, {0, 0}, {1, 0});
+    });
+    EXPECT_EQ(surface->pixel(48, 0), 0xffff0000);
+    EXPECT_EQ(surface->pixel(52, 0), 0xff0000ff);
+    EXPECT_EQ(surface->pixel(98, 0), 0xff0000ff);
+    GradientStop const atStart[] = {{0, red}, {0, green}, {1, green}};
+    auto const second = drawn(10, 2, 1, [&](Canvas& canvas) {
+        canvas.fillGradient({0, 0, 10, 2}, {}, atStart, {0, 0}, {1, 0});
+    });
+    EXPECT_EQ(second->pixel(0, 0), 0xff00ff00);
+}
+
+TEST(Canvas, GradientsWithoutDirectionShowTheLastColor) {
+    GradientStop const stops[] = {{0, red}, {1, blue}};
+    auto const surface = drawn(4, 4, 1, [&](Canvas& canvas) {
+        canvas.fillGradient({0, 0, 4, 4}, {}, stops, {0.5, 0.5}, {0.5, 0.5});
+        canvas.fillGradient({0, 0, 4, 4}, {}, {}, {0, 0}, {1, 1});
+    });
+    EXPECT_EQ(surface->pixel(0, 0), 0xff0000ff);
+}
+
+TEST(Canvas, CopiesSurfacesPixelByPixel) {
+    auto const opaque = drawn(4, 4, 2, [](Canvas& canvas) {
+        canvas.fill({0, 0, 4, 4}, red);
+        canvas.fill({0, 0, 0.5, 0.5}, blue);
+    });
+    auto const translucent = drawn(4, 4, 2, [](Canvas& canvas) {
+        canvas.fill({0, 0, 4, 4}, {0, 1, 0, 0.5});
+    });
+    auto const surface = drawn(10, 10, 2, [&](Canvas& canvas) {
+        canvas.clip({0, 0, 10, 4});
+        canvas.translate(1.2, 0);
+        canvas.drawSurface(*opaque, {0, 1});
+        canvas.drawSurface(*translucent, {4, 1});
+        canvas.drawSurface(*opaque, {-100, -100});
+    });
+    EXPECT_EQ(surface->pixel(2, 2), 0xff0000ff); // 2.4 rounded
+    EXPECT_EQ(surface->pixel(3, 2), 0xffff0000);
+    EXPECT_EQ(surface->pixel(9, 7), 0xffff0000);
+    EXPECT_EQ(surface->pixel(9, 8), 0u);
+    EXPECT_NEAR(alphaAt(*surface, 12, 4), 128, 1);
+}
+
+TEST(Canvas, CutsSurfacesToRoundedCorners) {
+    auto const source = drawn(10, 10, 2, [](Canvas& canvas) { canvas.fill({0, 0, 10, 10}, red); });
+    auto const surface = drawn(12, 12, 2, [&](Canvas& canvas) {
+        canvas.drawSurface(*source, {1, 1}, CornerRadii::all(4));
+    });
+    EXPECT_EQ(alphaAt(*surface, 2, 2), 0);
+    EXPECT_EQ(surface->pixel(12, 12), 0xffff0000);
+    EXPECT_EQ(surface->pixel(12, 2), 0xffff0000);
+    EXPECT_EQ(alphaAt(*surface, 1, 12), 0);
+    EXPECT_EQ(alphaAt(*surface, 22, 12), 0);
+}
+
+TEST(Canvas, OpaqueCopiesRespectOpacity) {
+    auto const source = drawn(2, 2, 1, [](Canvas& canvas) { canvas.fill({0, 0, 2, 2}, red); });
+    auto const surface = drawn(2, 2, 1, [&](Canvas& canvas) {
+        canvas.multiplyOpacity(0.5);
+        canvas.drawSurface(*source, {0, 0});
+    });
+    EXPECT_NEAR(alphaAt(*surface, 0, 0), 128, 1);
+}
+
+TEST(Canvas, DrawsThroughRotations) {
+    auto const source = drawn(4, 4, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 4, 4}, red);
+        canvas.fill({0, 0, 2, 4}, blue);
+    });
+    auto const surface = drawn(20, 20, 1, [&](Canvas& canvas) {
+        canvas.translate(10, 10);
+        canvas.concatenate(CGAffineTransform::rotation(std::numbers::pi));
+        canvas.drawSurfaceScaled(*source, {0, 0, 8, 8});
+    });
+    EXPECT_EQ(surface->pixel(9, 5), 0xff0000ff);
+    EXPECT_EQ(surface->pixel(3, 5), 0xffff0000);
+    EXPECT_EQ(surface->pixel(12, 12), 0u);
+}
+
+TEST(Canvas, BlurLeavesEvenColorsAlone) {
+    CGColor const gray{0.4, 0.4, 0.4, 1};
+    auto const plain = drawn(40, 40, 3, [&](Canvas& canvas) { canvas.fill({0, 0, 40, 40}, gray); });
+    auto const blurred = drawn(40, 40, 3, [&](Canvas& canvas) {
+        canvas.fill({0, 0, 40, 40}, gray);
+        canvas.blurBackdrop({5, 5, 31, 30}, CornerRadii::all(7), 20, 1.8, clear);
+    });
+    EXPECT_TRUE(sameBytes(*plain, *blurred));
+}
+
+TEST(Canvas, BlurMixesOnlyInsideItsShape) {
+    auto const surface = drawn(60, 60, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 30, 60}, black);
+        canvas.fill({30, 0, 30, 60}, white);
+        canvas.blurBackdrop({0, 0, 60, 30}, {}, 10, 1, clear);
+    });
+    auto const near = static_cast<int>(surface->pixel(26, 15) & 0xff);
+    EXPECT_GT(near, 60);
+    EXPECT_LT(near, 128);
+    EXPECT_LT(static_cast<int>(surface->pixel(2, 15) & 0xff), 10);
+    EXPECT_EQ(surface->pixel(26, 30), 0xff000000);
+    EXPECT_EQ(surface->pixel(31, 45), 0xffffffff);
+}
+
+TEST(Canvas, BlurLaysItsOverlayOverBlack) {
+    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 20, 20}, black);
+        canvas.blurBackdrop({0, 0, 20, 20}, {}, 20, 1.8, {0.11, 0.11, 0.11, 0.73});
+    });
+    EXPECT_NEAR(static_cast<int>(surface->pixel(10, 10) & 0xff), 20, 1);
+    EXPECT_EQ(alphaAt(*surface, 10, 10), 255);
+}
+
+TEST(Canvas, BlurRaisesSaturation) {
+    auto const surface = drawn(8, 8, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 8, 8}, {0.6, 0.5, 0.5, 1});
+        canvas.blurBackdrop({0, 0, 8, 8}, {}, 0, 2, clear);
+    });
+    auto const pixel = surface->pixel(4, 4);
+    EXPECT_NEAR(static_cast<int>(pixel >> 16 & 0xff) - static_cast<int>(pixel & 0xff), 51, 3);
+}
+
+TEST(Canvas, ShadowsFadeOutAroundTheirShape) {
+    auto const surface = drawn(100, 100, 1, [](Canvas& canvas) {
+        canvas.drawShadow(CGRect(30, 30, 40, 40), {}, 5, {0, 10}, {0, 0, 0, 0.5});
+    });
+    EXPECT_NEAR(alphaAt(*surface, 50, 60), 128, 2); // the middle of the moved shape
+    EXPECT_NEAR(alphaAt(*surface, 50, 40), 64, 10); // on its edge half is left
+    EXPECT_NEAR(alphaAt(*surface, 50, 79), 64, 10);
+    EXPECT_EQ(alphaAt(*surface, 50, 18), 0);
+    for (int distance = 1; distance < 20; ++distance)
+        EXPECT_LE(alphaAt(*surface, 70 + distance, 60), alphaAt(*surface, 69 + distance, 60));
+    EXPECT_NEAR(alphaAt(*surface, 25, 60), alphaAt(*surface, 74, 60), 2);
+}
+
+TEST(Canvas, ShadowsOfContentFollowItsAlpha) {
+    auto const source = drawn(40, 40, 1, [](Canvas& canvas) { canvas.fill({10, 10, 20, 20}, white); });
+    auto const content = drawn(100, 100, 1, [&](Canvas& canvas) {
+        canvas.drawShadow(*source, {20, 20}, 3, {0, 0}, {1, 0, 0, 1});
+    });
+    auto const shape = drawn(100, 100, 1, [](Canvas& canvas) {
+        canvas.drawShadow(CGRect(30, 30, 20, 20), {}, 3, {0, 0}, {1, 0, 0, 1});
+    });
+    for (int x = 15; x < 65; ++x) EXPECT_NEAR(alphaAt(*content, x, 40), alphaAt(*shape, x, 40), 2) << x;
+    EXPECT_EQ(content->pixel(40, 40) & 0xffff, 0u);
+}
+
+TEST(Canvas, GeometryThatCannotBeDrawnDoesNoHarm) {
+    auto const infinite = std::numeric_limits<double>::infinity();
+    auto const nan = std::numeric_limits<double>::quiet_NaN();
+    CGPoint const corners[] = {{nan, 0}, {infinite, 4}, {1, 1}};
+    GradientStop const stops[] = {{nan, red}, {2, blue}};
+    auto const surface = drawn(4, 4, 1, [&](Canvas& canvas) {
+        for (CGRect const& rect :
+             {CGRect(nan, 0, 4, 4), CGRect(0, 0, infinite, 4), CGRect::null(), CGRect()}) {
+            canvas.fill(rect, red);
+            canvas.fillRounded(rect, CornerRadii::all(3), red);
+            canvas.strokeRounded(rect, CornerRadii::all(nan), nan, red);
+            canvas.fillGradient(rect, {}, stops, {0, 0}, {1, 1});
+            canvas.drawShadow(rect, {}, 4, {0, 0}, red);
+            canvas.blurBackdrop(rect, {}, nan, nan, red);
+            canvas.clear(rect);
+        }
+        canvas.drawShadow(CGRect(0, 0, 1, 1), {}, infinite, {nan, 0}, red);
+        canvas.multiplyOpacity(nan);
+        canvas.fillPolygon(corners, red);
+        canvas.fill({0, 0, 4, 4}, red);
+    });
+    EXPECT_EQ(surface->pixel(1, 1), 0u);
+}
+
+} // namespace trelundo

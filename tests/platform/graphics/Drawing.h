@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/graphics/Canvas.h"
+#include "platform/graphics/Surface.h"
+
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+namespace trelundo::testing {
+
+inline constexpr CGColor red{1, 0, 0, 1};
+inline constexpr CGColor green{0, 1, 0, 1};
+inline constexpr CGColor blue{0, 0, 1, 1};
+inline constexpr CGColor white{1, 1, 1, 1};
+inline constexpr CGColor black{0, 0, 0, 1};
+inline constexpr CGColor clear{0, 0, 0, 0};
+
+/// A surface of `width` by `height` points with what `draw` puts there.
+inline std::unique_ptr<Surface> drawn(int width, int height, double scale,
+                                      std::function<void(Canvas&)> const& draw) {
+    auto surface =
+        std::make_unique<Surface>(static_cast<int>(width * scale), static_cast<int>(height * scale), scale);
+    Canvas canvas(*surface);
+    draw(canvas);
+    return surface;
+}
+
+inline int alphaAt(Surface const& surface, int x, int y) {
+    return static_cast<int>(surface.pixel(x, y) >> 24);
+}
+
+inline bool sameBytes(Surface const& a, Surface const& b) {
+    return a.pixelWidth() == b.pixelWidth() && a.pixelHeight() == b.pixelHeight() &&
+           std::memcmp(a.bytes(), b.bytes(),
+                       static_cast<std::size_t>(a.bytesPerLine()) *
+                           static_cast<std::size_t>(a.pixelHeight())) == 0;
+}
+
+/// The columns, in pixels, between which anything is drawn; {width, -1} when nothing is.
+struct Extent {
+    int left;
+    int right;
+};
+inline Extent inkColumns(Surface const& surface) {
+    Extent extent{surface.pixelWidth(), -1};
+    for (int y = 0; y < surface.pixelHeight(); ++y)
+        for (int x = 0; x < surface.pixelWidth(); ++x)
+            if (alphaAt(surface, x, y) > 0) extent = {std::min(extent.left, x), std::max(extent.right, x)};
+    return extent;
+}
+
+} // namespace trelundo::testing

@@ -1,0 +1,140 @@
+#include "Drawing.h"
+
+#include "platform/graphics/Picture.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QImage>
+
+namespace trelundo {
+
+using namespace testing;
+
+namespace {
+
+std::string encoded(QImage const& image, char const* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, 95);
+    return bytes.toStdString();
+}
+
+QImage halves(int width, int height) {
+    QImage image(width, height, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width / 2; ++x) image.setPixelColor(x, y, Qt::red);
+    return image;
+}
+
+Ref<Picture> decoded(std::string const& bytes, double scale = 1) {
+    std::string reason;
+    auto picture = Picture::decode(bytes, "sample", scale, reason);
+    EXPECT_TRUE(picture) << reason;
+    return picture;
+}
+
+std::string reasonFor(std::string const& bytes) {
+    std::string reason;
+    EXPECT_FALSE(Picture::decode(bytes, "sample.png", 1, reason));
+    return reason;
+}
+
+constexpr auto artwork = R"(<?xml version="1.0"?>
+<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10"><rect width="10" height="10" fill="#00ff00"/></svg>)";
+
+} // namespace
+
+TEST(Picture, MeasuresInPoints) {
+    auto const pixels = decoded(encoded(halves(30, 12), "png"), 3);
+    EXPECT_EQ(pixels->size(), (CGSize{10, 4}));
+    EXPECT_FALSE(pixels->isScalable());
+    auto const photo = decoded(encoded(halves(8, 8).convertToFormat(QImage::Format_RGB32), "jpeg"), 1);
+    EXPECT_EQ(photo->size(), (CGSize{8, 8}));
+    auto const scalable = decoded(artwork, 2);
+    EXPECT_EQ(scalable->size(), (CGSize{20, 10}));
+    EXPECT_TRUE(scalable->isScalable());
+}
+
+TEST(Picture, NamesWhatIsWrong) {
+    EXPECT_NE(reasonFor("").find("sample.png"), std::string::npos);
+    EXPECT_NE(reasonFor("GIF89a and so on").find("sample.png"), std::string::npos);
+    auto const whole = encoded(halves(64, 64), "png");
+    EXPECT_NE(reasonFor(whole.substr(0, whole.size() / 2)).find("sample.png"), std::string::npos);
+    EXPECT_NE(reasonFor("\xff\xd8\xff\xe0 no picture").find("sample.png"), std::string::npos);
+    EXPECT_NE(reasonFor("<svg><rect></svg>").find("sample.png"), std::string::npos);
+    EXPECT_NE(reasonFor("<html></html>").find("not an SVG"), std::string::npos);
+}
+
+TEST(Picture, RefusesMoreThanSixteenMegapixels) {
+    QImage huge(4001, 4000, QImage::Format_Mono);
+    huge.fill(0);
+    EXPECT_NE(reasonFor(encoded(huge, "png")).find("16 megapixels"), std::string::npos);
+    EXPECT_TRUE(decoded(encoded(huge.copy(0, 0, 4000, 4000), "png")));
+}
+
+TEST(Picture, RefusesArtworkThatWouldExhaustTheStack) {
+    std::string deep = R"(<svg viewBox="0 0 1 1">)";
+    for (int i = 0; i < 100'000; ++i) deep += "<g>";
+    EXPECT_NE(reasonFor(deep).find("nested"), std::string::npos);
+}
+
+TEST(Picture, FillsItsRectangle) {
+    for (auto const& picture : {decoded(encoded(halves(64, 64), "png")), decoded(artwork)}) {
+        auto const surface = drawn(20, 20, 2, [&](Canvas& canvas) {
+            canvas.drawPicture(*picture, {2, 2, 10, 16}, {0, 0, 20, 20}, {}, std::nullopt);
+        });
+        EXPECT_EQ(alphaAt(*surface, 4, 4), 255);
+        EXPECT_EQ(alphaAt(*surface, 12, 35), 255);
+        EXPECT_EQ(alphaAt(*surface, 16, 20), 0);
+        EXPECT_EQ(alphaAt(*surface, 3, 10), 0);
+        EXPECT_EQ(alphaAt(*surface, 8, 36), 0);
+    }
+}
+
+TEST(Picture, IsCutToRoundedCorners) {
+    QImage full(10, 10, QImage::Format_RGB32);
+    full.fill(Qt::blue);
+    auto const picture = decoded(encoded(full, "png"));
+    // Filling a tall frame from a wide rectangle, as aspect fill does.
+    auto const surface = drawn(20, 20, 2, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, {-20, 0, 60, 20}, {2, 2, 16, 16}, CornerRadii::all(6), std::nullopt);
+    });
+    EXPECT_EQ(alphaAt(*surface, 4, 4), 0);
+    EXPECT_EQ(surface->pixel(20, 20), 0xff0000ff);
+    EXPECT_EQ(surface->pixel(20, 4), 0xff0000ff);
+    EXPECT_EQ(alphaAt(*surface, 20, 3), 0);
+    // The picture ends before its frame does: it does not repeat.
+    auto const small = drawn(20, 20, 1, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, {5, 5, 10, 10}, {0, 0, 20, 20}, CornerRadii::all(2), std::nullopt);
+    });
+    EXPECT_EQ(alphaAt(*small, 3, 10), 0);
+    EXPECT_EQ(small->pixel(10, 10), 0xff0000ff);
+}
+
+TEST(Picture, TintCountsOnlyItsAlpha) {
+    auto const picture = decoded(artwork);
+    auto const surface = drawn(20, 10, 1, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, CGColor{0, 0, 1, 0.5});
+    });
+    EXPECT_NEAR(alphaAt(*surface, 4, 5), 128, 1);
+    EXPECT_EQ(surface->pixel(4, 5) & 0xff00, 0u);
+    EXPECT_EQ(alphaAt(*surface, 15, 5), 0);
+    // The untinted rendition of the same size is another one.
+    auto const plain = drawn(20, 10, 1, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, std::nullopt);
+    });
+    EXPECT_EQ(plain->pixel(4, 5), 0xff00ff00);
+}
+
+TEST(Picture, DrawsWhenMagnifiedBeyondReason) {
+    auto const picture = decoded(artwork);
+    auto const surface = drawn(10, 10, 1, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, {-50'000, -50'000, 200'000, 100'000}, {0, 0, 10, 10}, {}, std::nullopt);
+    });
+    EXPECT_EQ(surface->pixel(5, 5), 0xff00ff00);
+}
+
+} // namespace trelundo

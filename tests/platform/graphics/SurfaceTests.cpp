@@ -1,0 +1,93 @@
+#include "Drawing.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+namespace trelundo {
+
+using namespace testing;
+
+namespace {
+
+class PngFile : public ::testing::Test {
+protected:
+    void TearDown() override { std::remove(path_.c_str()); }
+    std::string write(Surface const& surface) {
+        std::string reason;
+        EXPECT_TRUE(surface.writePng(path_, reason)) << reason;
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    std::string path_ = ::testing::TempDir() + "surface-" +
+                        ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
+};
+
+std::unique_ptr<Surface> translucentSample() {
+    return drawn(40, 30, 2, [](Canvas& canvas) {
+        canvas.fill({2, 2, 20, 10}, {1, 0.5, 0.25, 1});
+        canvas.fillRounded({5, 8, 30, 20}, CornerRadii::all(6), {0.2, 0.4, 0.9, 0.5});
+    });
+}
+
+} // namespace
+
+TEST_F(PngFile, KeepsTranslucentPixels) {
+    auto const surface = translucentSample();
+    write(*surface);
+    auto const read =
+        QImage(QString::fromStdString(path_)).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    ASSERT_EQ(read.size(), surface->image().size());
+    for (int y = 0; y < read.height(); ++y)
+        for (int x = 0; x < read.width(); ++x) {
+            auto const wrote = surface->pixel(x, y);
+            auto const got = read.pixelColor(x, y).rgba();
+            ASSERT_EQ(qAlpha(got), static_cast<int>(wrote >> 24));
+            ASSERT_NEAR(qRed(qPremultiply(got)), static_cast<int>(wrote >> 16 & 0xff), 1);
+            ASSERT_NEAR(qBlue(qPremultiply(got)), static_cast<int>(wrote & 0xff), 1);
+        }
+}
+
+TEST_F(PngFile, OpaquePixelsNeedNoAlphaAndStayExact) {
+    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 20, 20}, {0.1, 0.2, 0.3, 1});
+        canvas.fillRounded({3, 3, 9, 9}, CornerRadii::all(4), red);
+    });
+    ASSERT_TRUE(surface->isOpaque());
+    write(*surface);
+    QImage const read(QString::fromStdString(path_));
+    EXPECT_FALSE(read.hasAlphaChannel());
+    EXPECT_EQ(read.convertToFormat(QImage::Format_ARGB32_Premultiplied), surface->image());
+}
+
+TEST_F(PngFile, EqualPixelsGiveEqualBytes) {
+    auto const first = write(*translucentSample());
+    auto const second = write(*translucentSample());
+    EXPECT_FALSE(first.empty());
+    EXPECT_EQ(first, second);
+}
+
+TEST(Surface, ReportsAFileThatCannotBeWritten) {
+    std::string reason;
+    EXPECT_FALSE(Surface(2, 2, 1).writePng("/nowhere/at/all.png", reason));
+    EXPECT_NE(reason.find("/nowhere/at/all.png"), reason.npos);
+}
+
+TEST(Surface, NoticesWhenItStopsBeingOpaque) {
+    auto const surface = drawn(4, 4, 1, [](Canvas& canvas) { canvas.fill({0, 0, 4, 4}, red); });
+    EXPECT_TRUE(surface->isOpaque());
+    Canvas(*surface).clear({1, 1, 1, 1});
+    EXPECT_FALSE(surface->isOpaque());
+}
+
+TEST(Surface, ImpossibleSizesDoNoHarm) {
+    Surface const surface(-5, 0, 0);
+    EXPECT_EQ(surface.pixel(7, 7), 0u);
+    EXPECT_EQ(surface.scale(), 1);
+}
+
+} // namespace trelundo

@@ -1,0 +1,178 @@
+#include "Drawing.h"
+
+#include "platform/graphics/text/TextLayout.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace trelundo {
+
+using namespace testing;
+
+namespace {
+
+TextRun run(std::string text, double size = 20) {
+    TextRun result;
+    result.text = std::move(text);
+    result.font.size = size;
+    result.color = black;
+    return result;
+}
+
+std::unique_ptr<Surface> sheet(std::vector<TextRun> const& runs, TextLimits const& limits = {},
+                               double width = 200, double scale = 2) {
+    TextLayout const text(runs, limits);
+    return drawn(static_cast<int>(width), 60, scale, [&](Canvas& canvas) {
+        text.draw(canvas, {0, 0}, width);
+    });
+}
+
+Extent ink(TextRun const& text, TextLimits const& limits = {}) { return inkColumns(*sheet({text}, limits)); }
+
+int countOf(Surface const& surface, std::uint32_t pixel) {
+    int count = 0;
+    for (int y = 0; y < surface.pixelHeight(); ++y)
+        for (int x = 0; x < surface.pixelWidth(); ++x) count += surface.pixel(x, y) == pixel ? 1 : 0;
+    return count;
+}
+
+bool isColored(Surface const& surface) {
+    std::set<std::uint32_t> hues;
+    for (int y = 0; y < surface.pixelHeight(); ++y)
+        for (int x = 0; x < surface.pixelWidth(); ++x)
+            if (alphaAt(surface, x, y) == 255) hues.insert(surface.pixel(x, y));
+    return hues.size() > 20;
+}
+
+} // namespace
+
+TEST(TextDrawing, IsTheSameEveryTime) {
+    for (auto const* text :
+         {"Unlock everything", "無料で試す", "مرحبا 123", "👨‍👩‍👧‍👦 1️⃣"})
+        EXPECT_TRUE(sameBytes(*sheet({run(text)}), *sheet({run(text)}))) << text;
+}
+
+TEST(TextDrawing, NaturalAlignmentFollowsTheFirstStrongCharacter) {
+    EXPECT_LT(ink(run("abc")).left, 20);
+    EXPECT_LT(ink(run("abc"), {.rightToLeft = true}).left, 20);
+    EXPECT_GT(ink(run("שלום")).right, 380);
+    EXPECT_GT(ink(run("123 مرحبا")).right, 380);
+    // Without a strong character the surroundings decide.
+    EXPECT_LT(ink(run("123")).left, 20);
+    EXPECT_GT(ink(run("123"), {.rightToLeft = true}).right, 380);
+}
+
+TEST(TextDrawing, ExplicitAlignmentIsPhysical) {
+    auto hebrew = run("שלום");
+    hebrew.paragraph.alignment = NSTextAlignment::left;
+    EXPECT_LT(ink(hebrew).left, 20);
+    auto latin = run("abc");
+    latin.paragraph.alignment = NSTextAlignment::right;
+    EXPECT_GT(ink(latin).right, 380);
+    latin.paragraph.alignment = NSTextAlignment::center;
+    auto const middle = ink(latin);
+    EXPECT_NEAR(middle.left + middle.right, 400, 8);
+    latin.paragraph.alignment = NSTextAlignment::natural;
+    latin.paragraph.baseWritingDirection = NSWritingDirection::rightToLeft;
+    EXPECT_GT(ink(latin).right, 380);
+}
+
+TEST(TextDrawing, JustifiedLinesFillTheWidthButForTheLast) {
+    auto text = run("aaa bbb cc dddddddddd ee", 16);
+    text.paragraph.alignment = NSTextAlignment::justified;
+    auto const surface = sheet({text}, {.width = 100}, 100);
+    EXPECT_GE(inkColumns(*surface).right, 194);
+    auto plain = text;
+    plain.paragraph.alignment = NSTextAlignment::left;
+    EXPECT_LT(inkColumns(*sheet({plain}, {.width = 100}, 100)).right, 194);
+}
+
+TEST(TextDrawing, EmojiSequencesAreOneColoredPicture) {
+    auto const single = TextLayout({run("👍")}, {}).size().width;
+    for (auto const* text :
+         {"👍🏽", "👨‍👩‍👧‍👦", "🇩🇪", "❤️", "1️⃣", "🏳️‍🌈"}) {
+        EXPECT_NEAR(TextLayout({run(text)}, {}).size().width, single, 0.5) << text;
+        auto const surface = sheet({run(text)});
+        EXPECT_GT(inkColumns(*surface).right, 20) << text;
+    }
+    EXPECT_TRUE(isColored(*sheet({run("👍🏽")})));
+    EXPECT_TRUE(isColored(*sheet({run("1️⃣")})));
+}
+
+TEST(TextDrawing, EveryScriptIsDrawnWithAGlyph) {
+    // What no font has looks alike; different texts of one length must not.
+    struct Pair {
+        char const* first;
+        char const* second;
+    };
+    for (auto const& [first, second] : {Pair{"無", "料"}, Pair{"م", "ح"}, Pair{"ש", "ל"}, Pair{"ก", "ข"},
+                                        Pair{"한", "국"}, Pair{"अ", "क"}, Pair{"★", "☎"}, Pair{"∞", "∑"}})
+        EXPECT_FALSE(sameBytes(*sheet({run(first)}), *sheet({run(second)}))) << first;
+}
+
+TEST(TextDrawing, LayoutDoesNotDependOnTheScale) {
+    auto const text = run("Unlock everything today", 13);
+    auto const coarse = inkColumns(*sheet({text}, {}, 200, 1));
+    auto const fine = inkColumns(*sheet({text}, {}, 200, 4));
+    EXPECT_NEAR(coarse.right * 4, fine.right, 8);
+}
+
+TEST(TextDrawing, UnderlinesAreWholePixelsInTheirColor) {
+    auto text = run("nnn");
+    text.underline = NSUnderlineStyle::single;
+    text.underlineColor = red;
+    auto const surface = sheet({text});
+    auto const width = TextLayout({text}, {}).size().width * 2;
+    // 20 points at 2 pixels: two pixels thick.
+    EXPECT_NEAR(countOf(*surface, 0xffff0000), 2 * width, 4);
+    auto const baseline = static_cast<int>(text.font.ascender() * 2);
+    int row = 0;
+    while (row < surface->pixelHeight() && surface->pixel(4, row) != 0xffff0000) ++row;
+    EXPECT_GT(row, baseline);
+    EXPECT_LT(row, baseline + 10);
+    text.underline = NSUnderlineStyle::doubleLine;
+    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), 4 * width, 8);
+    text.underline = static_cast<NSUnderlineStyle>(0x101);
+    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), width, 8);
+}
+
+TEST(TextDrawing, StrikethroughLiesOverTheText) {
+    auto text = run("xxx");
+    text.strikethrough = NSUnderlineStyle::single;
+    text.strikethroughColor = green;
+    auto const surface = sheet({text});
+    auto const width = TextLayout({text}, {}).size().width * 2;
+    EXPECT_NEAR(countOf(*surface, 0xff00ff00), 2 * width, 4);
+    auto const middle = static_cast<int>((text.font.ascender() - text.font.xHeight() / 2) * 2);
+    EXPECT_EQ(surface->pixel(10, middle), 0xff00ff00);
+}
+
+TEST(TextDrawing, DecorationByWordLeavesOutSpaces) {
+    auto text = run("a b");
+    text.underline = NSUnderlineStyle::single;
+    text.underlineColor = red;
+    auto const whole = countOf(*sheet({text}), 0xffff0000);
+    text.underline = static_cast<NSUnderlineStyle>(0x8001);
+    EXPECT_LT(countOf(*sheet({text}), 0xffff0000), whole - 4);
+}
+
+TEST(TextDrawing, BaselineOffsetRaisesAndBackgroundFills) {
+    auto const top = [](Surface const& surface) {
+        for (int y = 0; y < surface.pixelHeight(); ++y)
+            for (int x = 0; x < surface.pixelWidth(); ++x)
+                if (surface.pixel(x, y) == 0xff000000) return y;
+        return -1;
+    };
+    auto raised = run("n");
+    raised.baselineOffset = 5;
+    auto const low = run("H");
+    EXPECT_LT(top(*sheet({low, raised})), 60);
+    EXPECT_NEAR(TextLayout({raised}, {}).firstBaseline(), raised.font.ascender() + 5, 1e-9);
+    auto marked = run("n");
+    marked.background = red;
+    EXPECT_GT(countOf(*sheet({marked}), 0xffff0000), 200);
+}
+
+} // namespace trelundo

@@ -1,0 +1,270 @@
+#include "platform/graphics/text/TextLayout.h"
+
+#include "platform/graphics/Geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <string>
+
+namespace trelundo {
+
+namespace {
+
+TextRun run(std::string text, double size = 17, int weight = 400) {
+    TextRun result;
+    result.text = std::move(text);
+    result.font = {.size = size, .weight = weight};
+    return result;
+}
+
+TextLayout layout(std::string text, TextLimits const& limits = {}) {
+    return {{run(std::move(text))}, limits};
+}
+
+double width(TextRun const& text) { return TextLayout({text}, {}).size().width; }
+double width(std::string text) { return width(run(std::move(text))); }
+
+TextLimits wrapping(double width, int lines = 0,
+                    std::optional<NSLineBreakMode> mode = NSLineBreakMode::byTruncatingTail) {
+    return {.width = width, .numberOfLines = lines, .lineBreakMode = mode};
+}
+
+} // namespace
+
+TEST(TextLayout, LinesHaveThePublishedHeights) {
+    struct Row {
+        double size, atTwo, atThree;
+    };
+    constexpr std::array rows{Row{8, 10, 29.0 / 3},    Row{11, 13.5, 40.0 / 3}, Row{13, 16, 47.0 / 3},
+                              Row{17, 20.5, 61.0 / 3}, Row{20, 24, 24},         Row{34, 41, 122.0 / 3},
+                              Row{93, 111, 111}};
+    for (auto const& row : rows) {
+        auto const height = TextLayout({run("Ág", row.size, 900)}, {}).size().height;
+        EXPECT_DOUBLE_EQ(ceilToPixel(height, 2), row.atTwo) << row.size;
+        EXPECT_DOUBLE_EQ(ceilToPixel(height, 3), row.atThree) << row.size;
+    }
+}
+
+TEST(TextLayout, FallbackFontsDoNotChangeTheLineHeight) {
+    auto const height = layout("Hello").size().height;
+    for (auto const* text : {"無料", "مرحبا", "שלום", "👍🏽", "ไทย", "हिन्दी"})
+        EXPECT_DOUBLE_EQ(layout(text).size().height, height) << text;
+}
+
+TEST(TextLayout, KerningIsAddedAfterEveryCharacter) {
+    auto const plain = run("Unlock");
+    for (double kern : {2.0, -0.5}) {
+        auto kerned = plain;
+        kerned.kern = kern;
+        EXPECT_NEAR(width(kerned), width(plain) + 6 * kern, 1e-9);
+    }
+    auto family = run("👨‍👩‍👧‍👦é"); // two characters, however many code points
+    auto const natural = width(family);
+    family.kern = 1;
+    EXPECT_NEAR(width(family), natural + 2, 1e-9);
+}
+
+TEST(TextLayout, KernOfZeroTurnsTheFontsKerningOff) {
+    auto pair = run("AV");
+    auto const kerned = width(pair);
+    pair.kern = 0;
+    EXPECT_GT(width(pair), kerned);
+    EXPECT_NEAR(width(pair), width("A") + width("V"), 1e-9);
+}
+
+TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
+    auto const whole = TextLayout({run("Price "), run("now", 17, 700)}, {}).size().width;
+    EXPECT_NEAR(whole, width("Price ") + width(run("now", 17, 700)), 1e-9);
+    TextLimits half;
+    half.fontScale = 0.5;
+    auto spaced = run("abcd", 160);
+    spaced.kern = 4;
+    EXPECT_NEAR(TextLayout({spaced}, half).size().width * 2, width(spaced), 1e-9);
+}
+
+TEST(TextLayout, TrackingFollowsTheSize) {
+    // At 80 points there is none, so widths of the same text compare by it.
+    auto const natural = width(run("nnnnnnnnnn", 80)) / 80;
+    auto const tracking = [&](double size) {
+        return (width(run("nnnnnnnnnn", size)) / size - natural) * 100;
+    };
+    EXPECT_NEAR(tracking(17), -26, 1e-6);
+    EXPECT_NEAR(tracking(12), 0, 1e-6);
+    EXPECT_NEAR(tracking(10), 12, 1e-6);
+    EXPECT_NEAR(tracking(28), 14, 1e-6);
+    EXPECT_NEAR(tracking(22), -10, 1e-6); // between 20 and 24
+}
+
+TEST(TextLayout, HeavierWeightsAreWider) {
+    double last = 0;
+    for (int weight : {100, 300, 400, 500, 600, 700, 900}) {
+        auto const current = width(run("Unlock everything", 17, weight));
+        EXPECT_GT(current, last) << weight;
+        last = current;
+    }
+    EXPECT_EQ(width(run("Unlock", 17, 650)), width(run("Unlock", 17, 600)));
+}
+
+TEST(TextLayout, EveryLineEndMakesALine) {
+    EXPECT_EQ(layout("a\nb\rc\r\nd\u2028e\u2029f").lineCount(), 6);
+    EXPECT_EQ(layout("\n").lineCount(), 2);
+    EXPECT_EQ(layout("a\n").lineCount(), 2);
+    EXPECT_EQ(layout("").lineCount(), 1);
+    EXPECT_EQ(TextLayout({run("a\r"), run("\nb")}, {}).lineCount(),
+              3); // a pair split over runs is two line ends
+    EXPECT_NEAR(layout("\n").size().height, 2 * layout("x").size().height, 1e-9);
+    EXPECT_FALSE(layout("a\nb").isWrapped());
+    EXPECT_EQ(TextLayout({}, {}).lineCount(), 0);
+}
+
+TEST(TextLayout, LineSpacingStandsBetweenLinesOnly) {
+    auto spaced = run("a\nb\nc");
+    spaced.paragraph.lineSpacing = 10;
+    EXPECT_NEAR(TextLayout({spaced}, {}).size().height, 3 * spaced.font.lineHeight() + 20, 1e-9);
+    EXPECT_NEAR(TextLayout({spaced}, {.fontScale = 0.5}).size().height, 1.5 * spaced.font.lineHeight() + 10,
+                1e-9);
+    spaced.text = "a";
+    EXPECT_NEAR(TextLayout({spaced}, {}).size().height, spaced.font.lineHeight(), 1e-9);
+}
+
+TEST(TextLayout, ParagraphStylesShapeTheLines) {
+    auto text = run("a\nb");
+    text.paragraph.paragraphSpacing = 5;
+    text.paragraph.minimumLineHeight = 40;
+    EXPECT_NEAR(TextLayout({text}, {}).size().height, 85, 1e-9);
+    EXPECT_NEAR(TextLayout({text}, {}).firstBaseline(), 40 + text.font.descender(), 1e-9);
+    text.paragraph.minimumLineHeight = 0;
+    text.paragraph.firstLineHeadIndent = 30;
+    EXPECT_NEAR(TextLayout({text}, {}).size().width, 30 + std::max(width("a"), width("b")), 1e-9);
+}
+
+TEST(TextLayout, ALineIsAsHighAsItsTallestFont) {
+    TextLayout const mixed({run("small "), run("BIG", 40), run("\nlast", 10)}, {});
+    EXPECT_NEAR(mixed.firstBaseline(), FontSpec{.size = 40}.ascender(), 1e-9);
+    EXPECT_NEAR(mixed.size().height, FontSpec{.size = 40}.lineHeight() + FontSpec{.size = 10}.lineHeight(),
+                1e-9);
+    EXPECT_NEAR(mixed.lastBaseline(), FontSpec{.size = 40}.lineHeight() + FontSpec{.size = 10}.ascender(),
+                1e-9);
+}
+
+TEST(TextLayout, WrapsBetweenWords) {
+    auto const text = layout("Unlock everything today", wrapping(width("Unlock everything") + 0.01));
+    EXPECT_EQ(text.lineCount(), 2);
+    EXPECT_TRUE(text.isWrapped());
+    EXPECT_FALSE(text.isTruncated());
+    EXPECT_FALSE(text.breaksWord());
+    // The space at the wrap does not count.
+    EXPECT_NEAR(text.size().width, width("Unlock everything"), 1e-9);
+    // A text fits into the width that was measured for it.
+    EXPECT_EQ(layout("Unlock everything today", wrapping(width("Unlock everything today"))).lineCount(), 1);
+}
+
+TEST(TextLayout, BreaksAWordThatDoesNotFit) {
+    auto const text = layout("a Incomprehensibilities b", wrapping(60));
+    EXPECT_TRUE(text.breaksWord());
+    EXPECT_GT(text.lineCount(), 2);
+    EXPECT_LE(text.size().width, 60);
+    EXPECT_EQ(layout("abc", wrapping(0)).lineCount(), 3);
+    EXPECT_EQ(layout("👨‍👩‍👧‍👦👍🏽", wrapping(0)).lineCount(), 2);
+}
+
+TEST(TextLayout, WrapsJapaneseWithoutOrphanedPunctuation) {
+    // The full stop may not begin a line, so the character before it comes along.
+    auto const text = layout("無料で試す。", wrapping(width("無料で試す") + 0.5));
+    EXPECT_EQ(text.lineCount(), 2);
+    EXPECT_NEAR(text.size().width, width("無料で試"), 1e-9);
+    EXPECT_FALSE(text.breaksWord());
+}
+
+TEST(TextLayout, CharacterWrappingFillsLines) {
+    auto text = run("aaaa aaaa");
+    text.paragraph.lineBreakMode = NSLineBreakMode::byCharWrapping;
+    TextLayout const set({text}, {.width = width("aaaa a") + 0.01});
+    EXPECT_EQ(set.lineCount(), 2);
+    EXPECT_NEAR(set.size().width, width("aaaa a"), 1e-9);
+    EXPECT_FALSE(set.breaksWord());
+}
+
+TEST(TextLayout, TruncatesWithAnEllipsisInsideTheWidth) {
+    auto const full = std::string("Unlock everything today and tomorrow");
+    for (auto mode : {NSLineBreakMode::byTruncatingHead, NSLineBreakMode::byTruncatingMiddle,
+                      NSLineBreakMode::byTruncatingTail}) {
+        auto const text = layout(full, wrapping(150, 1, mode));
+        EXPECT_TRUE(text.isTruncated());
+        EXPECT_FALSE(text.isWrapped());
+        EXPECT_EQ(text.lineCount(), 1);
+        EXPECT_LE(text.size().width, 150 + 1e-6);
+        EXPECT_GT(text.size().width, 130);
+    }
+    EXPECT_FALSE(layout(full, wrapping(width(full), 1)).isTruncated());
+}
+
+TEST(TextLayout, TailTruncationKeepsTheLongestHead) {
+    // No space before the ellipsis, as the width of "Unlock…" shows.
+    auto const room = width("Unlock …") + 0.01;
+    EXPECT_NEAR(layout("Unlock everything", wrapping(room, 1)).size().width, width("Unlock…"), 0.2);
+    // Too narrow for anything but the ellipsis.
+    EXPECT_NEAR(layout("Unlock", wrapping(2, 1)).size().width, width("…"), 1e-9);
+}
+
+TEST(TextLayout, TheLastAllowedLineIsTruncated) {
+    auto const text = layout("one two three four five six seven eight", wrapping(80, 2));
+    EXPECT_EQ(text.lineCount(), 2);
+    EXPECT_TRUE(text.isTruncated());
+    EXPECT_TRUE(text.isWrapped());
+    auto const paragraphs = layout("first\nsecond", wrapping(500, 1));
+    EXPECT_TRUE(paragraphs.isTruncated());
+    EXPECT_NEAR(paragraphs.size().width, width("first…"), 1e-9);
+    // The head gives way to the end of the whole text, not of the first paragraph.
+    auto const head =
+        layout("first\nsecond", wrapping(width("…second") + 1, 1, NSLineBreakMode::byTruncatingHead));
+    EXPECT_NEAR(head.size().width, width("…second"), 0.5);
+}
+
+TEST(TextLayout, WrappingModesCutWithoutEllipsis) {
+    auto const text =
+        layout("Unlock everything", wrapping(width("Unlock eve"), 1, NSLineBreakMode::byWordWrapping));
+    EXPECT_TRUE(text.isTruncated());
+    EXPECT_NEAR(text.size().width, width("Unlock"), 1e-9);
+}
+
+TEST(TextLayout, ClippingLetsTheLastLineOverflow) {
+    auto const text = layout("Unlock everything", wrapping(40, 1, NSLineBreakMode::byClipping));
+    EXPECT_TRUE(text.isTruncated());
+    EXPECT_FALSE(text.isWrapped());
+    EXPECT_NEAR(text.size().width, width("Unlock everything"), 1e-9);
+}
+
+TEST(TextLayout, HeightCutsToWholeLines) {
+    auto const line = layout("x").size().height;
+    TextLimits limits{.width = 80, .height = 2.9 * line, .lineBreakMode = NSLineBreakMode::byTruncatingTail};
+    auto const text = layout("one two three four five six seven eight", limits);
+    EXPECT_EQ(text.lineCount(), 2);
+    EXPECT_TRUE(text.isTruncated());
+    limits.height = 1;
+    EXPECT_EQ(layout("one two three four five", limits).lineCount(), 1);
+    limits.height = 2 * line;
+    EXPECT_EQ(layout("one\ntwo", limits).lineCount(), 2);
+}
+
+TEST(TextLayout, OddInputDoesNoHarm) {
+    auto const nan = std::numeric_limits<double>::quiet_NaN();
+    auto odd = run("broken \xff\xfe utf\t8 \x01 \u200d\ufe0f", nan);
+    odd.kern = nan;
+    TextLayout const text({odd}, {.width = nan, .height = -5, .fontScale = nan});
+    EXPECT_EQ(text.lineCount(), 1);
+    EXPECT_TRUE(std::isfinite(text.size().width));
+    EXPECT_EQ(layout("word", wrapping(-10)).lineCount(), 4);
+    EXPECT_GT(layout("x\ty").size().width, width("xy"));
+}
+
+TEST(TextLayout, RepeatedShapingGivesTheSameWidths) {
+    auto const text = "ﬁrst e\u0301 AVATAR → 59,99 € لا إله 한국어";
+    auto const first = width(text);
+    EXPECT_EQ(width(text), first);
+    EXPECT_GT(first, 100);
+}
+
+} // namespace trelundo
