@@ -56,7 +56,8 @@ void AlertText::layoutSubviews() {
         label->setFrame({paddingSide, y, textWidth, height});
         y += height + betweenTexts;
     }
-    setContentSize({bounds().size.width, intrinsicContentSize().height});
+    CGSize const content{bounds().size.width, intrinsicContentSize().height};
+    if (content != contentSize()) setContentSize(content); // an assignment asks for another layout
 }
 
 AlertButton::AlertButton(UIAlertController& alert, UIAlertAction& action, bool isEmphasised)

@@ -301,7 +301,7 @@ private:
 
     // Refusal of touches while an animation moves the view (UIViewAnimation.cpp).
     bool refusesTouches() const;
-    void noteAnimatedChange(); // the layout pass calls it too
+    void noteAnimatedChange();
     static void endRefusal(std::vector<Weak<UIView>> const& views);
 
     // Layout's part of changes of tree and geometry (UIViewLayout.cpp).

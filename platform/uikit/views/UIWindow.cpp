@@ -115,6 +115,7 @@ void UIWindow::updateSafeArea() {
 void UIWindow::layoutWindow() {
     if (state_->isLayingOut) return;
     state_->isLayingOut = true;
+    UITraitScope const scope(traits_);
     layoutIfNeeded();
     state_->isLayingOut = false;
     placeFocusRing();
