@@ -1,0 +1,414 @@
+#include "platform/uikit/layout/Solver.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <random>
+
+namespace trelundo {
+namespace {
+
+using Term = Solver::Term;
+
+/// A few variables with constraints in words, so that the tests read as formulas.
+class Problem {
+public:
+    explicit Problem(int count, Solver::Domain domain = Solver::Domain::any) {
+        for (int i = 0; i < count; ++i) variables.push_back(solver.addVariable(domain));
+    }
+    Solver::Constraint equal(std::vector<Term> terms, double constant, double priority = 1000) {
+        return solver.add(Solver::equal(terms, constant, priority));
+    }
+    Solver::Constraint atLeast(std::vector<Term> terms, double constant, double priority = 1000) {
+        return solver.add(Solver::atLeast(terms, constant, priority));
+    }
+    Solver::Constraint atMost(std::vector<Term> terms, double constant, double priority = 1000) {
+        return solver.add(Solver::atMost(terms, constant, priority));
+    }
+    double operator[](int i) const { return solver.value(i); }
+
+    Solver solver;
+    std::vector<Solver::Variable> variables;
+};
+
+TEST(SolverTest, SolvesEqualitiesAndChains) {
+    Problem p(3);
+    p.equal({{0, 1}}, 10);
+    p.equal({{1, 1}, {0, -2}}, 5);
+    p.equal({{2, 1}, {1, 1}, {0, 1}}, 100);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[0], 10);
+    EXPECT_DOUBLE_EQ(p[1], 25);
+    EXPECT_DOUBLE_EQ(p[2], 65);
+    EXPECT_FALSE(p.solver.isDirty());
+}
+
+TEST(SolverTest, FreeVariablesMayBeNegativeAndLengthsMayNot) {
+    Problem p(1);
+    auto const length = p.solver.addVariable(Solver::Domain::nonNegative);
+    p.equal({{0, 1}}, -20);
+    p.equal({{length, 1}, {0, -1}}, 0, 500);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[0], -20);
+    EXPECT_DOUBLE_EQ(p.solver.value(length), 0);
+}
+
+TEST(SolverTest, HigherPriorityIsNeverTradedForAnyNumberOfLowerOnes) {
+    for (double const higher : {999.999, 750.001, 500.0, 1.5}) {
+        Problem p(1);
+        for (int i = 0; i < 200; ++i) p.equal({{0, 1}}, 1000, higher - 0.0005);
+        p.equal({{0, 1}}, 0, higher);
+        p.solver.solve();
+        EXPECT_NEAR(p[0], 0, 1e-6) << higher;
+    }
+}
+
+TEST(SolverTest, AmongEqualPrioritiesTheSumOfDeviationsIsLeast) {
+    Problem p(1);
+    for (double const wanted : {0.0, 10.0, 12.0, 40.0, 1000.0}) p.equal({{0, 1}}, wanted, 250);
+    p.solver.solve();
+    EXPECT_NEAR(p[0], 12, 1e-9); // the median
+}
+
+TEST(SolverTest, OneSidedAndElasticRules) {
+    Problem p(2);
+    p.atLeast({{0, 1}}, 50, 250);
+    p.atMost({{0, 1}}, 20, 750);
+    Term const term{1, 1};
+    p.solver.add({.terms = {&term, 1}, .constant = 100, .above = 250, .below = 750});
+    auto const stretch = p.equal({{1, 1}}, 130, 500);
+    p.solver.solve();
+    EXPECT_NEAR(p[0], 20, 1e-9);
+    EXPECT_NEAR(p[1], 130, 1e-9); // 500 beats hugging at 250
+    p.solver.setConstant(stretch, 70);
+    p.solver.solve();
+    EXPECT_NEAR(p[1], 100, 1e-9); // but not the resistance at 750
+}
+
+TEST(SolverTest, ConflictLeavesTheLatestOutNamesAllAndKeepsTheRest) {
+    Problem p(3, Solver::Domain::nonNegative);
+    auto const a = p.equal({{0, 1}}, 100);
+    auto const b = p.equal({{1, 1}, {0, -1}}, 20);
+    p.equal({{2, 1}}, 7);
+    auto const c = p.equal({{1, 1}}, 200);
+    auto const conflicts = p.solver.solve();
+    ASSERT_EQ(conflicts.size(), 1u);
+    EXPECT_EQ(conflicts[0].refused, c);
+    EXPECT_EQ(conflicts[0].involved, (std::vector{a, b, c}));
+    EXPECT_TRUE(p.solver.isRefused(c));
+    EXPECT_DOUBLE_EQ(p[1], 120);
+    EXPECT_DOUBLE_EQ(p[2], 7);
+    EXPECT_TRUE(p.solver.solve().empty());
+
+    p.solver.remove(b); // what it conflicted with has gone
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_FALSE(p.solver.isRefused(c));
+    EXPECT_DOUBLE_EQ(p[1], 200);
+    EXPECT_DOUBLE_EQ(p[0], 100);
+}
+
+TEST(SolverTest, PrecedenceDecidesWhoIsRefused) {
+    Problem p(1, Solver::Domain::nonNegative);
+    auto const own = p.equal({{0, 1}}, 44);
+    p.solver.solve();
+    Term const term{0, 1};
+    p.solver.add({.terms = {&term, 1}, .constant = 0, .takesPrecedence = true});
+    auto const conflicts = p.solver.solve();
+    ASSERT_EQ(conflicts.size(), 1u);
+    EXPECT_EQ(conflicts[0].refused, own);
+    EXPECT_DOUBLE_EQ(p[0], 0);
+}
+
+TEST(SolverTest, EditsThatBecomeImpossibleAreRefusedAndComeBack) {
+    Problem p(2, Solver::Domain::nonNegative);
+    auto const outer = p.equal({{0, 1}}, 100);
+    auto const inset = p.equal({{0, 1}, {1, -1}}, 32);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[1], 68);
+    p.solver.setConstant(outer, 0); // a length cannot be -32
+    auto const conflicts = p.solver.solve();
+    ASSERT_EQ(conflicts.size(), 1u);
+    EXPECT_EQ(conflicts[0].refused, inset);
+    p.solver.setConstant(outer, 50);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[1], 18);
+}
+
+TEST(SolverTest, RedundantEqualitiesMayChangeTogetherButNotApart) {
+    Problem p(1);
+    auto const a = p.equal({{0, 1}}, 5);
+    auto const b = p.equal({{0, 2}}, 10);
+    EXPECT_TRUE(p.solver.solve().empty());
+    p.solver.setConstant(a, 8);
+    p.solver.setConstant(b, 16);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[0], 8);
+    p.solver.remove(a);
+    EXPECT_TRUE(p.solver.solve().empty());
+    EXPECT_DOUBLE_EQ(p[0], 8);
+    p.equal({{0, 1}}, 9);
+    EXPECT_EQ(p.solver.solve().size(), 1u);
+    EXPECT_DOUBLE_EQ(p[0], 8);
+}
+
+// Random problems, compared with the best corner that can be found by trying them all.
+
+struct Definition {
+    std::vector<double> coefficients;
+    double constant;
+    int relation; // -1, 0, 1
+    double priority;
+};
+
+struct RandomProblem {
+    std::size_t variables;
+    std::vector<Definition> definitions;
+};
+
+RandomProblem randomProblem(std::mt19937& random, std::size_t variables, std::size_t count) {
+    auto const pick = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(random);
+    };
+    static constexpr std::array priorities{1000.0, 999.5, 750.0, 250.0, 250.0, 49.0};
+    RandomProblem problem{variables, {}};
+    for (std::size_t i = 0; i < count; ++i) {
+        Definition definition{std::vector<double>(variables), static_cast<double>(pick(-4, 12)), pick(-1, 1),
+                              priorities[static_cast<std::size_t>(pick(0, 5))]};
+        for (auto& coefficient : definition.coefficients) coefficient = pick(-2, 2);
+        problem.definitions.push_back(definition);
+    }
+    return problem;
+}
+
+double violation(Definition const& definition, std::vector<double> const& point) {
+    double sum = -definition.constant;
+    for (std::size_t i = 0; i < point.size(); ++i) sum += definition.coefficients[i] * point[i];
+    if (definition.relation < 0) return std::max(sum, 0.0);
+    return definition.relation > 0 ? std::max(-sum, 0.0) : std::abs(sum);
+}
+
+/// Total deviation by falling priority, required first.
+using Cost = std::map<double, double, std::greater<>>;
+Cost costOf(RandomProblem const& problem, std::vector<double> const& point, std::vector<bool> const& counts) {
+    Cost cost{{1000.0, 0.0}};
+    for (std::size_t i = 0; i < problem.definitions.size(); ++i)
+        if (counts[i]) cost[problem.definitions[i].priority] += violation(problem.definitions[i], point);
+    return cost;
+}
+
+bool isLess(Cost const& a, Cost const& b) {
+    for (auto const& [priority, value] : a)
+        if (std::abs(value - b.at(priority)) > 1e-6) return value < b.at(priority);
+    return false;
+}
+
+std::optional<std::vector<double>> intersection(std::vector<std::vector<double>> rows) {
+    std::size_t const n = rows.size();
+    for (std::size_t column = 0; column < n; ++column) {
+        auto const best = std::max_element(
+            rows.begin() + static_cast<std::ptrdiff_t>(column), rows.end(),
+            [column](auto const& a, auto const& b) { return std::abs(a[column]) < std::abs(b[column]); });
+        if (std::abs((*best)[column]) < 1e-9) return std::nullopt;
+        std::swap(rows[column], *best);
+        for (std::size_t row = 0; row < n; ++row) {
+            if (row == column) continue;
+            double const factor = rows[row][column] / rows[column][column];
+            for (std::size_t i = column; i <= n; ++i) rows[row][i] -= factor * rows[column][i];
+        }
+    }
+    std::vector<double> point(n);
+    for (std::size_t i = 0; i < n; ++i) point[i] = rows[i][n] / rows[i][i];
+    return point;
+}
+
+/// The best of all points where as many boundaries meet as there are variables; these are not negative.
+Cost bestCost(RandomProblem const& problem, std::vector<bool> const& counts) {
+    std::vector<std::vector<double>> boundaries;
+    for (auto const& definition : problem.definitions) {
+        boundaries.push_back(definition.coefficients);
+        boundaries.back().push_back(definition.constant);
+    }
+    for (std::size_t i = 0; i < problem.variables; ++i) {
+        boundaries.emplace_back(problem.variables + 1);
+        boundaries.back()[i] = 1;
+    }
+    std::optional<Cost> best;
+    std::vector<int> chosen(boundaries.size());
+    std::fill_n(chosen.begin(), problem.variables, 1);
+    do {
+        std::vector<std::vector<double>> rows;
+        for (std::size_t i = 0; i < boundaries.size(); ++i)
+            if (chosen[i]) rows.push_back(boundaries[i]);
+        auto const point = intersection(rows);
+        if (!point || std::ranges::any_of(*point, [](double v) { return v < -1e-9; })) continue;
+        auto const cost = costOf(problem, *point, counts);
+        if (!best || isLess(cost, *best)) best = cost;
+    } while (std::ranges::prev_permutation(chosen).found);
+    return *best;
+}
+
+struct Loaded {
+    Solver solver;
+    std::vector<Solver::Constraint> handles;
+
+    explicit Loaded(RandomProblem const& problem) {
+        for (std::size_t i = 0; i < problem.variables; ++i) solver.addVariable(Solver::Domain::nonNegative);
+        for (auto const& definition : problem.definitions) handles.push_back(add(definition));
+    }
+    Solver::Constraint add(Definition const& definition) {
+        std::vector<Term> terms;
+        for (std::size_t i = 0; i < definition.coefficients.size(); ++i)
+            terms.push_back({static_cast<Solver::Variable>(i), definition.coefficients[i]});
+        return solver.add(
+            definition.relation < 0   ? Solver::atMost(terms, definition.constant, definition.priority)
+            : definition.relation > 0 ? Solver::atLeast(terms, definition.constant, definition.priority)
+                                      : Solver::equal(terms, definition.constant, definition.priority));
+    }
+    std::vector<double> point(RandomProblem const& problem) const {
+        std::vector<double> values;
+        for (std::size_t i = 0; i < problem.variables; ++i)
+            values.push_back(solver.value(static_cast<Solver::Variable>(i)));
+        return values;
+    }
+    std::vector<bool> counted() const {
+        std::vector<bool> result;
+        for (auto const handle : handles) result.push_back(!solver.isRefused(handle));
+        return result;
+    }
+    void expectOptimal(RandomProblem const& problem, std::string const& what) {
+        auto const counts = counted();
+        auto const found = point(problem);
+        auto const cost = costOf(problem, found, counts);
+        EXPECT_NEAR(cost.at(1000), 0, 1e-6) << what;
+        for (double const value : found) EXPECT_GE(value, -1e-6) << what;
+        EXPECT_FALSE(isLess(bestCost(problem, counts), cost)) << what << '\n' << solver.dump();
+    }
+};
+
+TEST(SolverTest, RandomProblemsReachTheBestCorner) {
+    for (unsigned seed = 0; seed < 1500; ++seed) {
+        std::mt19937 random(seed);
+        auto const problem = randomProblem(random, 2 + seed % 2, 3 + seed % 6);
+        Loaded loaded(problem);
+        loaded.solver.solve();
+        loaded.expectOptimal(problem, "seed " + std::to_string(seed));
+    }
+}
+
+TEST(SolverTest, RandomChangesStepByStepStayOptimal) {
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        std::mt19937 random(seed + 5000);
+        auto problem = randomProblem(random, 3, 6);
+        Loaded loaded(problem);
+        for (int step = 0; step < 12; ++step) {
+            auto const i = random() % problem.definitions.size();
+            if (random() % 3 == 0) {
+                problem.definitions[i] = randomProblem(random, 3, 1).definitions[0];
+                loaded.solver.remove(loaded.handles[i]);
+                loaded.handles[i] = loaded.add(problem.definitions[i]);
+            } else {
+                problem.definitions[i].constant = static_cast<double>(random() % 20) - 5;
+                loaded.solver.setConstant(loaded.handles[i], problem.definitions[i].constant);
+            }
+            if (random() % 2 == 0) continue; // several changes before one solution
+            loaded.solver.solve();
+            loaded.expectOptimal(problem, "seed " + std::to_string(seed) + ", step " + std::to_string(step));
+            if (HasFailure()) return;
+        }
+    }
+}
+
+/// A page of rows: each row has a picture, a text that may shrink, and a margin on both sides.
+struct Page {
+    Solver solver;
+    Solver::Variable width = solver.addVariable(Solver::Domain::nonNegative);
+    std::vector<std::array<Solver::Variable, 6>> rows;
+    std::vector<Solver::Constraint> texts;
+    Solver::Constraint pin;
+
+    explicit Page(double pageWidth, double textWidth) {
+        Term const whole{width, 1};
+        pin = solver.add(Solver::equal({&whole, 1}, pageWidth));
+        for (int i = 0; i < 30; ++i) addRow(textWidth + i);
+    }
+    void addRow(double textWidth) {
+        using enum Solver::Domain;
+        std::array<Solver::Variable, 6> row{};
+        for (std::size_t i = 0; i < row.size(); ++i) row[i] = solver.addVariable(i % 2 ? nonNegative : any);
+        auto const& [pictureX, pictureWidth, textX, textLength, y, height] = row;
+        auto const add = [this](std::vector<Term> terms, double constant) {
+            solver.add(Solver::equal(terms, constant));
+        };
+        add({{pictureX, 1}}, 16);
+        add({{pictureWidth, 1}, {height, -1}}, 0);
+        add({{textX, 1}, {pictureX, -1}, {pictureWidth, -1}}, 8);
+        std::vector<Term> const right{{textX, 1}, {textLength, 1}, {width, -1}};
+        solver.add(Solver::atMost(right, -16));
+        Term const length{textLength, 1};
+        texts.push_back(
+            solver.add({.terms = {&length, 1}, .constant = textWidth, .above = 250, .below = 700}));
+        Term const tall{height, 1};
+        solver.add({.terms = {&tall, 1}, .constant = 24, .above = 250, .below = 750});
+        if (rows.empty())
+            add({{y, 1}}, 0);
+        else
+            add({{y, 1}, {rows.back()[4], -1}, {rows.back()[5], -1}}, 4);
+        rows.push_back(row);
+    }
+    std::vector<double> values() const {
+        std::vector<double> result;
+        for (auto const& row : rows)
+            for (auto const variable : row) result.push_back(solver.value(variable));
+        return result;
+    }
+};
+
+TEST(SolverTest, EditsEqualRebuilding) {
+    Page edited(390, 100);
+    edited.solver.solve();
+    std::mt19937 random(1);
+    for (int step = 0; step < 200; ++step) {
+        double const width = 200 + static_cast<double>(random() % 600);
+        double const text = 20 + static_cast<double>(random() % 400);
+        edited.solver.setConstant(edited.pin, width);
+        for (std::size_t i = 0; i < edited.texts.size(); ++i)
+            edited.solver.setConstant(edited.texts[i], text + static_cast<double>(i));
+        EXPECT_TRUE(edited.solver.solve().empty());
+        Page fresh(width, text);
+        fresh.solver.solve();
+        auto const a = edited.values();
+        auto const b = fresh.values();
+        for (std::size_t i = 0; i < a.size(); ++i) ASSERT_NEAR(a[i], b[i], 1e-6) << "step " << step;
+    }
+}
+
+TEST(SolverTest, RemovedVariablesAreReusedCleanly) {
+    Problem p(2);
+    for (int round = 0; round < 50; ++round) {
+        auto const extra = p.solver.addVariable(Solver::Domain::nonNegative);
+        auto const a = p.equal({{extra, 1}, {0, -1}}, round);
+        auto const b = p.equal({{0, 1}, {1, -1}}, 2, 500);
+        auto const c = p.atLeast({{1, 1}}, round);
+        EXPECT_TRUE(p.solver.solve().empty());
+        EXPECT_GE(p[1], round - 1e-9);
+        EXPECT_NEAR(p.solver.value(extra) - p[0], round, 1e-9);
+        EXPECT_NEAR(p[0] - p[1], 2, 1e-9);
+        for (auto const constraint : {b, a, c}) p.solver.remove(constraint);
+        p.solver.removeVariable(extra);
+    }
+}
+
+TEST(SolverTest, EqualSequencesGiveEqualValues) {
+    for (unsigned seed = 0; seed < 50; ++seed) {
+        std::mt19937 random(seed);
+        auto const problem = randomProblem(random, 3, 8);
+        Loaded first(problem);
+        Loaded second(problem);
+        EXPECT_EQ(first.solver.solve(), second.solver.solve());
+        EXPECT_EQ(first.point(problem), second.point(problem));
+    }
+}
+
+} // namespace
+} // namespace trelundo
