@@ -99,7 +99,7 @@ void OffscreenShell::drag(CGPoint from, double dx, double dy, double seconds) {
     window_->touchBegan(finger, from);
     auto location = from;
     for (int frame = 1; frame <= frames; ++frame) {
-        advance(1 / framesPerSecond);
+        if (seconds > 0) advance(1 / framesPerSecond);
         auto const way = static_cast<double>(frame) / frames;
         location = {from.x + dx * way, from.y + dy * way};
         window_->touchMoved(finger, location);

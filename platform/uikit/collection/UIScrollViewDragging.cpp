@@ -1,12 +1,14 @@
 #include "platform/uikit/collection/UIScrollViewState.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace trelundo {
 
 namespace {
 
-constexpr double dragThreshold = 10;   // points
+constexpr double dragThreshold = 10; // points
+constexpr double catchUpRate = 0.25;
 constexpr double velocityWindow = 0.1; // seconds before the release that count for the speed
 constexpr double slowestRelease = 50;  // points a second; slower releases stop at once
 
@@ -15,9 +17,15 @@ double speedOf(double distance, double seconds, bool counts) {
     return std::abs(speed) < slowestRelease ? 0 : speed;
 }
 
-// The way that counts as dragging begins where the threshold was passed, so that the content does not jump.
-double beyondThreshold(double distance) {
-    return std::abs(distance) < dragThreshold ? 0 : distance - std::copysign(dragThreshold, distance);
+double withinThreshold(double distance) { return std::clamp(distance, -dragThreshold, dragThreshold); }
+
+// The content lags behind by the threshold when a drag begins, so that it does not jump, and catches up with
+// the finger on the way: returns `distance` enlarged by the part of `debt` that is made up for.
+double caughtUp(double distance, double& debt) {
+    if (distance * debt <= 0) return distance;
+    double const share = std::copysign(std::min(std::abs(debt), std::abs(distance) * catchUpRate), distance);
+    debt -= share;
+    return distance + share;
 }
 
 } // namespace
@@ -69,15 +77,16 @@ bool UIScrollView::continueTracking(UITouch& touch) {
 
 void UIScrollView::beginDragging(CGPoint translation) {
     state_->dragging = true;
-    state_->finger =
-        state_->start + translation - CGPoint{beyondThreshold(translation.x), beyondThreshold(translation.y)};
+    state_->debt = {withinThreshold(translation.x), withinThreshold(translation.y)};
+    state_->finger = state_->start + state_->debt;
     showIndicators();
     if (auto delegate = scrollDelegate()) delegate->scrollViewWillBeginDragging(*this);
 }
 
 // Every step starts from the present offset, so a drift that moves it meanwhile adds to the finger's way.
 void UIScrollView::dragTo(CGPoint location) {
-    CGPoint const way = location - std::exchange(state_->finger, location);
+    CGPoint way = location - std::exchange(state_->finger, location);
+    way = {caughtUp(way.x, state_->debt.x), caughtUp(way.y, state_->debt.y)};
     auto const [horizontal, vertical] = offsetRanges();
     CGSize const size = bounds().size;
     auto const moved = [this](double offset, double distance, scroll::Range range, double length) {

@@ -31,6 +31,7 @@ struct UIScrollView::State {
     bool touchStoppedMotion = false;
     CGPoint start;  // where the touch began
     CGPoint finger; // the position that the offset accounts for
+    CGPoint debt;   // the way before the threshold that the content has not made up for yet
     std::deque<Sample> samples;
 
     // The movement by itself.
