@@ -30,7 +30,8 @@ QRect pixelRect(CGRect const& rect) {
 DeviceWindow::DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom)
     : window_(std::move(window))
     , device_(device)
-    , zoom_(zoom) {
+    , zoom_(zoom)
+    , accessible_(*this, *window_, zoom, [this] { turn(); }) {
     auto const size = UIScreen::main().bounds().size;
     resize(static_cast<int>(std::lround(size.width * zoom)),
            static_cast<int>(std::lround(size.height * zoom)));
@@ -95,6 +96,7 @@ void DeviceWindow::prepareSurface() {
 }
 
 void DeviceWindow::present() {
+    accessible_.update();
     if (!isExposed() || size().isEmpty()) return;
     prepareSurface();
     QRegion changed;

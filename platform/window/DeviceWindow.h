@@ -4,6 +4,7 @@
 #include "platform/graphics/Surface.h"
 #include "platform/uikit/views/UIScreen.h"
 #include "platform/uikit/views/UIWindow.h"
+#include "platform/window/AccessibleTree.h"
 
 #include <QRasterWindow>
 #include <QTimer>
@@ -27,6 +28,8 @@ public:
     void setListener(std::function<void(std::string const&)> listener) { listener_ = std::move(listener); }
     /// Shows the window and serves the main queue from now on.
     void start();
+
+    QAccessibleInterface* accessibleRoot() const override { return accessible_.root(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -55,6 +58,7 @@ private:
     Ref<UIWindow> window_;
     DeviceProfile device_;
     double zoom_;
+    AccessibleTree accessible_;
     Compositor compositor_;
     std::unique_ptr<Surface> surface_;
     QTimer frameTimer_;
