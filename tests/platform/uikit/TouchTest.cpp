@@ -135,7 +135,7 @@ TEST_F(TouchTest, ADragGoesOnWhenTheTouchedContentIsTakenAway) {
     content->removeFromSuperview();
     double const before = scrollView->contentOffset().y;
     shell.window().touchMoved(1, {20, 100});
-    EXPECT_EQ(scrollView->contentOffset().y, before + 50);
+    EXPECT_GE(scrollView->contentOffset().y, before + 50);
     shell.window().touchEnded(1, {20, 100});
 }
 
