@@ -74,6 +74,7 @@ void PremiumV2Button::setup() {
     layer().setCornerRadius(8);
     layer().setMasksToBounds(true);
     titleLabel()->setNumberOfLines(2);
+    setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
     setContentEdgeInsets({0, 16, 0, 16});
     setTitleEdgeInsets({0, 16, 0, 16});
 }

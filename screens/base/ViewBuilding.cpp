@@ -26,6 +26,8 @@ Ref<UIImageView> makeFillingPicture(std::string const& name) {
     picture->setClipsToBounds(true);
     picture->setContentMode(UIViewContentMode::scaleAspectFill);
     picture->setImage(UIImage::named(name));
+    // A picture takes the room that is left before anything else is stretched.
+    picture->setContentHuggingPriority(1, NSLayoutConstraintAxis::vertical);
     return picture;
 }
 

@@ -1,5 +1,9 @@
 #include "tools/paywall/Screens.h"
 
+#include "screens/subscription/PremiumV3ViewController.h"
+#include "screens/subscription/PremiumV4ViewController.h"
+#include "screens/subscription/PremiumV5ViewController.h"
+#include "screens/subscription/PremiumV6ViewController.h"
 #include "screens/subscription/PremiumViewController.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/PropertyValues.h"
@@ -64,10 +68,54 @@ ScreenType firstPaywall() {
     return type;
 }
 
+/// A paywall of the second generation, whose palette is public; `own` are its further properties.
+template <class Screen> ScreenType secondGeneration(std::string name, Properties own = {}) {
+    using Base = PlanPaywallViewController;
+    own.merge(Properties{{"selectedProductIndex", property(&Base::setSelectedProductIndex, parseInteger)},
+                         {"backgroundColor", property(&Base::setBackgroundColor, parseColor)},
+                         {"textColor", property(&Base::setTextColor, parseColor)},
+                         {"buttonColor", property(&Base::setButtonColor, parseColor)},
+                         {"termsColor", property(&Base::setTermsColor, parseColor)},
+                         {"selectedColor", property(&Base::setSelectedColor, parseColor)},
+                         {"tintColor", property(&Base::setTintColor, parseColor)}});
+    return planScreen<Screen>(std::move(name), std::move(own));
+}
+
+/// The trial paywall: the one product at the selected index, none when there is none.
+ScreenType trialPaywall() {
+    using Screen = PremiumV6ViewController;
+    return {.name = "PremiumV6ViewController",
+            .make = [] { return Ref<BaseViewController>{make<Screen>()}; },
+            .properties = with({{"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
+                                {"buttonColor", property(&Screen::setButtonColor, parseColor)},
+                                {"termsColor", property(&Screen::setTermsColor, parseColor)},
+                                {"features", property(&Screen::setFeatures, parseFeatures)}}),
+            .setDiscounts = [](auto&, auto&) {},
+            .setProducts =
+                [](UIViewController& screen, Products const& products, int select) {
+                    auto const index = static_cast<std::size_t>(select);
+                    dynamic_cast<Screen&>(screen).setProduct(index < products.size() ? products[index]
+                                                                                     : nullptr);
+                }};
+}
+
 } // namespace
 
 std::vector<ScreenType> const& screens() {
-    static std::vector<ScreenType> const all{firstPaywall()};
+    static std::vector<ScreenType> const all{
+        firstPaywall(),
+        secondGeneration<PremiumV2ViewController>(
+            "PremiumV2ViewController",
+            {{"features", property(&PremiumV2ViewController::setFeatures, parseFeatures)}}),
+        secondGeneration<PremiumV3ViewController>(
+            "PremiumV3ViewController",
+            {{"savedOnce", property(&PremiumV3ViewController::setSavedOnce, parseBool)}}),
+        secondGeneration<PremiumV4ViewController>(
+            "PremiumV4ViewController",
+            {{"features", property(&PremiumV2ViewController::setFeatures, parseFeatures)}}),
+        secondGeneration<PremiumV5ViewController>("PremiumV5ViewController"),
+        trialPaywall(),
+    };
     return all;
 }
 
