@@ -13,6 +13,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace trelundo {
 
@@ -22,6 +23,8 @@ constexpr auto emojiFamily = "Noto Color Emoji";
 constexpr auto japaneseFamily = "Noto Sans CJK JP";
 constexpr char32_t emojiSelector = 0xfe0f;
 constexpr char32_t textSelector = 0xfe0e;
+// Shown for characters that no font has, whichever comes first in the face.
+constexpr std::u16string_view missingSigns = u"\ufffd\u25a1?";
 
 template <class Visit> void forEachCharacter(std::u16string_view text, Visit visit) {
     for (std::size_t i = 0; i < text.size();) {
@@ -31,30 +34,31 @@ template <class Visit> void forEachCharacter(std::u16string_view text, Visit vis
     }
 }
 
+void appendCharacter(std::u16string& text, char32_t character) {
+    std::array<char16_t, 2> units{};
+    std::size_t count = 0;
+    U16_APPEND_UNSAFE(units, count, static_cast<UChar32>(character));
+    text.append(units.data(), count);
+}
+
 /// What every font may lack: characters that show nothing by themselves.
 bool isInvisible(char32_t character) {
     auto const c = static_cast<UChar32>(character);
     return character < 0x20 || u_hasBinaryProperty(c, UCHAR_DEFAULT_IGNORABLE_CODE_POINT);
 }
 
-QRawFont openFile(std::string const& path) {
-    // The font refers to the mapped file for the rest of the process.
-    auto* const file = new QFile(QString::fromStdString(path));
-    QRawFont font;
-    if (file->open(QIODevice::ReadOnly)) {
-        if (auto const* bytes = file->map(0, file->size()))
-            font.loadFromData(QByteArray::fromRawData(reinterpret_cast<char const*>(bytes), file->size()),
-                              FontLibrary::referenceSize, QFont::PreferNoHinting);
-    }
-    if (!font.isValid()) delete file;
-    return font;
+/// Maps the face's file, which the font refers to from then on.
+void open(FontFace& face) {
+    face.mapping = std::make_shared<QFile>(QString::fromStdString(face.file));
+    if (!face.mapping->open(QIODevice::ReadOnly)) return;
+    auto const size = face.mapping->size();
+    if (auto const* bytes = face.mapping->map(0, size))
+        face.reference.loadFromData(QByteArray::fromRawData(reinterpret_cast<char const*>(bytes), size),
+                                    FontLibrary::referenceSize, QFont::PreferNoHinting);
 }
 
 QRawFont const& opened(FontFace& face) {
-    if (!face.opened) {
-        face.opened = true;
-        if (!face.file.empty()) face.reference = openFile(face.file);
-    }
+    if (!std::exchange(face.opened, true) && !face.file.empty()) open(face);
     return face.reference;
 }
 
@@ -101,6 +105,12 @@ bool isShared(char32_t character) {
     return script == USCRIPT_COMMON || script == USCRIPT_INHERITED;
 }
 
+char16_t missingSign(QRawFont const& font) {
+    auto const sign =
+        std::ranges::find_if(missingSigns, [&](char16_t s) { return font.supportsCharacter(uint{s}); });
+    return sign == missingSigns.end() ? u' ' : *sign;
+}
+
 char32_t firstCharacter(std::u16string_view cluster) {
     char32_t first = 0;
     forEachCharacter(cluster, [&](char32_t character) {
@@ -122,6 +132,18 @@ bool isEmoji(std::u16string_view cluster) {
         if (character == textSelector) emoji = false;
     });
     return emoji;
+}
+
+void appendShapeable(FontFace& face, std::u16string_view cluster, std::u16string& text) {
+    auto const& font = opened(face);
+    forEachCharacter(cluster, [&](char32_t character) {
+        // The face is chosen by now, and the shaping engine would tear sequences apart at a selector.
+        if (character == emojiSelector || character == textSelector) return;
+        if (font.isValid() && font.supportsCharacter(static_cast<uint>(character)))
+            appendCharacter(text, character);
+        else if (!isInvisible(character))
+            text += missingSign(font);
+    });
 }
 
 FontLibrary& FontLibrary::shared() {
@@ -200,10 +222,8 @@ FontFace* FontLibrary::fallback(std::u16string_view cluster, FontFace const& lik
 }
 
 FontFace* FontLibrary::faceByCoverage(char32_t character, FontFace const& like) {
-    std::array<char16_t, 2> units{};
-    std::size_t count = 0;
-    U16_APPEND_UNSAFE(units, count, static_cast<UChar32>(character));
-    std::u16string_view const text(units.data(), count);
+    std::u16string text;
+    appendCharacter(text, character);
     for (auto const* name :
          {"Noto Sans", "Noto Sans Symbols", "Noto Sans Symbols2", "Noto Sans Math", japaneseFamily}) {
         auto* const face = faceOfFamily(name, like);

@@ -4,10 +4,13 @@
 #include <QRawFont>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+class QFile;
 
 namespace trelundo {
 
@@ -19,6 +22,7 @@ struct FontFace {
     bool system = false;       // of the system family, which has tracking
     bool kernsByItself = true; // false: the font's kerning spoils running text
     bool opened = false;
+    std::shared_ptr<QFile> mapping{};
     QRawFont reference{}; // at referenceSize; invalid when the file cannot be read
 };
 
@@ -54,6 +58,10 @@ private:
     std::map<std::pair<char32_t, bool>, FontFace*> byCharacter_;
     FontFace missing_; // no font at all
 };
+
+/// Appends what of `cluster` can be shaped with `face`: unseen characters that the face lacks are left out,
+/// others become the sign for a missing character. The shaping engine would go looking for fonts of its own.
+void appendShapeable(FontFace& face, std::u16string_view cluster, std::u16string& text);
 
 /// Whether `cluster` is shown as a colour emoji.
 bool isEmoji(std::u16string_view cluster);

@@ -38,10 +38,6 @@ char16_t shown(char16_t unit) {
     return unit < 0x20 || unit == 0x7f ? nothing : unit;
 }
 
-/// Whether a unit only chose between text and emoji look. The faces are chosen by now, and the shaping engine
-/// would tear sequences apart at it.
-bool isPresentationSelector(char16_t unit) { return unit == 0xfe0e || unit == 0xfe0f; }
-
 bool isSpace(char16_t unit) {
     constexpr char16_t noBreak[] = {0xa0, 0x202f, 0x2007};
     return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
@@ -160,8 +156,9 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
     std::vector<int> ends;
     ends.reserve(last - first);
     for (auto i = first; i < last; ++i) {
-        for (auto unit = characters[i].start; unit < end(i); ++unit)
-            if (!isPresentationSelector(text.units[unit])) toShape.text += text.units[unit];
+        auto const cluster =
+            std::u16string_view(text.units).substr(characters[i].start, end(i) - characters[i].start);
+        appendShapeable(*head.face, cluster, toShape.text);
         ends.push_back(static_cast<int>(toShape.text.size()));
     }
     auto const word = shapeWord(toShape, ends);

@@ -260,6 +260,18 @@ TEST(TextLayout, OddInputDoesNoHarm) {
     EXPECT_GT(layout("x\ty").size().width, width("xy"));
 }
 
+TEST(TextLayout, UnseenCharactersTakeNoRoom) {
+    for (auto const* text : {"a\u00adb", "a\u200bb", "a\u2060b", "a\u200eb",
+                             "a\x01"
+                             "b",
+                             "a\ufe0f"
+                             "b"})
+        EXPECT_NEAR(width(text), width("ab"), 0.1) << text;
+    // What no font has is shown as missing, each alike.
+    EXPECT_GT(width("\U000e8000"), 0);
+    EXPECT_EQ(width("\U000e8000"), width("\U000f1234"));
+}
+
 TEST(TextLayout, RepeatedShapingGivesTheSameWidths) {
     auto const text = "ﬁrst e\u0301 AVATAR → 59,99 € لا إله 한국어";
     auto const first = width(text);
