@@ -80,7 +80,7 @@ SandboxLedger::~SandboxLedger() = default;
 
 SQLite::Statement& SandboxLedger::statement(char const* sql) const {
     auto& query = statements_->prepared.try_emplace(sql, *database_, sql).first->second;
-    query.reset();
+    query.tryReset(); // repeats the error of a use that failed
     query.clearBindings();
     return query;
 }
@@ -92,11 +92,12 @@ void SandboxLedger::step(std::string_view operation, char const* moment) const {
 bool SandboxLedger::commit(std::string_view operation, std::function<void()> const& work) {
     step(operation, "begin");
     try {
-        SQLite::Transaction transaction{*database_, SQLite::TransactionBehavior::IMMEDIATE};
+        statement("BEGIN IMMEDIATE").exec();
         work();
         step(operation, "written");
-        transaction.commit();
+        statement("COMMIT").exec();
     } catch (std::exception const& failure) {
+        database_->tryExec("ROLLBACK"); // fails when the database has rolled back itself
         lastError_ = describeDatabaseFailure(options_.file, failure);
         return false;
     }
@@ -261,5 +262,7 @@ void SandboxLedger::own(std::int64_t identifier) {
     query.bind(1, identifier);
     query.exec();
 }
+
+#undef SELECT_RECORDS
 
 } // namespace trelundo

@@ -147,18 +147,21 @@ TEST_F(SandboxLedgerTest, AFullDiskLosesNothing) {
     auto const fillDisk = [&] {
         ::signal(SIGXFSZ, SIG_IGN);
         auto const opened = open();
-        rlimit const limit{60'000, 60'000};
+        rlimit const limit{60'000, RLIM_INFINITY};
+        rlimit const noLimit{RLIM_INFINITY, RLIM_INFINITY};
         if (!opened.ledger || ::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 255;
         int recorded = 0;
         while (recorded < 200 && opened.ledger->recordPurchase({.productIdentifier = "p"}, true)) ++recorded;
         bool const isExplained = opened.ledger->lastError().starts_with(file.string() + ": the disk");
         bool const isUnharmed = opened.ledger->records().size() == static_cast<std::size_t>(recorded) + 1;
-        return recorded < 200 && isExplained && isUnharmed ? recorded : 255;
+        ::setrlimit(RLIMIT_FSIZE, &noLimit);
+        bool const goesOn = opened.ledger->recordPurchase({.productIdentifier = "p"}, true).has_value();
+        return recorded < 200 && isExplained && isUnharmed && goesOn ? recorded : 255;
     };
     auto const recorded = inChild(fillDisk);
     ASSERT_LT(recorded, 200);
     ASSERT_GT(recorded, 0);
-    EXPECT_EQ(open().ledger->records().size(), static_cast<std::size_t>(recorded) + 1);
+    EXPECT_EQ(open().ledger->records().size(), static_cast<std::size_t>(recorded) + 2);
 }
 
 TEST_F(SandboxLedgerTest, AnOperationInTheWrongStateChangesNothing) {

@@ -5,11 +5,13 @@
 #include "platform/storekit/sandbox/SandboxStore.h"
 
 #include <algorithm>
+#include <csignal>
 #include <memory>
 #include <openssl/bio.h>
 #include <openssl/ec.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
+#include <sys/resource.h>
 
 namespace trelundo {
 namespace {
@@ -431,6 +433,67 @@ TEST_F(SandboxStoreTest, BuysAtOnce) {
     drain();
     EXPECT_EQ(observer->lines, Lines{});
     EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
+/// While it lives, no file can be written, as on a full disk.
+class FullDisk {
+public:
+    FullDisk()
+        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &limit_);
+        rlimit const none{0, limit_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &limit_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(FullDisk const&) = delete;
+    FullDisk& operator=(FullDisk const&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit limit_{};
+};
+
+TEST_F(SandboxStoreTest, SaysSoWhenTheDiskIsFullAndGoesOnAfterwards) {
+    observer->finishes = true;
+    openFile();
+    buy("badge");
+    auto full = std::make_optional<FullDisk>();
+    auto const bought = buy("coins");
+    auto const restored = restore();
+    bool const isResumed = store->resume();
+    full.reset();
+    EXPECT_EQ(bought, (Lines{"coins:failed(0)", "removed coins"}));
+    EXPECT_EQ(restored, Lines{"restore failed(0)"});
+    EXPECT_TRUE(isResumed) << "nothing was held back, so nothing had to be written";
+    EXPECT_TRUE(store->lastError().starts_with((folder / "store.db").string() + ": the disk"))
+        << store->lastError();
+    EXPECT_EQ(buy("coins").at(1), "coins:purchased");
+    EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
+TEST_F(SandboxStoreTest, AnOutcomeThatCannotBeRecordedIsTriedAgain) {
+    openFile();
+    queue->add(paymentFor("coins"));
+    {
+        FullDisk const full;
+        drain();
+    }
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"}) << "not told before it is on the disk";
+    clock.setNow(1);
+    drain();
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
+    {
+        FullDisk const full;
+        queue->finishTransaction(observer->last.at(0));
+    }
+    drain();
+    EXPECT_EQ(queue->transactions().size(), 1U);
+    queue->finishTransaction(observer->last.at(0));
+    drain();
+    EXPECT_EQ(queue->transactions().size(), 0U);
 }
 
 TEST_F(SandboxStoreTest, MayBeDestroyedWithWorkUnderWay) {
