@@ -116,7 +116,7 @@ void LayoutEngine::subtreeWasAdded(UIView& view) { addedSubtrees_.push_back(&vie
 
 void LayoutEngine::scan(UIView& view) {
     if (&view != &root_ && !view.translatesAutoresizingMask_) slotOf(view);
-    for (auto const& constraint : view.constraints_) addRule(*constraint);
+    for (auto const& constraint : view.constraints_) found_.push_back(constraint.get());
     for (auto const& child : view.subviews_) scan(*child);
 }
 
@@ -127,8 +127,12 @@ void LayoutEngine::updateTree() {
     for (auto const& activated : std::exchange(activated_, {})) {
         auto const constraint = activated.lock();
         if (constraint && constraint->owner_ && constraint->owner_->isDescendantOf(root_))
-            addRule(*constraint);
+            found_.push_back(constraint.get());
     }
+    // The one activated last gives way in a conflict, whatever the order in the tree.
+    std::ranges::sort(found_, {}, &NSLayoutConstraint::activation_);
+    for (auto* constraint : found_) addRule(*constraint);
+    found_.clear();
 }
 
 namespace {

@@ -164,6 +164,7 @@ private:
     std::vector<Solver::Constraint> reported_;
     std::vector<Weak<UIView>> addedSubtrees_;
     std::vector<Weak<NSLayoutConstraint>> activated_;
+    std::vector<NSLayoutConstraint*> found_; // active ones without a rule
     bool hasStaleContent_ = false;
     bool isUpdating_ = false;
     bool isRightToLeft_ = false; // the application's direction at the last update

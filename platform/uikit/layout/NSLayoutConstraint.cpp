@@ -82,6 +82,7 @@ NSLayoutConstraint::NSLayoutConstraint(Parameters parameters)
 NSLayoutConstraint::~NSLayoutConstraint() = default;
 
 void NSLayoutConstraint::setConstant(double constant) {
+    if (constant == constant_) return;
     constant_ = constant;
     if (!owner_) return;
     if (engineId_ >= 0) LayoutNode::of(*owner_).engine->constantDidChange(*this);
@@ -114,6 +115,8 @@ void NSLayoutConstraint::install() {
     if (first_.view && (second_.view || !hasSecondItem_))
         owner_ = second_.view ? commonAncestor(*first_.view, *second_.view) : first_.view;
     if (!owner_) fatalError("The items of a constraint have no common ancestor: " + description());
+    static unsigned long activations = 0;
+    activation_ = ++activations;
     active_ = true;
     owner_->constraints_.push_back(strong(*this));
     LayoutNode::of(*first_.view).mentions.push_back(this);
@@ -157,7 +160,8 @@ void NSLayoutConstraint::activate(std::vector<Ref<NSLayoutConstraint>> const& co
 }
 
 void NSLayoutConstraint::deactivate(std::vector<Ref<NSLayoutConstraint>> const& constraints) {
-    for (auto const& constraint : constraints) constraint->setActive(false);
+    auto const all = constraints; // may be a view's own list, which shrinks
+    for (auto const& constraint : all) constraint->setActive(false);
 }
 
 std::string NSLayoutConstraint::description() const {

@@ -121,8 +121,9 @@ private:
     std::string identifier_;
     Item first_;
     Item second_;
-    UIView* owner_ = nullptr; // the view it is installed on while active
-    int engineId_ = -1;       // its row in the layout engine; -1: none
+    UIView* owner_ = nullptr;      // the view it is installed on while active
+    unsigned long activation_ = 0; // grows with each activation of any constraint
+    int engineId_ = -1;            // its row in the layout engine; -1: none
 };
 
 /// Activates constraints together: `activate({a->topAnchor() == b->topAnchor(), (w >= 50).at(750)})`.

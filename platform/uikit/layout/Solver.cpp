@@ -132,12 +132,14 @@ void Solver::listIfInfeasible(RowIndex row) {
 }
 
 bool Solver::isDirty() const {
-    return !queue_.empty() || !infeasible_.empty() || suboptimal_ || (requiredChanged_ && refusedCount_ > 0);
+    return edited_ || !queue_.empty() || !infeasible_.empty() || suboptimal_ ||
+           (requiredChanged_ && refusedCount_ > 0);
 }
 
 std::vector<Solver::Conflict> Solver::solve() {
     std::vector<Conflict> conflicts;
     if (!isDirty()) return conflicts;
+    edited_ = false;
     retryRefused();
     insertQueued(true);
     restoreFeasibility(conflicts);

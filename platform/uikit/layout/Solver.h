@@ -172,6 +172,7 @@ private:
     int refusedCount_ = 0;
     bool requiredChanged_ = false; // since refused constraints were last tried
     bool suboptimal_ = false;
+    bool edited_ = false; // values may differ from those of the last solve()
     std::vector<SolverRow::Entry> scratch_;
     std::vector<double> dense_;
     std::vector<Symbol> touched_;

@@ -43,6 +43,7 @@ void Solver::setConstant(Constraint handle, double constant) {
     double const delta = constant - constraint.constant;
     if (delta == 0) return;
     constraint.constant = constant;
+    edited_ = true;
     if (constraint.isRequired()) requiredChanged_ = true;
     if (constraint.state != State::active) return;
     // The marker stands for the distance of the sum from the constant: where it occurs, it is now measured

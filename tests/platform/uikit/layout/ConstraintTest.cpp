@@ -1,0 +1,299 @@
+#include "tests/platform/uikit/layout/LayoutStage.h"
+
+namespace trelundo {
+namespace {
+
+class ConstraintTest : public LayoutStage {};
+
+TEST_F(ConstraintTest, AnchorsPlaceAViewWithOffsetsAndFactors) {
+    auto const view = add(*root);
+    activate({
+        view->leadingAnchor() == root->leadingAnchor() + 20,
+        view->trailingAnchor() + 30 == root->trailingAnchor(),
+        view->topAnchor() - 10 == root->topAnchor(),
+        view->heightAnchor() == root->heightAnchor() * 0.5 - 40,
+    });
+    layout();
+    EXPECT_EQ(view->frame(), CGRect(20, 10, 350, 260));
+}
+
+TEST_F(ConstraintTest, FactorsOnTheLeftAndBetweenAxesOfLength) {
+    auto const view = add(*root);
+    activate({
+        view->leadingAnchor() == root->leadingAnchor(),
+        view->centerYAnchor() == root->centerYAnchor(),
+        view->widthAnchor() * 2 + 10 == root->widthAnchor(),
+        view->heightAnchor() == view->widthAnchor() * 0.4,
+    });
+    layout();
+    EXPECT_EQ(view->frame(), CGRect(0, 261, 195, 78));
+}
+
+TEST_F(ConstraintTest, DeepViewsAreMeasuredThroughTheChainWithoutScrollOffsets) {
+    auto const outer = make<UIView>(CGRect{50, 60, 200, 200});
+    outer->setBounds({7, 9, 200, 200});
+    root->addSubview(outer);
+    auto const inner = add(*outer);
+    auto const leaf = add(*inner);
+    activate({
+        inner->leftAnchor() == outer->leftAnchor() + 10,
+        inner->topAnchor() == outer->topAnchor() + 10,
+        inner->widthAnchor() == 100,
+        inner->heightAnchor() == 100,
+        leaf->leftAnchor() == root->leftAnchor() + 100,
+        leaf->bottomAnchor() == root->topAnchor() + 150,
+        leaf->rightAnchor() == inner->rightAnchor(),
+        leaf->heightAnchor() == 20,
+    });
+    EXPECT_EQ(leaf->constraints().size(), 1u);
+    EXPECT_EQ(inner->constraints().size(), 3u);
+    EXPECT_EQ(root->constraints().size(), 2u);
+    layout();
+    EXPECT_EQ(inner->frame(), CGRect(10, 10, 100, 100));
+    EXPECT_EQ(leaf->frame(), CGRect(40, 60, 60, 20));
+    EXPECT_EQ(outer->frame(), CGRect(50, 60, 200, 200));
+
+    outer->setFrame({60, 60, 200, 200}); // placed by hand: what crosses its border follows
+    layout();
+    EXPECT_EQ(leaf->frame(), CGRect(30, 60, 70, 20));
+}
+
+TEST_F(ConstraintTest, PrioritiesAndInequalitiesDecide) {
+    auto const header = add(*root);
+    activate({
+        header->topAnchor() == root->topAnchor(),
+        header->leadingAnchor() == root->leadingAnchor(),
+        header->widthAnchor() >= 110,
+        header->widthAnchor() <= root->widthAnchor() * 0.5,
+        (header->widthAnchor() == 1000).at(999),
+        (header->heightAnchor() == 80).at(500),
+        (header->heightAnchor() == 90).at(500.5),
+    });
+    layout();
+    EXPECT_EQ(header->frame(), CGRect(0, 0, 200, 90));
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(ConstraintTest, HuggingAndResistanceShareTheRoom) {
+    auto const a = add(*root, CGSize{100, 20});
+    auto const b = add(*root, CGSize{100, 20});
+    b->setContentHuggingPriority(251, NSLayoutConstraintAxis::horizontal);
+    a->setContentCompressionResistancePriority(749, NSLayoutConstraintAxis::horizontal);
+    auto const right = b->trailingAnchor() == root->leadingAnchor() + 300;
+    activate({a->leadingAnchor() == root->leadingAnchor(), b->leadingAnchor() == a->trailingAnchor(),
+              a->topAnchor() == root->topAnchor(), b->topAnchor() == root->topAnchor(), right});
+    layout();
+    EXPECT_EQ(a->frame(), CGRect(0, 0, 200, 20));
+    EXPECT_EQ(b->frame(), CGRect(200, 0, 100, 20));
+    right.constraint()->setConstant(150);
+    layout();
+    EXPECT_EQ(a->frame(), CGRect(0, 0, 50, 20));
+    EXPECT_EQ(b->frame(), CGRect(50, 0, 100, 20));
+    b->setContentCompressionResistancePriority(500, NSLayoutConstraintAxis::horizontal);
+    layout();
+    EXPECT_EQ(b->frame(), CGRect(100, 0, 50, 20));
+    b->resize({30, 10});
+    layout();
+    EXPECT_EQ(b->frame(), CGRect(120, 0, 30, 10));
+}
+
+TEST_F(ConstraintTest, ChangesAreTakenUpIncrementally) {
+    auto const view = add(*root);
+    auto const wide = (view->widthAnchor() == 100).at(700).constraint();
+    auto const narrow = (view->widthAnchor() == 50).at(600).constraint();
+    activate({view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor(),
+              view->heightAnchor() == 10});
+    NSLayoutConstraint::activate({wide, narrow, wide});
+    layout();
+    EXPECT_EQ(view->frame().size.width, 100);
+    wide->setActive(false);
+    wide->setActive(false);
+    layout();
+    EXPECT_EQ(view->frame().size.width, 50);
+    wide->setActive(true);
+    narrow->setPriority(800);
+    layout();
+    EXPECT_EQ(view->frame().size.width, 50);
+    EXPECT_EQ(view->constraints().size(), 3u);
+    NSLayoutConstraint::deactivate(view->constraints());
+    EXPECT_TRUE(view->constraints().empty());
+}
+
+TEST_F(ConstraintTest, ConflictNamesBothIsReportedOnceAndRecovers) {
+    auto const view = add(*root);
+    view->setAccessibilityIdentifier("offerView");
+    auto const fixed = (view->widthAnchor() == 100).constraint();
+    auto const equal = (view->widthAnchor() == root->widthAnchor()).constraint();
+    equal->setIdentifier("whole width");
+    activate({view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor(),
+              view->heightAnchor() == 10});
+    NSLayoutConstraint::activate({fixed, equal});
+    layout();
+    ASSERT_EQ(warnings.size(), 1u);
+    EXPECT_NE(warnings[0].find("offerView.width == 100"), std::string::npos) << warnings[0];
+    EXPECT_NE(warnings[0].find("\"whole width\""), std::string::npos) << warnings[0];
+    EXPECT_EQ(view->frame(), CGRect(0, 0, 100, 10));
+    root->setFrame({0, 0, 300, 600}); // still in conflict: nothing new to say
+    layout();
+    EXPECT_EQ(warnings.size(), 1u);
+    fixed->setActive(false);
+    layout();
+    EXPECT_EQ(view->frame(), CGRect(0, 0, 300, 10));
+    EXPECT_EQ(warnings.size(), 1u);
+}
+
+TEST_F(ConstraintTest, RemovingAViewDropsWhatCrossesItsBorder) {
+    auto const container = add(*root);
+    auto const leaf = add(*container, CGSize{10, 10});
+    auto const inside = (leaf->leadingAnchor() == container->leadingAnchor() + 5).constraint();
+    auto const own = (container->widthAnchor() == 70).constraint();
+    auto const across = (leaf->topAnchor() == root->topAnchor() + 5).constraint();
+    auto const toParent = (container->leadingAnchor() == root->leadingAnchor() + 9).constraint();
+    NSLayoutConstraint::activate({inside, own, across, toParent});
+    layout();
+    container->removeFromSuperview();
+    EXPECT_TRUE(inside->isActive());
+    EXPECT_TRUE(own->isActive());
+    EXPECT_FALSE(across->isActive());
+    EXPECT_FALSE(toParent->isActive());
+    EXPECT_TRUE(root->constraints().empty());
+    layout();
+    across->setConstant(8); // of no consequence
+
+    auto const other = make<UIView>(CGRect{0, 0, 200, 200}); // the rest moves along
+    other->addSubview(container);
+    activate({container->leadingAnchor() == other->leadingAnchor() + 30});
+    other->layoutIfNeeded();
+    EXPECT_EQ(container->frame().origin.x, 30);
+    EXPECT_EQ(container->frame().size.width, 70);
+    EXPECT_EQ(leaf->frame(), CGRect(5, 0, 10, 10));
+}
+
+TEST_F(ConstraintTest, LaidOutTreesMigrateBetweenRoots) {
+    auto const card = make<ContentView>();
+    card->setFrame({0, 0, 100, 100});
+    auto const leaf = add(*card, CGSize{10, 10});
+    activate({leaf->trailingAnchor() == card->trailingAnchor() - 4, leaf->topAnchor() == card->topAnchor()});
+    card->layoutIfNeeded(); // as a root of its own
+    EXPECT_EQ(leaf->frame(), CGRect(86, 0, 10, 10));
+    layout();
+    root->addSubview(card);
+    card->setFrame({5, 5, 50, 50});
+    layout();
+    EXPECT_EQ(leaf->frame(), CGRect(36, 0, 10, 10));
+    card->removeFromSuperview();
+    card->setFrame({0, 0, 60, 60});
+    card->layoutIfNeeded();
+    EXPECT_EQ(leaf->frame(), CGRect(46, 0, 10, 10));
+}
+
+TEST_F(ConstraintTest, ConstraintsOutliveTheirViews) {
+    Ref<NSLayoutConstraint> kept;
+    {
+        auto const gone = make<UIView>(CGRect{0, 0, 100, 100});
+        auto const child = add(*gone);
+        kept = (child->leadingAnchor() == gone->leadingAnchor()).constraint();
+        kept->setActive(true);
+        gone->layoutIfNeeded();
+    }
+    EXPECT_FALSE(kept->isActive());
+    EXPECT_EQ(kept->firstItem(), nullptr);
+    EXPECT_NE(kept->description().find("destroyed"), std::string::npos);
+    kept->setConstant(3);
+}
+
+TEST_F(ConstraintTest, MisuseEndsTheProgram) {
+    auto const a = make<UIView>();
+    auto const b = make<UIView>();
+    EXPECT_DEATH(activate({a->topAnchor() == b->topAnchor()}), "no common ancestor");
+    EXPECT_DEATH(
+        make<NSLayoutConstraint>(NSLayoutConstraint::Parameters{.firstItem = a,
+                                                                .firstAttribute = NSLayoutAttribute::leading,
+                                                                .secondItem = a,
+                                                                .secondAttribute = NSLayoutAttribute::left}),
+        "cannot combine");
+}
+
+TEST_F(ConstraintTest, RightToLeftMirrorsLeadingAndTrailingOnly) {
+    auto const view = add(*root);
+    auto const fixed = add(*root);
+    auto const after = add(*root);
+    activate({
+        view->leadingAnchor() == root->leadingAnchor() + 16,
+        view->widthAnchor() == 100,
+        after->leadingAnchor() >= view->trailingAnchor() + 8,
+        after->trailingAnchor() == root->trailingAnchor() - 32,
+        (after->widthAnchor() == 1000).at(10),
+        fixed->leftAnchor() == root->leftAnchor() + 16,
+        fixed->rightAnchor() == view->leftAnchor() - 4,
+    });
+    layout();
+    EXPECT_EQ(view->frame().minX(), 16);
+    EXPECT_EQ(after->frame().minX(), 124);
+    EXPECT_EQ(after->frame().maxX(), 368);
+    EXPECT_EQ(fixed->frame().minX(), 16);
+    mirror();
+    root->setNeedsLayout();
+    layout();
+    EXPECT_EQ(view->frame().maxX(), 384);
+    EXPECT_EQ(after->frame().maxX(), 276);
+    EXPECT_EQ(after->frame().minX(), 32);
+    EXPECT_EQ(fixed->frame().minX(), 16);
+    EXPECT_EQ(fixed->frame().maxX(), 280);
+}
+
+TEST_F(ConstraintTest, ForcedDirectionCountsForTheViewConcerned) {
+    root->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    auto const view = add(*root);
+    view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    activate({view->leadingAnchor() == root->leadingAnchor() + 10, view->widthAnchor() == 50});
+    layout();
+    EXPECT_EQ(view->frame().maxX(), 390);
+    for (auto const& each : {root, Ref<UIView>{view}})
+        each->setSemanticContentAttribute(UISemanticContentAttribute::forceLeftToRight);
+    layout();
+    EXPECT_EQ(view->frame().minX(), 10);
+}
+
+TEST_F(ConstraintTest, BaselinesAlignAndFollowTheirText) {
+    auto const small = add(*root, CGSize{40, 20});
+    auto const large = add(*root, CGSize{40, 50});
+    small->baseline = 15;
+    large->baseline = 38;
+    activate({
+        large->topAnchor() == root->topAnchor() + 10,
+        small->firstBaselineAnchor() == large->firstBaselineAnchor(),
+        small->leadingAnchor() == root->leadingAnchor(),
+        large->leadingAnchor() == root->leadingAnchor(),
+    });
+    layout();
+    EXPECT_EQ(small->frame().minY(), 33);
+    large->baseline = 40;
+    large->resize({40, 52});
+    layout();
+    EXPECT_EQ(small->frame().minY(), 35);
+}
+
+TEST_F(ConstraintTest, GuidesTakePartAndReportTheirFrames) {
+    auto const view = add(*root);
+    auto const guide = make<UILayoutGuide>("room");
+    root->addLayoutGuide(guide);
+    auto const tie = (view->centerXAnchor() == guide->centerXAnchor()).constraint();
+    activate({guide->leadingAnchor() == root->leadingAnchor() + 100,
+              guide->trailingAnchor() == root->trailingAnchor(), guide->topAnchor() == root->topAnchor(),
+              guide->heightAnchor() == 30, view->widthAnchor() == 50,
+              view->topAnchor() == guide->bottomAnchor()});
+    tie->setActive(true);
+    layout();
+    EXPECT_EQ(guide->layoutFrame(), CGRect(100, 0, 300, 30));
+    EXPECT_EQ(view->frame().origin.x, 225);
+    EXPECT_EQ(view->frame().origin.y, 30);
+    root->removeLayoutGuide(*guide);
+    EXPECT_FALSE(tie->isActive());
+    EXPECT_EQ(guide->owningView(), nullptr);
+    EXPECT_EQ(root->constraints().size(), 0u);
+    layout();
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,118 @@
+#include "tests/platform/uikit/layout/LayoutStage.h"
+
+namespace trelundo {
+namespace {
+
+class Screen : public UIViewController {
+public:
+    void viewWillLayoutSubviews() override { calls.emplace_back("will layout"); }
+    void viewDidLayoutSubviews() override { calls.emplace_back("did layout"); }
+    void viewSafeAreaInsetsDidChange() override { calls.emplace_back("safe area"); }
+    void viewDidLoad() override { safeAreaAtLoad = view()->safeAreaInsets(); }
+    std::vector<std::string> calls;
+    std::optional<UIEdgeInsets> safeAreaAtLoad;
+};
+
+class InsetsTest : public LayoutStage {
+protected:
+    InsetsTest() { UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), false); }
+    void show() {
+        window = make<UIWindow>();
+        screen = make<Screen>();
+        window->setRootViewController(screen);
+    }
+    Ref<UIWindow> window;
+    Ref<Screen> screen;
+};
+
+TEST_F(InsetsTest, ControllersHearOfTheSafeAreaBeforeTheirLayout) {
+    show();
+    EXPECT_EQ(screen->safeAreaAtLoad, UIEdgeInsets{});
+    window->makeKeyAndVisible();
+    EXPECT_EQ(screen->calls, (std::vector<std::string>{"safe area", "will layout", "did layout"}));
+    EXPECT_EQ(screen->view()->safeAreaInsets(), (UIEdgeInsets{47, 0, 34, 0}));
+    screen->calls.clear();
+    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), true);
+    window->screenDidChange();
+    window->layoutWindow();
+    EXPECT_EQ(screen->calls, (std::vector<std::string>{"safe area", "will layout", "did layout"}));
+    EXPECT_EQ(screen->view()->safeAreaInsets(), (UIEdgeInsets{0, 47, 21, 47}));
+}
+
+TEST_F(InsetsTest, GuidesFollowTheSafeAreaAndTheMargins) {
+    show();
+    auto const safe = add(*screen->view());
+    auto const within = add(*screen->view());
+    auto const guide = screen->view()->safeAreaLayoutGuide();
+    auto const margins = screen->view()->layoutMarginsGuide();
+    activate({
+        safe->topAnchor() == guide->topAnchor(),
+        safe->bottomAnchor() == guide->bottomAnchor(),
+        safe->leadingAnchor() == guide->leadingAnchor(),
+        safe->trailingAnchor() == guide->trailingAnchor(),
+        within->topAnchor() == margins->topAnchor(),
+        within->heightAnchor() == margins->heightAnchor() * 0.5,
+        within->leadingAnchor() == margins->leadingAnchor(),
+        within->trailingAnchor() == margins->trailingAnchor(),
+    });
+    window->makeKeyAndVisible();
+    EXPECT_EQ(safe->frame(), CGRect(0, 47, 390, 763));
+    EXPECT_EQ(guide->layoutFrame(), safe->frame());
+    EXPECT_EQ(within->frame().minX(), 16);
+    EXPECT_EQ(within->frame().minY(), 47);
+    EXPECT_NEAR(within->frame().size.height, 763 / 2.0, 0.4);
+    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), true);
+    window->screenDidChange();
+    window->layoutWindow();
+    EXPECT_EQ(safe->frame(), CGRect(47, 0, 750, 369));
+    EXPECT_EQ(within->frame().minX(), 67); // the margin of a wide view, inside the safe area
+    screen->view()->setLayoutMargins({10, 40, 0, 5});
+    window->layoutWindow();
+    EXPECT_EQ(within->frame().minX(), 87);
+    EXPECT_EQ(within->frame().maxX(), 844 - 47 - 20);
+    EXPECT_EQ(within->frame().minY(), 10);
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(InsetsTest, DeepViewsHaveTheirPartOnly) {
+    show();
+    auto const inside = add(*screen->view());
+    auto const top = add(*screen->view());
+    auto const child = add(*top);
+    auto const view = screen->view();
+    activate({
+        inside->topAnchor() == view->topAnchor() + 100,
+        inside->heightAnchor() == 100,
+        inside->leadingAnchor() == view->leadingAnchor(),
+        inside->widthAnchor() == 100,
+        top->topAnchor() == view->topAnchor() + 20,
+        top->heightAnchor() == 100,
+        top->leadingAnchor() == view->leadingAnchor(),
+        top->widthAnchor() == 100,
+        child->topAnchor() == top->safeAreaLayoutGuide()->topAnchor(),
+        child->heightAnchor() == 10,
+    });
+    window->makeKeyAndVisible();
+    EXPECT_EQ(inside->safeAreaInsets(), UIEdgeInsets{});
+    EXPECT_EQ(inside->safeAreaChanges, 0);
+    EXPECT_EQ(top->safeAreaInsets(), (UIEdgeInsets{27, 0, 0, 0}));
+    EXPECT_EQ(top->safeAreaChanges, 1);
+    EXPECT_EQ(child->frame().minY(), 27);
+    EXPECT_EQ(child->safeAreaInsets(), UIEdgeInsets{});
+    top->removeFromSuperview();
+    EXPECT_EQ(top->safeAreaInsets(), UIEdgeInsets{});
+}
+
+TEST_F(InsetsTest, MarginsAreTwoFacesOfOneValue) {
+    auto const view = make<UIView>(CGRect{0, 0, 100, 100});
+    EXPECT_EQ(view->layoutMargins(), (UIEdgeInsets{8, 8, 8, 8}));
+    view->setDirectionalLayoutMargins({1, 2, 3, 4});
+    EXPECT_EQ(view->layoutMargins(), (UIEdgeInsets{1, 2, 3, 4}));
+    view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    EXPECT_EQ(view->layoutMargins(), (UIEdgeInsets{1, 4, 3, 2}));
+    view->setLayoutMargins({5, 6, 7, 8});
+    EXPECT_EQ(view->directionalLayoutMargins(), (NSDirectionalEdgeInsets{5, 8, 7, 6}));
+}
+
+} // namespace
+} // namespace trelundo

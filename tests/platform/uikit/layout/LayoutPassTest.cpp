@@ -1,0 +1,279 @@
+#include "tests/platform/uikit/layout/LayoutStage.h"
+
+#include "platform/coreanimation/CATransaction.h"
+
+namespace trelundo {
+namespace {
+
+class LayoutPassTest : public LayoutStage {};
+
+TEST_F(LayoutPassTest, WrappingViewsAreMeasuredForTheirSolvedWidth) {
+    auto const text = add(*root, CGSize{1000, 20});
+    text->setWrapping();
+    auto const below = add(*root, CGSize{10, 10});
+    activate({
+        text->leadingAnchor() == root->leadingAnchor() + 50,
+        text->trailingAnchor() == root->trailingAnchor() - 50,
+        text->topAnchor() == root->topAnchor(),
+        below->topAnchor() == text->bottomAnchor(),
+    });
+    layout();
+    EXPECT_EQ(text->frame(), CGRect(50, 0, 300, 80));
+    EXPECT_EQ(below->frame().origin.y, 80);
+    root->setFrame({0, 0, 600, 600});
+    layout();
+    EXPECT_EQ(text->frame(), CGRect(50, 0, 500, 40));
+    root->setFrame({0, 0, 1200, 600});
+    layout();
+    EXPECT_EQ(text->frame().size.height, 20);
+    EXPECT_EQ(below->frame().origin.y, 20);
+}
+
+TEST_F(LayoutPassTest, EdgesAreRoundedToPixelsOneByOne) {
+    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), false); // 3 pixels a point
+    std::vector<Ref<ContentView>> columns;
+    for (int i = 0; i < 7; ++i) {
+        columns.push_back(add(*root));
+        activate({columns.back()->topAnchor() == root->topAnchor(), columns.back()->heightAnchor() == 10,
+                  columns.back()->widthAnchor() == root->widthAnchor() * (1.0 / 7)});
+        if (i == 0)
+            activate({columns[0]->leadingAnchor() == root->leadingAnchor()});
+        else
+            activate({columns.back()->leadingAnchor() == columns[columns.size() - 2]->trailingAnchor()});
+    }
+    auto const nested = add(*columns[3]);
+    activate({nested->leadingAnchor() == columns[3]->leadingAnchor(),
+              nested->trailingAnchor() == columns[3]->trailingAnchor(),
+              nested->topAnchor() == root->topAnchor() + 0.1, nested->heightAnchor() == 1.5});
+    layout();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        auto const frame = columns[i]->frame();
+        EXPECT_NEAR(frame.minX() * 3, std::round(frame.minX() * 3), 1e-9);
+        EXPECT_NEAR(frame.minX(), static_cast<double>(i) * 400 / 7, 0.17);
+        if (i > 0) {
+            EXPECT_NEAR(columns[i - 1]->frame().maxX(), frame.minX(), 1e-9);
+        }
+    }
+    EXPECT_NEAR(columns.back()->frame().maxX(), 400, 1e-9);
+    EXPECT_NEAR(nested->frame().size.width, columns[3]->frame().size.width, 1e-9);
+    EXPECT_NEAR(nested->frame().minY(), 0, 1e-9);
+    EXPECT_NEAR(nested->frame().maxY(), 5.0 / 3, 1e-9);
+}
+
+TEST_F(LayoutPassTest, ConstraintsLeafFirstThenLayoutRootFirst) {
+    std::vector<std::string> order;
+    auto const outer = add(*root);
+    auto const inner = add(*outer);
+    outer->duringConstraints = [&] { order.emplace_back("outer constraints"); };
+    inner->duringConstraints = [&] { order.emplace_back("inner constraints"); };
+    outer->duringLayout = [&] { order.emplace_back("outer layout"); };
+    inner->duringLayout = [&] { order.emplace_back("inner layout"); };
+    layout();
+    EXPECT_EQ(order, (std::vector<std::string>{"inner constraints", "outer constraints", "outer layout",
+                                               "inner layout"}));
+    order.clear();
+    layout();
+    EXPECT_TRUE(order.empty());
+    inner->setNeedsLayout();
+    layout();
+    EXPECT_EQ(order, std::vector<std::string>{"inner layout"});
+}
+
+TEST_F(LayoutPassTest, OwnBoundsAreFinalAndSubviewsPlacedAfterSuper) {
+    auto const outer = add(*root);
+    auto const inner = add(*outer);
+    activate({outer->leadingAnchor() == root->leadingAnchor(), outer->widthAnchor() == root->widthAnchor(),
+              inner->leadingAnchor() == outer->leadingAnchor() + 10, inner->widthAnchor() == 30});
+    CGRect seen;
+    double ownWidth = 0;
+    outer->duringLayout = [&] {
+        seen = inner->frame();
+        ownWidth = outer->bounds().size.width;
+    };
+    layout();
+    EXPECT_EQ(ownWidth, 400);
+    EXPECT_EQ(seen, CGRect(10, 0, 30, 0));
+}
+
+TEST_F(LayoutPassTest, ConstraintsChangedDuringLayoutSettleInTheSamePass) {
+    auto const view = add(*root);
+    auto const height = (view->heightAnchor() == 10).constraint();
+    height->setActive(true);
+    activate({view->widthAnchor() == root->widthAnchor() * 0.5,
+              view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor()});
+    view->duringLayout = [&] { height->setConstant(view->bounds().size.width / 4); };
+    layout();
+    EXPECT_EQ(view->frame(), CGRect(0, 0, 200, 50));
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(LayoutPassTest, EndlessLayoutIsCutWithAWarning) {
+    auto const view = add(*root);
+    view->duringLayout = [&] { view->setNeedsLayout(); };
+    layout();
+    EXPECT_EQ(warnings.size(), 1u);
+    EXPECT_LT(view->layouts, 100);
+    int const before = view->layouts;
+    view->duringLayout = nullptr;
+    layout(); // the mark was kept
+    EXPECT_EQ(view->layouts, before + 1);
+}
+
+TEST_F(LayoutPassTest, MovingAViewPlacedByHandLeavesItsInsidesAlone) {
+    auto const cell = make<ContentView>();
+    cell->setFrame({0, 0, 100, 50});
+    root->addSubview(cell);
+    auto const leaf = add(*cell, CGSize{10, 10});
+    activate({leaf->centerXAnchor() == cell->centerXAnchor(), leaf->topAnchor() == cell->topAnchor()});
+    layout();
+    EXPECT_EQ(leaf->frame(), CGRect(45, 0, 10, 10));
+    int const layouts = cell->layouts;
+    for (int i = 0; i < 5; ++i) {
+        cell->setCenter({50.25 + i, 80});
+        layout();
+    }
+    EXPECT_EQ(cell->layouts, layouts);
+    cell->setFrame({3, 3, 200, 50});
+    layout();
+    EXPECT_EQ(cell->layouts, layouts + 1);
+    EXPECT_EQ(leaf->frame(), CGRect(95, 0, 10, 10));
+}
+
+TEST_F(LayoutPassTest, AutoresizingSharesTheChange) {
+    auto const make1 = [&](CGRect frame, UIViewAutoresizing mask) {
+        auto view = make<UIView>(frame);
+        view->setAutoresizingMask(mask);
+        root->addSubview(view);
+        return view;
+    };
+    using enum UIViewAutoresizing;
+    auto const filling = make1({0, 0, 400, 600}, flexibleWidth | flexibleHeight);
+    auto const right = make1({350, 0, 50, 50}, flexibleLeftMargin);
+    auto const centred = make1({150, 100, 100, 50}, flexibleLeftMargin | flexibleRightMargin);
+    auto const fixed = make1({10, 10, 20, 20}, none);
+    auto const proportional = make1({0, 0, 100, 10}, flexibleWidth | flexibleRightMargin);
+    root->setFrame({0, 0, 500, 700});
+    EXPECT_EQ(filling->frame(), CGRect(0, 0, 500, 700));
+    EXPECT_EQ(right->frame(), CGRect(450, 0, 50, 50));
+    EXPECT_EQ(centred->frame(), CGRect(200, 100, 100, 50));
+    EXPECT_EQ(fixed->frame(), CGRect(10, 10, 20, 20));
+    EXPECT_EQ(proportional->frame(), CGRect(0, 0, 125, 10));
+}
+
+TEST_F(LayoutPassTest, FlexibleViewsFollowASolvedSuperviewAtOnce) {
+    auto const outer = add(*root);
+    auto const flexible = make<UIView>();
+    flexible->setAutoresizingMask(UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight);
+    outer->addSubview(flexible);
+    auto const leaf = add(*flexible, CGSize{10, 10});
+    activate({outer->leadingAnchor() == root->leadingAnchor(), outer->topAnchor() == root->topAnchor(),
+              outer->widthAnchor() == root->widthAnchor(), outer->heightAnchor() == 100,
+              leaf->trailingAnchor() == flexible->trailingAnchor(),
+              leaf->bottomAnchor() == flexible->bottomAnchor()});
+    for (double const width : {400.0, 250.0}) {
+        root->setFrame({0, 0, width, 600});
+        layout();
+        EXPECT_EQ(flexible->frame(), CGRect(0, 0, width, 100));
+        EXPECT_EQ(leaf->frame(), CGRect(width - 10, 90, 10, 10));
+    }
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(LayoutPassTest, FittingSizeIsTheSmallestAndLeavesNoTrace) {
+    auto const box = add(*root);
+    auto const text = add(*box, CGSize{90, 20});
+    activate({
+        text->leadingAnchor() == box->leadingAnchor() + 10,
+        text->trailingAnchor() == box->trailingAnchor() - 10,
+        text->topAnchor() == box->topAnchor() + 5,
+        text->bottomAnchor() <= box->bottomAnchor() - 5,
+        box->leadingAnchor() == root->leadingAnchor(),
+        box->widthAnchor() >= 40,
+        box->topAnchor() == root->topAnchor(),
+        box->heightAnchor() == 200,
+    });
+    layout();
+    auto const before = text->frame();
+    EXPECT_EQ(box->systemLayoutSizeFitting({}), (CGSize{110, 200}));
+    layout();
+    EXPECT_EQ(text->frame(), before);
+    EXPECT_EQ(box->frame(), CGRect(0, 0, 110, 200));
+    text->resize({50, 20});
+    EXPECT_EQ(box->systemLayoutSizeFitting({}).width, 70);
+    layout();
+    EXPECT_EQ(box->frame().size.width, 70);
+    EXPECT_EQ(text->systemLayoutSizeFitting({}), (CGSize{50, 20}));
+}
+
+TEST_F(LayoutPassTest, FittingDoesNotDisturbWrappedText) {
+    auto const text = add(*root, CGSize{1000, 20});
+    text->setWrapping();
+    activate({text->leadingAnchor() == root->leadingAnchor(),
+              text->trailingAnchor() == root->trailingAnchor(), text->topAnchor() == root->topAnchor()});
+    layout();
+    EXPECT_EQ(text->frame().size.height, 60);
+    EXPECT_EQ(text->systemLayoutSizeFitting({}).width, 1000);
+    root->setNeedsLayout();
+    text->invalidateIntrinsicContentSize();
+    layout();
+    EXPECT_EQ(text->frame().size.height, 60);
+}
+
+TEST_F(LayoutPassTest, LayoutInsideAnAnimationMovesWhatIsShown) {
+    CATransaction::reset();
+    auto const window = make<UIWindow>(CGRect{0, 0, 400, 600});
+    auto const view = add(*window, CGSize{10, 10});
+    auto const left = (view->leadingAnchor() == window->leadingAnchor()).constraint();
+    left->setActive(true);
+    window->makeKeyAndVisible();
+    window->layoutWindow();
+    left->setConstant(100);
+    UIView::animate({.duration = 1, .animations = [&] { window->layoutIfNeeded(); }});
+    EXPECT_EQ(view->frame().minX(), 100);
+    EXPECT_TRUE(view->layer().isAnimating());
+    CATransaction::reset();
+}
+
+TEST_F(LayoutPassTest, SwitchingToConstraintsLaterTakesEffect) {
+    auto const view = make<ContentView>(CGSize{30, 30});
+    view->setFrame({1, 2, 3, 4});
+    root->addSubview(view);
+    auto const follower = add(*root, CGSize{5, 5});
+    activate(
+        {follower->topAnchor() == view->bottomAnchor(), follower->leadingAnchor() == view->leadingAnchor()});
+    layout();
+    EXPECT_EQ(follower->frame().origin, (CGPoint{1, 6}));
+    view->setTranslatesAutoresizingMaskIntoConstraints(false);
+    activate({view->topAnchor() == root->topAnchor() + 10, view->leadingAnchor() == root->leadingAnchor()});
+    layout();
+    EXPECT_EQ(view->frame(), CGRect(0, 10, 30, 30));
+    EXPECT_EQ(follower->frame().origin, (CGPoint{0, 40}));
+}
+
+TEST_F(LayoutPassTest, AWholeScreenCanComeAndGo) {
+    for (int round = 0; round < 3; ++round) {
+        auto const screen = make<ContentView>();
+        screen->setFrame(root->bounds());
+        root->addSubview(screen);
+        std::vector<Ref<ContentView>> rows;
+        for (int i = 0; i < 20; ++i) {
+            auto const row = add(*screen, CGSize{100.0 + i, 10});
+            activate(
+                {row->leadingAnchor() == screen->leadingAnchor() + i,
+                 row->topAnchor() == (rows.empty() ? screen->topAnchor() : rows.back()->bottomAnchor())});
+            rows.push_back(row);
+        }
+        layout();
+        EXPECT_EQ(rows.back()->frame(), CGRect(19, 190, 119, 10));
+        rows[5]->removeFromSuperview();
+        activate({rows[6]->topAnchor() == rows[4]->bottomAnchor()});
+        layout();
+        EXPECT_EQ(rows.back()->frame(), CGRect(19, 180, 119, 10));
+        screen->removeFromSuperview();
+        layout();
+    }
+    EXPECT_TRUE(warnings.empty());
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/foundation/Log.h"
+#include "platform/uikit/controllers/UIApplication.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "platform/uikit/layout/UIStackView.h"
+#include "platform/uikit/views/UIScreen.h"
+#include "platform/uikit/views/UIView.h"
+#include "platform/uikit/views/UIWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace trelundo {
+
+inline void PrintTo(CGRect const& r, std::ostream* out) {
+    *out << "{" << r.origin.x << ", " << r.origin.y << ", " << r.size.width << ", " << r.size.height << "}";
+}
+inline void PrintTo(CGSize const& s, std::ostream* out) { *out << "{" << s.width << ", " << s.height << "}"; }
+inline void PrintTo(UIEdgeInsets const& i, std::ostream* out) {
+    *out << "{" << i.top << ", " << i.left << ", " << i.bottom << ", " << i.right << "}";
+}
+
+/// A view of a given natural size; with an area, a text that wraps to the width it gets.
+class ContentView : public UIView {
+public:
+    explicit ContentView(CGSize size = {noIntrinsicMetric, noIntrinsicMetric})
+        : size_(size) {}
+
+    CGSize intrinsicContentSize() const override {
+        bool const wraps = isWrapping_ && told_ > 0 && told_ < size_.width;
+        return wraps ? CGSize{size_.width, std::ceil(size_.width / told_) * size_.height} : size_;
+    }
+    bool layoutWidthDidChange(double width) override {
+        double const before = intrinsicContentSize().height;
+        told_ = width;
+        return intrinsicContentSize().height != before;
+    }
+    std::optional<double> firstBaselineOffsetFromTop() const override { return baseline; }
+    std::optional<double> lastBaselineOffsetFromBottom() const override {
+        return baseline ? std::optional{size_.height - *baseline} : std::nullopt;
+    }
+    void layoutSubviews() override {
+        UIView::layoutSubviews();
+        ++layouts;
+        if (duringLayout) duringLayout();
+    }
+    void updateConstraints() override {
+        UIView::updateConstraints();
+        if (duringConstraints) duringConstraints();
+    }
+    void safeAreaInsetsDidChange() override { ++safeAreaChanges; }
+
+    void resize(CGSize size) {
+        size_ = size;
+        invalidateIntrinsicContentSize();
+    }
+    void setWrapping() { isWrapping_ = true; }
+
+    std::optional<double> baseline;
+    std::function<void()> duringLayout;
+    std::function<void()> duringConstraints;
+    int layouts = 0;
+    int safeAreaChanges = 0;
+
+private:
+    CGSize size_;
+    double told_ = 0;
+    bool isWrapping_ = false;
+};
+
+/// A detached root of 400 x 600 points on a screen of 2 pixels a point; warnings are kept instead of printed.
+class LayoutStage : public ::testing::Test {
+protected:
+    LayoutStage() {
+        UIScreen::main().configure(*DeviceProfile::find("phone-320x568"), false);
+        setWarningSink([this](std::string_view text) { warnings.emplace_back(text); });
+        root = make<UIView>(CGRect{0, 0, 400, 600});
+    }
+    ~LayoutStage() override {
+        setWarningSink(nullptr);
+        UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
+    }
+
+    template <class T = ContentView, class... Arguments>
+    Ref<T> add(UIView& parent, Arguments&&... arguments) {
+        auto view = make<T>(std::forward<Arguments>(arguments)...);
+        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        parent.addSubview(view);
+        return view;
+    }
+    void layout() { root->layoutIfNeeded(); }
+    static void mirror() {
+        UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    }
+
+    std::vector<std::string> warnings;
+    Ref<UIView> root;
+};
+
+} // namespace trelundo
