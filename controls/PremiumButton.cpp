@@ -27,6 +27,9 @@ void PremiumButton::setup() {
     layer().setMasksToBounds(true);
     titleLabel()->setFont(textBoldFont_);
     titleLabel()->setNumberOfLines(2);
+    // Long words beside the total block on small phones shrink before they are cut.
+    titleLabel()->setAdjustsFontSizeToFitWidth(true);
+    titleLabel()->setMinimumScaleFactor(0.7);
     setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
     setContentEdgeInsets({0, 12, 0, 12});
     setTitleEdgeInsets({0, 12, 0, 12});
