@@ -1,6 +1,7 @@
 #include "Drawing.h"
 
 #include "platform/graphics/Picture.h"
+#include "platform/graphics/RenditionCache.h"
 
 #include <gtest/gtest.h>
 
@@ -135,6 +136,23 @@ TEST(Picture, DrawsWhenMagnifiedBeyondReason) {
         canvas.drawPicture(*picture, {-50'000, -50'000, 200'000, 100'000}, {0, 0, 10, 10}, {}, std::nullopt);
     });
     EXPECT_EQ(surface->pixel(5, 5), 0xff00ff00);
+}
+
+TEST(RenditionCache, DropsTheLeastRecentlyUsedBeyondItsBound) {
+    QImage const image(10, 10, QImage::Format_ARGB32_Premultiplied); // 400 bytes
+    auto const key = [](std::uint64_t picture) { return RenditionCache::Key{picture, 10, 10, std::nullopt}; };
+    RenditionCache cache(1000);
+    cache.insert(key(1), image);
+    cache.insert(key(2), image);
+    EXPECT_FALSE(cache.find(key(1)).isNull());
+    cache.insert(key(3), image);
+    EXPECT_TRUE(cache.find(key(2)).isNull());
+    EXPECT_FALSE(cache.find(key(1)).isNull());
+    EXPECT_EQ(cache.bytes(), 800);
+    cache.insert(key(4), QImage(100, 100, QImage::Format_ARGB32_Premultiplied));
+    EXPECT_TRUE(cache.find(key(4)).isNull());
+    cache.removePicture(1);
+    EXPECT_EQ(cache.bytes(), 400);
 }
 
 } // namespace trelundo
