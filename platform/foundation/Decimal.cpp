@@ -26,8 +26,8 @@ Wide const& powerOfTen(int exponent) {
 
 int digitCount(Wide const& number) {
     if (number.is_zero()) return 0;
-    // The bit length gives the count or one less: a bit is 0.30103 digits.
-    auto const estimate = static_cast<int>(mp::msb(number) * 1233U >> 12);
+    // The bit length gives the count or one less: a bit is 1292913986 / 2^32 digits.
+    auto const estimate = static_cast<int>((mp::msb(number) + std::uint64_t{1}) * 1292913986U >> 32);
     return number >= powerOfTen(estimate) ? estimate + 1 : estimate;
 }
 

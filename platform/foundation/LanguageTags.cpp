@@ -49,20 +49,23 @@ struct LanguageParts {
         auto locale = icu::Locale::createCanonical(tag.c_str());
         language = locale.getLanguage();
         region = locale.getCountry();
+        hasOwnScript = *locale.getScript() != '\0';
         UErrorCode status = U_ZERO_ERROR;
         locale.addLikelySubtags(status);
         script = locale.getScript();
     }
     std::string language, script, region;
+    bool hasOwnScript;
 };
 
-enum class Match { none, otherRegion, noRegion, exact };
+enum class Match { none, otherRegion, language, languageAndScript, exact };
 
 Match match(LanguageParts const& wanted, LanguageParts const& offered) {
     if (wanted.language.empty() || wanted.language != offered.language || wanted.script != offered.script)
         return Match::none;
     if (wanted.region == offered.region) return Match::exact;
-    return offered.region.empty() ? Match::noRegion : Match::otherRegion;
+    if (!offered.region.empty()) return Match::otherRegion;
+    return offered.hasOwnScript ? Match::languageAndScript : Match::language;
 }
 
 std::optional<std::string> bestLocalization(std::string const& language,

@@ -1,0 +1,176 @@
+#include "platform/foundation/Bundle.h"
+
+#include "tests/platform/foundation/ScopedState.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace trelundo {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::array files{
+    EmbeddedFile{"plain.txt", "plain"},
+    EmbeddedFile{"empty.bin", {}},
+    EmbeddedFile{"fr.lproj/plain.txt", "hidden by the one that is not localised"},
+    EmbeddedFile{"en.lproj/greeting.txt", "hello"},
+    EmbeddedFile{"fr.lproj/greeting.txt", "bonjour"},
+    EmbeddedFile{"en.lproj/english.txt", "english only"},
+    EmbeddedFile{"Base.lproj/base.txt", "base"},
+    EmbeddedFile{"en.lproj/T.strings", "\"word\" = \"word!\"; \"rest\" = \"rest!\";"},
+    EmbeddedFile{"fr.lproj/T.strings", "\"word\" = \"mot\";"},
+    EmbeddedFile{"pt.lproj/T.strings", "\"word\" = \"palavra\";"},
+    EmbeddedFile{"zh-Hans.lproj/T.strings", "\"word\" = \"字\";"},
+    EmbeddedFile{"de.lproj/T.strings", "\"word\" = \"Wort\";\n\"rest\" = ;"},
+    EmbeddedFile{"en.lproj/Localizable.strings", "\"word\" = \"default table\";"},
+    EmbeddedFile{"it.lproj/T.strings", {}},
+};
+
+class BundleTest : public testing::Test {
+protected:
+    BundleTest() { bundle.addEmbeddedFiles(files); }
+
+    std::string word(std::vector<std::string> chosen) {
+        Locale::setPreferredLanguages(std::move(chosen));
+        return bundle.localizedString("word", "", "T");
+    }
+
+    ScopedLanguages const languages{{"en-US"}};
+    RecordedWarnings warnings;
+    Bundle bundle{"Test"};
+};
+
+/// A folder of its own for one test.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        auto name = (std::filesystem::temp_directory_path() / "bundle-test-XXXXXX").string();
+        path = mkdtemp(name.data());
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+    TemporaryFolder(TemporaryFolder const&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
+
+    void write(std::string const& name, std::string_view bytes) const {
+        std::filesystem::create_directories((path / name).parent_path());
+        std::ofstream{path / name, std::ios::binary} << bytes;
+    }
+
+    std::filesystem::path path;
+};
+
+TEST_F(BundleTest, SearchesPlainThenPreferredThenDevelopmentRegion) {
+    Locale::setPreferredLanguages({"fr-CA"});
+    EXPECT_EQ(bundle.data("plain.txt"), "plain");
+    EXPECT_EQ(bundle.data("greeting.txt"), "bonjour");
+    EXPECT_EQ(bundle.data("english.txt"), "english only");
+    EXPECT_EQ(bundle.data("base.txt"), "base");
+    EXPECT_EQ(bundle.path("greeting.txt"), "bundle:Test/fr.lproj/greeting.txt");
+    EXPECT_EQ(bundle.data("missing.txt"), std::nullopt);
+    EXPECT_EQ(bundle.path("missing.txt"), std::nullopt);
+    Locale::setPreferredLanguages({"ja"});
+    EXPECT_EQ(bundle.data("greeting.txt"), "hello");
+    EXPECT_EQ(bundle.data("Greeting.txt"), std::nullopt) << "names are case-sensitive";
+    EXPECT_TRUE(warnings.lines.empty());
+}
+
+TEST_F(BundleTest, AnEmptyFileIsThere) {
+    EXPECT_EQ(bundle.data("empty.bin"), "");
+    EXPECT_EQ(word({"it"}), "word");
+    EXPECT_TRUE(warnings.lines.empty());
+}
+
+TEST_F(BundleTest, RefusesNamesThatLeaveTheBundle) {
+    constexpr std::string_view names[] = {
+        "../plain.txt", "a/../plain.txt", "..", "/etc/hostname", "", std::string_view{"plain.txt\0", 10}};
+    for (auto const name : names) {
+        EXPECT_EQ(bundle.data(name), std::nullopt);
+        EXPECT_EQ(warnings.lines.size(), 1U) << name;
+        warnings.lines.clear();
+    }
+    EXPECT_EQ(bundle.localizedString("word", "", "../T"), "word");
+    EXPECT_EQ(warnings.lines.size(), 1U);
+}
+
+TEST_F(BundleTest, ListsItsLocalizations) {
+    EXPECT_THAT(bundle.localizations(), ElementsAre("de", "en", "fr", "it", "pt", "zh-Hans"));
+    Locale::setPreferredLanguages({"pt-BR", "ja", "zh-CN", "pt"});
+    EXPECT_THAT(bundle.preferredLocalizations(), ElementsAre("pt", "zh-Hans", "en"));
+    Locale::setPreferredLanguages({});
+    EXPECT_THAT(bundle.preferredLocalizations(), ElementsAre("en"));
+    Bundle const other{"Other", "nl"};
+    EXPECT_THAT(other.preferredLocalizations(), ElementsAre("nl"));
+    EXPECT_TRUE(other.localizations().empty());
+}
+
+TEST_F(BundleTest, TextsFollowThePreferredLanguages) {
+    EXPECT_EQ(word({"en-US"}), "word!");
+    EXPECT_EQ(word({"fr-CA"}), "mot");
+    EXPECT_EQ(word({"pt-BR"}), "palavra");
+    EXPECT_EQ(word({"zh-Hans-CN"}), "字");
+    EXPECT_EQ(word({"zh-Hant-TW"}), "word!");
+    EXPECT_EQ(word({"ja", "fr"}), "mot");
+    EXPECT_EQ(word({"en-GB"}), "word!");
+}
+
+TEST_F(BundleTest, WhatIsMissingGivesTheValueOrTheKey) {
+    Locale::setPreferredLanguages({"fr"});
+    EXPECT_EQ(bundle.localizedString("rest", "", "T"), "rest") << "another language does not fill in";
+    EXPECT_EQ(bundle.localizedString("rest", "fall-back", "T"), "fall-back");
+    EXPECT_EQ(bundle.localizedString("word", "fall-back", "NoTable"), "fall-back");
+    EXPECT_EQ(bundle.localizedString("word", "", ""), "default table");
+    EXPECT_TRUE(warnings.lines.empty());
+}
+
+TEST_F(BundleTest, ABrokenTableIsReportedOnceAndBehavesAsMissing) {
+    EXPECT_EQ(word({"de"}), "word");
+    EXPECT_EQ(bundle.localizedString("word", "fall-back", "T"), "fall-back");
+    EXPECT_THAT(warnings.lines, ElementsAre("bundle:Test/de.lproj/T.strings:2: expected a value"));
+}
+
+TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
+    TemporaryFolder const first, second;
+    first.write("greeting.txt", "first");
+    first.write("only.txt", "only");
+    first.write("sv.lproj/T.strings", "\"word\" = \"ord\";");
+    first.write("fr.lproj/T.strings", "\"word\" = \"");
+    second.write("greeting.txt", "second");
+    second.write("zero.bin", "");
+    EXPECT_EQ(word({"sv"}), "word!");
+    bundle.addFolder(first.path.string());
+    bundle.addFolder(second.path.string());
+    bundle.addFolder((second.path / "missing").string());
+    EXPECT_EQ(bundle.data("greeting.txt"), "second");
+    EXPECT_EQ(bundle.data("only.txt"), "only");
+    EXPECT_EQ(bundle.data("zero.bin"), "");
+    EXPECT_EQ(bundle.data("sv.lproj"), std::nullopt) << "a folder is no resource";
+    EXPECT_EQ(bundle.path("only.txt"), (first.path / "only.txt").string());
+    EXPECT_EQ(word({"sv"}), "ord") << "a new folder brings its languages";
+    EXPECT_EQ(word({"fr"}), "word");
+    EXPECT_THAT(warnings.lines,
+                ElementsAre((first.path / "fr.lproj/T.strings").string() + ":1: a quoted text without end"));
+}
+
+TEST_F(BundleTest, ASinkMayLookTextsUp) {
+    std::string heard;
+    setWarningSink([&](std::string_view) { heard = bundle.localizedString("word", "", "Localizable"); });
+    word({"de"});
+    EXPECT_EQ(heard, "default table");
+}
+
+TEST_F(BundleTest, LooksUpFromSeveralThreads) {
+    std::array<std::thread, 4> threads;
+    for (auto& thread : threads)
+        thread = std::thread{[this] {
+            for (int i = 0; i < 200; ++i) EXPECT_EQ(bundle.localizedString("word", "", "T"), "word!");
+        }};
+    for (auto& thread : threads) thread.join();
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,142 @@
+#include "platform/foundation/Decimal.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace trelundo {
+namespace {
+
+Decimal decimal(std::string_view text) {
+    auto const number = Decimal::parse(text);
+    EXPECT_TRUE(number) << text;
+    return number.value_or(Decimal::notANumber());
+}
+
+std::string quotient(std::string_view left, std::string_view right) {
+    return (decimal(left) / decimal(right)).description();
+}
+
+TEST(Decimal, ReadsAndWritesPlainDigits) {
+    struct {
+        char const *written, *plain;
+    } const cases[] = {{"59.99", "59.99"},
+                       {"-0.5", "-0.5"},
+                       {"+7", "7"},
+                       {".25", "0.25"},
+                       {"3.", "3"},
+                       {"1200.00", "1200"},
+                       {"-0", "0"},
+                       {"1e3", "1000"},
+                       {"12.5E-3", "0.0125"},
+                       {"00.0010", "0.001"},
+                       {"0e999999999999", "0"},
+                       {"1e-400", "0"},
+                       {"1e-99999999999999", "0"}};
+    for (auto const& [written, plain] : cases) EXPECT_EQ(decimal(written).description(), plain) << written;
+    EXPECT_EQ(decimal("1e127").description(), "1" + std::string(127, '0'));
+    EXPECT_EQ(decimal("1e-128").description(), "0." + std::string(127, '0') + "1");
+    EXPECT_EQ(Decimal{std::numeric_limits<std::int64_t>::min()}.description(), "-9223372036854775808");
+}
+
+TEST(Decimal, RefusesTextThatIsNotANumber) {
+    for (std::string_view const text : {"", "-", ".", "1,5", "1.2.3", "1e", "1e+", "e5", " 1", "1 ", "0x10",
+                                        "NaN", "--1", "1e5x", "inf", "1e166", "1e99999999999999"})
+        EXPECT_FALSE(Decimal::parse(text)) << text;
+    EXPECT_FALSE(Decimal::parse(std::string_view{"1\0", 2}));
+}
+
+TEST(Decimal, KeepsThirtyEightDigitsAndRoundsTheRestHalfAwayFromZero) {
+    EXPECT_EQ(decimal("12345678901234567890123456789012345678").description(),
+              "12345678901234567890123456789012345678");
+    EXPECT_EQ(decimal("123456789012345678901234567890123456785").description(),
+              "123456789012345678901234567890123456790");
+    EXPECT_EQ(decimal("-1.23456789012345678901234567890123456785").description(),
+              "-1.2345678901234567890123456789012345679");
+    EXPECT_EQ(decimal("99999999999999999999999999999999999999.5").description(), "1" + std::string(38, '0'));
+    EXPECT_EQ(decimal("5e-129").description(), decimal("1e-128").description());
+    EXPECT_TRUE(decimal("4e-129").isZero());
+}
+
+TEST(Decimal, DividesToTheLastDigit) {
+    EXPECT_EQ(quotient("59.99", "12"), "4.9991666666666666666666666666666666667");
+    EXPECT_EQ(quotient("59.99", "52"), "1.1536538461538461538461538461538461538");
+    EXPECT_EQ(quotient("-2", "3"), "-0.66666666666666666666666666666666666667");
+    EXPECT_EQ(quotient("1", "3"), "0.33333333333333333333333333333333333333");
+    EXPECT_EQ(quotient("9.99", "1"), "9.99");
+    EXPECT_EQ(quotient("0", "-7"), "0");
+    EXPECT_EQ(quotient("1e-128", "2"), decimal("1e-128").description()) << "half of the smallest rounds away";
+    EXPECT_EQ(quotient("1e-128", "3"), "0");
+    auto const saving = Decimal{1} - decimal("29.99") / decimal("59.88");
+    EXPECT_EQ(saving.description().substr(0, 12), "0.4991649966");
+}
+
+TEST(Decimal, SumsDifferencesAndProductsAreExact) {
+    EXPECT_EQ(decimal("0.1") + decimal("0.2"), decimal("0.3"));
+    EXPECT_EQ(decimal("0.1") - decimal("0.1"), Decimal{});
+    EXPECT_FALSE((decimal("-0.1") + decimal("0.1")).isNegative());
+    EXPECT_EQ(decimal("5") - decimal("7.25"), decimal("-2.25"));
+    EXPECT_EQ(decimal("-1.5") * decimal("-0.2"), decimal("0.3"));
+    EXPECT_FALSE((decimal("0") * decimal("-1")).isNegative());
+    EXPECT_EQ(decimal("1e127") + decimal("1e-128"), decimal("1e127"))
+        << "the small one lies beyond the digits";
+    EXPECT_EQ((decimal("9999999999999999999") * decimal("9999999999999999999")).description(),
+              "99999999999999999980000000000000000001");
+}
+
+TEST(Decimal, AgreesWithIntegerArithmetic) {
+    std::mt19937_64 random{7};
+    for (int i = 0; i < 2000; ++i) {
+        auto const left = static_cast<std::int32_t>(random());
+        auto const right = static_cast<std::int32_t>(random());
+        Decimal const a{std::int64_t{left}}, b{std::int64_t{right}};
+        EXPECT_EQ(a + b, Decimal{std::int64_t{left} + right});
+        EXPECT_EQ(a - b, Decimal{std::int64_t{left} - right});
+        EXPECT_EQ(a * b, Decimal{std::int64_t{left} * right});
+        EXPECT_EQ(a <=> b, left <=> right);
+        EXPECT_EQ(right == 0 ? a : a * b / b, a);
+    }
+}
+
+TEST(Decimal, NaNSpreadsEqualsItselfAndOrdersFirst) {
+    auto const nan = Decimal::notANumber();
+    EXPECT_TRUE((decimal("59.99") / Decimal{0}).isNaN());
+    EXPECT_TRUE((Decimal{0} / Decimal{0}).isNaN());
+    EXPECT_TRUE((nan + Decimal{1}).isNaN() && (Decimal{1} - nan).isNaN() && (nan * Decimal{0}).isNaN() &&
+                (Decimal{1} / nan).isNaN());
+    EXPECT_EQ(nan, Decimal::notANumber());
+    EXPECT_LT(nan, decimal("-1e127"));
+    EXPECT_GT(Decimal{0}, nan);
+    EXPECT_FALSE(nan.isZero() || nan.isNegative() || (-nan).isNegative());
+    EXPECT_EQ(nan.description(), "NaN");
+    EXPECT_TRUE(std::isnan(nan.doubleValue()));
+}
+
+TEST(Decimal, OverflowGivesNaNAndUnderflowZero) {
+    EXPECT_TRUE((decimal("1e127") * decimal("1e39")).isNaN());
+    EXPECT_FALSE((decimal("1e127") * decimal("1e37")).isNaN());
+    EXPECT_TRUE((decimal("1e127") / decimal("1e-128")).isNaN());
+    EXPECT_TRUE((decimal("99999999999999999999999999999999999999e127") + decimal("1e127")).isNaN());
+    EXPECT_TRUE((decimal("1e-128") * decimal("0.1")).isZero());
+}
+
+TEST(Decimal, ComparesByValue) {
+    EXPECT_EQ(decimal("1.50"), decimal("1.5"));
+    EXPECT_EQ(decimal("10e127"), decimal("1e128"));
+    EXPECT_LT(decimal("9.99"), decimal("10"));
+    EXPECT_LT(decimal("-10"), decimal("-9.99"));
+    EXPECT_LT(decimal("-1e-128"), Decimal{0});
+    EXPECT_GT(decimal("1e127"), decimal("99999999999999999999999999999999999999"));
+}
+
+TEST(Decimal, GivesTheNearestDouble) {
+    EXPECT_EQ(decimal("59.99").doubleValue(), 59.99);
+    EXPECT_EQ(decimal("0.1").doubleValue(), 0.1);
+    EXPECT_EQ(decimal("-1e-128").doubleValue(), -1e-128);
+    EXPECT_EQ((decimal("0.45") * Decimal{10}).doubleValue(), 4.5);
+    EXPECT_EQ(decimal("9007199254740993").doubleValue(), 9007199254740992.0) << "a tie goes to even";
+}
+
+} // namespace
+} // namespace trelundo

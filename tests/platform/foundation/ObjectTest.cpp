@@ -1,0 +1,220 @@
+#include "platform/foundation/FatalError.h"
+#include "platform/foundation/Lazy.h"
+#include "platform/foundation/NSAttributedString.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/Weak.h"
+
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <stdexcept>
+#include <thread>
+
+namespace trelundo {
+
+/// Counts how many of its kind are alive.
+class Counted : public NSObject {
+public:
+    Counted() { ++alive; }
+    ~Counted() override { --alive; }
+    static inline std::atomic<int> alive = 0;
+};
+
+template <class T> class Boxed : public NSObject {};
+
+namespace {
+
+struct Greeter {
+    virtual ~Greeter() = default;
+    virtual int greet() = 0;
+};
+
+class Padding {
+public:
+    virtual ~Padding() = default;
+    int padding = 0;
+};
+
+class GreetingObject : public Counted, public Padding, public Greeter {
+public:
+    int greet() override { return 7; }
+};
+
+TEST(Ref, OwnsAndReleases) {
+    {
+        auto const first = make<Counted>();
+        Ref<NSObject> second = first;
+        Ref<Counted> third;
+        third = first;
+        third = std::move(third);
+        EXPECT_EQ(first, second);
+        EXPECT_EQ(third, first);
+        EXPECT_EQ(Counted::alive, 1);
+        EXPECT_EQ(cast<Counted>(second), first);
+        EXPECT_EQ(cast<NSError>(second), nullptr);
+        EXPECT_EQ(cast<Counted>(Ref<NSObject>{}), nullptr);
+        EXPECT_EQ(strong(*first), first);
+    }
+    EXPECT_EQ(Counted::alive, 0);
+}
+
+TEST(Weak, ReachesAProtocolUntilTheObjectIsGone) {
+    auto object = make<GreetingObject>();
+    Weak<Greeter> const greeter = object;
+    Weak<GreetingObject> const same = object;
+    EXPECT_EQ(greeter.lock()->greet(), 7);
+    EXPECT_TRUE(greeter.refersToSame(same));
+    EXPECT_TRUE(greeter.refersTo(*object));
+    EXPECT_EQ(cast<NSObject>(greeter.lock()), object);
+    {
+        auto const kept = greeter.lock();
+        object = nullptr;
+        EXPECT_EQ(kept->greet(), 7) << "a lock keeps the object";
+        EXPECT_FALSE(greeter.isExpired());
+    }
+    EXPECT_EQ(greeter.lock(), nullptr);
+    EXPECT_TRUE(greeter.isExpired());
+    EXPECT_TRUE(greeter.refersToSame(same)) << "also after its end";
+    EXPECT_EQ(Counted::alive, 0);
+    EXPECT_EQ(Weak<Greeter>{}.lock(), nullptr);
+}
+
+TEST(Weak, AConstructorAndADestructorMayHandOutTheirObject) {
+    struct Registering : Counted {
+        Registering()
+            : self(this) {
+            auto const kept = strong(*this);
+            EXPECT_EQ(self.lock(), kept);
+        }
+        ~Registering() override {
+            auto const kept = strong(*this);
+            EXPECT_EQ(self.lock(), nullptr) << "an object that goes is gone for weak references";
+        }
+        Weak<Registering> self;
+    };
+    Weak<Registering> const weak = make<Registering>();
+    EXPECT_EQ(weak.lock(), nullptr);
+    EXPECT_EQ(Counted::alive, 0);
+}
+
+TEST(Weak, SurvivesAConstructorThatFails) {
+    struct Failing : Counted {
+        explicit Failing(Weak<Failing>& self) {
+            self = Weak<Failing>{this};
+            throw std::runtime_error{"no"};
+        }
+    };
+    Weak<Failing> weak;
+    EXPECT_THROW(make<Failing>(weak), std::runtime_error);
+    EXPECT_EQ(weak.lock(), nullptr);
+    EXPECT_EQ(Counted::alive, 0);
+}
+
+TEST(Weak, LocksAndReleasesFromSeveralThreads) {
+    for (int round = 0; round < 200; ++round) {
+        auto object = make<GreetingObject>();
+        Weak<Greeter> const weak = object;
+        std::array<std::thread, 4> threads;
+        for (auto& thread : threads)
+            thread = std::thread{[weak, copy = object]() mutable {
+                auto const other = weak;
+                copy = nullptr;
+                while (auto const greeter = other.lock())
+                    if (greeter->greet() != 7) return;
+            }};
+        object = nullptr;
+        for (auto& thread : threads) thread.join();
+        EXPECT_EQ(weak.lock(), nullptr);
+        EXPECT_EQ(Counted::alive, 0);
+    }
+}
+
+TEST(NSObject, NamesItsDynamicType) {
+    Ref<NSObject> const object = make<Counted>();
+    EXPECT_EQ(object->className(), "Counted");
+    EXPECT_EQ(object->description(), "Counted");
+    EXPECT_EQ(make<GreetingObject>()->className(), "GreetingObject");
+    EXPECT_EQ(make<Boxed<Counted>>()->className(), "Boxed<trelundo::Counted>");
+    EXPECT_TRUE(object->isEqual(*object));
+    EXPECT_FALSE(object->isEqual(*make<Counted>()));
+}
+
+TEST(Lazy, BuildsOnceAndNames) {
+    struct View : NSObject {
+        void setAccessibilityIdentifier(std::string text) { name = std::move(text); }
+        std::string name;
+    };
+    Lazy<View> view{"continueButton"};
+    LazyList<View> views{"premiumButtons"};
+    EXPECT_FALSE(view.isBuilt());
+    int built = 0;
+    auto const build = [&built] { return ++built, make<View>(); };
+    EXPECT_EQ(view(build), view(build));
+    EXPECT_EQ(built, 1);
+    EXPECT_TRUE(view.isBuilt());
+    EXPECT_EQ(view(build)->name, "continueButton");
+    auto const& list = views([&] { return std::vector{build(), build()}; });
+    EXPECT_EQ(list.at(1)->name, "premiumButtons[1]");
+}
+
+TEST(FatalErrorDeathTest, EndsTheProgramWithItsText) {
+    EXPECT_DEATH(fatalError("init(coder:) has not been implemented"), "Fatal error: init.coder:.*ObjectTest");
+    EXPECT_EQ(trappingInteger(-4.9975), -4);
+    EXPECT_EQ(trappingInteger(2147483647.9), 2147483647);
+    EXPECT_DEATH(trappingInteger(std::nan("")), "NaN");
+    EXPECT_DEATH(trappingInteger(-std::numeric_limits<double>::infinity()), "infinite");
+    EXPECT_DEATH(trappingInteger(2147483648.0), "out of range");
+    EXPECT_EQ(trappingSum(2147483646, 1), 2147483647);
+    EXPECT_DEATH(trappingSum(2147483647, 1), "overflow");
+}
+
+TEST(NSError, DescribesItself) {
+    auto const bare = make<NSError>("SKErrorDomain", 2);
+    EXPECT_EQ(bare->localizedDescription(), "The operation couldn’t be completed. (SKErrorDomain error 2.)");
+    auto const error =
+        make<NSError>("D", -1, NSError::UserInfo{{"A", "b"}, {"NSLocalizedDescription", "Sorry"}});
+    EXPECT_EQ(error->localizedDescription(), "Sorry");
+    EXPECT_EQ(error->description(),
+              "Error Domain=D Code=-1 \"Sorry\" UserInfo={A=b, NSLocalizedDescription=Sorry}");
+    EXPECT_TRUE(bare->isEqual(*make<NSError>("SKErrorDomain", 2)));
+    EXPECT_FALSE(bare->isEqual(*make<NSError>("SKErrorDomain", 2, NSError::UserInfo{{"A", "b"}})));
+    EXPECT_FALSE(bare->isEqual(*make<NSError>("SKErrorDomain", 3)));
+    EXPECT_FALSE(bare->isEqual(*make<Counted>()));
+}
+
+constexpr AttributeKey<double> kern{"NSKern"};
+constexpr AttributeKey<std::string> font{"NSFont"};
+
+TEST(NSAttributedString, JoinsEqualNeighboursAndComparesRuns) {
+    auto const style = TextAttributes{}.with(kern, 1.5);
+    NSAttributedString text{"a", style};
+    text.append("b", TextAttributes{}.set(kern, 1.5))
+        .append("")
+        .append("c")
+        .append("d", style.with(font, "bold"));
+    ASSERT_EQ(text.runs().size(), 3U);
+    EXPECT_EQ(text.runs()[0].text, "ab");
+    EXPECT_TRUE(text.runs()[1].attributes.empty()) << "appended plain text takes nothing over";
+    EXPECT_EQ(text.string(), "abcd");
+    EXPECT_NE(text, NSAttributedString{"abcd"});
+    auto copy = text;
+    EXPECT_EQ(copy, text);
+    text.append(text);
+    EXPECT_EQ(text.string(), "abcdabcd");
+    EXPECT_NE(copy, text);
+    EXPECT_TRUE((NSAttributedString{"", style}.empty()));
+}
+
+TEST(TextAttributes, AreValues) {
+    auto const first = TextAttributes{}.with(kern, 1).with(font, "bold");
+    auto const second = TextAttributes{}.with(font, "bold").with(kern, 1);
+    EXPECT_EQ(first, second) << "the order of setting does not count";
+    EXPECT_NE(first, first.with(kern, 2));
+    EXPECT_EQ(first.get(kern), 1.0);
+    EXPECT_EQ(TextAttributes{}.get(kern), std::nullopt);
+    EXPECT_NE(TextAttributes{}.with(kern, 1), TextAttributes{}.with(font, "1"));
+}
+
+} // namespace
+} // namespace trelundo

@@ -1,0 +1,116 @@
+#include "platform/foundation/StringsTable.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace trelundo {
+namespace {
+
+StringsTable parsed(std::string_view bytes) {
+    std::optional<StringsTable::ParseError> error;
+    auto table = StringsTable::parse(bytes, error);
+    EXPECT_FALSE(error) << error->line << ": " << error->reason;
+    return table;
+}
+
+std::string value(std::string_view bytes, std::string_view key = "k") {
+    auto const table = parsed(bytes);
+    auto const* text = table.find(key);
+    return text ? *text : "(missing)";
+}
+
+std::string utf16(std::u16string_view text, bool isBigEndian) {
+    std::string bytes = isBigEndian ? "\xfe\xff" : "\xff\xfe";
+    for (char16_t unit : text) {
+        char const high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+        bytes += isBigEndian ? high : low;
+        bytes += isBigEndian ? low : high;
+    }
+    return bytes;
+}
+
+TEST(StringsTable, ReadsPairsCommentsAndFreeSpace) {
+    auto const table =
+        parsed("/* head; \"x\" = \"y\"; */ \"a\"=\"1\";\"b\"\n=\t\"2\"\r\n;// rest of the line \"z\n"
+               "c_$/:.-9 = /path/to:x.y; 'single \"q\"' = 'it\"s'; \"alone\"; bare;\u2028\"d\"=\"\";");
+    EXPECT_EQ(table.size(), 7U);
+    EXPECT_EQ(*table.find("a"), "1");
+    EXPECT_EQ(*table.find("b"), "2");
+    EXPECT_EQ(*table.find("c_$/:.-9"), "/path/to:x.y");
+    EXPECT_EQ(*table.find("single \"q\""), "it\"s");
+    EXPECT_EQ(*table.find("alone"), "alone");
+    EXPECT_EQ(*table.find("bare"), "bare");
+    EXPECT_EQ(*table.find("d"), "");
+    EXPECT_EQ(table.find("z"), nullptr);
+    EXPECT_EQ(parsed("").size(), 0U);
+    EXPECT_EQ(parsed(" // only a comment").size(), 0U);
+    EXPECT_EQ(value("k = first; k = second;"), "second");
+    EXPECT_EQ(value("\"k\" = \"two\nlines /* kept */ // too\";"), "two\nlines /* kept */ // too");
+}
+
+TEST(StringsTable, ResolvesEscapes) {
+    EXPECT_EQ(value(R"(k = "\a\b\f\n\r\t\v\"\\\'\q\é";)"), "\a\b\f\n\r\t\v\"\\'qé");
+    EXPECT_EQ(value("k = \"one\\\ntwo\";"), "one\ntwo");
+    EXPECT_EQ(value(R"(k = "\101\60\0609\9";)"), "A0099");
+    EXPECT_EQ(value(R"(k = "\251\341\300\256\376";)"), "’Æ¹ﬁ\ufffd") << "the upper half is NextStep's";
+    EXPECT_EQ(value(R"(k = "\U20ac\UE9z\U0041B\Uxyz\u20";)"), "€ézABUxyzu20");
+    EXPECT_EQ(value(R"(k = "\UD83D\UDE00|\UD83D|\UD83D\U0041|\UDE00";)"), "😀|\ufffd|\ufffdA|\ufffd");
+    EXPECT_EQ(value(R"(k = "a\0b";)"), (std::string{"a\0b", 3}));
+}
+
+TEST(StringsTable, ReadsEveryEncoding) {
+    constexpr std::u16string_view text = u"\"k\" = \"Año 年 😀\";";
+    EXPECT_EQ(value(utf16(text, true)), "Año 年 😀");
+    EXPECT_EQ(value(utf16(text, false)), "Año 年 😀");
+    EXPECT_EQ(value("\xef\xbb\xbf\"k\" = \"Año 年 😀\";"), "Año 年 😀");
+    EXPECT_EQ(parsed(utf16(u"", true)).size(), 0U);
+}
+
+TEST(StringsTable, OneErrorFailsTheWholeTable) {
+    struct {
+        std::string bytes;
+        int line;
+        char const* reason;
+    } const rows[] = {
+        {"\"a\" = \"b\"", 1, "expected \";\" after the entry \"a\""},
+        {"\"a\" = \"b\";\n\n\"c\" \"d\";", 3, "expected \";\" after the entry \"c\""},
+        {"a = ;", 1, "expected a value"},
+        {"a =\r\n", 2, "expected a value before the end of the file"},
+        {"a = b;\n= c;", 2, "expected a key"},
+        {"a = b;\r\nc = d; }\r\n", 2, "expected a key"},
+        {"{ a = b; }", 1, "expected a key"},
+        {"a = b;\r\"c\n\n", 2, "a quoted text without end"},
+        {"a = 'b\\", 1, "a quoted text without end"},
+        {"\n/* never closed", 2, "a comment without end"},
+        {"a = b;\n\"c\" = \"\xff\";", 2, "a byte that is not UTF-8"},
+        {utf16(u"a\n\xd800", true), 2, "an unpaired UTF-16 surrogate"},
+        {utf16(u"a\n", true) + 'x', 2, "the UTF-16 text ends inside a character"},
+        {std::string{"a = b;\0", 7}, 1, "expected a key"},
+        {"<?xml version=\"1.0\"?>", 1, "expected a key"},
+    };
+    for (auto const& row : rows) {
+        std::optional<StringsTable::ParseError> error;
+        auto const table = StringsTable::parse(row.bytes, error);
+        ASSERT_TRUE(error) << row.bytes;
+        EXPECT_EQ(error->line, row.line) << row.bytes;
+        EXPECT_EQ(error->reason, row.reason) << row.bytes;
+        EXPECT_EQ(table.size(), 0U) << row.bytes;
+    }
+}
+
+TEST(StringsTable, SurvivesRandomBytes) {
+    constexpr std::string_view alphabet = "\"'\\=;/*\n\rUa07\xff\xfe\xc3\xa9 \xd8";
+    std::mt19937 random{11};
+    for (int i = 0; i < 20'000; ++i) {
+        std::string bytes;
+        for (auto length = random() % 24; length > 0; --length) bytes += alphabet[random() % alphabet.size()];
+        std::optional<StringsTable::ParseError> error;
+        auto const table = StringsTable::parse(bytes, error);
+        if (!error) continue;
+        EXPECT_EQ(table.size(), 0U);
+        EXPECT_GE(error->line, 1);
+    }
+}
+
+} // namespace
+} // namespace trelundo
