@@ -16,31 +16,47 @@ std::vector<std::string> scriptNames() {
     return names;
 }
 
-/// The words after "# arguments:" in a script.
-std::vector<std::string> argumentsOf(std::filesystem::path const& script) {
-    std::vector<std::string> arguments;
+/// The words after "# KEY: " in a script's comments.
+std::vector<std::string> wordsOf(std::filesystem::path const& script, std::string const& key) {
+    std::vector<std::string> found;
     std::istringstream lines{readText(script)};
-    std::string const prefix = "# arguments: ";
+    std::string const prefix = "# " + key + ": ";
     for (std::string line; std::getline(lines, line);) {
         if (!line.starts_with(prefix)) continue;
         std::istringstream words{line.substr(prefix.size())};
-        for (std::string word; words >> word;) arguments.push_back(word);
+        for (std::string word; words >> word;) found.push_back(word);
     }
-    return arguments;
+    return found;
 }
 
-class ScriptLog : public testing::TestWithParam<std::string> {};
+class ScriptLog : public testing::TestWithParam<std::string> {
+protected:
+    /// Runs a script on its screen ("# screen:", the first paywall by default) with its options ("#
+    /// arguments:").
+    static void run(std::string const& name, std::string const& store, std::string const& log) {
+        auto const script = scriptFolder() / (name + ".paywall");
+        auto const screen = wordsOf(script, "screen");
+        std::vector<std::string> arguments{
+            "run",      screen.empty() ? "PremiumViewController" : screen.front(),
+            "--script", script,
+            "--store",  store,
+            "--log",    log};
+        std::ranges::copy(wordsOf(script, "arguments"), std::back_inserter(arguments));
+        auto const result = runPaywall(arguments);
+        EXPECT_EQ(result.status, 0) << result.output;
+    }
+};
 
-/// Every line that a host would see, in its order. The expected logs change only through scripts/rebaseline.
+/// Every line that a host would see, in its order. What a script names in "# after:" runs before it, on the
+/// same store. The expected logs change only through scripts/rebaseline.
 TEST_P(ScriptLog, IsAsKept) {
-    auto const script = scriptFolder() / (GetParam() + ".paywall");
-    auto const expected = scriptFolder() / (GetParam() + ".log");
     TemporaryFolder folder;
+    auto const store = folder / "store.sqlite";
+    for (auto const& earlier : wordsOf(scriptFolder() / (GetParam() + ".paywall"), "after"))
+        run(earlier, store, "/dev/null");
     auto const log = folder / "log";
-    std::vector<std::string> arguments{"run", "PremiumViewController", "--script", script, "--log", log};
-    std::ranges::copy(argumentsOf(script), std::back_inserter(arguments));
-    auto const result = runPaywall(arguments);
-    EXPECT_EQ(result.status, 0) << result.output;
+    run(GetParam(), store, log);
+    auto const expected = scriptFolder() / (GetParam() + ".log");
     if (std::getenv("TRELUNDO_REBASELINE"))
         std::filesystem::copy_file(log, expected, std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(readText(log), readText(expected));
