@@ -5,6 +5,7 @@
 #include <boost/multiprecision/cpp_int.hpp>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 namespace trelundo {
 
@@ -14,6 +15,15 @@ namespace mp = boost::multiprecision;
 
 // Wide enough for two significands aligned over the whole range of exponents: 38 + 255 digits.
 using Wide = mp::number<mp::cpp_int_backend<1024, 1024, mp::unsigned_magnitude, mp::unchecked, void>>;
+
+// Holds every significand, and the power of ten that none reaches.
+__extension__ using Native = unsigned __int128;
+constexpr Native significandLimit = Native{10'000'000'000'000'000'000U} * 10'000'000'000'000'000'000U;
+
+Native native(Wide const& number) {
+    auto const high = static_cast<std::uint64_t>(number >> 64);
+    return Native{high} << 64 | static_cast<std::uint64_t>(number & ~std::uint64_t{0});
+}
 
 Wide const& powerOfTen(int exponent) {
     static auto const powers = [] {
@@ -29,6 +39,14 @@ int digitCount(Wide const& number) {
     // The bit length gives the count or one less: a bit is 1292913986 / 2^32 digits.
     auto const estimate = static_cast<int>((mp::msb(number) + std::uint64_t{1}) * 1292913986U >> 32);
     return number >= powerOfTen(estimate) ? estimate + 1 : estimate;
+}
+
+std::string digitsOf(Native number) {
+    constexpr std::uint64_t half = 10'000'000'000'000'000'000U;
+    auto const low = std::to_string(static_cast<std::uint64_t>(number % half));
+    if (number < half) return low;
+    return std::to_string(static_cast<std::uint64_t>(number / half)) + std::string(19 - low.size(), '0') +
+           low;
 }
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
@@ -67,6 +85,9 @@ std::optional<int> takeExponent(std::string_view text) {
 
 /// The one place where numbers are taken apart and put together again.
 struct Decimal::Arithmetic {
+    static Native nativeSignificand(Decimal const& number) {
+        return Native{number.high_} << 64 | number.low_;
+    }
     static Wide significand(Decimal const& number) { return (Wide{number.high_} << 64) | number.low_; }
 
     /// `significand` times ten to `exponent`, rounded once to what a Decimal holds.
@@ -76,14 +97,19 @@ struct Decimal::Arithmetic {
             significand = dropDigits(significand, surplus);
             exponent += surplus;
         }
-        if (significand.is_zero()) return {};
+        return composeRounded(isNegative, native(significand), exponent);
+    }
+
+    static Decimal composeRounded(bool isNegative, Native significand, int exponent) {
+        if (significand == 0) return {};
         stripZeros(significand, exponent);
-        int const excess = std::max(exponent - maximumExponent, 0);
-        if (digitCount(significand) + excess > maximumDigits) return notANumber();
-        significand *= powerOfTen(excess);
-        exponent -= excess;
+        for (; exponent > maximumExponent; --exponent) {
+            if (significand >= significandLimit / 10) return notANumber();
+            significand *= 10;
+        }
+        if (significand >= significandLimit) return notANumber();
         Decimal number;
-        number.low_ = static_cast<std::uint64_t>(significand & ~std::uint64_t{0});
+        number.low_ = static_cast<std::uint64_t>(significand);
         number.high_ = static_cast<std::uint64_t>(significand >> 64);
         number.exponent_ = static_cast<std::int16_t>(exponent);
         number.isNegative_ = isNegative;
@@ -97,11 +123,17 @@ struct Decimal::Arithmetic {
         return (kept + 5) / 10;
     }
 
-    static void stripZeros(Wide& significand, int& exponent) {
-        for (int const step : {32, 16, 8, 4, 2, 1}) {
-            if (exponent + step > maximumExponent || significand % powerOfTen(step) != 0) continue;
-            significand /= powerOfTen(step);
-            exponent += step;
+    static void stripZeros(Native& significand, int& exponent) {
+        constexpr std::pair<int, std::uint64_t> steps[] = {{16, 10'000'000'000'000'000},
+                                                           {16, 10'000'000'000'000'000},
+                                                           {8, 100'000'000},
+                                                           {4, 10'000},
+                                                           {2, 100},
+                                                           {1, 10}};
+        for (auto const& [digits, power] : steps) {
+            if (exponent + digits > maximumExponent || significand % power != 0) continue;
+            significand /= power;
+            exponent += digits;
         }
     }
 
@@ -124,7 +156,7 @@ struct Decimal::Arithmetic {
 
 Decimal::Decimal(std::int64_t value) {
     auto const magnitude = value < 0 ? -static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-    *this = Arithmetic::compose(value < 0, magnitude, 0);
+    *this = Arithmetic::composeRounded(value < 0, magnitude, 0);
 }
 
 Decimal Decimal::notANumber() {
@@ -184,10 +216,11 @@ Decimal Decimal::operator*(Decimal const& other) const {
 
 Decimal Decimal::operator/(Decimal const& other) const {
     if (isNaN_ || other.isNaN_ || other.isZero()) return notANumber();
-    // Twice the digits leave at least one digit to round by, however short the dividend is.
-    constexpr int shift = 2 * maximumDigits + 1;
-    Wide const quotient = Arithmetic::significand(*this) * powerOfTen(shift) / Arithmetic::significand(other);
-    return Arithmetic::compose(isNegative_ != other.isNegative_, quotient,
+    auto const dividend = Arithmetic::significand(*this);
+    auto const divisor = Arithmetic::significand(other);
+    // Leaves one digit more than is kept, to round by.
+    int const shift = std::max(maximumDigits + 1 + digitCount(divisor) - digitCount(dividend), 0);
+    return Arithmetic::compose(isNegative_ != other.isNegative_, dividend * powerOfTen(shift) / divisor,
                                exponent_ - other.exponent_ - shift);
 }
 
@@ -208,7 +241,7 @@ double Decimal::doubleValue() const {
 
 std::string Decimal::description() const {
     if (isNaN_) return "NaN";
-    auto digits = Arithmetic::significand(*this).str();
+    auto digits = digitsOf(Arithmetic::nativeSignificand(*this));
     if (exponent_ >= 0) {
         digits.append(static_cast<std::size_t>(exponent_), '0');
     } else {

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <set>
 #include <unicode/ucurr.h>
 #include <unicode/uenum.h>
@@ -58,7 +57,14 @@ std::set<std::string, std::less<>> languagesWithData() {
 
 struct PreferredLanguages {
     std::mutex mutex;
-    std::optional<std::vector<std::string>> languages; // none: not asked for yet
+    std::vector<std::string> languages;
+    Locale current{"en"};
+
+    PreferredLanguages() { assign(languageTags(std::getenv)); }
+    void assign(std::vector<std::string> tags) {
+        languages = std::move(tags);
+        current = Locale{languages.empty() ? std::string_view{"en"} : std::string_view{languages.front()}};
+    }
 };
 
 PreferredLanguages& preferred() {
@@ -106,21 +112,21 @@ bool Locale::isRightToLeft() const {
 }
 
 Locale Locale::current() {
-    auto const languages = preferredLanguages();
-    return Locale{languages.empty() ? std::string_view{"en"} : std::string_view{languages.front()}};
+    auto& state = preferred();
+    std::lock_guard const lock{state.mutex};
+    return state.current;
 }
 
 std::vector<std::string> Locale::preferredLanguages() {
     auto& state = preferred();
     std::lock_guard const lock{state.mutex};
-    if (!state.languages) state.languages = languageTags(std::getenv);
-    return *state.languages;
+    return state.languages;
 }
 
 void Locale::setPreferredLanguages(std::vector<std::string> languages) {
     auto& state = preferred();
     std::lock_guard const lock{state.mutex};
-    state.languages = std::move(languages);
+    state.assign(std::move(languages));
 }
 
 } // namespace trelundo

@@ -120,8 +120,10 @@ TEST(Weak, LocksAndReleasesFromSeveralThreads) {
             thread = std::thread{[weak, copy = object]() mutable {
                 auto const other = weak;
                 copy = nullptr;
-                while (auto const greeter = other.lock())
-                    if (greeter->greet() != 7) return;
+                for (int i = 0; i < 50; ++i) {
+                    auto const greeter = other.lock();
+                    EXPECT_TRUE(!greeter || greeter->greet() == 7);
+                }
             }};
         object = nullptr;
         for (auto& thread : threads) thread.join();
