@@ -58,7 +58,7 @@ protected:
 
 TEST_F(BadFile, CataloguesAreRefusedWithTheirPlace) {
     expectFailure({"products", "--catalogue", "/nowhere/x.storekit"}, 1, {"/nowhere/x.storekit"});
-    expectBadCatalogue("<<<<<<< HEAD\n", {"line 1"});
+    expectBadCatalogue("<<<<<<< HEAD\n", {":1:"});
     expectBadCatalogue("{\"products\": [\n", {});
     expectBadCatalogue(std::string(100'000, '['), {});
     expectBadCatalogue("{\"products\": 7}", {"products"});

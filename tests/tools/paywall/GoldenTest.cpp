@@ -15,12 +15,18 @@ struct Golden {
 };
 
 std::vector<Golden> const goldens{
-    {"first-phone", "PremiumViewController", {}, true},
-    {"first-small-phone-de", "PremiumViewController", {"--device", "phone-320x568", "--language", "de"}},
+    {"first-phone", "PremiumViewController", {}},
+    {"first-small-phone-de",
+     "PremiumViewController",
+     {"--device", "phone-320x568", "--language", "de"},
+     true},
+    {"first-small-phone-ar",
+     "PremiumViewController",
+     {"--device", "phone-320x568", "--language", "ar"},
+     true},
     {"first-tablet-landscape-ar",
      "PremiumViewController",
-     {"--device", "tablet-820x1180", "--landscape", "--language", "ar"},
-     true},
+     {"--device", "tablet-820x1180", "--landscape", "--language", "ar"}},
     {"first-phone-landscape-ja", "PremiumViewController", {"--landscape", "--language", "ja"}},
 };
 
