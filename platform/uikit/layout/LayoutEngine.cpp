@@ -7,7 +7,8 @@ namespace trelundo {
 
 LayoutEngine::LayoutEngine(UIView& root, Purpose purpose)
     : root_(root)
-    , purpose_(purpose) {
+    , purpose_(purpose)
+    , isRightToLeft_(applicationIsRightToLeft()) {
     addedSubtrees_.push_back(&root);
 }
 

@@ -151,6 +151,7 @@ private:
     CGPoint originOf(UIView& view);
     CGRect roundedFrame(Box& box);
     bool needsUpdate() const;
+    static bool applicationIsRightToLeft();
 
     UIView& root_;
     Purpose purpose_;

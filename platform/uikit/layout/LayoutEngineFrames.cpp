@@ -28,17 +28,20 @@ bool isSame(CGRect const& a, CGRect const& b) {
 
 } // namespace
 
+bool LayoutEngine::applicationIsRightToLeft() {
+    return UIApplication::shared().userInterfaceLayoutDirection() ==
+           UIUserInterfaceLayoutDirection::rightToLeft;
+}
+
 bool LayoutEngine::needsUpdate() const {
     return solver_.isDirty() || hasStaleContent_ || !addedSubtrees_.empty() || !activated_.empty() ||
-           isRightToLeft_ != (UIApplication::shared().userInterfaceLayoutDirection() ==
-                              UIUserInterfaceLayoutDirection::rightToLeft);
+           isRightToLeft_ != applicationIsRightToLeft();
 }
 
 void LayoutEngine::update() {
     if (isUpdating_ || !needsUpdate()) return;
     isUpdating_ = true;
-    bool const isRightToLeft =
-        UIApplication::shared().userInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
+    bool const isRightToLeft = applicationIsRightToLeft();
     if (std::exchange(isRightToLeft_, isRightToLeft) != isRightToLeft) reset();
     solve();
     if (purpose_ == Purpose::layout) placeBoxes();
@@ -79,6 +82,7 @@ bool LayoutEngine::tellWidths() {
         told.toldWidth = now;
         auto const view = strong(*told.view);
         if (!view->layoutWidthDidChange(now)) continue;
+        if (slot >= boxes_.size()) break; // the view has changed the tree
         boxes_[slot].contentIsStale = hasStaleContent_ = changed = true;
     }
     return changed;
