@@ -1,6 +1,7 @@
 #include "common/Common.h"
 #include "controls/PlanTerms.h"
 #include "controls/PremiumButton.h"
+#include "controls/PriceTexts.h"
 #include "platform/foundation/Lazy.h"
 #include "platform/foundation/Strings.h"
 
@@ -10,29 +11,6 @@ namespace {
 
 constexpr double titleLineSpacing = 4;
 constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
-
-std::string filled(std::string_view key, std::string_view price) {
-    return replacingOccurrences(Common::text(key), "$$$", price);
-}
-
-/// `price` with the suffix of a unit; empty where a unit has none.
-std::string priceForUnit(SKProductPeriodUnit unit, std::string_view price) {
-    switch (unit) {
-    case SKProductPeriodUnit::week:
-        return filled("$$$/week", price);
-    case SKProductPeriodUnit::month:
-        return filled("$$$/mo", price);
-    case SKProductPeriodUnit::year:
-        return filled("$$$/year", price);
-    case SKProductPeriodUnit::day:
-        break;
-    }
-    return {};
-}
-
-bool runsForOneYear(SKProductDiscount const& offer) {
-    return offer.numberOfPeriods() == 1 && offer.subscriptionPeriod() == oneYear;
-}
 
 std::string offerPeriodText(SKProductDiscount const& offer) {
     bool const countsUnits =
@@ -44,7 +22,7 @@ std::string offerPeriodText(SKProductDiscount const& offer) {
 }
 
 std::string offerPriceText(SKProductDiscount const& offer) {
-    if (runsForOneYear(offer)) return filled("$$$/mo", PremiumManager::price(offer, 12));
+    if (runsForOneYear(offer)) return filledWithPrice("$$$/mo", PremiumManager::price(offer, 12));
     auto const price = PremiumManager::price(offer);
     if (offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront) return price;
     return priceForUnit(offer.subscriptionPeriod().unit, price);
@@ -90,7 +68,8 @@ void PremiumButton::productDidChange() {
 }
 
 void PremiumButton::showOneTimePurchase() {
-    setTitle(filled("One-Time Purchase: $$$", PremiumManager::price(*product_)), UIControlState::normal);
+    setTitle(filledWithPrice("One-Time Purchase: $$$", PremiumManager::price(*product_)),
+             UIControlState::normal);
 }
 
 void PremiumButton::showPlan(std::string const& firstLine, std::string const& secondLine) {
@@ -103,7 +82,7 @@ void PremiumButton::showPlan(std::string const& firstLine, std::string const& se
 
 void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
     auto const leadIn = runsForOneYear(offer)
-                            ? filled("Just $$$ for a year", PremiumManager::price(offer)) + ", "
+                            ? filledWithPrice("Just $$$ for a year", PremiumManager::price(offer)) + ", "
                             : std::string{};
     auto line1 = replacingOccurrences(Common::text("%%% for Just $$$"), "%%%", offerPeriodText(offer));
     line1 = replacingOccurrences(line1, "$$$", offerPriceText(offer));
@@ -114,7 +93,7 @@ void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
 }
 
 std::string PremiumButton::monthlyShareLine() const {
-    auto const share = filled("$$$/mo", PremiumManager::price(*product_, 12));
+    auto const share = filledWithPrice("$$$/mo", PremiumManager::price(*product_, 12));
     auto const saving = yearlySaving(*product_, products_);
     if (!saving) return share;
     // Only two of the three signs are replaced: the third stays as the percent sign.
@@ -132,8 +111,8 @@ void PremiumButton::addTotalBlock() {
     auto style = attributes(textBoldFont_);
     style.set(NSAttributedStringKey::paragraphStyle,
               {.alignment = NSTextAlignment::center, .lineSpacing = titleLineSpacing});
-    totalLabel_->setAttributedText(
-        NSAttributedString{filled("Total:\n$$$", PremiumManager::price(*product_)), std::move(style)});
+    totalLabel_->setAttributedText(NSAttributedString{
+        filledWithPrice("Total:\n$$$", PremiumManager::price(*product_)), std::move(style)});
     totalLabel_->sizeToFit();
     addSubview(totalLabel_);
 }

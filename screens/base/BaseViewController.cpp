@@ -10,8 +10,12 @@ namespace {
 constexpr double smallScreenPixelHeight = 1136;
 }
 
+bool BaseViewController::isMainScreenSmall() {
+    return UIScreen::main().nativeBounds().height() <= smallScreenPixelHeight;
+}
+
 BaseViewController::BaseViewController()
-    : isSmallScreen_(UIScreen::main().nativeBounds().height() <= smallScreenPixelHeight)
+    : isSmallScreen_(isMainScreenSmall())
     , activityIndicatorView_(named("activityIndicatorView",
                                    make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large))) {
     activityIndicatorView_->setTranslatesAutoresizingMaskIntoConstraints(false);

@@ -21,6 +21,9 @@ public:
     static constexpr char const* TrelundoKitPremiumDidDismissNotificationName =
         "TrelundoKitPremiumDidDismissNotificationName";
 
+    /// Whether the main screen is at most 1136 pixels high, in portrait.
+    static bool isMainScreenSmall();
+
     BaseViewController();
     explicit BaseViewController(NSCoder const& /*archive*/)
         : BaseViewController() {}

@@ -42,6 +42,8 @@ void Host::contactUs(std::string const& subject, Ref<UIViewController> const& fr
     logCall("contactUs", {subject, from ? Json(from->className()) : Json(nullptr)});
 }
 
+void Host::billingViewControllerDidTapUpdateDetails() { logCall("billingViewControllerDidTapUpdateDetails"); }
+
 void Host::logCall(std::string const& call, Json arguments) {
     log_.write("delegate", {{"call", call}, {"arguments", std::move(arguments)}});
 }

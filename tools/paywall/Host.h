@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/base/BaseViewControllerDelegate.h"
+#include "screens/notice/BillingViewControllerDelegate.h"
 #include "store/PremiumManagerDelegate.h"
 #include "tools/paywall/EventLog.h"
 #include "tools/paywall/Options.h"
@@ -8,7 +9,10 @@
 namespace trelundo::paywall {
 
 /// The demonstration host: answers what the options say and writes down everything that it hears.
-class Host : public NSObject, public PremiumManagerDelegate, public BaseViewControllerDelegate {
+class Host : public NSObject,
+             public PremiumManagerDelegate,
+             public BaseViewControllerDelegate,
+             public BillingViewControllerDelegate {
 public:
     Host(Options const& options, EventLog& log);
 
@@ -26,6 +30,7 @@ public:
     void privacyPolicy() override;
     void contactUs(std::string const& subject, Ref<UIViewController> const& from) override;
     std::optional<std::string> appName() const override { return appName_; }
+    void billingViewControllerDidTapUpdateDetails() override;
 
 private:
     void logCall(std::string const& call, Json arguments = Json::array());

@@ -164,7 +164,7 @@ void Player::expect(Step const& step) {
 
 // The host
 
-BaseViewController& Player::screen(Step const& step) const {
+UIViewController& Player::screen(Step const& step) const {
     if (!stage_.screen()) fail(step, "the screen has gone");
     return *stage_.screen();
 }

@@ -42,7 +42,7 @@ private:
     /// The visible view that a step's argument names, frontmost first.
     Ref<UIView> find(Step const& step);
     CGPoint middleOf(UIView& view) const;
-    BaseViewController& screen(Step const& step) const;
+    UIViewController& screen(Step const& step) const;
 
     OffscreenShell& shell_;
     Stage& stage_;

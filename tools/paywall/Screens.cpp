@@ -6,7 +6,8 @@
 #include "screens/subscription/PremiumV6ViewController.h"
 #include "screens/subscription/PremiumViewController.h"
 #include "tools/paywall/Failure.h"
-#include "tools/paywall/PropertyValues.h"
+#include "tools/paywall/OfferScreens.h"
+#include "tools/paywall/ScreenProperties.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -15,39 +16,11 @@ namespace trelundo::paywall {
 
 namespace {
 
-using Properties = std::map<std::string, ScreenType::Setter>;
-
-/// A setter that parses its text and hands the value to a member function of Screen.
-template <class Screen, class Argument, class Parse>
-ScreenType::Setter property(void (Screen::*assign)(Argument), Parse parse) {
-    return [assign, parse](UIViewController& screen, std::string const& value) {
-        (dynamic_cast<Screen&>(screen).*assign)(parse(value));
-    };
-}
-
-std::string text(std::string const& value) { return value == "none" ? std::string{} : value; }
-
-Properties baseProperties() {
-    return {
-        {"source", property(&BaseViewController::setSource, text)},
-        {"premiumId", property(&BaseViewController::setPremiumId, text)},
-        {"abTest", property(&BaseViewController::setABTest, text)},
-        {"isSmallScreen", property(&BaseViewController::setSmallScreen, parseBool)},
-        {"introductoryPriceWasOffered",
-         property(&BaseViewController::setIntroductoryPriceWasOffered, parseBool)},
-    };
-}
-
-Properties with(Properties own) {
-    own.merge(baseProperties());
-    return own;
-}
-
 /// A screen of several products.
 template <class Screen> ScreenType planScreen(std::string name, Properties own) {
     return {.name = std::move(name),
-            .make = [] { return Ref<BaseViewController>{make<Screen>()}; },
-            .properties = with(std::move(own)),
+            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
+            .properties = withBase(std::move(own)),
             .setDiscounts = [](auto&, auto&) {},
             .setProducts =
                 [](UIViewController& screen, Products const& products, int select) {
@@ -85,17 +58,15 @@ template <class Screen> ScreenType secondGeneration(std::string name, Properties
 ScreenType trialPaywall() {
     using Screen = PremiumV6ViewController;
     return {.name = "PremiumV6ViewController",
-            .make = [] { return Ref<BaseViewController>{make<Screen>()}; },
-            .properties = with({{"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
-                                {"buttonColor", property(&Screen::setButtonColor, parseColor)},
-                                {"termsColor", property(&Screen::setTermsColor, parseColor)},
-                                {"features", property(&Screen::setFeatures, parseFeatures)}}),
+            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
+            .properties = withBase({{"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
+                                    {"buttonColor", property(&Screen::setButtonColor, parseColor)},
+                                    {"termsColor", property(&Screen::setTermsColor, parseColor)},
+                                    {"features", property(&Screen::setFeatures, parseFeatures)}}),
             .setDiscounts = [](auto&, auto&) {},
             .setProducts =
                 [](UIViewController& screen, Products const& products, int select) {
-                    auto const index = static_cast<std::size_t>(select);
-                    dynamic_cast<Screen&>(screen).setProduct(index < products.size() ? products[index]
-                                                                                     : nullptr);
+                    dynamic_cast<Screen&>(screen).setProduct(productAt(products, select));
                 }};
 }
 
@@ -115,6 +86,11 @@ std::vector<ScreenType> const& screens() {
             {{"features", property(&PremiumV2ViewController::setFeatures, parseFeatures)}}),
         secondGeneration<PremiumV5ViewController>("PremiumV5ViewController"),
         trialPaywall(),
+        offerSheet(),
+        percentageOfferWithBadge(),
+        sentenceOffer(),
+        percentageOffer(),
+        billingNotice(),
     };
     return all;
 }

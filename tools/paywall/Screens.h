@@ -16,12 +16,17 @@ struct ScreenType {
     using Setter = std::function<void(UIViewController& screen, std::string const& value)>;
 
     std::string name;
-    std::function<Ref<BaseViewController>()> make;
+    std::function<Ref<UIViewController>()> make;
     /// Every public property that a command line may set, texts parsed. "none" assigns absent.
     std::map<std::string, Setter> properties;
     /// Payment discounts by product identifier.
     std::function<void(UIViewController&, PaymentDiscounts const&)> setDiscounts;
     std::function<void(UIViewController&, Products const&, int select)> setProducts;
+    /// The one payment discount of a one-product screen; empty for screens that take none.
+    std::function<void(UIViewController&, Ref<SKPaymentDiscount> const&)> setDiscount = nullptr;
+    /// The root frame is the device in both; over the full screen the host's own screen stays visible
+    /// beneath.
+    UIModalPresentationStyle presentation = UIModalPresentationStyle::fullScreen;
 };
 
 std::vector<ScreenType> const& screens();

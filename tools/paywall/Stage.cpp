@@ -7,10 +7,13 @@
 #include "platform/uikit/controllers/UIAlertController.h"
 #include "platform/uikit/controllers/UIApplication.h"
 #include "platform/uikit/controls/UIActivityIndicatorView.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "screens/notice/BillingViewController.h"
 #include "tools/paywall/Demonstration.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Languages.h"
 #include "tools/paywall/Names.h"
+#include "tools/paywall/ScreenProperties.h"
 #include "tools/paywall/StoreAccess.h"
 
 #include <fmt/format.h>
@@ -49,32 +52,53 @@ void Stage::loadProducts() {
     RunLoop::main().runUntilIdle();
 }
 
-ScreenType::PaymentDiscounts Stage::paymentDiscounts() const {
+void Stage::applyDiscounts(UIViewController& screen) const {
     ScreenType::PaymentDiscounts discounts;
     for (auto const& [product, offer] : options_.discounts) discounts[product] = signedDiscount(offer);
-    return discounts;
+    screenType_->setDiscounts(screen, discounts);
+    if (!screenType_->setDiscount || discounts.empty()) return;
+    auto const product = productAt(PremiumManager::sharedInstance().products(), options_.select);
+    auto const own = product ? discounts.find(product->productIdentifier()) : discounts.begin();
+    if (own != discounts.end()) screenType_->setDiscount(screen, own->second);
+}
+
+void Stage::applyOptions(UIViewController& screen) {
+    if (auto* paywall = dynamic_cast<BaseViewController*>(&screen)) {
+        if (!options_.noDelegate) paywall->setDelegate(host_);
+        paywall->setSource(options_.source);
+        paywall->setPremiumId(options_.premiumId);
+        paywall->setABTest(options_.abTest);
+        paywall->setIntroductoryPriceWasOffered(options_.introductoryPriceWasOffered);
+    }
+    auto* notice = dynamic_cast<BillingViewController*>(&screen);
+    if (notice && !options_.noDelegate) notice->setDelegate(host_);
+    if (screenType_->properties.contains("features"))
+        setProperty(*screenType_, screen, "features", demonstrationFeatures());
+}
+
+void Stage::makeHostScreen() {
+    hostScreen_ = make<UIViewController>();
+    auto picture = make<UIImageView>(UIImage::named("bg_access"));
+    picture->setContentMode(UIViewContentMode::scaleAspectFill);
+    picture->setFrame(hostScreen_->view()->bounds());
+    picture->setAutoresizingMask(UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight);
+    hostScreen_->view()->setBackgroundColor(UIColor::black());
+    hostScreen_->view()->addSubview(picture);
 }
 
 void Stage::show(UIWindow& window) {
     screen_ = screenType_->make();
     auto& screen = *screen_;
-    if (!options_.noDelegate) screen.setDelegate(host_);
-    screen.setSource(options_.source);
-    screen.setPremiumId(options_.premiumId);
-    screen.setABTest(options_.abTest);
-    screen.setIntroductoryPriceWasOffered(options_.introductoryPriceWasOffered);
-    if (screenType_->properties.contains("features"))
-        setProperty(*screenType_, screen, "features", demonstrationFeatures());
-    screenType_->setDiscounts(screen, paymentDiscounts());
+    applyOptions(screen);
+    applyDiscounts(screen);
     for (auto const& [name, value] : options_.settings) setProperty(*screenType_, screen, name, value);
     screenType_->setProducts(screen, PremiumManager::sharedInstance().products(), options_.select);
 
-    hostScreen_ = make<UIViewController>();
-    hostScreen_->view()->setBackgroundColor(UIColor::black());
+    makeHostScreen();
     window.setRootViewController(hostScreen_);
     window.makeKeyAndVisible();
     screen.view()->setAccessibilityIdentifier("view");
-    screen.setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    screen.setModalPresentationStyle(screenType_->presentation);
     hostScreen_->present(screen_, false);
     UIApplication::shared().turn();
 }

@@ -29,7 +29,7 @@ public:
     void show(UIWindow& window);
 
     /// The screen; null once it was dismissed.
-    Ref<BaseViewController> const& screen() const { return screen_; }
+    Ref<UIViewController> const& screen() const { return screen_; }
     ScreenType const& screenType() const { return *screenType_; }
     UIViewController& hostScreen() const { return *hostScreen_; }
     Host& host() const { return *host_; }
@@ -46,7 +46,9 @@ private:
     void listen();
     void didPresent(UIViewController& controller, bool animated);
     void didDismiss(UIViewController& controller, bool animated);
-    ScreenType::PaymentDiscounts paymentDiscounts() const;
+    void applyOptions(UIViewController& screen);
+    void applyDiscounts(UIViewController& screen) const;
+    void makeHostScreen();
 
     Options const& options_;
     EventLog& log_;
@@ -54,7 +56,7 @@ private:
     std::unique_ptr<SandboxStore> store_;
     ScreenType const* screenType_;
     Ref<UIViewController> hostScreen_;
-    Ref<BaseViewController> screen_;
+    Ref<UIViewController> screen_;
     Ref<NotificationCenter::Token> notifications_;
 };
 

@@ -1,0 +1,169 @@
+#include "screens/notice/BillingViewController.h"
+
+#include "common/Common.h"
+#include "platform/foundation/Strings.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "screens/base/BaseViewController.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+namespace {
+
+constexpr char const* issueDetailsKey = "There seems to be billing problem with your account. If we can't "
+                                        "resolve it, this would mean that you lose "
+                                        "access to Quivera Premium.\n\nTo fix this issue, please make sure "
+                                        "your credit card details are up to date and "
+                                        "that you are using a valid credit card.";
+
+Ref<UIImage> templateOf(Ref<UIImage> const& image) {
+    return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
+}
+
+} // namespace
+
+BillingViewController::BillingViewController()
+    : warningBadgeImage_(Common::image("warning_envelope"))
+    , headLineLabelText_(Common::text("Oops! Something is wrong."))
+    , updateDetailsText_(Common::text("Update Details"))
+    , closeBdageImage_(templateOf(Common::image("x")))
+    , isSmallScreen_(BaseViewController::isMainScreenSmall()) {}
+
+std::string const& BillingViewController::issueDetailsText() {
+    if (!issueDetailsText_)
+        issueDetailsText_ = replacingOccurrences(Common::text(issueDetailsKey), "Quivera", appName_);
+    return *issueDetailsText_;
+}
+
+void BillingViewController::viewDidLoad() {
+    UIViewController::viewDidLoad();
+    view()->setBackgroundColor(mainBackgroundColor_);
+    view()->addSubview(warningBadgeImageView());
+    view()->addSubview(topViewStackView());
+    view()->addSubview(updateDetailsButton());
+    view()->addSubview(closeButton());
+    activate({warningBadgeImageView()->centerXAnchor() == view()->centerXAnchor()});
+    compactConstraints_ = makeCompactConstraints();
+    regularConstraints_ = makeRegularConstraints();
+    setConstraints();
+}
+
+void BillingViewController::traitCollectionDidChange(UITraitCollection const* previous) {
+    UIViewController::traitCollectionDidChange(previous);
+    if (isViewLoaded()) setConstraints();
+}
+
+void BillingViewController::setConstraints() {
+    auto const sizeClass = view()->traitCollection().horizontalSizeClass;
+    if (sizeClass == UIUserInterfaceSizeClass::unspecified) return;
+    bool const isRegular = sizeClass == UIUserInterfaceSizeClass::regular;
+    NSLayoutConstraint::deactivate(isRegular ? compactConstraints_ : regularConstraints_);
+    NSLayoutConstraint::activate(isRegular ? regularConstraints_ : compactConstraints_);
+}
+
+BillingViewController::Constraints BillingViewController::makeCompactConstraints() {
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    return {
+        closeButton()->leadingAnchor() == view()->leadingAnchor() + 25,
+        closeButton()->topAnchor() == safeArea->topAnchor() + 20,
+        warningBadgeImageView()->topAnchor() == safeArea->topAnchor() + 20,
+        topViewStackView()->topAnchor() == warningBadgeImageView()->bottomAnchor() - 75,
+        topViewStackView()->trailingAnchor() == view()->trailingAnchor() - 25,
+        topViewStackView()->leadingAnchor() == view()->leadingAnchor() + 25,
+        updateDetailsButton()->bottomAnchor() == safeArea->bottomAnchor() - 24,
+        updateDetailsButton()->topAnchor() >= topViewStackView()->bottomAnchor() + 10,
+        updateDetailsButton()->leadingAnchor() == topViewStackView()->leadingAnchor(),
+        updateDetailsButton()->trailingAnchor() == topViewStackView()->trailingAnchor(),
+    };
+}
+
+BillingViewController::Constraints BillingViewController::makeRegularConstraints() {
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    return {
+        closeButton()->leadingAnchor() == view()->leadingAnchor() + 46,
+        closeButton()->topAnchor() == safeArea->topAnchor() + 40,
+        warningBadgeImageView()->topAnchor() <= safeArea->topAnchor() + 100,
+        warningBadgeImageView()->topAnchor() >= safeArea->topAnchor(),
+        topViewStackView()->topAnchor() == warningBadgeImageView()->bottomAnchor() - 65,
+        topViewStackView()->widthAnchor() == 368,
+        topViewStackView()->centerXAnchor() == view()->centerXAnchor(),
+        updateDetailsButton()->bottomAnchor() >= safeArea->bottomAnchor() - 64,
+        updateDetailsButton()->topAnchor() >= topViewStackView()->bottomAnchor() + 10,
+        updateDetailsButton()->centerXAnchor() == view()->centerXAnchor(),
+        updateDetailsButton()->widthAnchor() == topViewStackView()->widthAnchor(),
+    };
+}
+
+void BillingViewController::closeNotice() { dismiss(true); }
+
+void BillingViewController::updateDetails() {
+    dismiss(true);
+    if (auto host = delegate()) host->billingViewControllerDidTapUpdateDetails();
+}
+
+Ref<UIButton> const& BillingViewController::closeButton() {
+    return closeButton_([this] {
+        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        button->setImage(closeBdageImage_, UIControlState::normal);
+        button->setContentEdgeInsets({10, 10, 10, 10});
+        button->setAccessibilityLabel(Common::text("Close"));
+        button->addTarget(this, &BillingViewController::closeNotice, UIControlEvents::touchUpInside);
+        return button;
+    });
+}
+
+Ref<UIImageView> const& BillingViewController::warningBadgeImageView() {
+    return warningBadgeImageView_([this] {
+        auto picture = constraintDriven(make<UIImageView>());
+        picture->setContentMode(UIViewContentMode::scaleAspectFit);
+        picture->setImage(warningBadgeImage_);
+        return picture;
+    });
+}
+
+Ref<UIStackView> const& BillingViewController::topViewStackView() {
+    return topViewStackView_([this] {
+        auto stack = makeVerticalStack({headLineLabel(), issueDetailsLabel()});
+        stack->setSpacing(12);
+        return stack;
+    });
+}
+
+Ref<UILabel> const& BillingViewController::headLineLabel() {
+    return headLineLabel_([this] {
+        auto label = makeShrinkingLabel({}, UIFont::boldSystem(34), headlineColor_);
+        label->setText(headLineLabelText_);
+        label->setNumberOfLines(2);
+        return label;
+    });
+}
+
+Ref<UILabel> const& BillingViewController::issueDetailsLabel() {
+    return issueDetailsLabel_([this] {
+        TextAttributes attributes;
+        attributes.set(NSAttributedStringKey::font, UIFont::system(isSmallScreen_ ? 12 : 17));
+        attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
+        attributes.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = 2});
+        auto label = constraintDriven(make<UILabel>());
+        label->setNumberOfLines(0);
+        label->setAttributedText(NSAttributedString{issueDetailsText(), attributes});
+        return label;
+    });
+}
+
+Ref<UIButton> const& BillingViewController::updateDetailsButton() {
+    return updateDetailsButton_([this] {
+        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        button->setTitle(updateDetailsText_, UIControlState::normal);
+        button->setTitleColor(updateDetailsTextColor_, UIControlState::normal);
+        button->titleLabel()->setFont(UIFont::boldSystem(17));
+        button->setBackgroundColor(updateDetailsBackgroundColor_);
+        button->layer().setCornerRadius(11);
+        button->addTarget(this, &BillingViewController::updateDetails, UIControlEvents::touchUpInside);
+        activate({button->heightAnchor() == 64});
+        return button;
+    });
+}
+
+} // namespace trelundo

@@ -1,0 +1,54 @@
+#include "screens/offer/DiscountOfferViewController.h"
+
+#include "controls/PlanTerms.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "screens/base/LinksRow.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+void DiscountOfferViewController::setProduct(Ref<SKProduct> product) {
+    product_ = std::move(product);
+    if (!product_) return;
+    if (auto const discount = offerDiscount(*product_, paymentDiscount_, introductoryPriceWasOffered()))
+        showOffer(*product_, *discount);
+}
+
+void DiscountOfferViewController::purchaseProduct() {
+    if (product_) purchasePayment(makePayment(*product_, paymentDiscount_));
+}
+
+std::string DiscountOfferViewController::price(Decimal const& amount, SKProduct const& product, int div) {
+    return PremiumManager::price({.price = amount, .priceLocale = product.priceLocale(), .div = div});
+}
+
+void DiscountOfferViewController::addTerms() {
+    view()->addSubview(termsStackView());
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        termsStackView()->leadingAnchor() == safeArea->leadingAnchor(),
+        termsStackView()->trailingAnchor() == safeArea->trailingAnchor(),
+        termsStackView()->bottomAnchor() == safeArea->bottomAnchor(),
+    });
+}
+
+Ref<UIStackView> const& DiscountOfferViewController::linksStackView() {
+    return linksStackView_([this] {
+        using enum LinksRow::Link;
+        auto const style = linksStyle();
+        return LinksRow{
+            .links = {userAgreement, privacyPolicy, alreadyPaid}, .font = style.font, .color = style.color}
+            .make(*this);
+    });
+}
+
+Ref<UIStackView> const& DiscountOfferViewController::termsStackView() {
+    return termsStackView_([this] {
+        auto stack = makeVerticalStack({linksStackView()});
+        stack->setAlignment(UIStackViewAlignment::center);
+        return stack;
+    });
+}
+
+} // namespace trelundo

@@ -1,0 +1,69 @@
+#include "screens/offer/OfferV3ViewController.h"
+
+#include "common/Common.h"
+#include "controls/PriceTexts.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+namespace {
+
+Ref<UILabel> makeLabel(NSTextAlignment alignment) {
+    auto label = constraintDriven(make<UILabel>());
+    label->setTextAlignment(alignment);
+    return label;
+}
+
+} // namespace
+
+OfferV3ViewController::OfferV3ViewController()
+    : ThemedOfferViewController({.backgroundColor = UIColor::black(),
+                                 .textColor = UIColor::white(),
+                                 .buttonColor = {1, 173 / 255.0, 163 / 255.0},
+                                 .backgroundImageName = "bg_darno",
+                                 .backgroundTopShadowName = "shadow_up",
+                                 .backgroundBottomShadowName = "shadow",
+                                 .premiumImageName = "d_premium"})
+    , offerLabel_(named("offerLabel", makeLabel(NSTextAlignment::natural)))
+    , infoLabel_(named("infoLabel", makeLabel(NSTextAlignment::center))) {
+    offerLabel_->setNumberOfLines(0); // the sentence stands on three lines of its own
+}
+
+void OfferV3ViewController::viewDidLoad() {
+    ThemedOfferViewController::viewDidLoad();
+    activate({infoLabel_->widthAnchor() == continueButton()->widthAnchor()});
+}
+
+void OfferV3ViewController::showOffer(SKProduct const& product, SKProductDiscount const& discount) {
+    NSParagraphStyle const paragraph{.alignment = NSTextAlignment::natural, .lineSpacing = 4};
+    auto const styled = [&](double smallSize, double size) {
+        auto const font = UIFont::system(isSmallScreen() ? smallSize : size, UIFont::Weight::bold);
+        return attributes(font).with(NSAttributedStringKey::paragraphStyle, paragraph);
+    };
+    auto const large = styled(38, 58).with(NSAttributedStringKey::kern, -1);
+    auto const& period = discount.subscriptionPeriod();
+    NSAttributedString sentence{
+        PremiumManager::period({.unit = period.unit, .numberOfPeriods = period.numberOfUnits}), large};
+    sentence.append("\n" + Common::text("for just") + "\n", styled(20, 28));
+    sentence.append(price(discount.price(), product), large);
+    offerLabel_->setAttributedText(sentence);
+
+    infoLabel_->setAttributedText(
+        NSAttributedString{filledWithPrice("$$$/year after", price(product.price(), product)),
+                           attributes(UIFont::system(15, UIFont::Weight::regular), 0.4)});
+}
+
+Ref<UIStackView> OfferV3ViewController::makeStack() {
+    auto const badge = limitedTimeOfferLabel_([this] { return makeBadge(isSmallScreen()); });
+    auto info = makeVerticalStack({infoLabel_});
+    info->setAlignment(UIStackViewAlignment::center);
+    auto stack = makeVerticalStack({badge, offerLabel_, continueButton(), info});
+    stack->setAlignment(UIStackViewAlignment::leading);
+    stack->setSpacing(20);
+    stack->setLayoutMarginsRelativeArrangement(true);
+    stack->setLayoutMargins({0, 38, 0, 38});
+    return stack;
+}
+
+} // namespace trelundo

@@ -1,0 +1,105 @@
+#include "screens/offer/PercentageOfferViewController.h"
+
+#include "common/Common.h"
+#include "controls/PriceTexts.h"
+#include "platform/foundation/FatalError.h"
+#include "platform/foundation/Locale.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/text/UIFontDescriptor.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+namespace {
+
+Ref<UILabel> makeCentredLabel() {
+    auto label = constraintDriven(make<UILabel>());
+    label->setTextAlignment(NSTextAlignment::center);
+    return label;
+}
+
+std::optional<UIFont> headlineFont(double size) {
+    using enum UIFontDescriptorSymbolicTraits;
+    auto const descriptor =
+        UIFont::system(size, UIFont::Weight::heavy).fontDescriptor().withSymbolicTraits(bold | italic);
+    if (!descriptor) return std::nullopt;
+    return UIFont::withDescriptor(*descriptor, size);
+}
+
+/// The saving, rounded down to a multiple of five.
+int percentage(SKProduct const& product, SKProductDiscount const& discount) {
+    double const share = discount.price().doubleValue() / product.price().doubleValue();
+    return trappingInteger((1 - share) * 20) * 5;
+}
+
+std::optional<std::string> firstPreferredLanguage() {
+    auto const languages = Locale::preferredLanguages();
+    return languages.empty() ? std::nullopt : std::optional{languages.front()};
+}
+
+} // namespace
+
+PercentageOfferViewController::PercentageOfferViewController()
+    : ThemedOfferViewController({.backgroundColor = UIColor::white(),
+                                 .textColor = UIColor::black(),
+                                 .buttonColor = {173 / 255.0, 158 / 255.0, 1},
+                                 .backgroundImageName = "bg_quivera_iphone_light",
+                                 .backgroundTopShadowName = {},
+                                 .backgroundBottomShadowName = "shadow_down",
+                                 .premiumImageName = "q_premium_light"})
+    , preferredLanguage_(firstPreferredLanguage())
+    , infoLine1Label_(named("infoLine1Label", makeCentredLabel()))
+    , infoLine2Label_(named("infoLine2Label", makeCentredLabel())) {}
+
+bool PercentageOfferViewController::isEnglish() const {
+    return preferredLanguage_ && preferredLanguage_->find("en") != std::string::npos;
+}
+
+void PercentageOfferViewController::showOffer(SKProduct const& product, SKProductDiscount const& discount) {
+    auto const font = headlineFont(isEnglish() ? 93 : 35);
+    if (!font) return;
+    auto const headline = attributes(*font).with(NSAttributedStringKey::kern, 2.4);
+    offerLine1Label()->setAttributedText(
+        NSAttributedString{std::to_string(percentage(product, discount)) + "%", headline});
+    offerLine2Label()->setAttributedText(NSAttributedString{Common::text("OFF"), headline});
+
+    auto const regular = UIFont::system(15, UIFont::Weight::regular);
+    NSAttributedString offerPrice{filledWithPrice("Only $$$", price(discount.price(), product)),
+                                  attributes(UIFont::system(15, UIFont::Weight::semibold))};
+    offerPrice.append(" " + Common::text("for the first year"), attributes(regular));
+    infoLine1Label_->setAttributedText(offerPrice);
+
+    auto struck = attributes(regular, 0.4);
+    struck.set(NSAttributedStringKey::strikethroughStyle, NSUnderlineStyle::single);
+    struck.set(NSAttributedStringKey::strikethroughColor, textColor().withAlphaComponent(0.4));
+    infoLine2Label_->setAttributedText(
+        NSAttributedString{filledWithPrice("$$$/year", price(product.price(), product)), struck});
+}
+
+Ref<UIStackView> PercentageOfferViewController::makeStack() {
+    auto headlines = makeVerticalStack({offerLine1Label(), offerLine2Label()});
+    headlines->setSpacing(16);
+    auto infoLines = makeVerticalStack({infoLine1Label_, infoLine2Label_});
+    infoLines->setSpacing(8);
+    auto stack = makeVerticalStack({headlines, infoLines, continueButton()});
+    if (auto const top = badge()) stack->insertArrangedSubview(top, 0);
+    stack->setAlignment(UIStackViewAlignment::center);
+    stack->setSpacing(32);
+    return stack;
+}
+
+Ref<UILabel> PercentageOfferViewController::makeHeadline() {
+    auto label = makeCentredLabel();
+    activate({label->heightAnchor() == (isEnglish() ? 70 : 35)});
+    return label;
+}
+
+Ref<UILabel> const& PercentageOfferViewController::offerLine1Label() {
+    return offerLine1Label_([this] { return makeHeadline(); });
+}
+
+Ref<UILabel> const& PercentageOfferViewController::offerLine2Label() {
+    return offerLine2Label_([this] { return makeHeadline(); });
+}
+
+} // namespace trelundo

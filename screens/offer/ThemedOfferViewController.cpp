@@ -1,0 +1,157 @@
+#include "screens/offer/ThemedOfferViewController.h"
+
+#include "common/Common.h"
+#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
+#include "screens/base/ViewBuilding.h"
+
+namespace trelundo {
+
+void ThemedOfferViewController::viewDidLoad() {
+    DiscountOfferViewController::viewDidLoad();
+    addPictures();
+    addTopBar();
+    addTerms();
+    addStack();
+    addDimmView();
+}
+
+void ThemedOfferViewController::addPictures() {
+    view()->setBackgroundColor(theme_.backgroundColor);
+    for (auto const& picture : {backgroundImageView(), shadowTopImageView(), shadowBottomImageView()}) {
+        view()->addSubview(picture);
+        activate({
+            picture->leadingAnchor() == view()->leadingAnchor(),
+            picture->trailingAnchor() == view()->trailingAnchor(),
+        });
+    }
+    activate({
+        backgroundImageView()->topAnchor() == view()->topAnchor(),
+        backgroundImageView()->bottomAnchor() == view()->bottomAnchor(),
+        shadowTopImageView()->topAnchor() == view()->topAnchor(),
+        shadowBottomImageView()->bottomAnchor() == view()->bottomAnchor(),
+    });
+}
+
+void ThemedOfferViewController::addTopBar() {
+    view()->addSubview(closeButton());
+    view()->addSubview(premiumImageView());
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        closeButton()->topAnchor() == safeArea->topAnchor() + 5,
+        closeButton()->leadingAnchor() == safeArea->leadingAnchor() + 20,
+        premiumImageView()->centerXAnchor() == view()->centerXAnchor(),
+        premiumImageView()->centerYAnchor() == closeButton()->centerYAnchor(),
+    });
+}
+
+void ThemedOfferViewController::addStack() {
+    view()->addSubview(stackView());
+    activate({
+        stackView()->leadingAnchor() >= view()->leadingAnchor(),
+        view()->trailingAnchor() >= stackView()->trailingAnchor(),
+        stackView()->centerXAnchor() == view()->centerXAnchor(),
+        stackView()->topAnchor() >= view()->topAnchor(),
+        stackView()->bottomAnchor() == termsStackView()->topAnchor() - 18,
+        continueButton()->heightAnchor() == 64,
+    });
+    bool const isRegular = view()->traitCollection().horizontalSizeClass == UIUserInterfaceSizeClass::regular;
+    activate({isRegular ? continueButton()->widthAnchor() == 300
+                        : continueButton()->widthAnchor() == view()->widthAnchor() - 76});
+}
+
+DiscountOfferViewController::LinksStyle ThemedOfferViewController::linksStyle() const {
+    return {UIFont::system(isSmallScreen() ? 8 : 11, UIFont::Weight::medium),
+            theme_.textColor.withAlphaComponent(0.4)};
+}
+
+TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) const {
+    TextAttributes result;
+    result.set(NSAttributedStringKey::font, font);
+    result.set(NSAttributedStringKey::foregroundColor,
+               alpha < 1 ? theme_.textColor.withAlphaComponent(alpha) : theme_.textColor);
+    return result;
+}
+
+Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
+    return backgroundImageView_([this] {
+        auto picture = constraintDriven(make<UIImageView>());
+        picture->setContentMode(UIViewContentMode::scaleAspectFill);
+        picture->setBackgroundColor(theme_.backgroundColor);
+        picture->setAlpha(0.9);
+        picture->setImage(UIImage::named(theme_.backgroundImageName));
+        return picture;
+    });
+}
+
+Ref<UIImageView> ThemedOfferViewController::makeShadow(std::string const& pictureName) {
+    auto picture = constraintDriven(make<UIImageView>());
+    picture->setContentMode(UIViewContentMode::scaleAspectFill);
+    if (!pictureName.empty()) picture->setImage(UIImage::named(pictureName));
+    return picture;
+}
+
+Ref<UIImageView> const& ThemedOfferViewController::shadowTopImageView() {
+    return shadowTopImageView_([this] { return makeShadow(theme_.backgroundTopShadowName); });
+}
+
+Ref<UIImageView> const& ThemedOfferViewController::shadowBottomImageView() {
+    return shadowBottomImageView_([this] { return makeShadow(theme_.backgroundBottomShadowName); });
+}
+
+Ref<UIButton> const& ThemedOfferViewController::closeButton() {
+    return closeButton_([this] {
+        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        button->setContentEdgeInsets({16, 16, 16, 16});
+        button->UIView::setTintColor(theme_.textColor);
+        button->setImage(Common::image("x"), UIControlState::normal);
+        button->setAccessibilityLabel(Common::text("Close"));
+        button->addTarget(this, &ThemedOfferViewController::close, UIControlEvents::touchUpInside);
+        return button;
+    });
+}
+
+Ref<UIImageView> const& ThemedOfferViewController::premiumImageView() {
+    return premiumImageView_(
+        [this] { return constraintDriven(make<UIImageView>(UIImage::named(theme_.premiumImageName))); });
+}
+
+Ref<UIStackView> const& ThemedOfferViewController::stackView() {
+    return stackView_([this] {
+        auto stack = makeStack();
+        stack->setDistribution(UIStackViewDistribution::equalSpacing);
+        return stack;
+    });
+}
+
+Ref<UIButton> const& ThemedOfferViewController::continueButton() {
+    return continueButton_([this] {
+        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        button->setBackgroundColor(theme_.buttonColor);
+        button->layer().setCornerRadius(8);
+        button->setClipsToBounds(true);
+        button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::bold));
+        button->setTitleColor(continueTitleColor(), UIControlState::normal);
+        button->setTitle(Common::text("Continue"), UIControlState::normal);
+        button->addTarget(this, &ThemedOfferViewController::purchaseProduct, UIControlEvents::touchUpInside);
+        return button;
+    });
+}
+
+Ref<PaddingLabel> ThemedOfferViewController::makeBadge(bool isSmallScreen) {
+    auto badge = constraintDriven(make<PaddingLabel>());
+    badge->setContentInset({8, 12, 8, 12});
+    badge->setBackgroundColor(UIColor::white());
+    TextAttributes style;
+    style.set(NSAttributedStringKey::font, UIFont::system(isSmallScreen ? 11 : 15, UIFont::Weight::regular));
+    style.set(NSAttributedStringKey::foregroundColor, UIColor::black());
+    style.set(NSAttributedStringKey::kern, 2.4);
+    badge->setAttributedText(NSAttributedString{Common::text("Limited Time Offer"), style});
+    badge->layer().setShadowColor({0, 0, 0, 1});
+    badge->layer().setShadowOffset({0, 0});
+    badge->layer().setShadowRadius(15);
+    badge->layer().setShadowOpacity(0.3);
+    return badge;
+}
+
+} // namespace trelundo
