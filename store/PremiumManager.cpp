@@ -52,13 +52,13 @@ PremiumManager::PremiumManager() = default;
 PremiumManager::~PremiumManager() { SKPaymentQueue::defaultQueue().removeTransactionObserver(*this); }
 
 PremiumManager& PremiumManager::sharedInstance() {
-    static PremiumManager& manager = *[] {
-        auto const& created =
-            *new Ref<PremiumManager>{make<PremiumManager>()}; // lives as long as the process
+    // Never destroyed: screens and the queue may ask for it to the very end of the process.
+    static auto const& manager = *new Ref<PremiumManager>{[] {
+        auto created = make<PremiumManager>();
         SKPaymentQueue::defaultQueue().addTransactionObserver(created);
-        return created.get();
-    }();
-    return manager;
+        return created;
+    }()};
+    return *manager;
 }
 
 std::optional<std::string> PremiumManager::applicationUsername() const {

@@ -107,6 +107,7 @@ Ref<UIButton> const& BillingViewController::closeButton() {
         auto button = constraintDriven(make<UIButton>(UIButtonType::system));
         button->setImage(closeBdageImage_, UIControlState::normal);
         button->setContentEdgeInsets({10, 10, 10, 10});
+        button->UIView::setTintColor(headlineColor_); // legible on the notice's own ground
         button->setAccessibilityLabel(Common::text("Close"));
         button->addTarget(this, &BillingViewController::closeNotice, UIControlEvents::touchUpInside);
         return button;
