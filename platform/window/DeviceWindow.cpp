@@ -18,8 +18,8 @@ namespace trelundo {
 
 namespace {
 
-constexpr int frameInterval = 1000 / 60; // milliseconds
-constexpr double longestAlarm = 3600;    // seconds
+constexpr double frameDuration = 1.0 / 60; // seconds
+constexpr double longestAlarm = 3600;      // seconds
 
 QRect pixelRect(CGRect const& rect) {
     return QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toAlignedRect();
@@ -37,7 +37,7 @@ DeviceWindow::DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, do
            static_cast<int>(std::lround(size.height * zoom)));
     setMinimumSize({160, 160});
     frameTimer_.setTimerType(Qt::PreciseTimer);
-    frameTimer_.setInterval(frameInterval);
+    frameTimer_.setSingleShot(true);
     alarm_.setSingleShot(true);
     QObject::connect(&frameTimer_, &QTimer::timeout, this, [this] { frame(); });
     QObject::connect(&alarm_, &QTimer::timeout, this, [this] { turn(); });
@@ -48,6 +48,8 @@ DeviceWindow::~DeviceWindow() { DispatchQueue::main().setWakeUp(nullptr); }
 void DeviceWindow::start() {
     DispatchQueue::main().setWakeUp([this] { wakeUp(); });
     show();
+    // Without a window manager nobody else gives the window the keyboard.
+    requestActivate();
     turn();
 }
 
@@ -77,7 +79,7 @@ void DeviceWindow::turn() {
 
 void DeviceWindow::arm() {
     if (isExposed() && UIApplication::shared().needsFrames()) {
-        if (!frameTimer_.isActive()) frameTimer_.start();
+        scheduleFrame();
         return alarm_.stop();
     }
     frameTimer_.stop();
@@ -85,6 +87,14 @@ void DeviceWindow::arm() {
     auto const wait = DispatchQueue::main().nextDeadline() - Clock::current().now();
     if (!std::isfinite(wait)) return alarm_.stop();
     alarm_.start(static_cast<int>(std::ceil(std::clamp(wait, 0.0, longestAlarm) * 1000)));
+}
+
+/// Timers know whole milliseconds only: counting from frame to frame keeps 60 a second on average.
+void DeviceWindow::scheduleFrame() {
+    if (frameTimer_.isActive()) return;
+    auto const now = Clock::current().now();
+    nextFrame_ = std::max(nextFrame_ + frameDuration, now); // a late frame does not hurry those after it
+    frameTimer_.start(static_cast<int>(std::lround((nextFrame_ - now) * 1000)));
 }
 
 void DeviceWindow::prepareSurface() {
@@ -120,7 +130,7 @@ void DeviceWindow::paintEvent(QPaintEvent* event) {
     }
     if (std::exchange(shown_, true)) return;
     QMetaObject::invokeMethod(
-        this, [this] { report("shown"); }, Qt::QueuedConnection);
+        this, [this] { report(WindowPlacement::Cause::shown); }, Qt::QueuedConnection);
 }
 
 void DeviceWindow::exposeEvent(QExposeEvent* event) {
@@ -146,12 +156,17 @@ void DeviceWindow::takeSize(QSize size) {
     UIScreen::main().configure(resizedProfile(device_, points), points.width > points.height);
     window_->screenDidChange();
     turn();
-    report("resized " + std::to_string(std::lround(points.width)) + "x" +
-           std::to_string(std::lround(points.height)));
+    report(WindowPlacement::Cause::resized);
 }
 
-void DeviceWindow::report(std::string const& line) {
-    if (listener_) listener_(line);
+void DeviceWindow::report(WindowPlacement::Cause cause) {
+    if (!listener_) return;
+    auto const ratio = devicePixelRatio();
+    auto const origin = QPointF(mapToGlobal(QPoint(0, 0))) * ratio;
+    listener_({.cause = cause,
+               .origin = {origin.x(), origin.y()},
+               .size = UIScreen::main().bounds().size,
+               .zoom = zoom_ * ratio});
 }
 
 } // namespace trelundo

@@ -5,6 +5,7 @@
 #include "platform/uikit/views/UIScreen.h"
 #include "platform/uikit/views/UIWindow.h"
 #include "platform/window/AccessibleTree.h"
+#include "platform/window/WindowPlacement.h"
 
 #include <QRasterWindow>
 #include <QTimer>
@@ -12,7 +13,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace trelundo {
 
@@ -25,7 +25,9 @@ public:
     DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom);
     ~DeviceWindow() override;
 
-    void setListener(std::function<void(std::string const&)> listener) { listener_ = std::move(listener); }
+    void setListener(std::function<void(WindowPlacement const&)> listener) {
+        listener_ = std::move(listener);
+    }
     /// Shows the window and serves the main queue from now on.
     void start();
 
@@ -50,9 +52,10 @@ private:
     void prepareSurface();
     /// Frames while they are needed, else a single alarm for the next deadline.
     void arm();
+    void scheduleFrame();
     void wakeUp();
     void takeSize(QSize size);
-    void report(std::string const& line);
+    void report(WindowPlacement::Cause cause);
     CGPoint devicePoint(QPointF point) const { return {point.x() / zoom_, point.y() / zoom_}; }
 
     Ref<UIWindow> window_;
@@ -61,12 +64,13 @@ private:
     AccessibleTree accessible_;
     Compositor compositor_;
     std::unique_ptr<Surface> surface_;
-    QTimer frameTimer_;
-    QTimer alarm_;
+    QTimer frameTimer_;    // one shot
+    QTimer alarm_;         // one shot
+    double nextFrame_ = 0; // Clock::now() of the frame that is due or was last
     std::atomic<bool> woken_ = false;
     bool pressed_ = false;
     bool shown_ = false;
-    std::function<void(std::string const&)> listener_;
+    std::function<void(WindowPlacement const&)> listener_;
 };
 
 } // namespace trelundo

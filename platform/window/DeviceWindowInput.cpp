@@ -94,6 +94,9 @@ void DeviceWindow::keyPressEvent(QKeyEvent* event) {
     }
     auto const key = windowKey(event->key());
     if (!key) return QRasterWindow::keyPressEvent(event);
+    // A key that is held down may run through the controls, but presses once.
+    bool const movesFocus = key == UIWindow::Key::tab || key == UIWindow::Key::backtab;
+    if (event->isAutoRepeat() && !movesFocus) return;
     window_->keyPressed(*key);
     turn();
 }

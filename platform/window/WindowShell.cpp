@@ -65,7 +65,7 @@ int WindowShell::run() {
 
 void WindowShell::quit() { QGuiApplication::quit(); }
 
-void WindowShell::setListener(std::function<void(std::string const&)> listener) {
+void WindowShell::setListener(std::function<void(WindowPlacement const&)> listener) {
     state_->desktopWindow->setListener(std::move(listener));
 }
 

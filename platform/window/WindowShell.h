@@ -2,6 +2,7 @@
 
 #include "platform/uikit/views/UIScreen.h"
 #include "platform/uikit/views/UIWindow.h"
+#include "platform/window/WindowPlacement.h"
 
 #include <functional>
 #include <memory>
@@ -28,8 +29,9 @@ public:
     /// Shows the window and runs until it is closed or quit() is called; returns the exit status.
     int run();
     void quit();
-    /// Called with each line of diagnostics that a test may wait for (first frame shown, resized).
-    void setListener(std::function<void(std::string const&)> listener);
+    /// Called whenever the window comes to stand anew: after its first frame was painted, and after a resize
+    /// was taken over. Its placement tells where on the desktop a point of the device is.
+    void setListener(std::function<void(WindowPlacement const&)> listener);
 
 private:
     struct State;

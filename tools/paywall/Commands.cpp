@@ -56,6 +56,15 @@ struct Scene {
     Stage stage;
 };
 
+/// Where a desktop pointer finds the points that `describe` tells of.
+Json placementFields(WindowPlacement const& placement) {
+    bool const isShown = placement.cause == WindowPlacement::Cause::shown;
+    return {{"cause", isShown ? "shown" : "resized"},
+            {"origin", {placement.origin.x, placement.origin.y}},
+            {"size", {placement.size.width, placement.size.height}},
+            {"zoom", placement.zoom}};
+}
+
 } // namespace
 
 int runCommand(Options const& options, int& argc, char** argv) {
@@ -115,6 +124,8 @@ int showScreen(Options const& options, int& argc, char** argv) {
     EventLog log{options.log};
     WindowShell shell{
         argc, argv, {.device = options.device, .landscape = options.landscape, .title = options.screen}};
+    shell.setListener(
+        [&](WindowPlacement const& placement) { log.write("window", placementFields(placement)); });
     Stage stage{options, log};
     stage.show(shell.window());
     log.setListener([&](Json const& line) {
