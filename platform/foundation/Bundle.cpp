@@ -149,6 +149,16 @@ std::optional<std::string> Bundle::data(std::string_view name) const {
     return resource ? resource->contents() : std::nullopt;
 }
 
+std::optional<std::string> Bundle::firstOf(std::vector<std::string> const& names) const {
+    std::optional<std::string> compiledIn;
+    for (auto const& name : names) {
+        auto const resource = find(name);
+        if (resource && resource->isFile) return name;
+        if (resource && !compiledIn) compiledIn = name;
+    }
+    return compiledIn;
+}
+
 std::optional<std::string> Bundle::path(std::string_view name) const {
     auto resource = find(name);
     if (!resource) return std::nullopt;

@@ -44,6 +44,9 @@ public:
     /// The bytes of a resource by its relative path; none when it is missing. A name with "..", a leading
     /// slash or a NUL is refused with a log line.
     std::optional<std::string> data(std::string_view name) const;
+    /// The first of `names` that the bundle holds; a file below a folder beats what is compiled in under an
+    /// earlier name. None when it holds none of them.
+    std::optional<std::string> firstOf(std::vector<std::string> const& names) const;
     /// Where a resource was found, for messages (a file path, or "bundle:identifier/name").
     std::optional<std::string> path(std::string_view name) const;
 

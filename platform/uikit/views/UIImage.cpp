@@ -70,29 +70,31 @@ struct Resource {
     int scale;
 };
 
-std::optional<Resource> load(Bundle const& bundle, std::string const& file, int scale) {
-    auto bytes = bundle.data(file);
-    if (!bytes) return std::nullopt;
-    return Resource{std::move(*bytes), bundle.path(file).value_or(file), scale};
-}
-
-std::optional<Resource> findExtension(Bundle const& bundle, ImageName const& name, std::string const& file,
-                                      int scale) {
-    if (!name.extension.empty()) return load(bundle, file + name.extension, scale);
-    for (auto const extension : extensions)
-        if (auto resource = load(bundle, file + std::string{extension}, scale)) return resource;
-    return std::nullopt;
-}
-
-std::optional<Resource> find(Bundle const& bundle, ImageName const& name) {
+/// The files that may hold the picture, best first, with their scales.
+std::map<std::string, int> candidates(ImageName const& name, std::vector<std::string>& order) {
+    std::map<std::string, int> scales;
     for (int const scale : scalesFor(name)) {
         auto const suffix = scale == 1 ? std::string{} : '@' + std::to_string(scale) + 'x';
         for (auto const idiom : idiomSuffixes()) {
             auto const file = name.stem + suffix + std::string{idiom};
-            if (auto resource = findExtension(bundle, name, file, scale)) return resource;
+            for (auto const extension : extensions) {
+                if (!name.extension.empty() && name.extension != extension) continue;
+                order.push_back(file + std::string{extension});
+                scales.emplace(order.back(), scale);
+            }
         }
     }
-    return std::nullopt;
+    return scales;
+}
+
+std::optional<Resource> find(Bundle const& bundle, ImageName const& name) {
+    std::vector<std::string> order;
+    auto const scales = candidates(name, order);
+    auto const file = bundle.firstOf(order);
+    if (!file) return std::nullopt;
+    auto bytes = bundle.data(*file);
+    if (!bytes) return std::nullopt;
+    return Resource{std::move(*bytes), bundle.path(*file).value_or(*file), scales.at(*file)};
 }
 
 void logOnce(std::string const& text) {

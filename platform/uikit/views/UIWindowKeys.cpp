@@ -23,6 +23,10 @@ void UIWindow::keyPressed(Key key) {
     auto const self = strong(*this);
     auto const top = topViewController();
     if (!top) return;
+    // What a new screen or an alert has covered is out of the keyboard's reach.
+    auto const focused = state_->focused.lock();
+    if (focused && !focused->isDescendantOf(*top->view())) state_->focused = nullptr;
+    placeFocusRing();
     auto const alert = cast<UIAlertController>(top);
     switch (key) {
     case Key::returnKey:
