@@ -29,8 +29,8 @@ public:
     /// Whether drawLayer merely copies pixels that are kept elsewhere (a scaled picture), so that keeping
     /// them once more would be waste.
     virtual bool retainsContents() const { return false; }
-    /// Where drawLayer may draw, in bounds coordinates. By default a little beyond the bounds, for texts that reach
-    /// out of a label lower than their line.
+    /// Where drawLayer may draw, in bounds coordinates. By default a little beyond the bounds, for texts that
+    /// reach out of a label lower than their line.
     virtual CGRect drawingRect(CALayer const& layer) const;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+// clang-format off: version 14 takes requires clauses apart.
+
 #include "platform/foundation/Ref.h"
 
 namespace trelundo {

@@ -350,7 +350,7 @@ private:
     bool subtreeNeedsConstraints_ = true; // the same for updateConstraints()
     bool safeAreaIsStale_ = true;         // its place or the window's insets may have changed
     bool isLayingOut_ = false;
-    CGSize laidOutSize_; // by which subviews were last autoresized
+    CGSize laidOutSize_;                     // by which subviews were last autoresized
     std::shared_ptr<LayoutNode> layoutNode_; // its part in constraint layout, made when first needed
 
     std::optional<UITraitCollection> lastTraits_; // as last reported; absent before the first window

@@ -110,7 +110,9 @@ public:
 
 private:
     int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
-    double number(double low, double high) { return low + (high - low) * static_cast<double>(random_() % 10000) / 10000; }
+    double number(double low, double high) {
+        return low + (high - low) * static_cast<double>(random_() % 10000) / 10000;
+    }
     CALayer& any() { return *layers_[static_cast<std::size_t>(pick(static_cast<int>(layers_.size())))]; }
     CGColor color() { return {number(0, 1), number(0, 1), number(0, 1), pick(2) == 0 ? 1 : number(0, 1)}; }
 
