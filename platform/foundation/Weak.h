@@ -1,6 +1,7 @@
 #pragma once
 
-// clang-format off: version 14 takes requires clauses apart.
+// Version 14 of the formatter takes requires clauses apart.
+// clang-format off
 
 #include "platform/foundation/Ref.h"
 
