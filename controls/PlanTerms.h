@@ -4,6 +4,7 @@
 #include "platform/storekit/SKProduct.h"
 #include "store/PremiumManagerDelegate.h"
 
+#include <initializer_list>
 #include <optional>
 
 namespace trelundo {
@@ -15,6 +16,10 @@ Ref<SKProductDiscount> offerDiscount(SKProduct const& product, Ref<SKPaymentDisc
                                      bool introductoryPriceWasOffered);
 
 bool isFreeTrial(Ref<SKProductDiscount> const& discount);
+
+/// The first product whose period is one of `periods`; null when there is none.
+Ref<SKProduct> firstWithPeriod(Products const& products,
+                               std::initializer_list<SKProductSubscriptionPeriod> periods);
 
 /// How much cheaper `yearlyPrice` is than `count` times `price`, in percent, rounded to tens with halves away
 /// from zero. Not bounded: a dearer year gives a negative figure. A zero `price` ends the program.

@@ -1,9 +1,6 @@
 #include "controls/PremiumV2Button.h"
 
 #include "common/Common.h"
-#include "controls/PlanTerms.h"
-#include "controls/PremiumButton.h"
-#include "platform/foundation/Strings.h"
 
 #include <array>
 
@@ -116,16 +113,6 @@ void PremiumV2Button::selectionDidChange() {
     if (auto host = delegate()) host->set(continueTexts());
 }
 
-bool PremiumV2Button::isYearly() const {
-    auto const& period = product_ ? product_->subscriptionPeriod() : std::nullopt;
-    return period && period->is(1, SKProductPeriodUnit::year);
-}
-
-std::string PremiumV2Button::trialLine() const {
-    auto const trial = filledWithTrial("Try %%% for FREE");
-    return trial.empty() ? trial : "\n" + trial;
-}
-
 PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     TextAttributes first;
     first.set(NSAttributedStringKey::font, UIFont::system(15, UIFont::Weight::bold));
@@ -135,10 +122,11 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
 
     auto const& layout = continueLayout(abTest_);
-    auto const trial = trialLine();
+    auto const trial = product_ ? texts().trial("Try %%% for FREE") : std::string{};
     NSAttributedString title{continueWord(layout.word, !trial.empty()), first};
-    if (layout.showsTrial && !trial.empty()) title.append(trial, second);
-    return {std::move(title), subtitleText(isYearly() ? layout.yearly : layout.other)};
+    if (layout.showsTrial && !trial.empty()) title.append("\n" + trial, second);
+    bool const isYearly = product_ && texts().isYearly();
+    return {std::move(title), subtitleText(isYearly ? layout.yearly : layout.other)};
 }
 
 } // namespace trelundo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/PlanTexts.h"
 #include "controls/PremiumV2ButtonDelegate.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/uikit/controls/UIButton.h"
@@ -50,17 +51,10 @@ private:
     void productDidChange();
     void selectionDidChange();
 
-    bool isYearly() const;
-    /// The line about the free trial for the continue button, with its line feed; empty without a trial.
-    std::string trialLine() const;
+    PlanTexts texts() const { return {*product_, products_, introductoryPriceWasOffered_}; }
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
-
     // The button's own title (PremiumV2ButtonTitle.cpp).
-    std::string filledWithTrial(char const* key) const;
-    std::string billedAmount() const;
-    std::string shareText() const;
-    std::string planName() const;
-    std::string savingText() const;
+    void removeTotalBlock();
     void addTotalBlock(std::string const& amount);
 
     UIColor textColor_{0.9764705882352941, 0.9411764705882353, 0.9176470588235294};

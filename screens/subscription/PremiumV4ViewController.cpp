@@ -5,32 +5,16 @@
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/controllers/UIAlertController.h"
 
-#include <algorithm>
-#include <initializer_list>
-
 namespace trelundo {
-
-namespace {
-
-/// The first product whose period is one of `periods`; null: none.
-Ref<SKProduct> firstOf(Products const& products, std::initializer_list<SKProductSubscriptionPeriod> periods) {
-    auto const found = std::ranges::find_if(products, [&](Ref<SKProduct> const& product) {
-        return product->subscriptionPeriod() &&
-               std::ranges::count(periods, *product->subscriptionPeriod()) > 0;
-    });
-    return found == products.end() ? nullptr : *found;
-}
-
-} // namespace
 
 void PremiumV4ViewController::purchaseProduct() {
     auto const product = selectedProduct();
     if (!product) return;
     using enum SKProductPeriodUnit;
-    auto const yearly = firstOf(products(), {{1, year}, {12, month}});
-    if (yearly && product == firstOf(products(), {{1, month}}))
+    auto const yearly = firstWithPeriod(products(), {{1, year}, {12, month}});
+    if (yearly && product == firstWithPeriod(products(), {{1, month}}))
         offerUpgrade({product, yearly, 12, "Continue with monthly"});
-    else if (yearly && product == firstOf(products(), {{1, week}, {7, day}}))
+    else if (yearly && product == firstWithPeriod(products(), {{1, week}, {7, day}}))
         offerUpgrade({product, yearly, 52, "Continue with weekly"});
     else
         purchasePayment(makePayment(*product));

@@ -38,11 +38,11 @@ void PremiumV6ViewController::setProduct(Ref<SKProduct> product) {
 }
 
 void PremiumV6ViewController::productDidChange() {
-    if (!product_ || !product_->introductoryPrice()) return;
-    auto const trial =
-        PremiumButton::plan({.productSubscriptionPeriod = product_->introductoryPrice()->subscriptionPeriod(),
-                             .capitalizeFirstLetter = true,
-                             .periodUnitDown = true});
+    auto const offer = product_ && !introductoryPriceWasOffered() ? product_->introductoryPrice() : nullptr;
+    if (!offer) return;
+    auto const trial = PremiumButton::plan({.productSubscriptionPeriod = offer->subscriptionPeriod(),
+                                            .capitalizeFirstLetter = true,
+                                            .periodUnitDown = true});
     continueButton()->setTitle(replacingOccurrences(Common::text("Try %%% Free"), "%%%", trial),
                                UIControlState::normal);
     auto const price =

@@ -22,7 +22,8 @@ public:
     void setButtonColor(UIColor color) { buttonColor_ = std::move(color); }
     UIColor termsColor() const { return termsColor_; }
     void setTermsColor(UIColor color) { termsColor_ = std::move(color); }
-    /// The product on sale, before or after the view loads. One without introductory price changes no text.
+    /// The product on sale, before or after the view loads. One without introductory price changes no text,
+    /// nor does one whose introductory price was offered before.
     Ref<SKProduct> product() const { return product_; }
     void setProduct(Ref<SKProduct> product);
     /// The carousel's tiles; at least one.

@@ -17,6 +17,7 @@ Ref<UIImage> parsePicture(std::string const& name) { return name == "none" ? nul
 /// An offer of the product at the selected index. Its discount is the one given for that product, to be set
 /// first; without a product any one given counts.
 template <class Screen> ScreenType offer(std::string name, Properties own) {
+    own.emplace("product", property(&Screen::setProduct, parseProduct));
     return {.name = std::move(name),
             .make = [] { return Ref<UIViewController>{make<Screen>()}; },
             .properties = withBase(std::move(own)),

@@ -45,4 +45,7 @@ inline Ref<SKProduct> productAt(Products const& products, int select) {
     return index < products.size() ? products[index] : nullptr;
 }
 
+/// The loaded product with this identifier; "none": null. Any other text throws a Failure.
+Ref<SKProduct> parseProduct(std::string const& identifier);
+
 } // namespace trelundo::paywall

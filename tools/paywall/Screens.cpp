@@ -59,7 +59,8 @@ ScreenType trialPaywall() {
     using Screen = PremiumV6ViewController;
     return {.name = "PremiumV6ViewController",
             .make = [] { return Ref<UIViewController>{make<Screen>()}; },
-            .properties = withBase({{"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
+            .properties = withBase({{"product", property(&Screen::setProduct, parseProduct)},
+                                    {"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
                                     {"buttonColor", property(&Screen::setButtonColor, parseColor)},
                                     {"termsColor", property(&Screen::setTermsColor, parseColor)},
                                     {"features", property(&Screen::setFeatures, parseFeatures)}}),
@@ -93,6 +94,14 @@ std::vector<ScreenType> const& screens() {
         billingNotice(),
     };
     return all;
+}
+
+Ref<SKProduct> parseProduct(std::string const& identifier) {
+    if (identifier == "none") return nullptr;
+    auto const& loaded = PremiumManager::sharedInstance().products();
+    auto const found = std::ranges::find(loaded, identifier, &SKProduct::productIdentifier);
+    if (found == loaded.end()) failUsage(fmt::format("no product \"{}\" was loaded", identifier));
+    return *found;
 }
 
 ScreenType const* findScreen(std::string const& name) {
