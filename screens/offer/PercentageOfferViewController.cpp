@@ -8,6 +8,8 @@
 #include "platform/uikit/text/UIFontDescriptor.h"
 #include "screens/base/ViewBuilding.h"
 
+#include <cstdint>
+
 namespace trelundo {
 
 namespace {
@@ -27,9 +29,9 @@ std::optional<UIFont> headlineFont(double size) {
 }
 
 /// The saving, rounded down to a multiple of five.
-int percentage(SKProduct const& product, SKProductDiscount const& discount) {
+std::int64_t percentage(SKProduct const& product, SKProductDiscount const& discount) {
     double const share = discount.price().doubleValue() / product.price().doubleValue();
-    return trappingInteger((1 - share) * 20) * 5;
+    return std::int64_t{trappingInteger((1 - share) * 20)} * 5;
 }
 
 std::optional<std::string> firstPreferredLanguage() {
@@ -81,8 +83,9 @@ Ref<UIStackView> PercentageOfferViewController::makeStack() {
     headlines->setSpacing(16);
     auto infoLines = makeVerticalStack({infoLine1Label_, infoLine2Label_});
     infoLines->setSpacing(8);
-    auto stack = makeVerticalStack({headlines, infoLines, continueButton()});
-    if (auto const top = badge()) stack->insertArrangedSubview(top, 0);
+    std::vector<Ref<UIView>> arranged{headlines, infoLines, continueButton()};
+    if (auto top = badge()) arranged.insert(arranged.begin(), std::move(top));
+    auto stack = makeVerticalStack(std::move(arranged));
     stack->setAlignment(UIStackViewAlignment::center);
     stack->setSpacing(32);
     return stack;

@@ -99,8 +99,18 @@ void addLayer(Json& json, CALayer const& layer) {
     if (layer.backdropEffect()) json["effect"] = {{"blurRadius", tidy(layer.backdropEffect()->blurRadius)}};
 }
 
+/// The gradient that a view's layer is, or carries as a layer that belongs to no view.
+CAGradientLayer const* gradientOf(CALayer const& layer) {
+    if (auto const* own = dynamic_cast<CAGradientLayer const*>(&layer)) return own;
+    for (auto const& sublayer : layer.sublayers())
+        if (auto const* carried = dynamic_cast<CAGradientLayer const*>(sublayer.get());
+            carried && !carried->delegate())
+            return carried;
+    return nullptr;
+}
+
 void addGradient(Json& json, CALayer const& layer) {
-    auto const* gradient = dynamic_cast<CAGradientLayer const*>(&layer);
+    auto const* gradient = gradientOf(layer);
     if (!gradient) return;
     Json colors = nullptr;
     if (gradient->colors()) {
