@@ -8,6 +8,12 @@ namespace {
 
 using State = SKPaymentTransactionState;
 
+bool isFailure(SandboxStore::Outcome const& outcome) {
+    using Kind = SandboxStore::Outcome::Kind;
+    return outcome.kind == Kind::failed || outcome.kind == Kind::failedWithoutError ||
+           outcome.kind == Kind::cancelled;
+}
+
 } // namespace
 
 // Outcomes
@@ -18,6 +24,8 @@ SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
         scripted = outcomes_.front();
         outcomes_.pop_front();
     }
+    // A failure that was asked for stays as asked; the rest needs a payment that the store would take.
+    if (scripted && isFailure(*scripted)) return *scripted;
     if (auto const code = refusal(payment))
         return {.kind = Outcome::Kind::failed, .code = static_cast<int>(*code)};
     if (scripted) return *scripted;

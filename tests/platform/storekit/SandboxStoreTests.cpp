@@ -148,6 +148,20 @@ TEST_F(SandboxStoreTest, ChecksOffers) {
     }
 }
 
+TEST_F(SandboxStoreTest, FailsAsToldEvenForAnUnknownOffer) {
+    open();
+    SKPayment::Fields const payment{
+        .productIdentifier = "month",
+        .paymentDiscount = make<SKPaymentDiscount>(SKPaymentDiscount::Fields{.identifier = "other"})};
+    for (auto const& [outcome, code] : {std::pair{SandboxStore::Outcome{Kind::cancelled, 0}, 2},
+                                        {SandboxStore::Outcome{Kind::failed, 7}, 7},
+                                        {SandboxStore::Outcome{Kind::failedWithoutError, 0}, -1},
+                                        {SandboxStore::Outcome{Kind::purchased, 0}, 11}}) {
+        store->setNextOutcome(outcome);
+        EXPECT_EQ(failureOf(payment), code);
+    }
+}
+
 /// A fresh key pair that signs as a server would.
 class Signer {
 public:
