@@ -296,9 +296,10 @@ Ref<SKProductDiscount> StoreConfigurationReader::offer(JsonValue const& entry, S
     SKProductDiscount::Fields fields{.type = type, .priceLocale = priceLocale_};
     std::string name = "an introductory offer";
     if (type == SKProductDiscountType::subscription) {
-        fields.identifier = std::string{entry.string("offerID")};
-        name = "offer \"" + *fields.identifier + "\"";
-        if (fields.identifier->empty()) return leaveOut("an offer without \"offerID\"");
+        // Without the key the offer has no identifier; the editor's empty text is an offer not yet named.
+        if (entry.find("offerID")) fields.identifier = std::string{entry.string("offerID")};
+        if (fields.identifier == "") return leaveOut("an offer with an empty \"offerID\"");
+        name = "offer \"" + fields.identifier.value_or("") + "\"";
     }
     auto const mode = std::ranges::find(modeNames, entry.string("paymentMode"), &ModeName::name);
     auto const length = period(entry.string("subscriptionPeriod"));

@@ -171,6 +171,19 @@ TEST(StoreConfigurationTest, ChoosesTheIntroductoryOffer) {
     EXPECT_EQ(chosen(R"("introductoryOffer": [)" + upFront + "]"), "- mode 2 0 P2W x1");
 }
 
+TEST(StoreConfigurationTest, KeepsAnOfferWithoutIdentifier) {
+    auto const read = [](std::string const& identifier) {
+        return readSubscription(R"("adHocOffers": [{)" + identifier +
+                                R"("paymentMode": "free", "subscriptionPeriod": "P1W"}])");
+    };
+    auto const nameless = read("");
+    ASSERT_EQ(first(nameless)->discounts().size(), 1U);
+    EXPECT_EQ(first(nameless)->discounts()[0]->identifier(), std::nullopt);
+    auto const unnamed = read(R"("offerID": "", )");
+    EXPECT_TRUE(first(unnamed)->discounts().empty());
+    EXPECT_EQ(unnamed.warnings().size(), 1U);
+}
+
 TEST(StoreConfigurationTest, ToleratesNumbersOfPeriods) {
     for (auto const& [number, expected] : {std::pair{"3", 3},
                                            {"\"5\"", 5},
