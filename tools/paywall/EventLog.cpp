@@ -25,6 +25,17 @@ Json const* findField(Json const& line, std::string const& path) {
 
 std::string asText(Json const& value) { return value.is_string() ? value.get<std::string>() : value.dump(); }
 
+/// The elements with commas between, as lists stand on the command line.
+std::string asListText(Json const& list) {
+    std::string text;
+    for (auto const& element : list) text += (text.empty() ? "" : ",") + asText(element);
+    return text;
+}
+
+bool reads(Json const& value, std::string const& text) {
+    return asText(value) == text || (value.is_array() && asListText(value) == text);
+}
+
 } // namespace
 
 EventLog::EventLog(std::optional<std::string> const& path)
@@ -55,7 +66,7 @@ bool EventLog::holds(std::string const& kind,
     return std::ranges::any_of(lines_, [&](Json const& line) {
         return line.at("kind") == kind && std::ranges::all_of(fields, [&](auto const& field) {
                    auto const* value = findField(line, field.first);
-                   return value && asText(*value) == field.second;
+                   return value && reads(*value, field.second);
                });
     });
 }

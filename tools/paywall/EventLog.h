@@ -25,7 +25,8 @@ public:
     void write(std::string const& kind, Json const& fields = Json::object());
 
     /// Whether the log so far holds a line of `kind` in which every named field, shown as text, equals the
-    /// value. A name may be a path ("parameters.Source"); texts compare without their quotes, null as "null".
+    /// value. A name may be a path ("parameters.Source"); texts compare without their quotes, null as "null",
+    /// a list also as its elements with commas between.
     bool holds(std::string const& kind, std::vector<std::pair<std::string, std::string>> const& fields) const;
 
     /// Called after each line (a window's test waits for lines).

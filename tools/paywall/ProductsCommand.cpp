@@ -82,14 +82,43 @@ void printTable(Products const& products) {
     }
 }
 
+/// Each of `wanted` once, without those that came.
 std::vector<std::string> missingIdentifiers(std::vector<std::string> const& wanted,
                                             Products const& products) {
+    std::set<std::string> seen;
+    for (auto const& product : products) seen.insert(product->productIdentifier());
     std::vector<std::string> missing;
-    for (auto const& identifier : wanted) {
-        bool const isKnown = std::ranges::count(products, identifier, &SKProduct::productIdentifier) > 0;
-        if (!isKnown && std::ranges::count(missing, identifier) == 0) missing.push_back(identifier);
-    }
+    for (auto const& identifier : wanted)
+        if (seen.insert(identifier).second) missing.push_back(identifier);
     return missing;
+}
+
+/// Hears how the load ended.
+class LoadListener : public NSObject, public PremiumManagerDelegate {
+public:
+    using PremiumManagerDelegate::logEvent;
+    void logEvent(std::string const& /*name*/, EventParameters const& parameters) override {
+        auto const error = parameters.find("Error");
+        if (error != parameters.end()) error_ = error->second;
+    }
+    void premiumManagerDidLoadProducts(Products const& /*products*/) override {}
+
+    /// Absent when the store answered: only an answer tells which identifiers are unknown.
+    std::optional<std::string> const& error() const { return error_; }
+
+private:
+    std::optional<std::string> error_;
+};
+
+void printState(PremiumManager const& manager, std::vector<std::string> const& missing, bool asJson) {
+    if (asJson) {
+        for (auto const& product : manager.products()) print(toJson(*product));
+        print({{"state", nameOf(manager.state())}, {"invalidProductIdentifiers", missing}});
+        return;
+    }
+    printTable(manager.products());
+    for (auto const& identifier : missing) std::printf("not in the catalogue: %s\n", identifier.c_str());
+    std::printf("state: %s\n", std::string{nameOf(manager.state())}.c_str());
 }
 
 } // namespace
@@ -99,18 +128,17 @@ int printProducts(Options const& options) {
     auto const store = openSandbox(options);
     SKPaymentQueue::defaultQueue().setBackend(store.get());
     auto& manager = PremiumManager::sharedInstance();
+    auto const listener = make<LoadListener>();
+    manager.setDelegate(listener);
     manager.start(options.products.value_or(store->configuration().subscriptionIdentifiers()));
     RunLoop::main().runUntilIdle();
 
-    auto const missing = missingIdentifiers(manager.productIdentifiers(), manager.products());
-    if (options.json) {
-        for (auto const& product : manager.products()) print(toJson(*product));
-        print({{"state", nameOf(manager.state())}, {"invalidProductIdentifiers", missing}});
-    } else {
-        printTable(manager.products());
-        for (auto const& identifier : missing) std::printf("not in the catalogue: %s\n", identifier.c_str());
-        std::printf("state: %s\n", std::string{nameOf(manager.state())}.c_str());
-    }
+    std::vector<std::string> missing;
+    if (listener->error())
+        fmt::print(stderr, "paywall: warning: the products could not be loaded: {}\n", *listener->error());
+    else
+        missing = missingIdentifiers(manager.productIdentifiers(), manager.products());
+    printState(manager, missing, options.json);
     SKPaymentQueue::defaultQueue().setBackend(nullptr);
     return statusOk;
 }
