@@ -26,8 +26,9 @@ Ref<UIImageView> makeFillingPicture(std::string const& name) {
     picture->setClipsToBounds(true);
     picture->setContentMode(UIViewContentMode::scaleAspectFill);
     picture->setImage(UIImage::named(name));
-    // A picture takes the room that is left before anything else is stretched.
+    // A picture takes the room that is left before anything else is stretched, and gives way before any text.
     picture->setContentHuggingPriority(1, NSLayoutConstraintAxis::vertical);
+    picture->setContentCompressionResistancePriority(250, NSLayoutConstraintAxis::vertical);
     return picture;
 }
 

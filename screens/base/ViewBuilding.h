@@ -23,7 +23,7 @@ Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged);
 /// A label with the localised text of `key` that shrinks to half its size before it is cut.
 Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color);
 
-/// The host's picture `name`, filling its view and cut to it.
+/// The host's picture `name`, filling its view and cut to it; its height yields to everything around it.
 Ref<UIImageView> makeFillingPicture(std::string const& name);
 
 /// A close button: system-type, showing `image` as it is (nothing when null) within insets of `contentInset`

@@ -52,7 +52,6 @@ void PremiumV2ViewController::viewDidDisappear(bool animated) {
 void PremiumV2ViewController::addCover() {
     view()->setBackgroundColor(backgroundColor());
     addTopPicture(backgroundImageView_);
-    backgroundImageView_->setContentCompressionResistancePriority(250, NSLayoutConstraintAxis::vertical);
 }
 
 void PremiumV2ViewController::addLogo() {

@@ -27,7 +27,6 @@ void PremiumViewController::addBackground() {
         backgroundImageView_->heightAnchor() >= 110,
         backgroundImageView_->heightAnchor() <= view()->heightAnchor() * 0.5,
     });
-    backgroundImageView_->setContentCompressionResistancePriority(250, NSLayoutConstraintAxis::vertical);
 }
 
 void PremiumViewController::addCloseButton() {
