@@ -1,0 +1,224 @@
+#include "controls/PremiumV2Button.h"
+#include "platform/uikit/text/AttributedText.h"
+#include "tests/support/Products.h"
+
+#include <gtest/gtest.h>
+
+namespace trelundo::test {
+namespace {
+
+constexpr auto normal = UIControlState::normal;
+constexpr auto selected = UIControlState::selected;
+Offer const weekFree{};
+
+class RecordingScreen : public NSObject, public PremiumV2ButtonDelegate {
+public:
+    void set(ContinueTexts const& texts) override { heard.push_back(texts); }
+    std::vector<ContinueTexts> heard;
+};
+
+std::vector<std::string> const tags{"V2_A1", "V2_A2", "V2_A3", "V2_A4", "V2_B1", "V2_B2", "V2_B3"};
+
+class PremiumV2ButtonTest : public testing::Test {
+protected:
+    PremiumV2ButtonTest() { Locale::setPreferredLanguages({"en"}); }
+
+    Ref<PremiumV2Button> show(std::string const& tag, Ref<SKProduct> product, Products products = {}) {
+        auto button = make<PremiumV2Button>();
+        button->setABTest(tag);
+        button->setIntroductoryPriceWasOffered(introductoryPriceWasOffered);
+        button->setProducts(std::move(products));
+        button->setProduct(std::move(product));
+        button->setDelegate(screen);
+        return button;
+    }
+    /// "title|subtitle" as told to the screen.
+    std::string continueTexts(std::string const& tag, Ref<SKProduct> product) {
+        show(tag, std::move(product))->setSelected(true);
+        auto const& texts = screen->heard.back();
+        return texts.continueButtonAttributedTitle.string() + "|" + texts.subtitleLabelText;
+    }
+    /// The own title, and the total block after a bar.
+    std::string ownTitle(std::string const& tag, Ref<SKProduct> product, Products products = {}) {
+        auto const button = show(tag, std::move(product), std::move(products));
+        auto const total = button->totalLabel();
+        return button->attributedTitle(normal)->string() + (total ? "|" + total->text().value_or("") : "");
+    }
+
+    bool introductoryPriceWasOffered = false;
+    Ref<RecordingScreen> screen = make<RecordingScreen>();
+};
+
+TEST_F(PremiumV2ButtonTest, TellsTheScreenWhatToSayForEachTag) {
+    auto const trialYear = makeProduct("y", "29.99", year, weekFree);
+    auto const trialMonth = makeProduct("m", "4.99", month, weekFree);
+    std::string const both = "Cancel anytime. Plan automatically renews.";
+    std::string const trial = "Continue\nTry 7 days for FREE|";
+    std::string const anyTime = "You can cancel your subscription at any time.";
+    for (auto const* first : {"V2_A1", "", "v2_a2", "V2_A12"}) {
+        EXPECT_EQ(continueTexts(first, trialYear), "Subscribe|Plan automatically renews.") << first;
+        EXPECT_EQ(continueTexts(first, trialMonth), "Subscribe|" + both) << first;
+    }
+    EXPECT_EQ(continueTexts("V2_A2", trialYear), trial + "Plan automatically renews.");
+    EXPECT_EQ(continueTexts("V2_A2", trialMonth), trial + anyTime);
+    EXPECT_EQ(continueTexts("V2_A3", trialYear), "Continue|");
+    EXPECT_EQ(continueTexts("V2_A3", trialMonth), "Continue|" + both);
+    EXPECT_EQ(continueTexts("V2_A4", trialYear), "Try Free & Subscribe|");
+    for (auto const* tag : {"V2_B1", "V2_B2", "V2_B3"}) EXPECT_EQ(continueTexts(tag, trialMonth), trial);
+    EXPECT_EQ(continueTexts("V2_A2", makeProduct("y", "29.99", {{12, SKProductPeriodUnit::month}})),
+              "Continue|" + anyTime)
+        << "only one year counts as yearly here";
+}
+
+TEST_F(PremiumV2ButtonTest, OnlyAFreeTrialNotYetOfferedIsATrial) {
+    auto const paid =
+        makeProduct("y", "29.99", year, Offer{.mode = SKProductDiscountPaymentMode::payUpFront});
+    auto const promotional = makeProduct("y", "29.99", year, std::nullopt, {weekFree});
+    EXPECT_EQ(continueTexts("V2_A4", paid), "Subscribe|");
+    EXPECT_EQ(continueTexts("V2_A4", promotional), "Subscribe|");
+    introductoryPriceWasOffered = true;
+    auto const offered = makeProduct("y", "29.99", year, weekFree);
+    EXPECT_EQ(continueTexts("V2_A4", offered), "Subscribe|");
+    EXPECT_EQ(continueTexts("V2_A2", offered), "Continue|Plan automatically renews.");
+    EXPECT_EQ(ownTitle("V2_A2", offered), "$29.99/year\n$0.57/week");
+}
+
+TEST_F(PremiumV2ButtonTest, WritesTheContinueTitleInTheScreensColour) {
+    auto const button = show("V2_A2", makeProduct("y", "29.99", year, weekFree));
+    button->setButtonTextColor({1, 0, 0});
+    button->setSelected(true);
+    auto const runs = screen->heard.back().continueButtonAttributedTitle.runs();
+    ASSERT_EQ(runs.size(), 2U);
+    namespace Key = NSAttributedStringKey;
+    EXPECT_EQ(runs[0].attributes.get(Key::font), UIFont::system(15, UIFont::Weight::bold));
+    EXPECT_EQ(runs[1].attributes.get(Key::font), UIFont::system(13, UIFont::Weight::medium));
+    for (auto const& run : runs) {
+        EXPECT_EQ(run.attributes.get(Key::foregroundColor), (UIColor{1, 0, 0}));
+        EXPECT_EQ(run.attributes.get(Key::paragraphStyle)->lineSpacing, 6);
+        EXPECT_EQ(run.attributes.get(Key::paragraphStyle)->alignment, NSTextAlignment::center);
+    }
+}
+
+TEST_F(PremiumV2ButtonTest, DeselectingTellsNothing) {
+    auto const button = show("V2_A1", yearly());
+    button->setSelected(false);
+    EXPECT_TRUE(screen->heard.empty());
+    button->setSelected(true);
+    button->setSelected(true);
+    EXPECT_EQ(screen->heard.size(), 2U) << "every assignment counts";
+    screen = nullptr;
+    button->setSelected(true); // nobody listens any more
+}
+
+TEST_F(PremiumV2ButtonTest, MarksAChoiceOnlyWhereThereIsOne) {
+    auto const alone = show("V2_A1", yearly(), {yearly()});
+    alone->setSelected(true);
+    EXPECT_FALSE(alone->image(normal));
+    EXPECT_EQ(alone->backgroundColor(), UIColor::clear());
+
+    auto const button = show("V2_A1", yearly(), {yearly(), monthly()});
+    button->setSelectedColor({0, 0, 1});
+    ASSERT_TRUE(button->image(normal) && button->image(selected));
+    EXPECT_EQ(button->image(normal)->renderingMode(), UIImageRenderingMode::alwaysTemplate);
+    EXPECT_NE(button->image(normal), button->image(selected));
+    button->setSelected(true);
+    EXPECT_EQ(button->backgroundColor(), (UIColor{0, 0, 1}));
+    button->setSelected(false);
+    EXPECT_EQ(button->backgroundColor(), UIColor::clear());
+}
+
+TEST_F(PremiumV2ButtonTest, TitlesOfPlansWithoutATrial) {
+    Products const all{yearly(), monthly()};
+    EXPECT_EQ(ownTitle("V2_A1", yearly(), all), "$29.99/year\nSave 50% per year");
+    EXPECT_EQ(ownTitle("V2_A1", monthly(), all), "$4.99/month\nMonthly");
+    EXPECT_EQ(ownTitle("V2_A3", yearly(), all), "$29.99/year\n$2.49/month");
+    EXPECT_EQ(ownTitle("V2_B1", yearly(), all), "Yearly\nMost Popular|$29.99");
+    EXPECT_EQ(ownTitle("V2_B1", monthly(), all), "Monthly|$4.99");
+    EXPECT_EQ(ownTitle("V2_B2", yearly(), all), "$29.99/year\n$2.49/month");
+    EXPECT_EQ(ownTitle("V2_B3", yearly(), all), "Darno Premium\nYearly|$29.99");
+    EXPECT_EQ(ownTitle("", makeProduct("w", "1.99", sevenDays)), "$1.99/week\nWeekly");
+    EXPECT_EQ(ownTitle("", makeProduct("q", "9.99", {{3, SKProductPeriodUnit::month}})), "$9.99\n3 Months");
+}
+
+TEST_F(PremiumV2ButtonTest, TitlesSayATrialUnlessTheTagSaysMore) {
+    auto const trialYear = makeProduct("y", "29.99", year, weekFree);
+    auto const trialMonth = makeProduct("m", "4.99", month, weekFree);
+    Products const all{trialYear, trialMonth};
+    EXPECT_EQ(ownTitle("V2_A1", trialYear, all), "$29.99/year\nSave 50% per year");
+    EXPECT_EQ(ownTitle("V2_A1", trialYear), "$29.99/year\nGet 7 days for FREE!");
+    EXPECT_EQ(ownTitle("V2_A1", trialMonth, all), "$4.99/month\nGet 7 days for FREE!");
+    EXPECT_EQ(ownTitle("V2_A2", trialYear, all), "$29.99/year\nStart your 7 days free trial");
+    EXPECT_EQ(ownTitle("V2_A3", trialMonth, all), "$4.99/month\nTry 7 days Free");
+    EXPECT_EQ(ownTitle("V2_A4", trialYear, all), "$29.99/year\nGet 7 days for FREE!");
+    EXPECT_EQ(ownTitle("V2_B1", trialMonth, all), "Monthly\nTry 7 days Free|$4.99");
+}
+
+TEST_F(PremiumV2ButtonTest, PraisesOnlyASaving) {
+    auto const title = [&](char const* yearlyPrice, Ref<SKProduct> other) {
+        return ownTitle("V2_A1", makeProduct("y", yearlyPrice, year), {std::move(other)});
+    };
+    EXPECT_EQ(title("18", makeProduct("m", "1", month)), "$18.00/year\n$1.50/month");
+    EXPECT_EQ(title("18", makeProduct("m", "0", month)), "$18.00/year\n$1.50/month");
+    EXPECT_EQ(title("26", makeProduct("w", "1", week)), "$26.00/year\nSave 50% per year");
+    EXPECT_EQ(title("26", makeProduct("w", "1", sevenDays)), "$26.00/year\nSave 50% per year");
+}
+
+TEST_F(PremiumV2ButtonTest, AnotherProductReplacesTheTotalBlock) {
+    auto const button = show("V2_B1", yearly());
+    auto const subviews = button->subviews().size();
+    button->setProduct(monthly());
+    EXPECT_EQ(button->totalLabel()->text(), "$4.99");
+    EXPECT_EQ(button->subviews().size(), subviews);
+    button->setABTest("V2_A1");
+    button->setProduct(monthly());
+    EXPECT_FALSE(button->totalLabel() || button->totalSeparatorView());
+    EXPECT_EQ(button->subviews().size(), subviews - 2);
+}
+
+/// The words of a row stay whole on the smallest phone, beside a long price, in every language.
+TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
+    auto const german = [](char const* price, SKProductSubscriptionPeriod period) {
+        return make<SKProduct>(SKProduct::Fields{
+            .productIdentifier = price,
+            .price = *Decimal::parse(price),
+            .priceLocale = Locale{"de_DE@currency=EUR"},
+            .subscriptionPeriod = period,
+            .introductoryPrice = makeDiscount({.period = {1, SKProductPeriodUnit::month}})});
+    };
+    Products const all{german("1229.99", year), german("104.99", month), german("41.99", sevenDays)};
+    for (auto const* language : {"en", "de", "fr", "es", "ja", "ar", "he"}) {
+        Locale::setPreferredLanguages({language});
+        for (auto const& tag : tags) {
+            for (auto const& product : all) {
+                auto const button = show(tag, product, all);
+                button->setFrame({0, 0, 288, 64});
+                button->layoutIfNeeded();
+                auto const title = button->titleLabel();
+                auto const needed = boundingRect(*title->attributedText(),
+                                                 {greatestFiniteMagnitude, greatestFiniteMagnitude});
+                EXPECT_GE(title->bounds().width() + 0.5, needed.width())
+                    << language << " " << tag << " " << title->text().value_or("");
+            }
+        }
+    }
+}
+
+TEST_F(PremiumV2ButtonTest, PlacesTheTotalBlockAtTheTrailingEdge) {
+    auto const frames = [&](UISemanticContentAttribute direction) {
+        auto const button = show("V2_B1", yearly(), {yearly(), monthly()});
+        button->setSemanticContentAttribute(direction);
+        button->setFrame({0, 0, 358, 64});
+        button->layoutIfNeeded();
+        return std::pair{button->totalLabel()->frame(), button->totalSeparatorView()->frame()};
+    };
+    auto const [label, separator] = frames(UISemanticContentAttribute::forceLeftToRight);
+    EXPECT_EQ(label.maxX(), 358 - 16);
+    EXPECT_EQ(label.midY(), 32);
+    EXPECT_EQ(separator.minX(), 358 - label.width() - 32);
+    auto const [mirroredLabel, mirroredSeparator] = frames(UISemanticContentAttribute::forceRightToLeft);
+    EXPECT_EQ(mirroredLabel.minX(), 16);
+    EXPECT_EQ(mirroredSeparator.minX(), label.width() + 32);
+}
+
+} // namespace
+} // namespace trelundo::test

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/window/OffscreenShell.h"
+#include "store/PremiumManager.h"
+#include "tests/support/FakeStore.h"
+
+#include <gtest/gtest.h>
+
+namespace trelundo::test {
+
+/// A small phone with a host screen and a store; views are found by their names. English texts.
+class ScreenFixture : public testing::Test {
+protected:
+    ScreenFixture() {
+        Locale::setPreferredLanguages({"en"});
+        SKPaymentQueue::defaultQueue().addTransactionObserver(strong(PremiumManager::sharedInstance()));
+        shell.window().setRootViewController(host);
+        RunLoop::main().runUntilIdle();
+    }
+
+    ~ScreenFixture() override {
+        SKPaymentQueue::defaultQueue().removeTransactionObserver(PremiumManager::sharedInstance());
+    }
+
+    template <class Screen> Ref<Screen> show(Ref<Screen> screen) {
+        screen->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+        host->present(screen, false);
+        shell.advance(0.1);
+        shown = screen;
+        return screen;
+    }
+
+    /// Null when no such view is in the tree.
+    template <class View = UIView> Ref<View> find(std::string const& name) {
+        auto const found = find(*shown->view(), name);
+        return found ? cast<View>(found) : nullptr;
+    }
+    Ref<UIButton> planButton(int index) {
+        return find<UIButton>("premiumButtons[" + std::to_string(index) + "]");
+    }
+    void tap(UIControl& control) { control.sendActions(UIControlEvents::touchUpInside); }
+    void tap(std::string const& name) { tap(*find<UIControl>(name)); }
+    std::string textOf(std::string const& name) {
+        auto const view = find(name);
+        if (auto const* label = dynamic_cast<UILabel*>(view.get())) return label->text().value_or("");
+        auto* button = dynamic_cast<UIButton*>(view.get());
+        return button ? button->titleLabel()->text().value_or("") : "";
+    }
+
+    OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
+    FakeStore store;
+    Ref<UIViewController> host = make<UIViewController>();
+    Ref<UIViewController> shown;
+
+private:
+    static Ref<UIView> find(UIView& view, std::string const& name) {
+        if (view.accessibilityIdentifier() == name) return strong(view);
+        for (auto const& subview : view.subviews())
+            if (auto found = find(*subview, name)) return found;
+        return nullptr;
+    }
+};
+
+} // namespace trelundo::test
