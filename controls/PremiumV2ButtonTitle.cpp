@@ -81,6 +81,12 @@ std::string detailText(Detail detail, PlanTexts const& plan) {
     return {};
 }
 
+/// With room at both ends for the ground of a badge.
+std::string padded(std::string const& text) {
+    constexpr char const* noBreakSpace = "\u00A0";
+    return noBreakSpace + text + noBreakSpace;
+}
+
 } // namespace
 
 void PremiumV2Button::productDidChange() {
@@ -90,15 +96,17 @@ void PremiumV2Button::productDidChange() {
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
                              lineAttributes(15, Weight::bold, textColor_)};
+    auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor_);
     auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
     auto const detail = std::ranges::find_if(layout.details, hasText);
-    if (detail != layout.details.end()) {
-        bool const isBadge = *detail == Detail::badge;
-        title.append("\n" + detailText(*detail, plan),
-                     lineAttributes(layout.detailSize, isBadge ? Weight::bold : Weight::medium,
-                                    isBadge ? buttonColor_ : termsColor_));
-    } else if (layout.headline != Headline::planName) {
-        title.append("\n" + plan.name(), lineAttributes(layout.detailSize, Weight::medium, termsColor_));
+    if (detail == layout.details.end()) {
+        if (layout.headline != Headline::planName) title.append("\n" + plan.name(), plain);
+    } else if (*detail == Detail::badge) {
+        auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor_)
+                               .with(NSAttributedStringKey::backgroundColor, buttonColor_);
+        title.append("\n", plain).append(padded(detailText(*detail, plan)), badge);
+    } else {
+        title.append("\n" + detailText(*detail, plan), plain);
     }
     setAttributedTitle(title, UIControlState::normal);
     removeTotalBlock();

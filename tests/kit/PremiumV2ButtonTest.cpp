@@ -132,7 +132,7 @@ TEST_F(PremiumV2ButtonTest, TitlesOfPlansWithoutATrial) {
     EXPECT_EQ(ownTitle("V2_A1", yearly(), all), "$29.99/year\nSave 50% per year");
     EXPECT_EQ(ownTitle("V2_A1", monthly(), all), "$4.99/month\nMonthly");
     EXPECT_EQ(ownTitle("V2_A3", yearly(), all), "$29.99/year\n$2.49/month");
-    EXPECT_EQ(ownTitle("V2_B1", yearly(), all), "Yearly\nMost Popular|$29.99");
+    EXPECT_EQ(ownTitle("V2_B1", yearly(), all), "Yearly\n\u00A0Most Popular\u00A0|$29.99");
     EXPECT_EQ(ownTitle("V2_B1", monthly(), all), "Monthly|$4.99");
     EXPECT_EQ(ownTitle("V2_B2", yearly(), all), "$29.99/year\n$2.49/month");
     EXPECT_EQ(ownTitle("V2_B3", yearly(), all), "Darno Premium\nYearly|$29.99");
