@@ -17,6 +17,9 @@ constexpr char const* issueDetailsKey = "There seems to be billing problem with 
                                         "your credit card details are up to date and "
                                         "that you are using a valid credit card.";
 
+/// Below the resistance of texts.
+constexpr double pictureResistance = 500;
+
 Ref<UIImage> templateOf(Ref<UIImage> const& image) {
     return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
 }
@@ -55,7 +58,11 @@ void BillingViewController::traitCollectionDidChange(UITraitCollection const* pr
 }
 
 void BillingViewController::setConstraints() {
-    auto const sizeClass = view()->traitCollection().horizontalSizeClass;
+    auto const traits = view()->traitCollection();
+    // On a low screen the headline lies over the middle of the picture, which then is a mere ground.
+    warningBadgeImageView()->setAlpha(traits.verticalSizeClass == UIUserInterfaceSizeClass::compact ? 0.3
+                                                                                                    : 1);
+    auto const sizeClass = traits.horizontalSizeClass;
     if (sizeClass == UIUserInterfaceSizeClass::unspecified) return;
     bool const isRegular = sizeClass == UIUserInterfaceSizeClass::regular;
     NSLayoutConstraint::deactivate(isRegular ? compactConstraints_ : regularConstraints_);
@@ -89,6 +96,10 @@ BillingViewController::Constraints BillingViewController::makeRegularConstraints
         topViewStackView()->widthAnchor() == 368,
         topViewStackView()->centerXAnchor() == view()->centerXAnchor(),
         updateDetailsButton()->bottomAnchor() >= safeArea->bottomAnchor() - 64,
+        // Wishes: down to the margin of the compact set the button may sink, so that the picture keeps its
+        // size.
+        (updateDetailsButton()->bottomAnchor() <= safeArea->bottomAnchor() - 24).at(pictureResistance + 10),
+        (updateDetailsButton()->bottomAnchor() == safeArea->bottomAnchor() - 64).at(pictureResistance - 10),
         updateDetailsButton()->topAnchor() >= topViewStackView()->bottomAnchor() + 10,
         updateDetailsButton()->centerXAnchor() == view()->centerXAnchor(),
         updateDetailsButton()->widthAnchor() == topViewStackView()->widthAnchor(),
@@ -119,6 +130,8 @@ Ref<UIImageView> const& BillingViewController::warningBadgeImageView() {
         auto picture = constraintDriven(make<UIImageView>());
         picture->setContentMode(UIViewContentMode::scaleAspectFit);
         picture->setImage(warningBadgeImage_);
+        // On a low screen the picture gives way, never the texts or the button.
+        picture->setContentCompressionResistancePriority(pictureResistance, NSLayoutConstraintAxis::vertical);
         return picture;
     });
 }
