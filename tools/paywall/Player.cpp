@@ -173,8 +173,9 @@ void Player::assign(Step const& step) {
     auto const& text = argument(step, 0);
     auto const separator = text.find('=');
     if (separator == std::string::npos) fail(step, "not of the form NAME=VALUE");
+    auto& shown = screen(step);
     try {
-        setProperty(stage_.screenType(), screen(step), text.substr(0, separator), text.substr(separator + 1));
+        setProperty(stage_.screenType(), shown, text.substr(0, separator), text.substr(separator + 1));
     } catch (Failure const& failure) {
         fail(step, failure.message);
     }

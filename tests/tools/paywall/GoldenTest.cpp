@@ -28,6 +28,22 @@ std::vector<Golden> const goldens{
      "PremiumViewController",
      {"--device", "tablet-820x1180", "--landscape", "--language", "ar"}},
     {"first-phone-landscape-ja", "PremiumViewController", {"--landscape", "--language", "ja"}},
+    {"cover-phone", "PremiumV2ViewController", {}},
+    {"cover-small-phone-ar-totals",
+     "PremiumV2ViewController",
+     {"--device", "phone-320x568", "--language", "ar", "--ab-test", "V2_B1"}},
+    {"saves-small-phone-de",
+     "PremiumV3ViewController",
+     {"--device", "phone-320x568", "--language", "de", "--set", "savedOnce=true", "--ab-test", "V2_A2"}},
+    {"saves-phone-landscape", "PremiumV3ViewController", {"--landscape", "--ab-test", "V2_B3"}},
+    {"upgrade-tablet-ja",
+     "PremiumV4ViewController",
+     {"--device", "tablet-820x1180", "--language", "ja", "--select", "2", "--ab-test", "V2_A4"}},
+    {"checklist-phone-family", "PremiumV5ViewController", {"--source", "FamilySharing", "--select", "1"}},
+    {"trial-phone", "PremiumV6ViewController", {"--select", "2"}},
+    {"trial-tablet-ar",
+     "PremiumV6ViewController",
+     {"--device", "tablet-820x1180", "--language", "ar", "--select", "2"}},
 };
 
 class GoldenTest : public testing::TestWithParam<Golden> {
