@@ -63,6 +63,8 @@ Ref<UIStackView> OfferV3ViewController::makeStack() {
     stack->setSpacing(20);
     stack->setLayoutMarginsRelativeArrangement(true);
     stack->setLayoutMargins({0, 38, 0, 38});
+    // The button's width leaves room for the margins, but for no cutout beside them.
+    stack->setInsetsLayoutMarginsFromSafeArea(false);
     return stack;
 }
 

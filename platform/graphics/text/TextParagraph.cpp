@@ -43,6 +43,19 @@ bool isSpace(char16_t unit) {
     return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
 }
 
+/// Whether the letters at two places are written in one stroke, as in Arabic.
+bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right) {
+    auto const joining = [&](std::size_t place) {
+        char32_t letter = 0;
+        U16_GET(text.data(), 0, place, text.size(), letter);
+        return u_getIntPropertyValue(static_cast<UChar32>(letter), UCHAR_JOINING_TYPE);
+    };
+    auto const first = joining(left);
+    auto const second = joining(right);
+    return (first == U_JT_DUAL_JOINING || first == U_JT_LEFT_JOINING || first == U_JT_JOIN_CAUSING) &&
+           (second == U_JT_DUAL_JOINING || second == U_JT_RIGHT_JOINING || second == U_JT_JOIN_CAUSING);
+}
+
 } // namespace
 
 double systemTracking(double size) {
@@ -168,7 +181,10 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
         character.word = word;
         character.indexInWord = i - first;
         auto const ems = word->characters[i - first].advance;
-        character.advance = ems > 0 ? ems * style.font.size + extra : 0;
+        // A gap inside a join would tear cursive writing apart.
+        bool const joins =
+            i + 1 < last && joinCursively(text.units, character.start, characters[i + 1].start);
+        character.advance = ems > 0 ? ems * style.font.size + (joins ? 0 : extra) : 0;
     }
 }
 

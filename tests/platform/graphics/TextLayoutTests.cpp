@@ -66,6 +66,13 @@ TEST(TextLayout, KerningIsAddedAfterEveryCharacter) {
     EXPECT_NEAR(width(family), natural + 2, 1e-9);
 }
 
+TEST(TextLayout, KerningKeepsJoinedLettersTogether) {
+    auto text = run("محدودة"); // the first two letters join the next; the others stand alone
+    auto const natural = width(text);
+    text.kern = 3;
+    EXPECT_NEAR(width(text), natural + 4 * 3, 1e-9);
+}
+
 TEST(TextLayout, KernOfZeroTurnsTheFontsKerningOff) {
     auto pair = run("AV");
     auto const kerned = width(pair);
