@@ -35,6 +35,8 @@ void PremiumV2ViewController::viewDidLoad() {
     addCaption();
     addCarousel();
     addContent(collectionView()->bottomAnchor());
+    // Last, because what was added last gives way: on a screen too low for all, the cover and not the buttons.
+    activate({backgroundImageView_->topAnchor() == view()->topAnchor()});
     addDimmView();
     carousel_->scrollToFirstItem();
 }
@@ -51,7 +53,11 @@ void PremiumV2ViewController::viewDidDisappear(bool animated) {
 
 void PremiumV2ViewController::addCover() {
     view()->setBackgroundColor(backgroundColor());
-    addTopPicture(backgroundImageView_);
+    view()->addSubview(backgroundImageView_);
+    activate({
+        backgroundImageView_->leadingAnchor() == view()->leadingAnchor(),
+        backgroundImageView_->trailingAnchor() == view()->trailingAnchor(),
+    });
 }
 
 void PremiumV2ViewController::addLogo() {
