@@ -35,7 +35,8 @@ void PremiumV2ViewController::viewDidLoad() {
     addCaption();
     addCarousel();
     addContent(collectionView()->bottomAnchor());
-    // Last, because what was added last gives way: on a screen too low for all, the cover and not the buttons.
+    // Last, because what was added last gives way: on a screen too low for all, the cover and not the
+    // buttons.
     activate({backgroundImageView_->topAnchor() == view()->topAnchor()});
     addDimmView();
     carousel_->scrollToFirstItem();
