@@ -31,6 +31,13 @@ protected:
         return screen;
     }
 
+    /// Gives the window another display.
+    void resize(char const* device, bool landscape = false) {
+        UIScreen::main().configure(*DeviceProfile::find(device), landscape);
+        shell.window().screenDidChange();
+        shell.advance(0.1);
+    }
+
     /// Null when no such view is in the tree.
     template <class View = UIView> Ref<View> find(std::string const& name) {
         auto const found = find(*shown->view(), name);

@@ -1,0 +1,101 @@
+#include "screens/notice/BillingViewController.h"
+#include "tests/support/ScreenFixture.h"
+
+namespace trelundo::test {
+namespace {
+
+class RecordingHost : public NSObject, public BillingViewControllerDelegate {
+public:
+    explicit RecordingHost(UIViewController& presenter)
+        : presenter_(presenter) {}
+    void billingViewControllerDidTapUpdateDetails() override {
+        ++calls;
+        wasLeaving =
+            presenter_.presentedViewController() && presenter_.presentedViewController()->isBeingDismissed();
+    }
+    int calls = 0;
+    bool wasLeaving = false;
+
+private:
+    UIViewController& presenter_;
+};
+
+class BillingNoticeTest : public ScreenFixture {};
+
+TEST_F(BillingNoticeTest, TheParagraphIsMadeOnceFromTheAppsName) {
+    auto const notice = make<BillingViewController>();
+    notice->setAppName("Darno");
+    show(notice);
+    notice->setAppName("Vorlex");
+    EXPECT_NE(textOf("issueDetailsLabel").find("lose access to Darno Premium.\n\nTo fix"), std::string::npos);
+    EXPECT_EQ(textOf("issueDetailsLabel"), notice->issueDetailsText());
+
+    auto const own = make<BillingViewController>();
+    own->setIssueDetailsText("Our own words about Quivera.");
+    own->setAppName("Darno");
+    EXPECT_EQ(own->issueDetailsText(), "Our own words about Quivera.");
+}
+
+TEST_F(BillingNoticeTest, A1136PixelScreenIsSmallAndAPixelMoreIsNot) {
+    auto device = *DeviceProfile::find("phone-320x568");
+    ASSERT_EQ(device.nativePixels.height, 1136);
+    EXPECT_TRUE(make<BillingViewController>()->isSmallScreen());
+    device.nativePixels.height = 1137;
+    UIScreen::main().configure(device, false);
+    EXPECT_FALSE(make<BillingViewController>()->isSmallScreen());
+}
+
+TEST_F(BillingNoticeTest, EachSizeClassHasItsOwnConstraints) {
+    resize("phone-430x932");
+    show(make<BillingViewController>());
+    for (int turn = 0; turn < 2; ++turn) {
+        auto const top = UIScreen::main().safeAreaInsets().top;
+        EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{25, top + 20}));
+        EXPECT_EQ(find("warningBadgeImageView")->frame().minY(), top + 20);
+        EXPECT_EQ(find("topViewStackView")->frame().minX(), 25);
+        EXPECT_EQ(find("topViewStackView")->frame().minY(),
+                  find("warningBadgeImageView")->frame().maxY() - 75);
+        EXPECT_EQ(find("updateDetailsButton")->bounds().width(), 430 - 50);
+
+        resize("phone-430x932", true);
+        auto const landscapeTop = UIScreen::main().safeAreaInsets().top;
+        EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{46, landscapeTop + 40}));
+        EXPECT_EQ(find("topViewStackView")->bounds().width(), 368);
+        EXPECT_EQ(find("topViewStackView")->frame().minY(),
+                  find("warningBadgeImageView")->frame().maxY() - 65);
+        EXPECT_LE(find("updateDetailsButton")->frame().maxY(), 430 - 24) << "stays on the screen";
+        resize("phone-430x932");
+    }
+}
+
+TEST_F(BillingNoticeTest, OnALowScreenThePictureGivesWayToTheTexts) {
+    show(make<BillingViewController>());
+    auto const upright = find("warningBadgeImageView")->bounds().height();
+    shell.rotate(true);
+    shell.advance(1);
+    EXPECT_LT(find("warningBadgeImageView")->bounds().height(), upright);
+    EXPECT_FALSE(find<UILabel>("issueDetailsLabel")->fit().truncated);
+    EXPECT_FALSE(find<UILabel>("headLineLabel")->fit().truncated);
+    EXPECT_EQ(find("updateDetailsButton")->bounds().height(), 64);
+}
+
+TEST_F(BillingNoticeTest, UpdateTellsTheHostWhileTheNoticeIsLeaving) {
+    auto const recorder = make<RecordingHost>(*host);
+    auto const notice = make<BillingViewController>();
+    notice->setDelegate(recorder);
+    show(notice);
+    tap("updateDetailsButton");
+    EXPECT_EQ(recorder->calls, 1);
+    EXPECT_TRUE(recorder->wasLeaving);
+    shell.advance(1);
+    EXPECT_FALSE(host->presentedViewController());
+
+    show(notice);
+    tap("closeButton");
+    shell.advance(1);
+    EXPECT_FALSE(host->presentedViewController());
+    EXPECT_EQ(recorder->calls, 1) << "closing is not reported";
+}
+
+} // namespace
+} // namespace trelundo::test
