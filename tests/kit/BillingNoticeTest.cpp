@@ -53,16 +53,16 @@ TEST_F(BillingNoticeTest, EachSizeClassHasItsOwnConstraints) {
         EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{25, top + 20}));
         EXPECT_EQ(find("warningBadgeImageView")->frame().minY(), top + 20);
         EXPECT_EQ(find("topViewStackView")->frame().minX(), 25);
-        EXPECT_EQ(find("topViewStackView")->frame().minY(),
-                  find("warningBadgeImageView")->frame().maxY() - 75);
+        EXPECT_DOUBLE_EQ(find("topViewStackView")->frame().minY(),
+                         find("warningBadgeImageView")->frame().maxY() - 75);
         EXPECT_EQ(find("updateDetailsButton")->bounds().width(), 430 - 50);
 
         resize("phone-430x932", true);
         auto const landscapeTop = UIScreen::main().safeAreaInsets().top;
         EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{46, landscapeTop + 40}));
         EXPECT_EQ(find("topViewStackView")->bounds().width(), 368);
-        EXPECT_EQ(find("topViewStackView")->frame().minY(),
-                  find("warningBadgeImageView")->frame().maxY() - 65);
+        EXPECT_DOUBLE_EQ(find("topViewStackView")->frame().minY(),
+                         find("warningBadgeImageView")->frame().maxY() - 65);
         EXPECT_LE(find("updateDetailsButton")->frame().maxY(), 430 - 24) << "stays on the screen";
         resize("phone-430x932");
     }
