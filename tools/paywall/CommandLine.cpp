@@ -3,8 +3,11 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Languages.h"
 #include "tools/paywall/Screens.h"
+#include "tools/paywall/gallery/Showcase.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
 #include <fmt/format.h>
 
 namespace trelundo::paywall {
@@ -17,6 +20,9 @@ struct RawOptions {
     std::string products;
     std::vector<std::string> discounts;
     std::vector<std::string> settings;
+    std::string appearance = "light";
+    std::optional<std::string> galleryScreens, galleryDevices, galleryLanguages, galleryTags,
+        galleryAppearances;
 };
 
 std::vector<std::string> splitList(std::string const& text) {
@@ -50,6 +56,7 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--select", options.select, "Index of the product that starts selected (0)");
     command.add_option("--device", raw.device, "As `paywall devices` lists (phone-390x844)");
     command.add_flag("--landscape", options.landscape, "Turns the device");
+    command.add_option("--appearance", raw.appearance, "light or dark (light)");
     command.add_option("--source", options.source, "Analytics context: where the paywall was opened from");
     command.add_option("--premium-id", options.premiumId, "Analytics context: the paywall configuration");
     command.add_option("--ab-test", options.abTest, "Analytics context: the test tag");
@@ -67,16 +74,76 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
 
+void addGalleryOptions(CLI::App& command, Options& options, RawOptions& raw) {
+    command.add_option("--out", options.out, "The folder of the pictures and of index.html")->required();
+    command.add_option("--screens", raw.galleryScreens, "Class names with commas between (all)");
+    command.add_option("--devices", raw.galleryDevices,
+                       "Devices with commas between (four phones, two tablets)");
+    command.add_option("--languages", raw.galleryLanguages, "Languages with commas between (all)");
+    command.add_option("--tags", raw.galleryTags,
+                       "A/B tags with commas between, an empty one for none; each screen is drawn with those "
+                       "that it knows (none, and those of the first paywall)");
+    command.add_option("--appearances", raw.galleryAppearances, "light, dark or both with a comma (light)");
+    command.add_flag("--landscape", options.landscape, "Turns the devices");
+    command.add_option("--catalogue", options.catalogue,
+                       "StoreKit configuration (built-in demonstration catalogue)");
+    command.add_option("--products", raw.products, "Identifiers in host order, with commas between");
+    command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
+}
+
+UIUserInterfaceStyle parseAppearance(std::string const& option, std::string const& name) {
+    if (name == "light") return UIUserInterfaceStyle::light;
+    if (name == "dark") return UIUserInterfaceStyle::dark;
+    failUsage(fmt::format("{}: unknown appearance \"{}\" (light or dark)", option, name));
+}
+
+DeviceProfile const* parseDevice(std::string const& option, std::string const& name) {
+    if (auto const* device = DeviceProfile::find(name)) return device;
+    failUsage(fmt::format("{}: unknown device \"{}\" (see `paywall devices`)", option, name));
+}
+
+std::string parseLanguage(std::string const& option, std::string const& tag) {
+    if (isKnownLanguage(tag)) return tag;
+    failUsage(fmt::format("{}: unknown language \"{}\" (see `paywall languages`)", option, tag));
+}
+
+std::string parseScreen(std::string const& name) {
+    if (findScreen(name)) return name;
+    failUsage(fmt::format("unknown screen \"{}\" (see `paywall screens`)", name));
+}
+
+/// The items of a list, each once and read by `parse`; empty when the option is absent.
+template <class Parse> auto parseList(std::optional<std::string> const& text, Parse parse) {
+    std::vector<decltype(parse(std::string{}))> items;
+    if (!text) return items;
+    for (auto const& name : splitList(*text)) {
+        auto const item = parse(name);
+        if (std::ranges::find(items, item) == items.end()) items.push_back(item);
+    }
+    return items;
+}
+
+void checkGallery(GalleryChoice& gallery, RawOptions const& raw) {
+    gallery.screens = parseList(raw.galleryScreens, parseScreen);
+    gallery.devices =
+        parseList(raw.galleryDevices, [](auto const& name) { return parseDevice("--devices", name); });
+    gallery.languages =
+        parseList(raw.galleryLanguages, [](auto const& tag) { return parseLanguage("--languages", tag); });
+    gallery.tags = parseList(raw.galleryTags, [](auto const& tag) {
+        if (!isKnownTag(tag)) failUsage(fmt::format("--tags: no screen knows the tag \"{}\"", tag));
+        return tag;
+    });
+    gallery.appearances = parseList(raw.galleryAppearances,
+                                    [](auto const& name) { return parseAppearance("--appearances", name); });
+}
+
 void check(Options& options, RawOptions const& raw) {
     if (!raw.products.empty()) options.products = splitList(raw.products);
-    options.device = DeviceProfile::find(raw.device);
-    if (!options.device)
-        failUsage(fmt::format("--device: unknown device \"{}\" (see `paywall devices`)", raw.device));
-    if (!isKnownLanguage(options.language))
-        failUsage(
-            fmt::format("--language: unknown language \"{}\" (see `paywall languages`)", options.language));
-    if (!options.screen.empty() && !findScreen(options.screen))
-        failUsage(fmt::format("unknown screen \"{}\" (see `paywall screens`)", options.screen));
+    options.device = parseDevice("--device", raw.device);
+    options.appearance = parseAppearance("--appearance", raw.appearance);
+    parseLanguage("--language", options.language);
+    if (!options.screen.empty()) parseScreen(options.screen);
+    checkGallery(options.gallery, raw);
     for (auto const& text : raw.discounts) options.discounts.insert(splitAssignment("--discount", text));
     for (auto const& text : raw.settings) options.settings.push_back(splitAssignment("--set", text));
 }
@@ -115,6 +182,9 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     addScreenOptions(*show, options, raw);
     show->add_option("--log", options.log, "Where the log goes (standard output)");
 
+    auto* gallery = app.add_subcommand("gallery", "Draws every combination and a page to look through them");
+    addGalleryOptions(*gallery, options, raw);
+
     auto* store = app.add_subcommand("store", "Looks into a sandbox store's file");
     store->add_option("ACTION", options.storeAction, "list, approve, decline or clear")
         ->required()
@@ -131,8 +201,8 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
         failUsage(error.what());
     }
     options.command = app.get_subcommands().front()->get_name();
-    if (options.command == "render" || options.command == "describe" || options.command == "run")
-        options.fakeClock = true;
+    constexpr std::array repeatable{"render", "describe", "run", "gallery"};
+    if (std::ranges::count(repeatable, options.command) > 0) options.fakeClock = true;
     check(options, raw);
     bool const decides = options.storeAction == "approve" || options.storeAction == "decline";
     if (decides && options.transaction.empty())

@@ -1,15 +1,14 @@
 #include "tools/paywall/Commands.h"
 
-#include "platform/window/OffscreenShell.h"
 #include "platform/window/WindowShell.h"
 #include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Languages.h"
 #include "tools/paywall/Names.h"
 #include "tools/paywall/Player.h"
+#include "tools/paywall/Scene.h"
 #include "tools/paywall/Screens.h"
 #include "tools/paywall/Script.h"
-#include "tools/paywall/Stage.h"
 #include "tools/paywall/StoreAccess.h"
 
 #include <cstdio>
@@ -33,10 +32,6 @@ std::string readFile(std::string const& path) {
     return text.str();
 }
 
-OffscreenShell::Configuration offscreen(Options const& options) {
-    return {.device = options.device, .landscape = options.landscape};
-}
-
 /// One transaction of a store file: identifier, product, state, and whether it is finished.
 std::string storedLine(SandboxStore::StoredTransaction const& stored) {
     auto const& transaction = stored.transaction;
@@ -44,17 +39,6 @@ std::string storedLine(SandboxStore::StoredTransaction const& stored) {
                        stored.isHeld ? "interrupted" : nameOf(transaction.state),
                        stored.isFinished ? "  finished" : "");
 }
-
-/// A staged screen without a display, at the moment of its presentation.
-struct Scene {
-    Scene(Options const& options, EventLog& log)
-        : shell(offscreen(options))
-        , stage(options, log) {
-        stage.show(shell.window());
-    }
-    OffscreenShell shell;
-    Stage stage;
-};
 
 /// Where a desktop pointer finds the points that `describe` tells of.
 Json placementFields(WindowPlacement const& placement) {
@@ -75,6 +59,7 @@ int runCommand(Options const& options, int& argc, char** argv) {
     if (options.command == "render") return renderScreen(options);
     if (options.command == "describe") return describeScreen(options);
     if (options.command == "run") return runScript(options);
+    if (options.command == "gallery") return makeGallery(options);
     if (options.command == "show") return showScreen(options, argc, argv);
     return manageStore(options);
 }

@@ -16,6 +16,7 @@ int renderScreen(Options const& options);
 int describeScreen(Options const& options);
 int runScript(Options const& options);
 int showScreen(Options const& options, int& argc, char** argv);
+int makeGallery(Options const& options);
 int manageStore(Options const& options);
 
 } // namespace trelundo::paywall

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <set>
 
 namespace trelundo {
 std::span<EmbeddedFile const> demoResources();
@@ -59,7 +60,9 @@ void addHostPictures(std::vector<std::string> const& folders) {
         return true;
     }();
     static_cast<void>(isPrepared);
+    static std::set<std::string> added;
     for (auto const& folder : folders) {
+        if (!added.insert(folder).second) continue;
         if (!std::filesystem::is_directory(folder)) failInput("--pictures: " + folder + " is not a folder");
         Bundle::main().addFolder(folder);
     }

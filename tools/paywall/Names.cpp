@@ -31,4 +31,8 @@ std::string_view nameOf(SKProductDiscountPaymentMode mode) {
     return find(mode, std::array<std::string_view, 3>{"payAsYouGo", "payUpFront", "freeTrial"});
 }
 
+std::string_view nameOf(UIUserInterfaceStyle style) {
+    return find(style, std::array<std::string_view, 3>{"unspecified", "light", "dark"});
+}
+
 } // namespace trelundo::paywall

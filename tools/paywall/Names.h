@@ -2,6 +2,7 @@
 
 #include "platform/storekit/SKPaymentTransaction.h"
 #include "platform/storekit/SKProduct.h"
+#include "platform/uikit/views/UITraitCollection.h"
 #include "store/PremiumManager.h"
 
 #include <string_view>
@@ -13,5 +14,6 @@ std::string_view nameOf(PremiumManagerState state);
 std::string_view nameOf(SKPaymentTransactionState state);
 std::string_view nameOf(SKProductPeriodUnit unit);
 std::string_view nameOf(SKProductDiscountPaymentMode mode);
+std::string_view nameOf(UIUserInterfaceStyle style);
 
 } // namespace trelundo::paywall

@@ -10,6 +10,15 @@
 
 namespace trelundo::paywall {
 
+/// What a gallery shows. An empty list stands for the default.
+struct GalleryChoice {
+    std::vector<std::string> screens;              // every screen
+    std::vector<DeviceProfile const*> devices;     // four phones and two tablets
+    std::vector<std::string> languages;            // every language of the texts
+    std::vector<std::string> tags;                 // without a tag, and those of the first paywall
+    std::vector<UIUserInterfaceStyle> appearances; // light
+};
+
 /// What the command line asks for, checked as far as it can be without opening a file.
 struct Options {
     std::string command;
@@ -21,6 +30,7 @@ struct Options {
     int select = 0;
     DeviceProfile const* device = nullptr; // set by parsing
     bool landscape = false;
+    UIUserInterfaceStyle appearance = UIUserInterfaceStyle::light;
     std::string language = "en";
     std::string source;
     std::string premiumId;
@@ -45,7 +55,7 @@ struct Options {
     std::string storeAction; // list, approve, decline, clear
     std::string transaction; // of approve and decline
 
-    std::vector<std::string> gallery;
+    GalleryChoice gallery;
 };
 
 } // namespace trelundo::paywall

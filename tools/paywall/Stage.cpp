@@ -21,10 +21,13 @@
 namespace trelundo::paywall {
 
 Stage::Stage(Options const& options, EventLog& log)
+    : Stage(options, log, openSandbox(options)) {}
+
+Stage::Stage(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store)
     : options_(options)
     , log_(log)
     , host_(make<Host>(options, log))
-    , store_(openSandbox(options))
+    , store_(std::move(store))
     , screenType_(findScreen(options.screen)) {
     useLanguage(options.language);
     addHostPictures(options.pictureFolders);
@@ -94,6 +97,8 @@ void Stage::show(UIWindow& window) {
     for (auto const& [name, value] : options_.settings) setProperty(*screenType_, screen, name, value);
     screenType_->setProducts(screen, PremiumManager::sharedInstance().products(), options_.select);
 
+    UIScreen::main().setUserInterfaceStyle(options_.appearance);
+    window.screenDidChange();
     makeHostScreen();
     window.setRootViewController(hostScreen_);
     window.makeKeyAndVisible();

@@ -20,6 +20,8 @@ class Stage : public SKPaymentQueueMonitor {
 public:
     /// A catalogue or store file that cannot be used throws a Failure.
     Stage(Options const& options, EventLog& log);
+    /// With a store that is open already; `options` and `log` must live as long as the stage.
+    Stage(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store);
     ~Stage() override;
     Stage(Stage const&) = delete;
     Stage& operator=(Stage const&) = delete;

@@ -42,8 +42,15 @@ StoreConfiguration loadCatalogue(std::optional<std::string> const& path) {
 }
 
 std::unique_ptr<SandboxStore> openSandbox(Options const& options) {
+    std::optional<StoreConfiguration> configuration;
+    if (options.command != "store") configuration = loadCatalogue(options.catalogue);
+    return openSandbox(options, std::move(configuration));
+}
+
+std::unique_ptr<SandboxStore> openSandbox(Options const& options,
+                                          std::optional<StoreConfiguration> configuration) {
     SandboxStore::Options sandbox{.file = storeFile(options)};
-    if (options.command != "store") sandbox.configuration = loadCatalogue(options.catalogue);
+    sandbox.configuration = std::move(configuration);
     if (options.fakeClock) sandbox.seed = options.seed;
     auto opened = SandboxStore::open(std::move(sandbox));
     if (!opened.store) failInput(opened.error);

@@ -16,6 +16,10 @@ StoreConfiguration loadCatalogue(std::optional<std::string> const& path);
 /// The sandbox store that the options ask for. An unusable store file throws a Failure.
 std::unique_ptr<SandboxStore> openSandbox(Options const& options);
 
+/// The same with a catalogue that is loaded already; none for a look into a store file.
+std::unique_ptr<SandboxStore> openSandbox(Options const& options,
+                                          std::optional<StoreConfiguration> configuration);
+
 /// A payment discount for `offer`, signed as the sandbox accepts it.
 Ref<SKPaymentDiscount> signedDiscount(std::string const& offer);
 

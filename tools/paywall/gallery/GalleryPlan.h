@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "tools/paywall/Options.h"
+
+namespace trelundo::paywall {
+
+/// One picture of a gallery: the scene that it shows, and its file.
+struct GalleryPicture {
+    Options scene;
+    /// Relative to the folders of pictures and previews: "OfferViewController/phone-320x568.ar.light.png".
+    std::string file;
+
+    std::string picturePath() const { return "pictures/" + file; }
+    std::string previewPath() const { return "previews/" + file; }
+};
+
+/// Every combination that the options ask for: by screen, tag, appearance, device and language.
+std::vector<GalleryPicture> planGallery(Options const& options, StoreConfiguration const& catalogue);
+
+/// The command line that draws the same picture, with FILE.png for the file.
+std::string renderCommand(Options const& scene);
+
+} // namespace trelundo::paywall
