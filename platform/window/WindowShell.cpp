@@ -19,6 +19,9 @@ namespace {
 constexpr double screenShare = 0.95;  // of the desktop that a window may take, its frame included
 constexpr int titleBarAllowance = 40; // desktop pixels
 
+/// Kept from the question until the application has a connection of its own.
+std::unique_ptr<DisplayProbe> displayProbe;
+
 /// At most 1: how much smaller than its points the device is shown so that it fits the desktop.
 double fittingZoom(CGSize points, QSize desktop) {
     auto const width = desktop.width() * screenShare;
@@ -37,10 +40,14 @@ struct WindowShell::State {
     std::unique_ptr<DeviceWindow> desktopWindow;
 };
 
-bool WindowShell::isAvailable() { return displayAnswers(); }
+bool WindowShell::isAvailable() {
+    displayProbe = std::make_unique<DisplayProbe>();
+    return displayProbe->answers();
+}
 
 WindowShell::WindowShell(int& argc, char** argv, Configuration configuration)
     : state_(std::make_unique<State>(argc, argv)) {
+    displayProbe.reset();
     startGraphics();
     UIScreen::main().configure(*configuration.device, configuration.landscape);
     auto const bounds = UIScreen::main().bounds();

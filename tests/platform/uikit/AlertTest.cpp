@@ -219,6 +219,27 @@ TEST_F(AlertTest, ReturnAndEscapeChoose) {
     EXPECT_THAT(chosen, ElementsAre("Buy", "Cancel", "OK"));
 }
 
+TEST_F(AlertTest, ReturnPressesNothingBehindTheAlert) {
+    class Target : public NSObject {
+    public:
+        void pressed() { ++presses; }
+        int presses = 0;
+    };
+    auto const target = make<Target>();
+    auto const covered = make<UIControl>(CGRect{0, 0, 40, 40});
+    covered->addTarget(target.get(), &Target::pressed, UIControlEvents::touchUpInside);
+    host->view()->addSubview(covered);
+    shell.window().keyPressed(UIWindow::Key::tab);
+    shell.window().keyPressed(UIWindow::Key::returnKey);
+    EXPECT_EQ(target->presses, 1);
+    shown(alert("T", "M", {{"OK", plain}}));
+    shell.window().keyPressed(UIWindow::Key::space);
+    shell.window().keyPressed(UIWindow::Key::returnKey);
+    shell.advance(1);
+    EXPECT_EQ(target->presses, 1);
+    EXPECT_THAT(chosen, ElementsAre("OK"));
+}
+
 TEST_F(AlertTest, ADisabledActionCannotBeChosen) {
     auto const box = alert("T", "M", {{"OK", plain}});
     shown(box);

@@ -29,7 +29,7 @@ TEST(ResizedProfile, TakesSizeClassesFromTheNewSize) {
     EXPECT_EQ(wide.nativePixels, (CGSize{800, 1800}));
 }
 
-TEST(DisplayAnswers, ADisplayThatNobodyServesIsNone) {
+TEST(DisplayProbe, ADisplayThatNobodyServesIsNone) {
     auto const remember = [](char const* name) {
         return std::string(std::getenv(name) ? std::getenv(name) : "");
     };
@@ -37,13 +37,13 @@ TEST(DisplayAnswers, ADisplayThatNobodyServesIsNone) {
     std::string const before[] = {remember("DISPLAY"), remember("WAYLAND_DISPLAY"),
                                   remember("QT_QPA_PLATFORM")};
     for (auto const& name : names) ::unsetenv(name.c_str());
-    EXPECT_FALSE(displayAnswers());
+    EXPECT_FALSE(DisplayProbe{}.answers());
     ::setenv("DISPLAY", ":4711", 1);
-    EXPECT_FALSE(displayAnswers());
+    EXPECT_FALSE(DisplayProbe{}.answers());
     ::setenv("DISPLAY", "nonsense", 1);
-    EXPECT_FALSE(displayAnswers());
+    EXPECT_FALSE(DisplayProbe{}.answers());
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    EXPECT_TRUE(displayAnswers());
+    EXPECT_TRUE(DisplayProbe{}.answers());
     for (int i = 0; i < 3; ++i) {
         if (before[i].empty())
             ::unsetenv(names[i].c_str());
