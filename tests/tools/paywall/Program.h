@@ -43,17 +43,22 @@ inline std::string quoted(std::string const& text) {
     return result + "'";
 }
 
-/// Runs the tool with `arguments` and waits for its end.
-inline Result runPaywall(std::vector<std::string> const& arguments) {
-    std::string command = quoted(PAYWALL_PROGRAM);
-    for (auto const& argument : arguments) command += " " + quoted(argument);
+/// Runs a shell command and waits for its end.
+inline Result runShell(std::string const& command) {
     Result result{-1, {}};
-    auto* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
+    auto* pipe = popen(command.c_str(), "r");
     char buffer[4096];
     while (auto const count = std::fread(buffer, 1, sizeof buffer, pipe)) result.output.append(buffer, count);
     int const status = pclose(pipe);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return result;
+}
+
+/// Runs the tool with `arguments`.
+inline Result runPaywall(std::vector<std::string> const& arguments) {
+    std::string command = quoted(PAYWALL_PROGRAM);
+    for (auto const& argument : arguments) command += " " + quoted(argument);
+    return runShell(command + " 2>&1 </dev/null");
 }
 
 inline std::string readText(std::filesystem::path const& path) {

@@ -26,13 +26,14 @@ GalleryChoice completed(GalleryChoice choice) {
     return choice;
 }
 
-/// Letters, digits and hyphens stay; everything else is spelled in hexadecimal, so that names stay distinct
-/// and inside their folder.
+/// Letters, digits, hyphens and underscores stay; everything else is spelled in hexadecimal, so that names
+/// stay distinct and inside their folder.
 std::string fileWord(std::string const& text) {
     std::string word;
     for (char const c : text) {
         bool const isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-        word += isPlain || c == '-' ? std::string{c} : fmt::format("_{:02x}", static_cast<unsigned char>(c));
+        word += isPlain || c == '-' || c == '_' ? std::string{c}
+                                                : fmt::format("~{:02x}", static_cast<unsigned char>(c));
     }
     return word;
 }

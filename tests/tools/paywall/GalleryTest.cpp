@@ -1,0 +1,216 @@
+#include "tests/tools/paywall/Program.h"
+#include "tools/paywall/gallery/GalleryDrawing.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace trelundo::paywall::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+using Arguments = std::vector<std::string>;
+
+Arguments operator+(Arguments all, Arguments const& more) {
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+}
+
+class GalleryTest : public testing::Test {
+protected:
+    Result draw(Arguments const& options) {
+        return runPaywall(Arguments{"gallery", "--out", path.string()} + options);
+    }
+    /// Draws and looks at the last line but one.
+    void expectOutcome(Arguments const& options, std::string const& outcome) {
+        auto const result = draw(options);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.output, HasSubstr(outcome));
+    }
+    void expectFailure(Arguments const& options, int status, std::string const& part) {
+        auto const result = draw(options);
+        EXPECT_EQ(result.status, status);
+        EXPECT_THAT(result.output, HasSubstr(part));
+        EXPECT_EQ(std::ranges::count(result.output, '\n'), 1) << result.output;
+    }
+    /// The picture is what `render` draws with the same options.
+    void expectRendered(std::string const& file, Arguments const& arguments) {
+        auto const reference = folder / "reference.png";
+        auto const result = runPaywall(Arguments{"render"} + arguments + Arguments{"--out", reference});
+        ASSERT_EQ(result.status, 0) << result.output;
+        EXPECT_TRUE(readText(path / "pictures" / file) == readText(reference)) << file;
+        EXPECT_GT(readText(path / "previews" / file).size(), 1000U) << file;
+    }
+    std::vector<std::string> drawnFiles() const {
+        std::vector<std::string> files;
+        for (auto const& entry : fs::recursive_directory_iterator{path / "pictures"})
+            if (entry.is_regular_file()) files.push_back(fs::relative(entry, path / "pictures"));
+        std::ranges::sort(files);
+        return files;
+    }
+
+    TemporaryFolder folder;
+    fs::path path = folder / "gallery";
+    Arguments const small{"--screens",   "OfferV4ViewController,BillingViewController",
+                          "--devices",   "phone-320x568",
+                          "--languages", "en,ar"};
+};
+
+TEST_F(GalleryTest, DrawsEveryCombinationAsRenderDoes) {
+    expectOutcome({"--screens", "PremiumViewController,PremiumV6ViewController,OfferV4ViewController",
+                   "--devices", "phone-320x568", "--languages", "en,ar", "--appearances", "light,dark"},
+                  "20 pictures: 20 drawn, 0 kept, 0 removed");
+    expectRendered(
+        "PremiumViewController/phone-320x568.ar.light.ziokrefa.png",
+        {"PremiumViewController", "--device", "phone-320x568", "--language", "ar", "--ab-test", "ziokrefa"});
+    expectRendered(
+        "PremiumV6ViewController/phone-320x568.en.dark.png",
+        {"PremiumV6ViewController", "--device", "phone-320x568", "--select", "2", "--appearance", "dark"});
+    expectRendered("OfferV4ViewController/phone-320x568.ar.light.png",
+                   {"OfferV4ViewController", "--device", "phone-320x568", "--language", "ar", "--discount",
+                    "app.premium.yearly=yearly_half_price"});
+}
+
+TEST_F(GalleryTest, LandscapeTurnsTheDevices) {
+    draw({"--screens", "BillingViewController", "--devices", "phone-320x568", "--languages", "he",
+          "--landscape"});
+    expectRendered("BillingViewController/phone-320x568-landscape.he.light.png",
+                   {"BillingViewController", "--device", "phone-320x568", "--language", "he", "--landscape"});
+}
+
+TEST_F(GalleryTest, EveryKnownTagChangesItsScreens) {
+    Arguments const screens{"--screens",
+                            "PremiumViewController,PremiumV2ViewController,BillingViewController"};
+    auto const result =
+        draw(screens + Arguments{"--devices", "phone-320x568", "--languages", "en", "--tags",
+                                 ",ziokrefa,quivera602,V2_A1,V2_A2,V2_A3,V2_A4,V2_B1,V2_B2,V2_B3"});
+    EXPECT_THAT(result.output, HasSubstr("12 pictures: 12 drawn")) << "3 of the first, 8, and 1 without tags";
+    auto const picture = [&](std::string const& tag) {
+        return readText(path / "pictures/PremiumV2ViewController" /
+                        ("phone-320x568.en.light" + tag + ".png"));
+    };
+    EXPECT_TRUE(picture(".V2_A1") == picture("")) << "the first counts when there is none";
+    for (std::string const tag : {".V2_A2", ".V2_A3", ".V2_A4", ".V2_B1", ".V2_B2", ".V2_B3"}) {
+        EXPECT_GT(picture(tag).size(), 1000U) << tag;
+        EXPECT_FALSE(picture(tag) == picture("")) << tag;
+    }
+}
+
+TEST_F(GalleryTest, DrawsAgainOnlyWhatChanged) {
+    expectOutcome(small, "4 pictures: 4 drawn, 0 kept, 0 removed");
+    auto const all = drawnFiles();
+    expectOutcome(small, "4 pictures: 0 drawn, 4 kept, 0 removed");
+
+    fs::remove(path / "previews" / all[0]);
+    writeText(path / "pictures" / all[1], "cut off");
+    expectOutcome(small, "4 pictures: 2 drawn, 2 kept, 0 removed");
+    EXPECT_GT(fs::file_size(path / "pictures" / all[1]), 1000U);
+
+    fs::create_directory(folder / "host");
+    fs::copy_file(sourceFolder() / "tools/paywall/demo/cover.svg", folder / "host/q_premium_light.svg");
+    auto const withHost = small + Arguments{"--pictures", folder / "host"};
+    expectOutcome(withHost, "4 drawn, 0 kept");
+    expectOutcome(withHost, "0 drawn, 4 kept");
+    fs::copy_file(sourceFolder() / "tools/paywall/demo/logo.svg", folder / "host/q_premium_light.svg",
+                  fs::copy_options::overwrite_existing);
+    expectOutcome(withHost, "4 drawn, 0 kept");
+}
+
+TEST_F(GalleryTest, RemovesOnlyWhatItWrote) {
+    draw(small);
+    writeText(path / "notes.txt", "mine");
+    writeText(path / "pictures/BillingViewController/mine.png", "mine");
+    expectOutcome({"--screens", "OfferV4ViewController", "--devices", "phone-320x568", "--languages", "ar"},
+                  "1 pictures: 0 drawn, 1 kept, 3 removed");
+    EXPECT_EQ(drawnFiles(), (std::vector<std::string>{"BillingViewController/mine.png",
+                                                      "OfferV4ViewController/phone-320x568.ar.light.png"}));
+    EXPECT_FALSE(fs::exists(path / "previews/BillingViewController")) << "nothing is left in it";
+    EXPECT_EQ(readText(path / "notes.txt"), "mine");
+}
+
+TEST_F(GalleryTest, LeavesForeignFilesInPeace) {
+    fs::create_directories(path / "pictures/BillingViewController");
+    auto const page = writeText(path / "index.html", "mine");
+    expectFailure(small, 1, page.string());
+    EXPECT_EQ(readText(page), "mine");
+    fs::remove(page);
+    auto const picture =
+        writeText(path / "pictures/BillingViewController/phone-320x568.ar.light.png", "mine");
+    expectFailure(small, 1, picture.string());
+    EXPECT_EQ(readText(picture), "mine");
+}
+
+TEST_F(GalleryTest, BelievesNoManifestThatPointsElsewhere) {
+    fs::create_directory(path);
+    auto const victim = writeText(folder / "victim.png", "mine");
+    auto const manifest = path / "gallery.json";
+    for (auto const* name : {"../../victim.png", "/victim.png", "a/../../../victim.png", "victim.txt"}) {
+        writeText(manifest, std::string{R"({"format":1,"pictures":{")"} + name +
+                                R"(":{"key":"","pictureBytes":0,"previewBytes":0,"flags":[]}}})");
+        expectFailure(small, 1, "gallery.json");
+    }
+    writeText(manifest, "{");
+    expectFailure(small, 1, "gallery.json");
+    EXPECT_EQ(readText(victim), "mine");
+}
+
+TEST_F(GalleryTest, RefusesUnknownNamesAndBadFolders) {
+    expectFailure({"--screens", "NoSuchScreen"}, 2, "NoSuchScreen");
+    expectFailure({"--screens", ""}, 2, "unknown screen");
+    expectFailure({"--devices", "phone-390x844,toaster"}, 2, "toaster");
+    expectFailure({"--languages", "en,qq"}, 2, "qq");
+    expectFailure({"--tags", "V9"}, 2, "V9");
+    expectFailure({"--appearances", "dusk"}, 2, "dusk");
+    EXPECT_FALSE(fs::exists(path)) << "bad usage writes nothing";
+    EXPECT_EQ(runPaywall({"gallery"}).status, 2);
+    expectFailure({"--catalogue", folder / "missing.storekit"}, 1, "missing.storekit");
+    expectFailure({"--pictures", folder / "missing"}, 1, "missing");
+    writeText(path, "a file");
+    expectFailure(small, 1, path.string());
+}
+
+TEST_F(GalleryTest, TellsAWarningOfAllWorkersOnce) {
+    fs::create_directory(folder / "host");
+    writeText(folder / "host/warning_envelope.png", "not a picture");
+    writeText(folder / "host/q_premium_light.png", "not a picture");
+    auto const output = draw(small + Arguments{"--pictures", folder / "host"}).output;
+    auto const first = output.find("q_premium_light.png");
+    ASSERT_NE(first, std::string::npos) << output;
+    EXPECT_EQ(output.find("q_premium_light.png", output.find('\n', first)), std::string::npos) << output;
+}
+
+Json label(std::string const& name, double scale, bool truncated) {
+    Json json{{"class", "UILabel"},    {"name", name}, {"frame", {0, 0, 10, 10}},
+              {"hidden", false},       {"alpha", 1},   {"text", "text of " + name},
+              {"truncated", truncated}};
+    if (scale < 1) json["shrunkTo"] = scale;
+    json["subviews"] = Json::array();
+    return json;
+}
+
+Json holder(std::string const& name, std::vector<Json> const& subviews) {
+    return {{"class", "UIView"}, {"name", name}, {"frame", {0, 0, 100, 100}},
+            {"hidden", false},   {"alpha", 1},   {"subviews", subviews}};
+}
+
+TEST(FlaggedTexts, AreTheVisibleOnesThatDidNotFit) {
+    auto away = label("away", 0.5, true);
+    away["frame"] = {100, 0, 10, 10};
+    auto hidden = holder("hidden", {label("within", 0.5, true)});
+    hidden["hidden"] = true;
+    auto const flags =
+        flaggedTexts(holder("view", {label("fits", 1, false), label("shrunk", 0.75, false), away, hidden,
+                                     holder("button", {holder("", {label("", 1, true)})})}));
+    ASSERT_EQ(flags.size(), 2U) << flags.dump(1);
+    EXPECT_EQ(flags[0].at("view"), "shrunk");
+    EXPECT_EQ(flags[0].at("shrunkTo"), 0.75);
+    EXPECT_EQ(flags[0].at("truncated"), false);
+    EXPECT_EQ(flags[1].at("view"), "button UILabel");
+    EXPECT_EQ(flags[1].at("truncated"), true);
+    EXPECT_FALSE(flags[1].contains("shrunkTo"));
+}
+
+} // namespace
+} // namespace trelundo::paywall::test
