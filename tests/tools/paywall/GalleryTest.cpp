@@ -198,18 +198,23 @@ Json holder(std::string const& name, std::vector<Json> const& subviews) {
 TEST(FlaggedTexts, AreTheVisibleOnesThatDidNotFit) {
     auto away = label("away", 0.5, true);
     away["frame"] = {100, 0, 10, 10};
+    auto scroller = holder("scroller", {away, label("scrolling", 0.5, false)});
+    scroller["contentSize"] = {300, 100};
+    auto above = label("above", 1, false);
+    above["frame"] = {0, -6, 10, 10};
     auto hidden = holder("hidden", {label("within", 0.5, true)});
     hidden["hidden"] = true;
     auto const flags =
-        flaggedTexts(holder("view", {label("fits", 1, false), label("shrunk", 0.75, false), away, hidden,
-                                     holder("button", {holder("", {label("", 1, true)})})}));
-    ASSERT_EQ(flags.size(), 2U) << flags.dump(1);
-    EXPECT_EQ(flags[0].at("view"), "shrunk");
-    EXPECT_EQ(flags[0].at("shrunkTo"), 0.75);
-    EXPECT_EQ(flags[0].at("truncated"), false);
-    EXPECT_EQ(flags[1].at("view"), "button UILabel");
-    EXPECT_EQ(flags[1].at("truncated"), true);
-    EXPECT_FALSE(flags[1].contains("shrunkTo"));
+        flaggedTexts(holder("view", {label("fits", 1, false), label("shrunk", 0.75, false), above, hidden,
+                                     scroller, holder("button", {label("", 1, true)})}));
+    for (auto const& flag : flags) EXPECT_EQ(flag.at("frame").size(), 4U);
+    auto facts = flags;
+    for (auto& flag : facts) flag.erase("frame");
+    EXPECT_EQ(facts, Json::parse(R"([
+        {"view": "shrunk", "text": "text of shrunk", "shrunkTo": 0.75},
+        {"view": "above", "text": "text of above", "offScreen": true},
+        {"view": "scrolling", "text": "text of scrolling", "shrunkTo": 0.5},
+        {"view": "button UILabel", "text": "text of ", "truncated": true}])"));
 }
 
 } // namespace

@@ -91,7 +91,7 @@ int makeGallery(Options const& options) {
                      progress.finished(job.name);
                  }});
     folder.writePage(galleryPage(plan, folder));
-    progress.end(fmt::format("{} pictures: {} drawn, {} kept, {} removed, {} with shrunk or cut texts\n{}",
+    progress.end(fmt::format("{} pictures: {} drawn, {} kept, {} removed, {} with texts that do not fit\n{}",
                              plan.size(), changes.pending.size(), plan.size() - changes.pending.size(),
                              changes.removed, countFlagged(plan, folder), folder.pagePath().string()));
     return statusOk;

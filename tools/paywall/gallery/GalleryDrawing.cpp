@@ -73,28 +73,53 @@ CGRect frameOf(Json const& view) {
     return {frame[0], frame[1], frame[2], frame[3]};
 }
 
-/// Collects the texts inside `visible` of a view and of those below it.
-void addFlagged(Json& flags, Json const& view, std::string const& around, CGRect visible) {
+constexpr double edgeTolerance = 0.5; // points
+
+bool reachesOut(CGRect frame, CGRect screen) {
+    return frame.minX() < screen.minX() - edgeTolerance || frame.maxX() > screen.maxX() + edgeTolerance ||
+           frame.minY() < screen.minY() - edgeTolerance || frame.maxY() > screen.maxY() + edgeTolerance;
+}
+
+/// Where a view stands in the described tree.
+struct Place {
+    CGRect screen;
+    std::string around; // the nearest named view
+    bool scrolls = false;
+};
+
+/// What is wrong with a label's text, by key; empty when it is fine. What scrolls may reach out.
+Json faultsOf(Json const& label, Place const& place) {
+    auto const frame = frameOf(label);
+    Json faults = Json::object();
+    if (place.scrolls && !frame.intersects(place.screen)) return faults;
+    if (label.contains("shrunkTo")) faults["shrunkTo"] = label.at("shrunkTo");
+    if (label.at("truncated") == true) faults["truncated"] = true;
+    if (!place.scrolls && label.at("text") != "" && reachesOut(frame, place.screen))
+        faults["offScreen"] = true;
+    return faults;
+}
+
+void addFlagged(Json& flags, Json const& view, Place place) {
     if (view.at("hidden") == true || view.at("alpha") == 0) return;
     std::string const name = view.at("name");
-    bool const isFlagged = view.value("truncated", false) || view.contains("shrunkTo");
-    if (isFlagged && frameOf(view).intersects(visible)) {
-        Json flag{{"view", name.empty() ? around + " " + view.at("class").get<std::string>() : name},
-                  {"text", view.at("text")},
-                  {"frame", view.at("frame")},
-                  {"truncated", view.at("truncated")}};
-        if (view.contains("shrunkTo")) flag["shrunkTo"] = view.at("shrunkTo");
-        flags.push_back(std::move(flag));
+    bool const isLabel = view.contains("truncated");
+    if (auto const faults = isLabel ? faultsOf(view, place) : Json::object(); !faults.empty()) {
+        flags.push_back(
+            {{"view", name.empty() ? place.around + " " + view.at("class").get<std::string>() : name},
+             {"text", view.at("text")},
+             {"frame", view.at("frame")}});
+        flags.back().update(faults);
     }
-    for (auto const& subview : view.at("subviews"))
-        addFlagged(flags, subview, name.empty() ? around : name, visible);
+    if (!name.empty()) place.around = name;
+    if (view.contains("contentSize")) place.scrolls = true;
+    for (auto const& subview : view.at("subviews")) addFlagged(flags, subview, place);
 }
 
 } // namespace
 
 Json flaggedTexts(Json const& description) {
     Json flags = Json::array();
-    addFlagged(flags, description, "", frameOf(description));
+    addFlagged(flags, description, {.screen = frameOf(description), .around = ""});
     return flags;
 }
 

@@ -18,7 +18,7 @@ public:
         std::string key; // empty: begun and not finished
         std::uintmax_t pictureBytes = 0;
         std::uintmax_t previewBytes = 0;
-        Json flags = Json::array(); // texts that were shrunk or cut
+        Json flags = Json::array(); // texts that did not fit
     };
     using Keys = std::map<std::string, std::string>; // by file
 

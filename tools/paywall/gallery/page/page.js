@@ -14,7 +14,7 @@ const maximumFlags = 2; // on a card
 const smallest = 240; // a fitted picture's height
 const gap = 20;
 const byId = (id) => document.getElementById(id);
-const isCut = (flag) => flag.truncated;
+const isCut = (flag) => Boolean(flag.truncated || flag.offScreen);
 const shortScreen = (name) => name.replace(/ViewController$/, '');
 
 for (const facet of facets) {
@@ -107,7 +107,7 @@ function describe(picture) {
         + `${picture.appearance}, ${count === 1 ? '1 flagged text' : `${count} flagged texts`}`;
 }
 
-const verdict = (flag) => [flag.truncated ? 'cut' : '', flag.shrunkTo ? `${Math.round(flag.shrunkTo * 100)} %` : '']
+const verdict = (flag) => [flag.truncated ? 'cut' : '', flag.offScreen ? 'off screen' : '', flag.shrunkTo ? `${Math.round(flag.shrunkTo * 100)} %` : '']
     .filter(Boolean).join(', ');
 
 // Building
@@ -245,12 +245,12 @@ function showGrid() {
         grid.dataset.key = key;
         grid.replaceChildren(...shown.map(card));
         if (!shown.length) grid.append(element('p', { className: 'none',
-            textContent: state.flagged ? 'No text was shrunk or cut here.' : 'Nothing is picked.' }));
+            textContent: state.flagged ? 'Every text fits here.' : 'Nothing is picked.' }));
         applySize();
     }
     const flagged = shown.filter((picture) => picture.flags.length).length;
     byId('status').textContent = `${shown.length} of ${pictures.length} pictures`
-        + (flagged ? `, ${flagged} with shrunk or cut texts` : '');
+        + (flagged ? `, ${flagged} with texts that do not fit` : '');
 }
 
 /// Left and right follow the reading order, up and down the picture that stands nearest.
@@ -302,7 +302,7 @@ function showFlags(picture) {
     });
     byId('frames').replaceChildren(...frames);
     byId('flags').replaceChildren(...(items.length ? items
-        : [element('li', { className: 'none', textContent: 'Every text stands in full size.' })]));
+        : [element('li', { className: 'none', textContent: 'Every text fits.' })]));
 }
 
 function showFacts(picture) {
