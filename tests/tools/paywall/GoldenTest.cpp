@@ -14,6 +14,8 @@ struct Golden {
     bool hasPicture = false;
 };
 
+void PrintTo(Golden const& golden, std::ostream* out) { *out << golden.name; }
+
 std::vector<Golden> const goldens{
     {"first-phone", "PremiumViewController", {}},
     {"first-small-phone-de",
