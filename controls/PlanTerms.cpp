@@ -28,12 +28,12 @@ Ref<SKProduct> firstWithPeriod(Products const& products,
     return found == products.end() ? nullptr : *found;
 }
 
-int savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count) {
+std::int64_t savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count) {
     Decimal const saving = Decimal{1} - yearlyPrice / (price * Decimal{count});
-    return trappingInteger(std::round(saving.doubleValue() * 10)) * 10;
+    return trappingProduct(trappingInteger(std::round(saving.doubleValue() * 10)), 10);
 }
 
-std::optional<int> yearlySaving(SKProduct const& yearly, Products const& products) {
+std::optional<std::int64_t> yearlySaving(SKProduct const& yearly, Products const& products) {
     if (auto const monthly = firstWithPeriod(products, {{1, SKProductPeriodUnit::month}}))
         return savingPercentage(yearly.price(), monthly->price(), 12);
     if (auto const weekly = firstWithPeriod(products, {{7, SKProductPeriodUnit::day}}))

@@ -4,6 +4,7 @@
 #include "platform/storekit/SKProduct.h"
 #include "store/PremiumManagerDelegate.h"
 
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
 
@@ -23,10 +24,10 @@ Ref<SKProduct> firstWithPeriod(Products const& products,
 
 /// How much cheaper `yearlyPrice` is than `count` times `price`, in percent, rounded to tens with halves away
 /// from zero. Not bounded: a dearer year gives a negative figure. A zero `price` ends the program.
-int savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count);
+std::int64_t savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count);
 
 /// The saving of a yearly product against the first product of one month, else of 7 days; absent when there
 /// is neither.
-std::optional<int> yearlySaving(SKProduct const& yearly, Products const& products);
+std::optional<std::int64_t> yearlySaving(SKProduct const& yearly, Products const& products);
 
 } // namespace trelundo

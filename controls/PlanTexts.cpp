@@ -70,7 +70,7 @@ std::string PlanTexts::saving() const {
     auto const other = monthly ? monthly : firstWithPeriod(products_, {oneWeek, sevenDays});
     // Nothing is saved against a free plan, and a dearer year is nothing to praise.
     if (!other || other->price() == Decimal{0}) return {};
-    int const percentage = savingPercentage(product_.price(), other->price(), monthly ? 12 : 52);
+    auto const percentage = savingPercentage(product_.price(), other->price(), monthly ? 12 : 52);
     if (percentage <= 0) return {};
     return replacingOccurrences(Common::text("Save %%% per year"), "%%", std::to_string(percentage));
 }

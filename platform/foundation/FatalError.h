@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <source_location>
 #include <string_view>
 
@@ -12,9 +13,13 @@ namespace trelundo {
 
 /// The double as an integer, truncated toward zero; ends the program when it is NaN, infinite or out of
 /// range.
-int trappingInteger(double value, std::source_location where = std::source_location::current());
+std::int64_t trappingInteger(double value, std::source_location where = std::source_location::current());
 
 /// `left + right`; ends the program on overflow.
 int trappingSum(int left, int right, std::source_location where = std::source_location::current());
+
+/// `left * right`; ends the program on overflow.
+std::int64_t trappingProduct(std::int64_t left, std::int64_t right,
+                             std::source_location where = std::source_location::current());
 
 } // namespace trelundo

@@ -31,7 +31,7 @@ std::optional<UIFont> headlineFont(double size) {
 /// The saving, rounded down to a multiple of five.
 std::int64_t percentage(SKProduct const& product, SKProductDiscount const& discount) {
     double const share = discount.price().doubleValue() / product.price().doubleValue();
-    return std::int64_t{trappingInteger((1 - share) * 20)} * 5;
+    return trappingProduct(trappingInteger((1 - share) * 20), 5);
 }
 
 std::optional<std::string> firstPreferredLanguage() {

@@ -21,7 +21,7 @@ void PremiumV4ViewController::purchaseProduct() {
 }
 
 void PremiumV4ViewController::offerUpgrade(Upgrade const& upgrade) {
-    int const saving =
+    auto const saving =
         savingPercentage(upgrade.yearly->price(), upgrade.product->price(), upgrade.periodsPerYear);
     // The fourth sign is not part of the placeholder: it stays as the percent sign.
     auto const title = replacingFirstOccurrence(Common::text("Upgrade to yearly and save %%%% now!"), "%%%",

@@ -162,6 +162,8 @@ TEST_F(SecondGenerationTest, UpgradesAreOfferedInTensOfPercent) {
     EXPECT_EQ(upgradeTitle("6.72", "1"), "Upgrade to yearly and save 40% now!") << "0.44";
     EXPECT_EQ(upgradeTitle("5.40", "1"), "Upgrade to yearly and save 60% now!") << "0.55";
     EXPECT_EQ(upgradeTitle("17.40", "1"), "Upgrade to yearly and save -50% now!") << "dearer";
+    EXPECT_EQ(upgradeTitle("50000000", "0.01"), "Upgrade to yearly and save -41666666570% now!")
+        << "dearer by far";
     EXPECT_EQ(upgradeTitle("28.60", "1", week), "Upgrade to yearly and save 50% now!");
     EXPECT_EQ(upgradeTitle("28.60", "1", sevenDays), "Upgrade to yearly and save 50% now!");
 }

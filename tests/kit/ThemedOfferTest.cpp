@@ -31,10 +31,14 @@ TEST_F(ThemedOfferTest, ThePercentageIsRoundedDownToFives) {
     struct Row {
         char const *offer, *price, *shown;
     };
-    constexpr Row rows[] = {
-        {"29.99", "59.99", "50%"},        {"45.00", "59.99", "20%"}, {"0", "59.99", "100%"},
-        {"59.99", "59.99", "0%"},         {"61", "59.99", "0%"},     {"22", "10", "-120%"},
-        {"1000000", "0.1", "-999999900%"}};
+    constexpr Row rows[] = {{"29.99", "59.99", "50%"},
+                            {"45.00", "59.99", "20%"},
+                            {"0", "59.99", "100%"},
+                            {"59.99", "59.99", "0%"},
+                            {"61", "59.99", "0%"},
+                            {"22", "10", "-120%"},
+                            {"1000000", "0.1", "-999999900%"},
+                            {"10000000", "0.01", "-99999999900%"}};
     for (auto const& row : rows) {
         screen->setProduct(yearAt(row.offer, row.price));
         EXPECT_EQ(textOf("offerLine1Label"), row.shown) << row.offer << " of " << row.price;

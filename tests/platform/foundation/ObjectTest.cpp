@@ -163,12 +163,15 @@ TEST(Lazy, BuildsOnceAndNames) {
 TEST(FatalErrorDeathTest, EndsTheProgramWithItsText) {
     EXPECT_DEATH(fatalError("init(coder:) has not been implemented"), "Fatal error: init.coder:.*ObjectTest");
     EXPECT_EQ(trappingInteger(-4.9975), -4);
-    EXPECT_EQ(trappingInteger(2147483647.9), 2147483647);
+    EXPECT_EQ(trappingInteger(2147483648.9), 2147483648);
+    EXPECT_EQ(trappingInteger(-0x1p63), std::numeric_limits<std::int64_t>::min());
     EXPECT_DEATH(trappingInteger(std::nan("")), "NaN");
     EXPECT_DEATH(trappingInteger(-std::numeric_limits<double>::infinity()), "infinite");
-    EXPECT_DEATH(trappingInteger(2147483648.0), "out of range");
+    EXPECT_DEATH(trappingInteger(0x1p63), "out of range");
     EXPECT_EQ(trappingSum(2147483646, 1), 2147483647);
     EXPECT_DEATH(trappingSum(2147483647, 1), "overflow");
+    EXPECT_EQ(trappingProduct(-50, 10), -500);
+    EXPECT_DEATH(trappingProduct(std::int64_t{1} << 62, 2), "overflow");
 }
 
 TEST(NSError, DescribesItself) {
