@@ -56,15 +56,15 @@ public:
     void restorePurchases(UIControl& sender);
     void userAgreement(UIControl& sender);
     void privacyPolicy(UIControl& sender);
+    /// The close action of every screen that tells of its going: will-dismiss, animated dismissal,
+    /// did-dismiss.
+    void close();
 
     void viewDidLoad() override;
     UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::lightContent; }
     bool prefersHomeIndicatorAutoHidden() const override { return true; }
 
 protected:
-    /// The close action of every screen that tells of its going: will-dismiss, animated dismissal,
-    /// did-dismiss.
-    void close();
     /// A payment for `product` in the name of the host's account, with `discount` unless it is null.
     static Ref<SKPayment> makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount = nullptr);
     /// Lays the progress overlay over everything added so far, edge to edge.

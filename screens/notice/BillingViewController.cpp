@@ -106,7 +106,7 @@ BillingViewController::Constraints BillingViewController::makeRegularConstraints
     };
 }
 
-void BillingViewController::closeNotice() { dismiss(true); }
+void BillingViewController::close() { dismiss(true); }
 
 void BillingViewController::updateDetails() {
     dismiss(true);
@@ -120,7 +120,7 @@ Ref<UIButton> const& BillingViewController::closeButton() {
         button->setContentEdgeInsets({10, 10, 10, 10});
         button->UIView::setTintColor(headlineColor_); // legible on the notice's own ground
         button->setAccessibilityLabel(Common::text("Close"));
-        button->addTarget(this, &BillingViewController::closeNotice, UIControlEvents::touchUpInside);
+        button->addTarget(this, &BillingViewController::close, UIControlEvents::touchUpInside);
         return button;
     });
 }

@@ -56,16 +56,19 @@ public:
     void traitCollectionDidChange(UITraitCollection const* previous) override;
     UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::lightContent; }
 
-private:
-    using Constraints = std::vector<Ref<NSLayoutConstraint>>;
-
     /// Activates the set of the present size class and deactivates the other; an unspecified class changes
     /// nothing.
     void setConstraints();
+    /// Dismisses the notice; the delegate is not told.
+    void close();
+    /// Dismisses the notice and tells the delegate at once, not after the dismissal.
+    void updateDetails();
+
+private:
+    using Constraints = std::vector<Ref<NSLayoutConstraint>>;
+
     Constraints makeCompactConstraints();
     Constraints makeRegularConstraints();
-    void closeNotice();
-    void updateDetails();
 
     Ref<UIButton> const& closeButton();
     Ref<UIImageView> const& warningBadgeImageView();

@@ -18,10 +18,12 @@ public:
     Ref<SKProduct> product() const { return product_; }
     void setProduct(Ref<SKProduct> product);
 
+    /// Buys the product with the payment discount; without a product does nothing.
+    void purchaseProduct();
+
 protected:
     /// Fills the texts for `product` under the terms of `discount`.
     virtual void showOffer(SKProduct const& product, SKProductDiscount const& discount) = 0;
-    void purchaseProduct();
 
     /// The row of terms, privacy and restore links at the foot of the screen, in a stack of its own that is
     /// pinned to the safe area.
