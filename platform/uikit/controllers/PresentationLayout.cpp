@@ -25,10 +25,10 @@ bool isSheet(UIModalPresentationStyle style) {
     return style == UIModalPresentationStyle::pageSheet || style == UIModalPresentationStyle::formSheet;
 }
 
-/// Automatic means the whole screen here: a sheet is only made for who asks for one.
 UIModalPresentationStyle resolvedStyle(UIModalPresentationStyle style) {
     switch (style) {
     case UIModalPresentationStyle::automatic:
+        return UIModalPresentationStyle::pageSheet;
     case UIModalPresentationStyle::none:
     case UIModalPresentationStyle::currentContext:
         return UIModalPresentationStyle::fullScreen;

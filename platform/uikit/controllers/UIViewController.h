@@ -71,6 +71,7 @@ public:
     void dismiss(bool animated, std::function<void()> completion = nullptr);
     Ref<UIViewController> presentedViewController() const { return presented_; }
     UIViewController* presentingViewController() const { return presenting_; }
+    /// Automatic, the default, is a page sheet.
     UIModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
     UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }

@@ -20,7 +20,9 @@ void note(std::string const& text) { journal.push_back(text); }
 class WitnessController : public UIViewController {
 public:
     explicit WitnessController(std::string name)
-        : name_(std::move(name)) {}
+        : name_(std::move(name)) {
+        setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    }
     ~WitnessController() override { note(name_ + " destroyed"); }
 
     void viewDidLoad() override { note(name_ + " loaded"); }
@@ -116,7 +118,7 @@ TEST_F(PresentationTest, WithoutAnimationTheEndComesOnALaterTurn) {
 }
 
 TEST_F(PresentationTest, ASheetLeavesItsPresenterInSightAndDimsItsTint) {
-    auto const sheet = showOver(host, "sheet", UIModalPresentationStyle::pageSheet);
+    auto const sheet = showOver(host, "sheet", UIModalPresentationStyle::automatic);
     EXPECT_EQ(host->view()->window(), &shell.window());
     EXPECT_EQ(host->view()->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
     auto const area = sheet->view()->convertRectTo(sheet->view()->bounds(), nullptr);
