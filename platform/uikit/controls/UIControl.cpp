@@ -140,7 +140,10 @@ void UIControl::endTracking(UIControlEvents events) {
     trackedTouch_ = nullptr;
     setHighlighted(false);
     // An override of setHighlighted may have disabled the control, which then sends nothing.
-    if (enabled_) sendActions(events);
+    if (!enabled_) return;
+    // Each event is sent by itself: who listens to two of them is called twice.
+    for (auto rest = static_cast<unsigned>(events); rest != 0; rest &= rest - 1)
+        sendActions(static_cast<UIControlEvents>(rest & -rest));
 }
 
 } // namespace trelundo

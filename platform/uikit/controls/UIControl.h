@@ -100,7 +100,7 @@ protected:
     UIControl(CGRect frame, Ref<CALayer> layer);
     /// A state or content setting was assigned. Overrides call the superclass.
     virtual void stateDidChange();
-    /// What a release inside the control sends.
+    /// What a release inside the control sends, one event after the other from the lowest bit up.
     virtual UIControlEvents releaseInsideEvents() const { return UIControlEvents::touchUpInside; }
 
 private:

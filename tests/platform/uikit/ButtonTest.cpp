@@ -350,10 +350,13 @@ TEST_F(ButtonTest, aReleaseInsideAlsoTriggersThePrimaryAction) {
     show(button, {0, 0, 200, 60});
     shell.tap({100, 30});
     EXPECT_EQ(target->count, 1);
+    button->addTarget(target.get(), &Target::act, UIControlEvents::touchUpInside);
+    shell.tap({100, 30});
+    EXPECT_EQ(target->count, 3) << "once for each of the two events";
     shell.window().touchBegan(1, {100, 30});
     shell.window().touchMoved(1, {100, 300});
     shell.window().touchEnded(1, {100, 300});
-    EXPECT_EQ(target->count, 1);
+    EXPECT_EQ(target->count, 3);
 }
 
 TEST_F(ButtonTest, accessibilityTellsTitleAndState) {
