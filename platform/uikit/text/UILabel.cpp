@@ -41,6 +41,11 @@ void UILabel::setAttributedText(std::optional<NSAttributedString> text) {
 
 bool UILabel::keepsAttributes() const { return isPlain_ || isTitle() || !attributedText_; }
 
+template <class T> std::optional<T> UILabel::firstAttribute(AttributeKey<T> key) const {
+    if (keepsAttributes() || attributedText_->empty()) return std::nullopt;
+    return attributedText_->runs().front().attributes.get(key);
+}
+
 template <class Change> void UILabel::changeAttributes(Change const& change) {
     if (keepsAttributes()) return;
     NSAttributedString changed;
@@ -61,12 +66,16 @@ template <class Change> void UILabel::changeParagraphs(Change const& change) {
     });
 }
 
+UIFont UILabel::font() const { return firstAttribute(Key::font).value_or(font_); }
+
 void UILabel::setFont(UIFont font) {
     if (font == font_ && keepsAttributes()) return;
     font_ = font;
     changeAttributes([&font](TextAttributes& attributes) { attributes.set(Key::font, font); });
     contentDidChange();
 }
+
+UIColor UILabel::textColor() const { return firstAttribute(Key::foregroundColor).value_or(textColor_); }
 
 void UILabel::setTextColor(UIColor color) {
     if (color == textColor_ && keepsAttributes()) return;

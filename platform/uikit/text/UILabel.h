@@ -24,9 +24,10 @@ public:
     void setText(std::optional<std::string> text);
     std::optional<NSAttributedString> const& attributedText() const { return attributedText_; }
     void setAttributedText(std::optional<NSAttributedString> text);
-    UIFont font() const { return font_; }
+    // Of an attributed text font() and textColor() are its first character's.
+    UIFont font() const;
     void setFont(UIFont font);
-    UIColor textColor() const { return textColor_; }
+    UIColor textColor() const;
     void setTextColor(UIColor color);
     NSTextAlignment textAlignment() const { return textAlignment_; }
     void setTextAlignment(NSTextAlignment alignment);
@@ -87,6 +88,8 @@ private:
     bool isTitle() const;
     /// Whether a setting of the label leaves the attributes of its text alone.
     bool keepsAttributes() const;
+    /// An attribute of the first character of the label's own attributed text.
+    template <class T> std::optional<T> firstAttribute(AttributeKey<T> key) const;
     /// Changes the attributes of all runs of an attributed text.
     template <class Change> void changeAttributes(Change const& change);
     template <class Change> void changeParagraphs(Change const& change);

@@ -109,6 +109,10 @@ TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacks) {
     EXPECT_EQ(runs[1].font, (FontSpec{20, 700, false}));
     EXPECT_EQ(runs[1].paragraph.alignment, NSTextAlignment::center);
     EXPECT_EQ(text->text(), "ownlabel's");
+    EXPECT_EQ(text->font(), UIFont::system(10)) << "of the first character";
+    EXPECT_EQ(text->textColor(), UIColor::red());
+    text->setText("plain");
+    EXPECT_EQ(text->font(), UIFont::boldSystem(20));
 }
 
 TEST_F(LabelTest, laterSettingsApplyToTheWholeAttributedText) {
