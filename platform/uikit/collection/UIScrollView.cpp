@@ -53,8 +53,7 @@ void UIScrollView::setBounds(CGRect bounds) {
 
 void UIScrollView::offsetDidChange() {
     setNeedsLayout();
-    state_->indicators.update(
-        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
+    updateIndicators();
     if (auto delegate = scrollDelegate()) delegate->scrollViewDidScroll(*this);
 }
 
@@ -128,9 +127,20 @@ void UIScrollView::safeAreaInsetsDidChange() {
     setNeedsLayout();
 }
 
-void UIScrollView::setShowsHorizontalScrollIndicator(bool shows) { showsHorizontal_ = shows; }
+void UIScrollView::setShowsHorizontalScrollIndicator(bool shows) {
+    showsHorizontal_ = shows;
+    updateIndicators();
+}
 
-void UIScrollView::setShowsVerticalScrollIndicator(bool shows) { showsVertical_ = shows; }
+void UIScrollView::setShowsVerticalScrollIndicator(bool shows) {
+    showsVertical_ = shows;
+    updateIndicators();
+}
+
+void UIScrollView::updateIndicators() {
+    state_->indicators.update(
+        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
+}
 
 void UIScrollView::showIndicators() {
     state_->indicators.show(

@@ -106,6 +106,7 @@ private:
     OffsetRanges offsetRanges() const;
     void applyOffset(CGPoint offset);
     void showIndicators();
+    void updateIndicators();
     void fadeIndicators();
 
     // Dragging (UIScrollViewDragging.cpp).

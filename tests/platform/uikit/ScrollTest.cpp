@@ -361,6 +361,9 @@ TEST_F(ScrollTest, BarsAppearWithTheUsersMovementAndFade) {
     stage.press({300, 300});
     stage.move(-50);
     EXPECT_EQ(bars(), 1);
+    scroll->setShowsHorizontalScrollIndicator(false);
+    EXPECT_EQ(bars(), 0) << "at once";
+    scroll->setShowsHorizontalScrollIndicator(true);
     stage.restAndRelease();
     EXPECT_EQ(bars(), 1);
     stage.frames(60);
