@@ -1,5 +1,6 @@
 #include "platform/storekit/sandbox/OfferSignature.h"
 
+#include <algorithm>
 #include <memory>
 #include <openssl/bio.h>
 #include <openssl/err.h>
@@ -45,9 +46,13 @@ std::string offerSignaturePayload(OfferKey const& key, SKPayment::Fields const& 
     static constexpr char const* separator = "\u2063";
     auto const& discount = *payment.paymentDiscount;
     std::string payload = key.bundleIdentifier;
-    for (auto const& part : {discount.keyIdentifier(), payment.productIdentifier, discount.identifier(),
-                             payment.applicationUsername.value_or(std::string{}), discount.nonce(),
-                             std::to_string(discount.timestamp())})
+    auto nonce = discount.nonce(); // signed in lower case, however it is written
+    std::ranges::transform(nonce, nonce.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    for (auto const& part :
+         {discount.keyIdentifier(), payment.productIdentifier, discount.identifier(),
+          payment.applicationUsername.value_or(std::string{}), nonce, std::to_string(discount.timestamp())})
         payload.append(separator).append(part);
     return payload;
 }

@@ -212,6 +212,9 @@ TEST_F(SandboxStoreTest, ChecksSignaturesWhenItHasAKey) {
         return failureOf(payment);
     };
     EXPECT_EQ(pay(discount), -1);
+    auto capital = discount;
+    capital.nonce = "N";
+    EXPECT_EQ(pay(capital), -1) << "a nonce is signed in lower case";
     auto later = discount;
     later.timestamp = 43;
     EXPECT_EQ(pay(later), 12);
