@@ -83,7 +83,7 @@ constexpr CGFloat pixelTolerance = 1e-6;
 CGFloat roundToPixel(CGFloat value, CGFloat scale) { return std::floor(value * scale + 0.5) / scale; }
 
 CGFloat ceilToPixel(CGFloat value, CGFloat scale) {
-    return std::ceil(value * scale - pixelTolerance) / scale;
+    return std::ceil(value * scale - pixelTolerance) / scale + 0.0; // never a negative zero
 }
 
 } // namespace trelundo

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <numbers>
 
 namespace trelundo {
@@ -59,6 +60,7 @@ TEST(Geometry, RoundsToDevicePixels) {
     EXPECT_DOUBLE_EQ(ceilToPixel(20.287, 3), 61.0 / 3);
     // Rounding errors of sums do not cost a pixel.
     EXPECT_DOUBLE_EQ(ceilToPixel(0.1 + 0.2 + 0.7, 1), 1);
+    EXPECT_FALSE(std::signbit(ceilToPixel(0, 2)));
 }
 
 TEST(Color, WritesClampedHexadecimal) {
