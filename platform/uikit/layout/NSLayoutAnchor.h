@@ -4,6 +4,10 @@
 
 namespace trelundo {
 
+LayoutRule makeRule(Ref<NSObject> const& item, NSLayoutAttribute attribute, NSLayoutRelation relation,
+                    Ref<NSObject> const& other, NSLayoutAttribute otherAttribute, double multiplier,
+                    double constant);
+
 /// One attribute of a view or guide, with an offset or factor. Typed by axis, so that what makes no sense
 /// does not compile: only anchors of the same kind combine.
 template <class Kind> class NSLayoutAnchor {
@@ -15,57 +19,38 @@ public:
     Ref<NSObject> item;
     NSLayoutAttribute attribute;
     double multiplier = 1;
-    double constant = 0;
+    double constant = 0; // points
+
+    friend Kind operator+(Kind anchor, double points) {
+        anchor.constant += points;
+        return anchor;
+    }
+    friend Kind operator-(Kind anchor, double points) { return std::move(anchor) + -points; }
+    friend LayoutRule operator==(Kind const& a, Kind const& b) {
+        return relate(a, NSLayoutRelation::equal, b);
+    }
+    friend LayoutRule operator>=(Kind const& a, Kind const& b) {
+        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
+    }
+    friend LayoutRule operator<=(Kind const& a, Kind const& b) {
+        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
+    }
+
+private:
+    static LayoutRule relate(Kind const& a, NSLayoutRelation relation, Kind const& b) {
+        return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier / a.multiplier,
+                        (b.constant - a.constant) / a.multiplier);
+    }
 };
-
-LayoutRule makeRule(Ref<NSObject> const& item, NSLayoutAttribute attribute, NSLayoutRelation relation,
-                    Ref<NSObject> const& other, NSLayoutAttribute otherAttribute, double multiplier,
-                    double constant);
-
-// The trailing template keeps each axis a type of its own while the operators are written once.
-template <class Kind>
-Kind operator+(Kind anchor, double points) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
-    anchor.constant += points;
-    return anchor;
-}
-template <class Kind>
-Kind operator-(Kind anchor, double points) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
-    anchor.constant -= points;
-    return anchor;
-}
-template <class Kind>
-LayoutRule relate(Kind const& a, NSLayoutRelation relation,
-                  Kind const& b) requires std::derived_from<Kind, NSLayoutAnchor<Kind>> {
-    return makeRule(a.item, a.attribute, relation, b.item, b.attribute, b.multiplier / a.multiplier,
-                    (b.constant - a.constant) / a.multiplier);
-}
 
 class NSLayoutXAxisAnchor : public NSLayoutAnchor<NSLayoutXAxisAnchor> {
 public:
     using NSLayoutAnchor::NSLayoutAnchor;
-    friend LayoutRule operator==(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::equal, b);
-    }
-    friend LayoutRule operator>=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
-    }
-    friend LayoutRule operator<=(NSLayoutXAxisAnchor const& a, NSLayoutXAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
-    }
 };
 
 class NSLayoutYAxisAnchor : public NSLayoutAnchor<NSLayoutYAxisAnchor> {
 public:
     using NSLayoutAnchor::NSLayoutAnchor;
-    friend LayoutRule operator==(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::equal, b);
-    }
-    friend LayoutRule operator>=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
-    }
-    friend LayoutRule operator<=(NSLayoutYAxisAnchor const& a, NSLayoutYAxisAnchor const& b) {
-        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
-    }
 };
 
 class NSLayoutDimension : public NSLayoutAnchor<NSLayoutDimension> {
@@ -75,15 +60,6 @@ public:
         dimension.multiplier *= factor;
         dimension.constant *= factor;
         return dimension;
-    }
-    friend LayoutRule operator==(NSLayoutDimension const& a, NSLayoutDimension const& b) {
-        return relate(a, NSLayoutRelation::equal, b);
-    }
-    friend LayoutRule operator>=(NSLayoutDimension const& a, NSLayoutDimension const& b) {
-        return relate(a, NSLayoutRelation::greaterThanOrEqual, b);
-    }
-    friend LayoutRule operator<=(NSLayoutDimension const& a, NSLayoutDimension const& b) {
-        return relate(a, NSLayoutRelation::lessThanOrEqual, b);
     }
     friend LayoutRule operator==(NSLayoutDimension const& a, double points) {
         return a.compare(NSLayoutRelation::equal, points);
