@@ -21,9 +21,9 @@ std::string offerPeriodText(SKProductDiscount const& offer) {
          .capitalizeFirstLetter = true});
 }
 
-std::string offerPriceText(SKProductDiscount const& offer) {
-    if (runsForOneYear(offer)) return filledWithPrice("$$$/mo", PremiumManager::price(offer, 12));
-    auto const price = PremiumManager::price(offer);
+std::string offerPriceText(SKProductDiscount const& offer, SKProduct const& product) {
+    if (runsForOneYear(offer)) return filledWithPrice("$$$/mo", PremiumManager::price(offer, product, 12));
+    auto const price = PremiumManager::price(offer, product);
     if (offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront) return price;
     return priceForUnit(offer.subscriptionPeriod().unit, price);
 }
@@ -57,14 +57,14 @@ void PremiumButton::productDidChange() {
     auto const discount = offer();
     bool const isTrial = isFreeTrial(discount);
     bool const showsMonthlyShare = *period == oneYear && !isTrial;
-    if (showsMonthlyShare) addTotalBlock();
-    if (discount && !isTrial) {
-        showIntroductoryPrice(*discount);
-        return;
-    }
     auto const firstLine = plan(
         {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = isTrial});
-    showPlan(firstLine, showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product_));
+    auto const secondLine = showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product_);
+    if (showsMonthlyShare) addTotalBlock();
+    if (discount && !isTrial)
+        showIntroductoryPrice(*discount);
+    else
+        showPlan(firstLine, secondLine);
 }
 
 void PremiumButton::showOneTimePurchase() {
@@ -81,11 +81,12 @@ void PremiumButton::showPlan(std::string const& firstLine, std::string const& se
 }
 
 void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
-    auto const leadIn = runsForOneYear(offer)
-                            ? filledWithPrice("Just $$$ for a year", PremiumManager::price(offer)) + ", "
-                            : std::string{};
+    auto const leadIn =
+        runsForOneYear(offer)
+            ? filledWithPrice("Just $$$ for a year", PremiumManager::price(offer, *product_)) + ", "
+            : std::string{};
     auto line1 = replacingOccurrences(Common::text("%%% for Just $$$"), "%%%", offerPeriodText(offer));
-    line1 = replacingOccurrences(line1, "$$$", offerPriceText(offer));
+    line1 = replacingOccurrences(line1, "$$$", offerPriceText(offer, *product_));
     auto line2 = replacingOccurrences(Common::text("@@@$$$ after"), "@@@", leadIn);
     line2 = replacingOccurrences(line2, "$$$", regularPriceText(*product_));
     setAttributedTitle(NSAttributedString{line1 + ".\n" + line2, attributes(textFont_)},

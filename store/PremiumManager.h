@@ -71,9 +71,10 @@ public:
 
     /// `price / div` as a currency text of at most two fraction digits.
     static std::string price(Price const& price);
-    /// The share of a product's or a discount's price in its own locale, rounded down.
+    /// The share of a product's price, or of one of its discounts', rounded down. Both are shown in the
+    /// product's locale, whatever the discount's own.
     static std::string price(SKProduct const& product, int div = 1);
-    static std::string price(SKProductDiscount const& discount, int div = 1);
+    static std::string price(SKProductDiscount const& discount, SKProduct const& product, int div = 1);
     /// Such as "1 week" or "3 Months"; empty for an unknown unit.
     static std::string period(Period const& period);
 

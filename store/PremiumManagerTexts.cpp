@@ -20,8 +20,8 @@ std::string PremiumManager::price(SKProduct const& product, int div) {
     return price({.price = product.price(), .priceLocale = product.priceLocale(), .div = div});
 }
 
-std::string PremiumManager::price(SKProductDiscount const& discount, int div) {
-    return price({.price = discount.price(), .priceLocale = discount.priceLocale(), .div = div});
+std::string PremiumManager::price(SKProductDiscount const& discount, SKProduct const& product, int div) {
+    return price({.price = discount.price(), .priceLocale = product.priceLocale(), .div = div});
 }
 
 std::string PremiumManager::period(Period const& period) {

@@ -19,10 +19,6 @@ void DiscountOfferViewController::purchaseProduct() {
     if (product_) purchasePayment(makePayment(*product_, paymentDiscount_));
 }
 
-std::string DiscountOfferViewController::price(Decimal const& amount, SKProduct const& product, int div) {
-    return PremiumManager::price({.price = amount, .priceLocale = product.priceLocale(), .div = div});
-}
-
 void DiscountOfferViewController::addTerms() {
     view()->addSubview(termsStackView());
     auto const safeArea = view()->safeAreaLayoutGuide();

@@ -37,9 +37,6 @@ protected:
     Ref<UIStackView> const& linksStackView();
     Ref<UIStackView> const& termsStackView();
 
-    /// A discount's or product's price in the product's own currency.
-    static std::string price(Decimal const& amount, SKProduct const& product, int div = 1);
-
 private:
     Ref<SKPaymentDiscount> paymentDiscount_;
     Ref<SKProduct> product_;

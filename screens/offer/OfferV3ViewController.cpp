@@ -46,11 +46,11 @@ void OfferV3ViewController::showOffer(SKProduct const& product, SKProductDiscoun
     NSAttributedString sentence{
         PremiumManager::period({.unit = period.unit, .numberOfPeriods = period.numberOfUnits}), large};
     sentence.append("\n" + Common::text("for just") + "\n", styled(20, 28));
-    sentence.append(price(discount.price(), product), large);
+    sentence.append(PremiumManager::price(discount, product), large);
     offerLabel_->setAttributedText(sentence);
 
     infoLabel_->setAttributedText(
-        NSAttributedString{filledWithPrice("$$$/year after", price(product.price(), product)),
+        NSAttributedString{filledWithPrice("$$$/year after", PremiumManager::price(product)),
                            attributes(UIFont::system(15, UIFont::Weight::regular), 0.4)});
 }
 

@@ -22,7 +22,8 @@ std::string periodOf(SKProductPeriodUnit unit, int count) {
     return PremiumManager::period({.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = true});
 }
 
-template <class Price> OfferParts partsOf(SKProductDiscount const& discount, Price const& price) {
+OfferParts partsOf(SKProductDiscount const& discount, SKProduct const& product) {
+    auto const price = [&](int div) { return PremiumManager::price(discount, product, div); };
     auto const& period = discount.subscriptionPeriod();
     if (runsForOneYear(discount))
         return {periodOf(period.unit, period.numberOfUnits), filledWithPrice("$$$/mo", price(12)),
@@ -45,7 +46,7 @@ template <class Price> OfferParts partsOf(SKProductDiscount const& discount, Pri
 } // namespace
 
 void OfferViewController::showOffer(SKProduct const& product, SKProductDiscount const& discount) {
-    auto const parts = partsOf(discount, [&](int div) { return price(discount.price(), product, div); });
+    auto const parts = partsOf(discount, product);
     bool const isTrial = discount.paymentMode() == Mode::freeTrial;
     auto const line = replacingOccurrences(Common::text(isTrial ? "Get %%% FREE!" : "%%% for Just $$$"),
                                            "%%%", parts.period);
@@ -53,7 +54,7 @@ void OfferViewController::showOffer(SKProduct const& product, SKProductDiscount 
 
     auto const& period = product.subscriptionPeriod();
     auto const regular = period && period->numberOfUnits == 1
-                             ? priceForUnit(period->unit, price(product.price(), product))
+                             ? priceForUnit(period->unit, PremiumManager::price(product))
                              : std::string{};
     auto const info = replacingOccurrences(Common::text("@@@$$$ after"), "@@@", parts.leadIn);
     infoLabel_->setText(replacingOccurrences(info, "$$$", regular) + ".");

@@ -66,7 +66,7 @@ void PercentageOfferViewController::showOffer(SKProduct const& product, SKProduc
     offerLine2Label()->setAttributedText(NSAttributedString{Common::text("OFF"), headline});
 
     auto const regular = UIFont::system(15, UIFont::Weight::regular);
-    NSAttributedString offerPrice{filledWithPrice("Only $$$", price(discount.price(), product)),
+    NSAttributedString offerPrice{filledWithPrice("Only $$$", PremiumManager::price(discount, product)),
                                   attributes(UIFont::system(15, UIFont::Weight::semibold))};
     offerPrice.append(" " + Common::text("for the first year"), attributes(regular));
     infoLine1Label_->setAttributedText(offerPrice);
@@ -75,7 +75,7 @@ void PercentageOfferViewController::showOffer(SKProduct const& product, SKProduc
     struck.set(NSAttributedStringKey::strikethroughStyle, NSUnderlineStyle::single);
     struck.set(NSAttributedStringKey::strikethroughColor, textColor().withAlphaComponent(0.4));
     infoLine2Label_->setAttributedText(
-        NSAttributedString{filledWithPrice("$$$/year", price(product.price(), product)), struck});
+        NSAttributedString{filledWithPrice("$$$/year", PremiumManager::price(product)), struck});
 }
 
 Ref<UIStackView> PercentageOfferViewController::makeStack() {

@@ -103,6 +103,24 @@ TEST_F(PremiumButtonTest, ComposesIntroductoryPrices) {
     EXPECT_EQ(compositeTitle(
                   {.mode = Mode::payUpFront, .price = "9.99", .period = {6, SKProductPeriodUnit::month}}),
               "6 Months for Just $9.99.\n$59.99/year after");
+    auto const euros = make<SKProduct>(SKProduct::Fields{
+        .price = 48,
+        .priceLocale = Locale{"en_IE@currency=EUR"},
+        .subscriptionPeriod = year,
+        .introductoryPrice = makeDiscount({.mode = Mode::payUpFront, .price = "24", .period = year})});
+    EXPECT_EQ(show(euros)->attributedTitle(normal)->string(),
+              "1 Year for Just €2.00/mo.\nJust €24.00 for a year, €48.00/year after")
+        << "a discount is shown in the product's currency, whatever its own locale says";
+}
+
+TEST_F(PremiumButtonTest, AYearCannotBeComparedWithAFreePlan) {
+    Products const all{makeProduct("free", "0", month)};
+    EXPECT_DEATH(show(yearly(), all), "NaN");
+    EXPECT_DEATH(
+        show(makeProduct("y", "59.99", year, Offer{.mode = Mode::payUpFront, .price = "29.99"}), all), "NaN")
+        << "whatever its introductory price";
+    EXPECT_EQ(plainTitle(makeProduct("y", "59.99", year, Offer{}), all), "12 Months: $59.99")
+        << "beside a trial nothing is compared";
 }
 
 TEST_F(PremiumButtonTest, PrefersThePromotionalOffer) {

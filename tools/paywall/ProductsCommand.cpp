@@ -27,11 +27,11 @@ std::string periodText(SKProductSubscriptionPeriod const& period, bool capitaliz
         {.unit = period.unit, .numberOfPeriods = period.numberOfUnits, .capitalizeFirstLetter = capitalize});
 }
 
-Json toJson(SKProductDiscount const& discount) {
+Json toJson(SKProductDiscount const& discount, SKProduct const& product) {
     return {{"identifier", discount.identifier() ? Json(*discount.identifier()) : Json(nullptr)},
             {"paymentMode", nameOf(discount.paymentMode())},
             {"price", discount.price().description()},
-            {"priceText", PremiumManager::price(discount)},
+            {"priceText", PremiumManager::price(discount, product)},
             {"subscriptionPeriod", toJson(discount.subscriptionPeriod())},
             {"numberOfPeriods", discount.numberOfPeriods()},
             {"periodText", periodText(discount.subscriptionPeriod(), false)}};
@@ -40,7 +40,7 @@ Json toJson(SKProductDiscount const& discount) {
 Json toJson(SKProduct const& product) {
     auto const& period = product.subscriptionPeriod();
     Json discounts = Json::array();
-    for (auto const& discount : product.discounts()) discounts.push_back(toJson(*discount));
+    for (auto const& discount : product.discounts()) discounts.push_back(toJson(*discount, product));
     auto const introductory = product.introductoryPrice();
     return {{"productIdentifier", product.productIdentifier()},
             {"localizedTitle", product.localizedTitle()},
@@ -54,7 +54,7 @@ Json toJson(SKProduct const& product) {
             {"subscriptionPeriod", period ? toJson(*period) : Json(nullptr)},
             {"periodText", period ? Json(periodText(*period, false)) : Json(nullptr)},
             {"periodTextCapitalized", period ? Json(periodText(*period, true)) : Json(nullptr)},
-            {"introductoryPrice", introductory ? toJson(*introductory) : Json(nullptr)},
+            {"introductoryPrice", introductory ? toJson(*introductory, product) : Json(nullptr)},
             {"discounts", discounts}};
 }
 
