@@ -100,7 +100,8 @@ void PremiumV2Button::productDidChange() {
     auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
     auto const detail = std::ranges::find_if(layout.details, hasText);
     if (detail == layout.details.end()) {
-        if (layout.headline != Headline::planName) title.append("\n" + plan.name(), plain);
+        auto const name = layout.headline == Headline::planName ? std::string{} : plan.name();
+        if (!name.empty()) title.append("\n" + name, plain);
     } else if (*detail == Detail::badge) {
         auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor_)
                                .with(NSAttributedStringKey::backgroundColor, buttonColor_);

@@ -138,6 +138,8 @@ TEST_F(PremiumV2ButtonTest, TitlesOfPlansWithoutATrial) {
     EXPECT_EQ(ownTitle("V2_B3", yearly(), all), "Darno Premium\nYearly|$29.99");
     EXPECT_EQ(ownTitle("", makeProduct("w", "1.99", sevenDays)), "$1.99/week\nWeekly");
     EXPECT_EQ(ownTitle("", makeProduct("q", "9.99", {{3, SKProductPeriodUnit::month}})), "$9.99\n3 Months");
+    EXPECT_EQ(ownTitle("", makeProduct("life", "79.99", std::nullopt)), "$79.99")
+        << "no second line for what has no name";
 }
 
 TEST_F(PremiumV2ButtonTest, TitlesSayATrialUnlessTheTagSaysMore) {
