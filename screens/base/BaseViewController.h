@@ -46,7 +46,11 @@ public:
     bool introductoryPriceWasOffered() const { return introductoryPriceWasOffered_; }
     void setIntroductoryPriceWasOffered(bool offered) { introductoryPriceWasOffered_ = offered; }
 
+    /// Turns while the store works. Another one takes its place before the overlay is first used.
     Ref<UIActivityIndicatorView> const& activityIndicatorView() const { return activityIndicatorView_; }
+    void setActivityIndicatorView(Ref<UIActivityIndicatorView> view) {
+        activityIndicatorView_ = std::move(view);
+    }
     /// The progress overlay, hidden at first; a screen lays it over its content.
     Ref<UIView> const& dimmView();
 
