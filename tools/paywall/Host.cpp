@@ -30,7 +30,7 @@ void Host::premiumManagerDidLoadProducts(Products const& products) {
 bool Host::paymentQueueShouldAddStorePayment(SKPaymentQueue& /*queue*/, Ref<SKPayment> const& /*payment*/,
                                              Ref<SKProduct> const& product) {
     logCall("paymentQueueShouldAddStorePayment",
-            {product ? Json(product->productIdentifier()) : Json(nullptr)});
+            Json::array({product ? Json(product->productIdentifier()) : Json(nullptr)}));
     return acceptsPromotions_;
 }
 
@@ -39,7 +39,7 @@ void Host::userAgreement() { logCall("userAgreement"); }
 void Host::privacyPolicy() { logCall("privacyPolicy"); }
 
 void Host::contactUs(std::string const& subject, Ref<UIViewController> const& from) {
-    logCall("contactUs", {subject, from ? Json(from->className()) : Json(nullptr)});
+    logCall("contactUs", Json::array({subject, from ? Json(from->className()) : Json(nullptr)}));
 }
 
 void Host::billingViewControllerDidTapUpdateDetails() { logCall("billingViewControllerDidTapUpdateDetails"); }
