@@ -59,14 +59,15 @@ void UIScrollView::offsetDidChange() {
 
 CGPoint UIScrollView::minimumOffset() const {
     UIEdgeInsets const insets = adjustedContentInset();
-    return {-insets.left, -insets.top};
+    return {0 - insets.left, 0 - insets.top}; // a minus sign would make a negative zero
 }
 
 CGPoint UIScrollView::maximumOffset() const {
     UIEdgeInsets const insets = adjustedContentInset();
     CGSize const size = bounds().size;
-    return {std::max(-insets.left, contentSize_.width - size.width + insets.right),
-            std::max(-insets.top, contentSize_.height - size.height + insets.bottom)};
+    CGPoint const low = minimumOffset();
+    return {std::max(low.x, contentSize_.width - size.width + insets.right),
+            std::max(low.y, contentSize_.height - size.height + insets.bottom)};
 }
 
 UIScrollView::OffsetRanges UIScrollView::offsetRanges() const {

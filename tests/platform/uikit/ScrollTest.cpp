@@ -387,6 +387,10 @@ TEST(ScrollInsets, InsetsWidenTheRange) {
     EXPECT_EQ(scroll->contentOffset().x, -20);
     scroll->scrollBy({5000, 0});
     EXPECT_EQ(scroll->contentOffset().x, 630);
+    scroll->setContentInset({});
+    scroll->scrollBy({-5000, 0});
+    EXPECT_EQ(scroll->contentOffset().x, 0);
+    EXPECT_FALSE(std::signbit(scroll->contentOffset().x)) << "descriptions would show -0";
 }
 
 TEST(ScrollInsets, SafeAreaCountsAlongTheAxesThatScroll) {
