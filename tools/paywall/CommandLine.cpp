@@ -17,7 +17,7 @@ namespace {
 /// Texts as they come from the command line, before they are checked.
 struct RawOptions {
     std::string device = "phone-390x844";
-    std::string products;
+    std::optional<std::string> products;
     std::vector<std::string> discounts;
     std::vector<std::string> settings;
     std::string appearance = "light";
@@ -43,6 +43,9 @@ std::pair<std::string, std::string> splitAssignment(std::string const& option, s
     return {text.substr(0, separator), text.substr(separator + 1)};
 }
 
+/// The parser takes an empty text for zero.
+std::string notEmpty(std::string const& text) { return text.empty() ? "a number is expected" : ""; }
+
 void addCatalogueOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--catalogue", options.catalogue,
                        "StoreKit configuration (built-in demonstration catalogue)");
@@ -53,7 +56,8 @@ void addCatalogueOptions(CLI::App& command, Options& options, RawOptions& raw) {
 void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("SCREEN", options.screen, "Class name, as `paywall screens` lists")->required();
     addCatalogueOptions(command, options, raw);
-    command.add_option("--select", options.select, "Index of the product that starts selected (0)");
+    command.add_option("--select", options.select, "Index of the product that starts selected (0)")
+        ->check(notEmpty);
     command.add_option("--device", raw.device, "As `paywall devices` lists (phone-390x844)");
     command.add_flag("--landscape", options.landscape, "Turns the device");
     command.add_option("--appearance", raw.appearance, "light or dark (light)");
@@ -70,7 +74,7 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--store", options.store, "The sandbox store's file");
     command.add_flag("--cannot-make-payments", options.cannotMakePayments, "The device may not pay");
     command.add_flag("--fake-clock", options.fakeClock, "Fixed time and identifiers");
-    command.add_option("--seed", options.seed, "Seed of the identifiers (1)");
+    command.add_option("--seed", options.seed, "Seed of the identifiers (1)")->check(notEmpty);
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
 
@@ -138,14 +142,33 @@ void checkGallery(GalleryChoice& gallery, RawOptions const& raw) {
 }
 
 void check(Options& options, RawOptions const& raw) {
-    if (!raw.products.empty()) options.products = splitList(raw.products);
+    // An empty text asks for nothing, not for a product without a name.
+    if (raw.products)
+        options.products = raw.products->empty() ? std::vector<std::string>{} : splitList(*raw.products);
     options.device = parseDevice("--device", raw.device);
     options.appearance = parseAppearance("--appearance", raw.appearance);
     parseLanguage("--language", options.language);
     if (!options.screen.empty()) parseScreen(options.screen);
     checkGallery(options.gallery, raw);
-    for (auto const& text : raw.discounts) options.discounts.insert(splitAssignment("--discount", text));
+    for (auto const& text : raw.discounts) {
+        auto const [product, offer] = splitAssignment("--discount", text);
+        options.discounts[product] = offer;
+    }
     for (auto const& text : raw.settings) options.settings.push_back(splitAssignment("--set", text));
+}
+
+void checkStore(Options const& options) {
+    bool const decides = options.storeAction == "approve" || options.storeAction == "decline";
+    if (decides && options.transaction.empty())
+        failUsage("store " + options.storeAction + ": the ID is missing");
+    if (!decides && !options.transaction.empty()) failUsage("store " + options.storeAction + ": takes no ID");
+}
+
+/// Before anything else is found missing, which would hide it.
+void checkCommand(CLI::App const& app, std::string_view word) {
+    auto const isNamed = [&](CLI::App const* command) { return command->get_name() == word; };
+    if (word == "-h" || word == "--help" || std::ranges::any_of(app.get_subcommands({}), isNamed)) return;
+    failUsage(fmt::format("unknown command \"{}\" (see `paywall --help`)", word));
 }
 
 } // namespace
@@ -192,6 +215,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     store->add_option("ID", options.transaction, "The transaction to approve or decline");
     store->add_option("--store", options.store, "The sandbox store's file")->required();
 
+    if (argc > 1) checkCommand(app, argv[1]);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const& help) {
@@ -204,9 +228,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     constexpr std::array repeatable{"render", "describe", "run", "gallery"};
     if (std::ranges::count(repeatable, options.command) > 0) options.fakeClock = true;
     check(options, raw);
-    bool const decides = options.storeAction == "approve" || options.storeAction == "decline";
-    if (decides && options.transaction.empty())
-        failUsage("store " + options.storeAction + ": the ID is missing");
+    checkStore(options);
     return options;
 }
 

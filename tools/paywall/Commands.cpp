@@ -1,5 +1,6 @@
 #include "tools/paywall/Commands.h"
 
+#include "platform/foundation/Clock.h"
 #include "platform/window/WindowShell.h"
 #include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
@@ -12,6 +13,7 @@
 #include "tools/paywall/StoreAccess.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
 #include <sstream>
@@ -26,7 +28,7 @@ int printLine(std::string_view text) {
 
 std::string readFile(std::string const& path) {
     std::ifstream file{path, std::ios::binary};
-    if (!file) failInput(path + ": cannot be read");
+    if (!file || std::filesystem::is_directory(path)) failInput(path + ": cannot be read");
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
@@ -107,6 +109,7 @@ int showScreen(Options const& options, int& argc, char** argv) {
     if (!WindowShell::isAvailable())
         failInput("there is no display to open a window on; `paywall render` and `paywall run` need none");
     EventLog log{options.log};
+    log.setStart(Clock::current().now());
     WindowShell shell{
         argc, argv, {.device = options.device, .landscape = options.landscape, .title = options.screen}};
     shell.setListener(

@@ -28,6 +28,12 @@ TEST_F(ProductsCommand, NamesEachUnknownIdentifierOnce) {
     EXPECT_LT(result.output.find("\"badge\""), result.output.find("\"coins\""));
 }
 
+TEST_F(ProductsCommand, AsksForNothingWhenToldSo) {
+    auto const result = list("{}", "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "{\"state\":\"failed\",\"invalidProductIdentifiers\":[]}\n");
+}
+
 TEST_F(ProductsCommand, CallsNothingUnknownWhenTheLoadFailed) {
     auto const result =
         list(R"({"_storeKitErrors": [{"enabled": true, "name": "Load Products"}]})", "badge,coins");
