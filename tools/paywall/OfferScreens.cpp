@@ -18,6 +18,7 @@ Ref<UIImage> parsePicture(std::string const& name) { return name == "none" ? nul
 /// first; without a product any one given counts.
 template <class Screen> ScreenType offer(std::string name, Properties own) {
     own.emplace("product", property(&Screen::setProduct, parseProduct));
+    own.emplace("paymentDiscount", property(&Screen::setPaymentDiscount, parseDiscount));
     return {.name = std::move(name),
             .make = [] { return Ref<UIViewController>{make<Screen>()}; },
             .properties = withBase(std::move(own)),

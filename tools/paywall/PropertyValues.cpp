@@ -42,8 +42,8 @@ UIColor parseColor(std::string const& text) {
 }
 
 std::vector<Feature> parseFeatures(std::string const& text) {
+    if (text == "none") failUsage("a feature carousel needs at least one feature");
     std::vector<Feature> features;
-    if (text == "none") return features;
     for (auto const& entry : split(text, ';')) {
         auto const colon = entry.rfind(':');
         if (colon == std::string::npos)

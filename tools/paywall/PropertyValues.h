@@ -15,6 +15,6 @@ bool parseBool(std::string const& text);   // true or false
 int parseInteger(std::string const& text); // decimal digits with an optional sign
 double parseNumber(std::string const& text);
 UIColor parseColor(std::string const& text);                 // #rrggbb or #rrggbbaa
-std::vector<Feature> parseFeatures(std::string const& text); // Text:picture;Text:picture, or none
+std::vector<Feature> parseFeatures(std::string const& text); // Text:picture;Text:picture; at least one
 
 } // namespace trelundo::paywall

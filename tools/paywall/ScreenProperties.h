@@ -48,4 +48,13 @@ inline Ref<SKProduct> productAt(Products const& products, int select) {
 /// The loaded product with this identifier; "none": null. Any other text throws a Failure.
 Ref<SKProduct> parseProduct(std::string const& identifier);
 
+/// Loaded products with commas between; "none": no product.
+Products parseProducts(std::string const& identifiers);
+
+/// A discount for the offer of this identifier; "none": null.
+Ref<SKPaymentDiscount> parseDiscount(std::string const& offer);
+
+/// PRODUCT=OFFER with commas between; "none": no discount.
+ScreenType::PaymentDiscounts parseDiscounts(std::string const& text);
+
 } // namespace trelundo::paywall

@@ -1,5 +1,6 @@
 #include "tools/paywall/Screens.h"
 
+#include "platform/foundation/Strings.h"
 #include "screens/subscription/PremiumV3ViewController.h"
 #include "screens/subscription/PremiumV4ViewController.h"
 #include "screens/subscription/PremiumV5ViewController.h"
@@ -8,6 +9,7 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/OfferScreens.h"
 #include "tools/paywall/ScreenProperties.h"
+#include "tools/paywall/StoreAccess.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -18,6 +20,7 @@ namespace {
 
 /// A screen of several products.
 template <class Screen> ScreenType planScreen(std::string name, Properties own) {
+    own.emplace("products", property(&Screen::setProducts, parseProducts));
     return {.name = std::move(name),
             .make = [] { return Ref<UIViewController>{make<Screen>()}; },
             .properties = withBase(std::move(own)),
@@ -34,7 +37,8 @@ ScreenType firstPaywall() {
     auto type = planScreen<PremiumViewController>(
         "PremiumViewController",
         {{"selectedProductIndex", property(&PremiumViewController::setSelectedProductIndex, parseInteger)},
-         {"features", property(&PremiumViewController::setFeatures, parseFeatures)}});
+         {"features", property(&PremiumViewController::setFeatures, parseFeatures)},
+         {"paymentDiscounts", property(&PremiumViewController::setPaymentDiscounts, parseDiscounts)}});
     type.setDiscounts = [](UIViewController& screen, ScreenType::PaymentDiscounts const& discounts) {
         dynamic_cast<PremiumViewController&>(screen).setPaymentDiscounts(discounts);
     };
@@ -102,6 +106,29 @@ Ref<SKProduct> parseProduct(std::string const& identifier) {
     auto const found = std::ranges::find(loaded, identifier, &SKProduct::productIdentifier);
     if (found == loaded.end()) failUsage(fmt::format("no product \"{}\" was loaded", identifier));
     return *found;
+}
+
+Products parseProducts(std::string const& identifiers) {
+    Products products;
+    if (identifiers == "none") return products;
+    for (auto const& identifier : split(identifiers, ',')) products.push_back(parseProduct(identifier));
+    return products;
+}
+
+Ref<SKPaymentDiscount> parseDiscount(std::string const& offer) {
+    return offer == "none" ? nullptr : signedDiscount(offer);
+}
+
+ScreenType::PaymentDiscounts parseDiscounts(std::string const& text) {
+    ScreenType::PaymentDiscounts discounts;
+    if (text == "none") return discounts;
+    for (auto const& entry : split(text, ',')) {
+        auto const separator = entry.find('=');
+        if (separator == std::string::npos)
+            failUsage(fmt::format("\"{}\" is not of the form PRODUCT=OFFER", entry));
+        discounts[entry.substr(0, separator)] = signedDiscount(entry.substr(separator + 1));
+    }
+    return discounts;
 }
 
 ScreenType const* findScreen(std::string const& name) {
