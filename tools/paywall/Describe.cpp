@@ -7,6 +7,7 @@
 #include "platform/uikit/layout/UIStackView.h"
 #include "platform/uikit/text/UILabel.h"
 #include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UIVisualEffectView.h"
 #include "platform/uikit/views/UIWindow.h"
 
 #include <array>
@@ -43,6 +44,8 @@ constexpr std::array<std::string_view, 5> distributionNames{"fill", "fillEqually
 constexpr std::array<std::string_view, 6> stackAlignmentNames{"fill",   "leading",  "firstBaseline",
                                                               "center", "trailing", "lastBaseline"};
 constexpr std::array<std::string_view, 4> statusBarNames{"default", "lightContent", "", "darkContent"};
+constexpr std::array<std::string_view, 6> blurStyleNames{"extraLight", "light",   "dark",
+                                                         "",           "regular", "prominent"};
 constexpr std::array<std::string_view, 3> sizeClassNames{"unspecified", "compact", "regular"};
 
 Json toJson(TextRun const& run) {
@@ -149,6 +152,11 @@ void addButton(Json& json, UIButton& button) {
     json["tintColor"] = button.tintColor().cgColor(button.traitCollection()).hexText();
 }
 
+/// Beside what every blurred layer tells.
+void addEffect(Json& json, UIVisualEffectView const& view) {
+    if (view.effect()) json["effect"]["style"] = nameOf(view.effect()->style(), blurStyleNames);
+}
+
 void addImageView(Json& json, UIImageView const& view) {
     json["image"] = view.image() ? toJson(*view.image()) : Json(nullptr);
     json["contentMode"] = nameOf(view.contentMode(), contentModeNames);
@@ -202,6 +210,7 @@ Json describeView(UIView& view) {
     if (auto* label = dynamic_cast<UILabel*>(&view)) addLabel(json, *label);
     if (auto* control = dynamic_cast<UIControl*>(&view)) addControl(json, *control);
     if (auto* button = dynamic_cast<UIButton*>(&view)) addButton(json, *button);
+    if (auto* effectView = dynamic_cast<UIVisualEffectView*>(&view)) addEffect(json, *effectView);
     if (auto* imageView = dynamic_cast<UIImageView*>(&view)) addImageView(json, *imageView);
     if (auto* stack = dynamic_cast<UIStackView*>(&view)) addStackView(json, *stack);
     if (auto* scrollView = dynamic_cast<UIScrollView*>(&view)) addScrollView(json, *scrollView);
