@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 
@@ -13,7 +14,7 @@ namespace trelundo::paywall {
 namespace {
 
 /// Whole microseconds, so that virtual times print short and equal everywhere.
-double logTime() { return std::round(Clock::current().now() * 1e6) / 1e6; }
+double tidy(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
 Json const* findField(Json const& line, std::string const& path) {
     if (line.contains(path)) return &line.at(path);
@@ -32,8 +33,24 @@ std::string asListText(Json const& list) {
     return text;
 }
 
+std::string withoutQuotes(std::string text) {
+    std::erase(text, '"');
+    return text;
+}
+
+bool isNumber(Json const& value, std::string const& text) {
+    double number = 0;
+    auto const* const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end && value.get<double>() == number;
+}
+
+/// Lists and objects may be written without their quotation marks, which a script line takes for its own.
 bool reads(Json const& value, std::string const& text) {
-    return asText(value) == text || (value.is_array() && asListText(value) == text);
+    if (asText(value) == text) return true;
+    if (value.is_number()) return isNumber(value, text);
+    if (value.is_array() && asListText(value) == text) return true;
+    return value.is_structured() && withoutQuotes(value.dump()) == withoutQuotes(text);
 }
 
 } // namespace
@@ -52,7 +69,7 @@ EventLog::~EventLog() {
 }
 
 void EventLog::write(std::string const& kind, Json const& fields) {
-    Json line{{"t", logTime()}, {"kind", kind}};
+    Json line{{"t", tidy(Clock::current().now() - start_)}, {"kind", kind}};
     line.update(fields);
     auto const text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
     std::fwrite(text.data(), 1, text.size(), file_);

@@ -11,8 +11,8 @@ namespace trelundo::paywall {
 
 using Json = nlohmann::ordered_json;
 
-/// Everything that a host would notice, one JSON object a line with `t` (seconds of Clock::current()) and
-/// `kind`, written at the moment it happens and kept for expectations.
+/// Everything that a host would notice, one JSON object a line with `t` (seconds since the start) and `kind`,
+/// written at the moment it happens and kept for expectations.
 class EventLog {
 public:
     /// Writes to `path`, or to standard output when absent. A file that cannot be written throws a Failure.
@@ -21,6 +21,8 @@ public:
     EventLog(EventLog const&) = delete;
     EventLog& operator=(EventLog const&) = delete;
 
+    /// Counts `t` from `start` of Clock::current(); until then from 0, where virtual time starts.
+    void setStart(double start) { start_ = start; }
     /// `fields` follow `t` and `kind` in the line.
     void write(std::string const& kind, Json const& fields = Json::object());
 
@@ -35,6 +37,7 @@ public:
 private:
     std::FILE* file_;
     bool ownsFile_;
+    double start_ = 0;
     std::vector<Json> lines_;
     std::function<void(Json const&)> listener_;
 };

@@ -9,6 +9,7 @@
 #include "tools/paywall/PropertyValues.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 #include <fstream>
 #include <map>
@@ -18,7 +19,7 @@ namespace trelundo::paywall {
 
 namespace {
 
-constexpr int pressTouch = 1;
+constexpr int longestDrag = 1'000'000; // points
 
 std::string visibleText(UIView& view) {
     if (auto* button = dynamic_cast<UIButton*>(&view)) {
@@ -31,7 +32,7 @@ std::string visibleText(UIView& view) {
 
 /// Depth first from the front; hidden subtrees do not count.
 Ref<UIView> findView(UIView& view, Step::Word const& word) {
-    if (view.isHidden()) return nullptr;
+    if (view.isHidden() || word.text.empty()) return nullptr;
     for (auto const& subview : std::views::reverse(view.subviews()))
         if (auto const found = findView(*subview, word)) return found;
     auto const& shown = word.isQuoted ? visibleText(view) : view.accessibilityIdentifier();
@@ -61,8 +62,8 @@ void Player::perform(Step const& step) {
     using Action = std::function<void(Player&, Step const&)>;
     static std::map<std::string, Action, std::less<>> const actions{
         {"tap", &Player::tap},
-        {"press", [](Player& player, Step const& s) { player.press(s, true); }},
-        {"release", [](Player& player, Step const& s) { player.press(s, false); }},
+        {"press", &Player::press},
+        {"release", &Player::release},
         {"drag", &Player::drag},
         {"alert", &Player::chooseAction},
         {"advance", &Player::advance},
@@ -78,8 +79,8 @@ void Player::perform(Step const& step) {
         {"expect", &Player::expect},
         {"set", &Player::assign},
         {"host", &Player::instructHost},
-        {"cover", [](Player& player, Step const&) { player.cover(); }},
-        {"uncover", [](Player& player, Step const&) { player.uncover(); }},
+        {"cover", &Player::cover},
+        {"uncover", &Player::uncover},
         {"dismiss", &Player::dismissScreen},
     };
     actions.at(step.command)(*this, step);
@@ -101,17 +102,29 @@ CGPoint Player::middleOf(UIView& view) const {
 
 void Player::tap(Step const& step) { shell_.tap(middleOf(*find(step))); }
 
-void Player::press(Step const& step, bool down) {
+void Player::press(Step const& step) {
     auto const place = middleOf(*find(step));
-    if (down)
-        shell_.window().touchBegan(pressTouch, place);
-    else
-        shell_.window().touchEnded(pressTouch, place);
+    auto const [held, isNew] = presses_.try_emplace(argument(step, 0), nextTouch_);
+    if (!isNew) fail(step, "held already");
+    shell_.window().touchBegan(nextTouch_++, place);
+}
+
+void Player::release(Step const& step) {
+    if (presses_.empty()) fail(step, "nothing is held by a press");
+    auto const place = middleOf(*find(step));
+    auto held = presses_.find(argument(step, 0));
+    // Another name than the pressed one lifts the finger there.
+    if (held == presses_.end()) held = presses_.begin();
+    auto const touch = held->second;
+    presses_.erase(held);
+    shell_.window().touchEnded(touch, place);
 }
 
 void Player::drag(Step const& step) {
     double const dx = parsed(step, 1, parseNumber);
     double const dy = parsed(step, 2, parseNumber);
+    if (!(std::hypot(dx, dy) <= longestDrag))
+        fail(step, fmt::format("the way must not be longer than {} points", longestDrag));
     shell_.drag(middleOf(*find(step)), dx, dy, 0);
 }
 
@@ -186,15 +199,22 @@ void Player::instructHost(Step const& step) {
     stage_.host().setAcceptsPromotions(choice(step, 1, "yes", "no"));
 }
 
-void Player::cover() {
+void Player::cover(Step const& step) {
+    if (isCovered()) fail(step, "the screen is covered already");
     cover_ = make<UIViewController>();
     cover_->view()->setBackgroundColor(UIColor::black());
     cover_->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     shell_.window().topViewController()->present(cover_, true);
+    if (!isCovered()) fail(step, "a dismissal is under way; advance first");
 }
 
-void Player::uncover() {
-    if (auto const covering = std::exchange(cover_, nullptr)) covering->dismiss(true);
+bool Player::isCovered() const { return cover_ && cover_->presentingViewController(); }
+
+void Player::uncover(Step const& step) {
+    if (!isCovered()) fail(step, "nothing covers the screen");
+    // The dismissal would be refused.
+    if (cover_->isBeingPresented()) fail(step, "the covering screen is still arriving; advance first");
+    std::exchange(cover_, nullptr)->dismiss(true);
 }
 
 void Player::dismissScreen(Step const& step) {

@@ -4,6 +4,8 @@
 #include "tools/paywall/Script.h"
 #include "tools/paywall/Stage.h"
 
+#include <map>
+#include <string>
 #include <vector>
 
 namespace trelundo::paywall {
@@ -22,7 +24,8 @@ public:
 private:
     void perform(Step const& step);
     void tap(Step const& step);
-    void press(Step const& step, bool down);
+    void press(Step const& step);
+    void release(Step const& step);
     void drag(Step const& step);
     void chooseAction(Step const& step);
     void advance(Step const& step);
@@ -35,8 +38,9 @@ private:
     void expect(Step const& step);
     void assign(Step const& step);
     void instructHost(Step const& step);
-    void cover();
-    void uncover();
+    void cover(Step const& step);
+    void uncover(Step const& step);
+    bool isCovered() const;
     void dismissScreen(Step const& step);
 
     /// The visible view that a step's argument names, frontmost first.
@@ -47,6 +51,8 @@ private:
     OffscreenShell& shell_;
     Stage& stage_;
     Ref<UIViewController> cover_;
+    std::map<std::string, int> presses_; // the touch that holds a control, by its name
+    int nextTouch_ = 100;                // apart from those of tap and drag
 };
 
 } // namespace trelundo::paywall

@@ -34,13 +34,21 @@ SandboxStore::RestoreOutcome restoreOutcome(Step const& step) {
     fail(step, "unknown outcome of a restore");
 }
 
+void checkArguments(Step const& step) {
+    auto const& change = argument(step, 0);
+    bool const hasOutcome = change == "next" || change == "restore";
+    std::size_t expected = hasOutcome || change == "promote" ? 2 : 1;
+    if (step.arguments.size() < expected) fail(step, "an argument is missing");
+    if (hasOutcome && argument(step, 1) == "failed") ++expected;
+    if (step.arguments.size() > expected) fail(step, "there are too many arguments");
+}
+
 } // namespace
 
 void Player::changeStore(Step const& step) {
     auto& store = stage_.store();
     auto const& change = argument(step, 0);
-    bool const needsMore = change == "next" || change == "restore" || change == "promote";
-    if (needsMore && step.arguments.size() < 2) fail(step, "an argument is missing");
+    checkArguments(step);
 
     if (change == "next")
         store.setNextOutcome(purchaseOutcome(step));

@@ -104,6 +104,8 @@ void check(Step const& step) {
 } // namespace
 
 std::vector<Step> parseScript(std::string_view text, std::string const& fileName) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     std::vector<Step> steps;
     int number = 0;
     while (!text.empty()) {

@@ -51,7 +51,10 @@ std::unique_ptr<SandboxStore> openSandbox(Options const& options,
                                           std::optional<StoreConfiguration> configuration) {
     SandboxStore::Options sandbox{.file = storeFile(options)};
     sandbox.configuration = std::move(configuration);
+    static VirtualClock fixedDate;
     if (options.fakeClock) sandbox.seed = options.seed;
+    // Where nothing is shown, all time is virtual.
+    if (options.fakeClock && options.command == "show") sandbox.clock = &fixedDate;
     auto opened = SandboxStore::open(std::move(sandbox));
     if (!opened.store) failInput(opened.error);
     opened.store->setCanMakePayments(!options.cannotMakePayments);

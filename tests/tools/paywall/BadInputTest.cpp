@@ -34,7 +34,11 @@ TEST(BadUsage, EndsWithStatus2AndNamesTheCulprit) {
     expectFailure(withOptions({"--set", "colour"}), 2, {"colour"});
     expectFailure(withOptions({"--set", "shoeSize=44"}), 2, {"shoeSize"});
     expectFailure(withOptions({"--set", "selectedProductIndex=many"}), 2, {"selectedProductIndex", "many"});
+    expectFailure(withOptions({"--set", "features=none"}), 2, {"features", "at least one"});
+    expectFailure(withOptions({"--select", ""}), 2, {"--select"});
     expectFailure({"store", "approve", "--store", "x"}, 2, {"ID"});
+    expectFailure({"store", "clear", "1", "--store", "x"}, 2, {"ID"});
+    expectFailure({"frobnicate"}, 2, {"frobnicate"});
     EXPECT_EQ(runPaywall({}).status, 2);
 }
 
@@ -73,9 +77,29 @@ TEST_F(BadFile, ScriptsAreRefusedWithTheirLine) {
     expectBadScript("tap nothingThere\n", {"broken.paywall:1", "nothingThere"});
     expectBadScript("advance soon\n", {"soon"});
     expectBadScript("alert OK\n", {"no alert"});
+    expectBadScript("tap \"\"\n", {"no such view"});
+    expectBadScript("drag collectionView nan 0\n", {"nan"});
+    expectBadScript("drag collectionView 0 1e300\n", {"1e300"});
     expectBadScript("store next maybe\n", {"maybe"});
+    expectBadScript("store next purchased 7\n", {"too many"});
+    expectBadScript("store approve 1000001001\n", {"too many"});
+    expectBadScript("release continueButton\n", {"nothing is held"});
+    expectBadScript("press continueButton\npress continueButton\n", {"broken.paywall:2", "held already"});
+    expectBadScript("uncover\n", {"nothing covers"});
+    expectBadScript("cover\nuncover\n", {"broken.paywall:2", "advance first"});
+    expectBadScript("cover\ncover\n", {"broken.paywall:2", "already"});
     expectBadScript("expect event name=Buy\n", {"broken.paywall:1", "no such line"});
     expectFailure({"run", "PremiumViewController", "--script", "/nowhere.paywall"}, 1, {"/nowhere.paywall"});
+    expectFailure({"run", "PremiumViewController", "--script", "/"}, 1, {"/: cannot be read"});
+}
+
+TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
+    auto const path = write("script.paywall", "\xEF\xBB\xBFtap continueButton\r\nadvance 1\r\n"
+                                              "expect payment t=0 product=app.premium.yearly\r\n"
+                                              "expect products identifiers=[\"app.premium.yearly\","
+                                              "\"app.premium.monthly\",\"app.premium.weekly\"]");
+    auto const result = runPaywall({"run", "PremiumViewController", "--script", path, "--log", "/dev/null"});
+    EXPECT_EQ(result.status, 0) << result.output;
 }
 
 TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
