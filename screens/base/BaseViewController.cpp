@@ -61,8 +61,11 @@ void BaseViewController::setProgressShown(bool shown) {
 
 void BaseViewController::close() {
     NotificationCenter::defaultCenter().post(TrelundoKitPremiumWillDismissNotificationName);
-    dismiss(true,
-            [] { NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName); });
+    // A screen under an alert would only dismiss the alert: its presenter takes both away.
+    auto& dismissing =
+        presentedViewController() && presentingViewController() ? *presentingViewController() : *this;
+    dismissing.dismiss(
+        true, [] { NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName); });
 }
 
 Ref<SKPayment> BaseViewController::makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount) {
