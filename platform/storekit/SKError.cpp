@@ -30,6 +30,7 @@ constexpr std::array descriptions{
     "The user is not eligible for the offer",
     "The platform is not supported",
     "The overlay belongs to a scene in the background",
+    "The binding of the payment method needs a configuration",
 };
 
 } // namespace

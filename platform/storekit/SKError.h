@@ -28,6 +28,7 @@ enum class SKErrorCode : int {
     ineligibleForOffer = 18,
     unsupportedPlatform = 19,
     overlayPresentedInBackgroundScene = 20,
+    paymentMethodBindingConfigurationRequired = 21,
 };
 
 /// An error of the store's domain with the code's own description.

@@ -109,8 +109,8 @@ TEST_F(ProductsRequestTest, FailsWithoutAStore) {
 TEST(StoreErrorTest, CancellingReadsLikeAConnectionFailure) {
     EXPECT_EQ(makeStoreError(2)->localizedDescription(), makeStoreError(0)->localizedDescription());
     EXPECT_EQ(makeStoreError(SKErrorCode::invalidSignature)->code(), 12);
-    EXPECT_EQ(makeStoreError(20)->userInfo().size(), 1U);
-    EXPECT_TRUE(makeStoreError(21)->userInfo().empty());
+    EXPECT_EQ(makeStoreError(21)->userInfo().size(), 1U);
+    EXPECT_TRUE(makeStoreError(22)->userInfo().empty());
     EXPECT_TRUE(makeStoreError(-2)->userInfo().empty());
 }
 
