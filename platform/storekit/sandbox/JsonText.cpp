@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace trelundo {
@@ -12,13 +14,45 @@ namespace {
 constexpr std::size_t deepestLevel = 64;
 constexpr std::size_t mostValues = 1'000'000;
 
+/// Walks a text for the parser, and keeps in `reached` how far it has come.
+class ReadPosition {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = char const*;
+    using reference = char const&;
+
+    ReadPosition(char const* place, char const*& reached)
+        : place_(place)
+        , reached_(&reached) {}
+    char const& operator*() const { return *place_; }
+    ReadPosition& operator++() {
+        *reached_ = ++place_;
+        return *this;
+    }
+    ReadPosition operator++(int) {
+        auto const before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(ReadPosition const& other) const { return place_ == other.place_; }
+
+private:
+    char const* place_;
+    char const** reached_;
+};
+
 /// Builds the tree from the parser's events; the levels that are still open form a stack.
 class TreeBuilder {
 public:
     using Kind = JsonValue::Kind;
 
     explicit TreeBuilder(std::string_view text)
-        : text_(text) {}
+        : text_(text)
+        , reached_(text.data()) {}
+    /// Where the parser keeps how far it has come.
+    char const*& reached() { return reached_; }
 
     bool null() { return add({}); }
     bool boolean(bool value) { return add({.kind = Kind::boolean, .isTrue = value}); }
@@ -37,12 +71,12 @@ public:
         return true;
     }
 
-    bool parse_error(std::size_t position, std::string const& /*token*/,
+    bool parse_error(std::size_t /*position*/, std::string const& /*token*/,
                      nlohmann::json::exception const& error) {
         // "[json.exception.parse_error.101] parse error at line 1, column 1: reason"
         std::string const message = error.what();
         auto const colon = message.find(": ");
-        return fail(colon == std::string::npos ? message : message.substr(colon + 2), position);
+        return fail(colon == std::string::npos ? message : message.substr(colon + 2));
     }
 
     JsonText result(bool isComplete) && {
@@ -93,13 +127,14 @@ private:
         }
     }
 
-    bool fail(std::string reason, std::optional<std::size_t> position = std::nullopt) {
+    bool fail(std::string reason) {
         reason_ = std::move(reason);
-        if (position) line_ = 1 + static_cast<int>(std::ranges::count(text_.substr(0, *position), '\n'));
+        line_ = 1 + static_cast<int>(std::count(text_.data(), reached_, '\n'));
         return false;
     }
 
     std::string_view text_;
+    char const* reached_;
     std::vector<JsonValue> levels_;
     std::vector<std::string> names_; // of the member that each open level is reading
     JsonValue root_;
@@ -137,8 +172,10 @@ bool JsonValue::isSet(std::string_view name) const {
 
 JsonText JsonText::parse(std::string_view text) {
     TreeBuilder builder{text};
-    bool const isComplete = nlohmann::json::sax_parse(text.begin(), text.end(), &builder,
-                                                      nlohmann::json::input_format_t::json, true, true);
+    ReadPosition const begin{text.data(), builder.reached()};
+    ReadPosition const end{text.data() + text.size(), builder.reached()};
+    bool const isComplete =
+        nlohmann::json::sax_parse(begin, end, &builder, nlohmann::json::input_format_t::json, true, true);
     return std::move(builder).result(isComplete);
 }
 

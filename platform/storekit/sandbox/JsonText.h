@@ -33,7 +33,7 @@ struct JsonValue {
 struct JsonText {
     std::optional<JsonValue> value = std::nullopt;
     std::string reason = {};
-    int line = 0; // 1 is the first; 0: of the text as a whole
+    int line = 0; // of what cannot be read; 1 is the first
 
     static JsonText parse(std::string_view text);
 };

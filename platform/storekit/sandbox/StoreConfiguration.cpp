@@ -38,8 +38,8 @@ StoreConfiguration::Loaded parseOrThrow(std::string_view text, std::string const
     if (text.size() > largestFile) return {.error = name + ": larger than 8 MB"};
     auto const json = JsonText::parse(text);
     if (!json.value) {
-        auto const place = json.line > 0 ? name + ":" + std::to_string(json.line) : name;
-        return {.error = place + ": not a StoreKit configuration: " + json.reason};
+        return {.error = name + ":" + std::to_string(json.line) +
+                         ": not a StoreKit configuration: " + json.reason};
     }
     StoreConfigurationReader reader{name, options};
     if (!reader.read(*json.value)) return {.error = reader.error()};

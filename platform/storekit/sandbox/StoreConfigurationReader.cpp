@@ -1,5 +1,7 @@
 #include "platform/storekit/sandbox/StoreConfigurationReader.h"
 
+#include "platform/foundation/LanguageTags.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -250,6 +252,11 @@ JsonValue const* StoreConfigurationReader::localization(JsonValue const& entry) 
     };
     auto const localeOf = [](JsonValue const& each) { return underscored(each.string("locale")); };
     if (auto const* exact = first([&](auto const& each) { return localeOf(each) == wanted; })) return exact;
+    // Traditional Chinese is no help to a reader of simplified.
+    std::vector<std::string> locales;
+    for (auto const& each : list->elements) locales.push_back(localeOf(each));
+    if (auto const matches = matchingLocalizations({wanted}, locales); !matches.empty())
+        return first([&](auto const& each) { return localeOf(each) == matches.front(); });
     auto const hasLanguage = [&](auto const& each) {
         return languageOf(each.string("locale")) == languageOf(wanted);
     };

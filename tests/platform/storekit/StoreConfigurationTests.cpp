@@ -218,6 +218,10 @@ TEST(StoreConfigurationTest, ChoosesALocalisation) {
     EXPECT_EQ(title("fr", "en_US fr"), "is fr");
     EXPECT_EQ(title("pt-BR", "pt_PT pt_BR"), "is pt_BR");
     EXPECT_EQ(title("zh_CN", "en_US zh_Hans"), "is zh_Hans");
+    EXPECT_EQ(title("zh_CN", "zh_Hant zh_Hans"), "is zh_Hans");
+    EXPECT_EQ(title("zh_TW", "zh_Hans zh_Hant"), "is zh_Hant");
+    EXPECT_EQ(title("zh_TW", "en_US zh_Hans"), "is zh_Hans") << "better than another language";
+    EXPECT_EQ(title("es_MX", "en_US es_ES"), "is es_ES");
     EXPECT_EQ(title("ja_JP", "ko ja"), "is ja");
     EXPECT_EQ(title("de", "fr en_US"), "is en_US");
     EXPECT_EQ(title("de", "ru ko"), "is ru");
@@ -302,14 +306,14 @@ TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
     EXPECT_TRUE(error("{} {}").starts_with("shop:1:"));
     EXPECT_TRUE(error("{\"a\": 1e999}").starts_with("shop:1:"));
     EXPECT_EQ(error(R"({"products": {}})"), "shop: key \"products\": a list is expected");
-    EXPECT_EQ(error(std::string(65, '[')),
-              "shop: not a StoreKit configuration: nested deeper than 64 levels");
+    EXPECT_EQ(error("\n" + std::string(65, '[')),
+              "shop:2: not a StoreKit configuration: nested deeper than 64 levels");
     EXPECT_EQ(error(std::string(100'000, '[')),
-              "shop: not a StoreKit configuration: nested deeper than 64 levels");
+              "shop:1: not a StoreKit configuration: nested deeper than 64 levels");
     EXPECT_EQ(error(std::string(9'000'000, ' ')), "shop: larger than 8 MB");
     std::string many = "[0";
     for (int i = 0; i < 1'000'000; ++i) many += ",0";
-    EXPECT_EQ(error(many + "]"), "shop: not a StoreKit configuration: more than a million values");
+    EXPECT_EQ(error(many + "]"), "shop:1: not a StoreKit configuration: more than a million values");
 }
 
 TEST(StoreConfigurationTest, LoadsFilesAndFolders) {
