@@ -1,8 +1,11 @@
 #include "screens/base/BaseViewController.h"
 
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "platform/uikit/views/UIScreen.h"
+
+#include <utility>
 
 namespace trelundo {
 
@@ -61,11 +64,35 @@ void BaseViewController::setProgressShown(bool shown) {
 
 void BaseViewController::close() {
     NotificationCenter::defaultCenter().post(TrelundoKitPremiumWillDismissNotificationName);
+    // A dismissal in the middle of another transition would be dropped, and the screen would stay for good.
+    isLeavingPostponed_ = isTransitionUnderWay();
+    if (!isLeavingPostponed_) leave();
+}
+
+bool BaseViewController::isTransitionUnderWay() const {
+    auto const above = presentedViewController();
+    return isBeingPresented() || (above && (above->isBeingPresented() || above->isBeingDismissed()));
+}
+
+void BaseViewController::leave() {
     // A screen under an alert would only dismiss the alert: its presenter takes both away.
     auto& dismissing =
         presentedViewController() && presentingViewController() ? *presentingViewController() : *this;
     dismissing.dismiss(
         true, [] { NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName); });
+}
+
+void BaseViewController::leaveIfPostponed() {
+    if (!isTransitionUnderWay() && std::exchange(isLeavingPostponed_, false)) leave();
+}
+
+void BaseViewController::viewDidAppear(bool animated) {
+    UIViewController::viewDidAppear(animated);
+    if (!isLeavingPostponed_) return;
+    // The transition ends after this callback.
+    DispatchQueue::main().async([weak = Weak<BaseViewController>{this}] {
+        if (auto const screen = weak.lock()) screen->leaveIfPostponed();
+    });
 }
 
 Ref<SKPayment> BaseViewController::makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount) {

@@ -65,6 +65,7 @@ public:
     void close();
 
     void viewDidLoad() override;
+    void viewDidAppear(bool animated) override;
     UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::lightContent; }
     bool prefersHomeIndicatorAutoHidden() const override { return true; }
 
@@ -89,6 +90,10 @@ private:
     static void hideProgress(BaseViewController* screen);
 
     void setProgressShown(bool shown);
+    /// Whether this screen is arriving, or an alert over it is coming or going: no time to leave.
+    bool isTransitionUnderWay() const;
+    void leave();
+    void leaveIfPostponed();
     void presentAlert(std::string const& title, std::string const& message,
                       std::vector<Choice> const& choices);
     void presentFailure(Failure failure);
@@ -104,6 +109,7 @@ private:
     std::string abTest_;
     Weak<BaseViewControllerDelegate> delegate_;
     bool introductoryPriceWasOffered_ = false;
+    bool isLeavingPostponed_ = false;
     Ref<UIActivityIndicatorView> activityIndicatorView_;
     Lazy<UIView> dimmView_{"dimmView"};
 };

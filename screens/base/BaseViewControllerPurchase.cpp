@@ -123,14 +123,18 @@ void BaseViewController::presentAlert(std::string const& title, std::string cons
     auto alert = make<UIAlertController>(title, message, UIAlertControllerStyle::alert);
     for (auto const& choice : choices) {
         auto const perform = [weak = Weak<BaseViewController>{this}, action = choice.action](UIAlertAction&) {
-            if (action) action(weak.lock().get());
+            auto const screen = weak.lock();
+            if (action) action(screen.get());
+            if (screen) screen->leaveIfPostponed();
         };
         auto button =
             make<UIAlertAction>(Common::text(choice.title), UIAlertActionStyle::defaultStyle, perform);
         alert->addAction(button);
         if (choice.isPreferred) alert->setPreferredAction(button);
     }
-    present(alert, true);
+    present(alert, true, [weak = Weak<BaseViewController>{this}] {
+        if (auto const screen = weak.lock()) screen->leaveIfPostponed();
+    });
 }
 
 } // namespace trelundo

@@ -1,14 +1,39 @@
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/uikit/controllers/UIAlertController.h"
 #include "screens/base/BaseViewController.h"
 #include "screens/subscription/PremiumViewController.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
 
+#include <gmock/gmock.h>
+
 namespace trelundo::test {
 namespace {
 
+using testing::ElementsAre;
+
 class BaseScreenTest : public ScreenFixture {
 protected:
+    BaseScreenTest() {
+        token_ = NotificationCenter::defaultCenter().addObserver(
+            std::nullopt, nullptr, [this](Notification const& posted) { heard.push_back(posted.name); });
+    }
+    ~BaseScreenTest() override { NotificationCenter::defaultCenter().removeObserver(token_); }
+
     Ref<SKPayment> payment(Ref<SKProduct> const& product) { return make<SKMutablePayment>(*product); }
+    /// Whether the screen goes within a second, and tells of it once before and once after.
+    void expectToLeave() {
+        EXPECT_TRUE(host->presentedViewController()) << "a transition is still under way";
+        shell.advance(1);
+        EXPECT_FALSE(host->presentedViewController());
+        EXPECT_THAT(heard, ElementsAre(BaseViewController::TrelundoKitPremiumWillDismissNotificationName,
+                                       BaseViewController::TrelundoKitPremiumDidDismissNotificationName));
+    }
+
+    std::vector<std::string> heard;
+
+private:
+    Ref<NotificationCenter::Token> token_;
 };
 
 TEST_F(BaseScreenTest, AHostMayBringItsOwnIndicator) {
@@ -42,6 +67,36 @@ TEST_F(BaseScreenTest, TheEndOfAPurchaseReachesAScreenThatIsGone) {
     EXPECT_FALSE(weak.lock()) << "nobody else holds it";
     store.report(SKPaymentTransactionState::purchased);
     EXPECT_EQ(store.finished.size(), 1U);
+}
+
+TEST_F(BaseScreenTest, APurchaseThatEndsWhileTheScreenArrivesTakesItAwayAgain) {
+    auto const screen = make<BaseViewController>();
+    host->present(screen, true);
+    shell.advance(0.1);
+    screen->purchasePayment(payment(yearly()));
+    store.report(SKPaymentTransactionState::purchased);
+    shell.advance(0.1);
+    expectToLeave();
+}
+
+TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
+    constexpr double never = -1; // else seconds after which the user taps OK
+    for (double const chosenAfter : {never, 0.0, 1.0}) {
+        heard.clear();
+        auto const screen = show(make<BaseViewController>());
+        screen->purchasePayment(payment(yearly()));
+        store.report(SKPaymentTransactionState::deferred);
+        shell.advance(0.1);
+        auto const alert = cast<UIAlertController>(screen->presentedViewController());
+        if (chosenAfter != never) {
+            shell.advance(chosenAfter);
+            alert->performAction(*alert->actions().front());
+            shell.advance(0.05);
+        }
+        ASSERT_TRUE(alert->isBeingPresented() || alert->isBeingDismissed());
+        store.report(SKPaymentTransactionState::purchased);
+        expectToLeave();
+    }
 }
 
 TEST_F(BaseScreenTest, TheFirstPaywallKeepsTheLayoutOfItsFirstSizeClass) {
