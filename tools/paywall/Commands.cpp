@@ -93,7 +93,7 @@ int describeScreen(Options const& options) {
     EventLog log{"/dev/null"};
     Scene scene{options, log};
     scene.shell.window().layoutWindow();
-    printLine(describe(*scene.stage.screen()).dump(2));
+    printLine(toText(describe(*scene.stage.screen()), 2));
     return statusOk;
 }
 
@@ -102,6 +102,7 @@ int runScript(Options const& options) {
     EventLog log{options.log};
     Scene scene{options, log};
     Player{scene.shell, scene.stage}.play(steps);
+    log.requireWritten();
     return statusOk;
 }
 

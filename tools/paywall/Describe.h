@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/uikit/controllers/UIViewController.h"
-#include "tools/paywall/EventLog.h"
+#include "tools/paywall/Json.h"
 
 namespace trelundo::paywall {
 

@@ -24,7 +24,7 @@ Json const* findField(Json const& line, std::string const& path) {
     return inner.is_object() ? findField(inner, path.substr(dot + 1)) : nullptr;
 }
 
-std::string asText(Json const& value) { return value.is_string() ? value.get<std::string>() : value.dump(); }
+std::string asText(Json const& value) { return value.is_string() ? value.get<std::string>() : toText(value); }
 
 /// The elements with commas between, as lists stand on the command line.
 std::string asListText(Json const& list) {
@@ -50,15 +50,20 @@ bool reads(Json const& value, std::string const& text) {
     if (asText(value) == text) return true;
     if (value.is_number()) return isNumber(value, text);
     if (value.is_array() && asListText(value) == text) return true;
-    return value.is_structured() && withoutQuotes(value.dump()) == withoutQuotes(text);
+    return value.is_structured() && withoutQuotes(toText(value)) == withoutQuotes(text);
 }
 
 } // namespace
 
 EventLog::EventLog(std::optional<std::string> const& path)
     : file_(path ? std::fopen(path->c_str(), "w") : stdout)
-    , ownsFile_(path.has_value()) {
+    , ownsFile_(path.has_value())
+    , name_(path.value_or("standard output")) {
     if (!file_) failInput(*path + ": cannot be written: " + std::strerror(errno));
+}
+
+void EventLog::requireWritten() const {
+    if (std::ferror(file_)) failInput(name_ + ": the log cannot be written");
 }
 
 EventLog::~EventLog() {
@@ -71,7 +76,7 @@ EventLog::~EventLog() {
 void EventLog::write(std::string const& kind, Json const& fields) {
     Json line{{"t", tidy(Clock::current().now() - start_)}, {"kind", kind}};
     line.update(fields);
-    auto const text = line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    auto const text = toText(line) + "\n";
     std::fwrite(text.data(), 1, text.size(), file_);
     std::fflush(file_);
     lines_.push_back(std::move(line));

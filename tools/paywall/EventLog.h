@@ -1,15 +1,14 @@
 #pragma once
 
+#include "tools/paywall/Json.h"
+
 #include <cstdio>
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace trelundo::paywall {
-
-using Json = nlohmann::ordered_json;
 
 /// Everything that a host would notice, one JSON object a line with `t` (seconds since the start) and `kind`,
 /// written at the moment it happens and kept for expectations.
@@ -26,6 +25,8 @@ public:
     /// `fields` follow `t` and `kind` in the line.
     void write(std::string const& kind, Json const& fields = Json::object());
 
+    /// Throws a Failure when a line was lost (a full disk); within write() nothing may be thrown.
+    void requireWritten() const;
     /// Whether the log so far holds a line of `kind` in which every named field, shown as text, equals the
     /// value. A name may be a path ("parameters.Source"); texts compare without their quotes, null as "null",
     /// a list also as its elements with commas between.
@@ -37,6 +38,7 @@ public:
 private:
     std::FILE* file_;
     bool ownsFile_;
+    std::string name_;
     double start_ = 0;
     std::vector<Json> lines_;
     std::function<void(Json const&)> listener_;

@@ -160,7 +160,7 @@ void Player::writeDescription(Step const& step) {
     auto& shown = screen(step);
     shell_.window().layoutWindow();
     std::ofstream file{argument(step, 0)};
-    file << describe(shown).dump(2) << "\n";
+    file << toText(describe(shown), 2) << "\n";
     if (!file.flush()) fail(step, "the file cannot be written");
 }
 

@@ -3,8 +3,8 @@
 #include "store/PremiumManager.h"
 #include "tools/paywall/Commands.h"
 #include "tools/paywall/Demonstration.h"
-#include "tools/paywall/EventLog.h"
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/Json.h"
 #include "tools/paywall/Names.h"
 #include "tools/paywall/StoreAccess.h"
 
@@ -58,9 +58,7 @@ Json toJson(SKProduct const& product) {
             {"discounts", discounts}};
 }
 
-void print(Json const& json) {
-    std::printf("%s\n", json.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
-}
+void print(Json const& json) { std::printf("%s\n", toText(json).c_str()); }
 
 void printTable(Products const& products) {
     std::array<std::size_t, 5> widths{};

@@ -9,7 +9,9 @@ int main(int argc, char** argv) {
     using namespace trelundo::paywall;
     try {
         auto const options = parseCommandLine(argc, argv);
-        return options ? runCommand(*options, argc, argv) : statusOk;
+        auto const status = options ? runCommand(*options, argc, argv) : statusOk;
+        if (std::fflush(stdout) != 0 || std::ferror(stdout)) failInput("standard output cannot be written");
+        return status;
     } catch (Failure const& failure) {
         std::fprintf(stderr, "paywall: %s\n", failure.message.c_str());
         return failure.status;

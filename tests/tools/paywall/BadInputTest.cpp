@@ -102,6 +102,21 @@ TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
     EXPECT_EQ(result.status, 0) << result.output;
 }
 
+TEST_F(BadFile, BytesThatAreNoTextAreShownAsSuch) {
+    auto const result = runPaywall({"describe", "BillingViewController", "--set", "updateDetailsText=\xFF!"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output, HasSubstr("\"text\": \"\uFFFD!\""));
+}
+
+TEST_F(BadFile, LostOutputFails) {
+    auto const script = write("script.paywall", "advance 1\n");
+    expectFailure({"run", "PremiumViewController", "--script", script, "--log", "/dev/full"}, 1,
+                  {"/dev/full: the log cannot be written"});
+    auto const result = runShell(quoted(PAYWALL_PROGRAM) + " screens 2>&1 >/dev/full");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, HasSubstr("standard output cannot be written"));
+}
+
 TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
     expectFailure({"store", "list", "--store", folder / "missing.sqlite"}, 1, {"missing.sqlite"});
     auto const script =

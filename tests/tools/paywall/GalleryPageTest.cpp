@@ -3,7 +3,7 @@
 #include "platform/graphics/Picture.h"
 #include "platform/graphics/Surface.h"
 #include "tests/tools/paywall/Browser.h"
-#include "tools/paywall/EventLog.h"
+#include "tools/paywall/Json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -29,10 +29,9 @@ GalleryFolder::Keys contentKeys(std::vector<GalleryPicture> const& plan, Options
         auto const& scene = picture.scene;
         ContentKey key;
         key.add(common);
-        key.add(Json{scene.screen, scene.device->name, scene.landscape, scene.language, scene.abTest,
-                     nameOf(scene.appearance), scene.select, scene.discounts,
-                     scene.products.value_or(std::vector<std::string>{})}
-                    .dump());
+        key.add(toText(Json{scene.screen, scene.device->name, scene.landscape, scene.language, scene.abTest,
+                            nameOf(scene.appearance), scene.select, scene.discounts,
+                            scene.products.value_or(std::vector<std::string>{})}));
         keys[picture.file] = key.finished();
     }
     return keys;

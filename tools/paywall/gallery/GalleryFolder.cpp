@@ -146,7 +146,7 @@ void GalleryFolder::save() const {
     Json pictures = Json::object();
     for (auto const& [name, entry] : entries_) pictures[name] = toJson(entry);
     replaceFile(path_ / manifestName,
-                Json{{"format", manifestFormat}, {"pictures", std::move(pictures)}}.dump(1) + "\n");
+                toText({{"format", manifestFormat}, {"pictures", std::move(pictures)}}, 1) + "\n");
 }
 
 void GalleryFolder::writePage(std::string const& html) const { replaceFile(pagePath(), html); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/paywall/EventLog.h"
+#include "tools/paywall/Json.h"
 #include "tools/paywall/gallery/GalleryPlan.h"
 
 #include <filesystem>

@@ -41,8 +41,7 @@ Json toJson(GalleryPicture const& picture, Json const& flags) {
 /// As it may stand inside a script element: no text of a catalogue can end that.
 std::string scriptText(Json const& json) {
     std::string safe;
-    for (char const c : json.dump(-1, ' ', false, Json::error_handler_t::replace))
-        safe += c == '<' ? std::string{"\\u003c"} : std::string{c};
+    for (char const c : toText(json)) safe += c == '<' ? std::string{"\\u003c"} : std::string{c};
     return safe;
 }
 

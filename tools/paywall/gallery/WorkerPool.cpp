@@ -32,7 +32,7 @@ Pipe makePipe() {
 }
 
 void writeLine(int file, Json const& json) {
-    auto const line = json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    auto const line = toText(json) + "\n";
     for (std::size_t written = 0; written < line.size();) {
         auto const count = write(file, line.data() + written, line.size() - written);
         if (count < 0 && errno == EINTR) continue;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/paywall/EventLog.h"
+#include "tools/paywall/Json.h"
 
 #include <functional>
 #include <string>
