@@ -2,6 +2,7 @@
 
 #include "common/Common.h"
 #include "controls/PlanTerms.h"
+#include "controls/PriceTexts.h"
 #include "controls/TotalBlock.h"
 #include "platform/foundation/Strings.h"
 
@@ -84,8 +85,7 @@ void PremiumButton::selectionDidChange() {
         if (abTest_ == "ziokrefa")
             subtitle = Common::text("with a yearly subscription");
         else if (abTest_ != "quivera602")
-            subtitle =
-                replacingOccurrences(Common::text("Then $$$/year"), "$$$", PremiumManager::price(*product_));
+            subtitle = filledWithPrice("Then $$$/year", PremiumManager::price(*product_));
     }
     host->updateOffer(replacingOccurrences(Common::text(titleKey), "%%%", trial), subtitle);
 }

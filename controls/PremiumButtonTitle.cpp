@@ -1,4 +1,5 @@
 #include "common/Common.h"
+#include "controls/DiscountTexts.h"
 #include "controls/PlanTerms.h"
 #include "controls/PremiumButton.h"
 #include "controls/PriceTexts.h"
@@ -11,28 +12,6 @@ namespace {
 
 constexpr double titleLineSpacing = 4;
 constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
-
-std::string offerPeriodText(SKProductDiscount const& offer) {
-    bool const countsUnits =
-        runsForOneYear(offer) || offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront;
-    return PremiumManager::period(
-        {.unit = offer.subscriptionPeriod().unit,
-         .numberOfPeriods = countsUnits ? offer.subscriptionPeriod().numberOfUnits : offer.numberOfPeriods(),
-         .capitalizeFirstLetter = true});
-}
-
-std::string offerPriceText(SKProductDiscount const& offer, SKProduct const& product) {
-    if (runsForOneYear(offer)) return filledWithPrice("$$$/mo", PremiumManager::price(offer, product, 12));
-    auto const price = PremiumManager::price(offer, product);
-    if (offer.paymentMode() == SKProductDiscountPaymentMode::payUpFront) return price;
-    return priceForUnit(offer.subscriptionPeriod().unit, price);
-}
-
-std::string regularPriceText(SKProduct const& product) {
-    auto const& period = *product.subscriptionPeriod();
-    return period.numberOfUnits == 1 ? priceForUnit(period.unit, PremiumManager::price(product))
-                                     : std::string{};
-}
 
 } // namespace
 
@@ -81,15 +60,8 @@ void PremiumButton::showPlan(std::string const& firstLine, std::string const& se
 }
 
 void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
-    auto const leadIn =
-        runsForOneYear(offer)
-            ? filledWithPrice("Just $$$ for a year", PremiumManager::price(offer, *product_)) + ", "
-            : std::string{};
-    auto line1 = replacingOccurrences(Common::text("%%% for Just $$$"), "%%%", offerPeriodText(offer));
-    line1 = replacingOccurrences(line1, "$$$", offerPriceText(offer, *product_));
-    auto line2 = replacingOccurrences(Common::text("@@@$$$ after"), "@@@", leadIn);
-    line2 = replacingOccurrences(line2, "$$$", regularPriceText(*product_));
-    setAttributedTitle(NSAttributedString{line1 + ".\n" + line2, attributes(textFont_)},
+    auto const [terms, afterwards] = discountTexts(offer, *product_);
+    setAttributedTitle(NSAttributedString{terms + ".\n" + afterwards, attributes(textFont_)},
                        UIControlState::normal);
 }
 

@@ -1,6 +1,7 @@
 #include "screens/offer/OfferViewController.h"
 
 #include "common/Common.h"
+#include "controls/DiscountTexts.h"
 #include "platform/coreanimation/CAGradientLayer.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ViewBuilding.h"
@@ -132,6 +133,12 @@ Ref<UIButton> const& OfferViewController::declineOfferButton() {
         button->addTarget(this, &OfferViewController::close, UIControlEvents::touchUpInside);
         return button;
     });
+}
+
+void OfferViewController::showOffer(SKProduct const& product, SKProductDiscount const& discount) {
+    auto const [terms, afterwards] = discountTexts(discount, product);
+    offerLabel_->setText(terms);
+    infoLabel_->setText(afterwards + ".");
 }
 
 } // namespace trelundo

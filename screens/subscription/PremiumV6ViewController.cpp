@@ -3,6 +3,7 @@
 #include "common/Common.h"
 #include "controls/PremiumButton.h"
 #include "controls/PremiumV2CollectionViewCell.h"
+#include "controls/PriceTexts.h"
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "platform/uikit/layout/UILayoutGuide.h"
@@ -45,8 +46,7 @@ void PremiumV6ViewController::productDidChange() {
                                             .periodUnitDown = true});
     continueButton()->setTitle(replacingOccurrences(Common::text("Try %%% Free"), "%%%", trial),
                                UIControlState::normal);
-    auto const price =
-        replacingOccurrences(Common::text("$$$/year"), "$$$", PremiumManager::price(*product_));
+    auto const price = filledWithPrice("$$$/year", PremiumManager::price(*product_));
     NSAttributedString line{price, priceAttributes(15, UIColor::white())};
     line.append(" ");
     line.append(Common::text("after trial ends"), priceAttributes(13, UIColor::gray(1, 0.7)));
