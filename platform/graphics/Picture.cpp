@@ -3,9 +3,9 @@
 #include "platform/graphics/ColorBytes.h"
 #include "platform/graphics/GraphicsSystem.h"
 #include "platform/graphics/PictureDecoder.h"
+#include "platform/graphics/PixelMemory.h"
 #include "platform/graphics/RenditionCache.h"
 
-#include <QImage>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -24,9 +24,8 @@ std::uint64_t nextIdentity() {
 }
 
 QImage drawArtwork(QSvgRenderer& artwork, int width, int height) {
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    auto image = transparentPixels(width, height);
     if (image.isNull()) return image;
-    image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     artwork.render(&painter, QRectF(0, 0, width, height));

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <utility>
 #include <vector>
 
 namespace trelundo {
@@ -63,23 +64,51 @@ void fillRow(Bytes& row, PngSource const& source, int y) {
     }
 }
 
+/// Gathers what the compressor gives. Memory for the worst case would be written once only to be given back.
+class Compressor {
+public:
+    Compressor() { ready_ = deflateInit2(&stream_, 1, Z_DEFLATED, 15, 9, Z_FILTERED) == Z_OK; }
+    ~Compressor() {
+        if (ready_) deflateEnd(&stream_);
+    }
+    Compressor(Compressor const&) = delete;
+    Compressor& operator=(Compressor const&) = delete;
+
+    void add(Bytes& content, bool isLast) {
+        stream_.next_in = content.data();
+        stream_.avail_in = static_cast<uInt>(content.size());
+        do {
+            if (stream_.avail_out == 0) grow();
+            if (ready_) deflate(&stream_, isLast ? Z_FINISH : Z_NO_FLUSH);
+        } while (ready_ && stream_.avail_out == 0);
+    }
+    Bytes take() {
+        out_.resize(out_.size() - stream_.avail_out);
+        return std::move(out_);
+    }
+
+private:
+    void grow() {
+        constexpr std::size_t step = 256 * 1024;
+        auto const used = out_.size();
+        out_.resize(used + step);
+        stream_.next_out = out_.data() + used;
+        stream_.avail_out = step;
+    }
+
+    z_stream stream_{};
+    bool ready_;
+    Bytes out_;
+};
+
 Bytes compressedRows(PngSource const& source) {
-    auto const rowSize = static_cast<std::size_t>(source.width) * (source.opaque ? 3 : 4) + 1;
-    z_stream stream{};
-    if (deflateInit2(&stream, 1, Z_DEFLATED, 15, 9, Z_FILTERED) != Z_OK) return {};
-    Bytes row(rowSize);
-    Bytes out(deflateBound(&stream, static_cast<uLong>(rowSize) * static_cast<uLong>(source.height)));
-    stream.next_out = out.data();
-    stream.avail_out = static_cast<uInt>(out.size());
+    Compressor compressor;
+    Bytes row(static_cast<std::size_t>(source.width) * (source.opaque ? 3 : 4) + 1);
     for (int y = 0; y < source.height; ++y) {
         fillRow(row, source, y);
-        stream.next_in = row.data();
-        stream.avail_in = static_cast<uInt>(rowSize);
-        deflate(&stream, y + 1 == source.height ? Z_FINISH : Z_NO_FLUSH);
+        compressor.add(row, y + 1 == source.height);
     }
-    out.resize(stream.total_out);
-    deflateEnd(&stream);
-    return out;
+    return compressor.take();
 }
 
 Bytes encode(PngSource const& source) {

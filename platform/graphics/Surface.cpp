@@ -1,8 +1,7 @@
 #include "platform/graphics/Surface.h"
 
+#include "platform/graphics/PixelMemory.h"
 #include "platform/graphics/PngWriter.h"
-
-#include <QImage>
 
 #include <algorithm>
 
@@ -19,12 +18,10 @@ bool isOpaqueRow(std::uint32_t const* pixels, int count) {
 } // namespace
 
 Surface::Surface(int pixelWidth, int pixelHeight, double scale)
-    : image_(std::make_unique<QImage>(std::max(pixelWidth, 1), std::max(pixelHeight, 1),
-                                      QImage::Format_ARGB32_Premultiplied))
+    : image_(std::make_unique<QImage>(transparentPixels(std::max(pixelWidth, 1), std::max(pixelHeight, 1))))
     , scale_(scale > 0 ? scale : 1) {
     // More than memory holds gives a single pixel: nothing can be drawn, but nothing breaks.
-    if (image_->isNull()) *image_ = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
-    image_->fill(0);
+    if (image_->isNull()) *image_ = transparentPixels(1, 1);
 }
 
 Surface::~Surface() = default;
