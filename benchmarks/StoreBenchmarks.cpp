@@ -6,28 +6,55 @@
 #include <filesystem>
 #include <random>
 #include <sqlite3.h>
+#include <stdexcept>
 #include <unicode/unum.h>
+#include <unicode/ustring.h>
 
 namespace trelundo::bench {
 namespace {
 
-/// One price text against the one call of an open formatter that it cannot do without.
-void priceText(benchmark::State& state) {
+/// An open formatter of the locale library and the two calls to it that a price text cannot do without:
+/// formatting the quotient, and turning its characters into UTF-8.
+class BareFormatter {
+public:
+    explicit BareFormatter(char const* locale)
+        : formatter_(unum_open(UNUM_CURRENCY, nullptr, 0, locale, nullptr, &status_)) {
+        unum_setAttribute(formatter_, UNUM_ROUNDING_MODE, UNUM_ROUND_DOWN);
+        unum_setAttribute(formatter_, UNUM_MAX_FRACTION_DIGITS, 2);
+    }
+    ~BareFormatter() { unum_close(formatter_); }
+    BareFormatter(BareFormatter const&) = delete;
+    BareFormatter& operator=(BareFormatter const&) = delete;
+
+    void operator()(std::string_view number) {
+        status_ = U_ZERO_ERROR;
+        char16_t text[64];
+        char utf8[128];
+        auto const length = unum_formatDecimal(formatter_, number.data(), static_cast<int32_t>(number.size()),
+                                               text, 64, nullptr, &status_);
+        u_strToUTF8(utf8, 128, nullptr, text, length, &status_);
+        benchmark::DoNotOptimize(utf8);
+    }
+
+private:
+    UErrorCode status_ = U_ZERO_ERROR;
+    UNumberFormat* formatter_;
+};
+
+/// For what is so short that reading the clock would count.
+template <class Work> void hundredTimes(Work work) {
+    for (int i = 0; i < 100; ++i) work();
+}
+
+void priceText(benchmark::State& state, int divisor) {
+    auto const locale = "en_US@currency=USD";
     PremiumManager::Price const price{
-        .price = *Decimal::parse("59.99"), .priceLocale = Locale{"en_US@currency=USD"}, .div = 12};
-    UErrorCode status = U_ZERO_ERROR;
-    auto* formatter = unum_open(UNUM_CURRENCY, nullptr, 0, "en_US@currency=USD", nullptr, &status);
-    unum_setAttribute(formatter, UNUM_ROUNDING_MODE, UNUM_ROUND_DOWN);
-    char16_t text[64];
+        .price = *Decimal::parse("59.99"), .priceLocale = Locale{locale}, .div = divisor};
+    BareFormatter formatter{locale};
+    auto const number = (price.price / Decimal{divisor}).description();
     compare(
-        state, [&] { benchmark::DoNotOptimize(PremiumManager::price(price)); },
-        [&] {
-            UErrorCode result = U_ZERO_ERROR;
-            unum_formatDecimal(formatter, "4.9991666666666666666666666666666666667", 39, text, 64, nullptr,
-                               &result);
-            benchmark::DoNotOptimize(text);
-        });
-    unum_close(formatter);
+        state, [&] { hundredTimes([&] { benchmark::DoNotOptimize(PremiumManager::price(price)); }); },
+        [&] { hundredTimes([&] { formatter(number); }); });
 }
 
 /// 10,000 products, delivered shuffled, into the host's order.
@@ -41,10 +68,11 @@ void sortCatalogue(benchmark::State& state) {
     std::shuffle(products.begin(), products.end(), std::mt19937{7});
     auto const manager = make<PremiumManager>();
     manager->start(identifiers);
-    for ([[maybe_unused]] auto _ : state) {
+    measure(state, [&] {
         manager->productsRequestDidReceive(*manager->productsRequest(), SKProductsResponse{products, {}});
         manager->requestDidFinish(*manager->productsRequest());
-    }
+    });
+    if (manager->products().size() != identifiers.size()) throw std::runtime_error("products are missing");
 }
 
 /// A temporary folder, gone with it.
@@ -57,42 +85,58 @@ struct Folder {
     std::filesystem::path path;
 };
 
-/// Buying and finishing against the three bare commits that it needs, both on a file that is synchronised
-/// fully.
-void buyAndFinish(benchmark::State& state) {
-    Folder folder;
-    auto catalogue = StoreConfiguration::parse(paywall::demonstrationCatalogue(), "demonstration catalogue");
-    auto opened =
-        SandboxStore::open({.file = folder.path / "store.sqlite", .configuration = catalogue.configuration});
+/// The three commits of a purchase, on a bare database that is synchronised fully.
+class BareCommits {
+public:
+    explicit BareCommits(std::string const& file) {
+        sqlite3_open(file.c_str(), &database_);
+        run("PRAGMA journal_mode=WAL");
+        run("PRAGMA synchronous=FULL");
+        run("PRAGMA locking_mode=EXCLUSIVE");
+        run("CREATE TABLE t(id INTEGER PRIMARY KEY, product TEXT, state INTEGER, owned INTEGER)");
+    }
+    ~BareCommits() { sqlite3_close(database_); }
+    BareCommits(BareCommits const&) = delete;
+    BareCommits& operator=(BareCommits const&) = delete;
 
-    sqlite3* bare = nullptr;
-    sqlite3_open((folder.path / "bare.sqlite").c_str(), &bare);
-    sqlite3_exec(bare,
-                 "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA locking_mode=EXCLUSIVE;"
-                 "CREATE TABLE t(id INTEGER PRIMARY KEY, product TEXT, state INTEGER, owned INTEGER)",
-                 nullptr, nullptr, nullptr);
-    compare(
-        state,
-        [&] {
-            auto const key = opened.store->buyAtOnce({.productIdentifier = "app.premium.yearly"});
-            if (key) opened.store->finish(*key);
-        },
-        [&] {
-            sqlite3_exec(bare, "INSERT INTO t(product, state) VALUES('app.premium.yearly', 0)", nullptr,
-                         nullptr, nullptr);
-            sqlite3_exec(bare, "UPDATE t SET state = 1, owned = 1 WHERE id = last_insert_rowid()", nullptr,
-                         nullptr, nullptr);
-            sqlite3_exec(bare, "UPDATE t SET state = 2 WHERE id = last_insert_rowid()", nullptr, nullptr,
-                         nullptr);
-        });
-    sqlite3_close(bare);
+    void operator()() {
+        run("INSERT INTO t(product, state) VALUES('app.premium.yearly', 0)");
+        run("UPDATE t SET state = 1, owned = 1 WHERE id = last_insert_rowid()");
+        run("UPDATE t SET state = 2 WHERE id = last_insert_rowid()");
+    }
+
+private:
+    void run(char const* statement) {
+        if (sqlite3_exec(database_, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
+            throw std::runtime_error(sqlite3_errmsg(database_));
+    }
+    sqlite3* database_ = nullptr;
+};
+
+void buyAndFinish(benchmark::State& state) {
+    Folder const folder;
+    auto const catalogue =
+        StoreConfiguration::parse(paywall::demonstrationCatalogue(), "demonstration catalogue");
+    auto const opened =
+        SandboxStore::open({.file = folder.path / "store.sqlite", .configuration = catalogue.configuration});
+    BareCommits bare{folder.path / "bare.sqlite"};
+    auto const buy = [&] {
+        auto const key = opened.store->buyAtOnce({.productIdentifier = "app.premium.yearly"});
+        if (!key) throw std::runtime_error("the sandbox did not sell");
+        opened.store->finish(*key);
+    };
+    compare(state, buy, [&] { bare(); });
 }
 
-BENCHMARK(priceText)->UseManualTime()->Name("price text / bare formatting");
-BENCHMARK(sortCatalogue)->Name("10,000 products into host order")->Unit(benchmark::kMillisecond);
-BENCHMARK(buyAndFinish)->UseManualTime()->Name("buy and finish / bare commits");
+[[maybe_unused]] bool const added = [] {
+    addRow(50, "10,000 products into host order", milliseconds(20), sortCatalogue);
+    addRow(51, "100 price texts / bare formatting", times(1.3),
+           [](benchmark::State& state) { priceText(state, 1); });
+    addRow(52, "100 price texts of a twelfth / bare formatting", times(1.3),
+           [](benchmark::State& state) { priceText(state, 12); });
+    addRow(53, "buy and finish / bare commits", times(1.5), buyAndFinish);
+    return true;
+}();
 
 } // namespace
 } // namespace trelundo::bench
-
-BENCHMARK_MAIN();
