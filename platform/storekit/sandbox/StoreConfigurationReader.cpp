@@ -139,6 +139,10 @@ void StoreConfigurationReader::readSettings(JsonValue const& root) {
     }
     if (options_.locale) settings.locale = *options_.locale;
     priceLocale_ = Locale{settings.storefront.priceLocale(settings.locale)};
+    if (!priceLocale_.identifier().empty()) return;
+    warn("key \"_locale\": no usable locale; en_US is used");
+    settings.locale = "en_US";
+    priceLocale_ = Locale{settings.storefront.priceLocale(settings.locale)};
 }
 
 void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {

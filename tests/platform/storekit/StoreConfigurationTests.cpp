@@ -270,6 +270,15 @@ TEST(StoreConfigurationTest, ReadsSettings) {
     EXPECT_EQ(read(R"({"settings": []})").warnings().size(), 1U);
 }
 
+TEST(StoreConfigurationTest, ALocaleThatIsNoneLeavesTheDefault) {
+    auto const configuration =
+        read(R"({"settings": {"_storefront": "DEU", "_locale": ")" + std::string(1000, 'a') +
+             R"("}, "products": [{"productID": "p", "displayPrice": "1"}]})");
+    EXPECT_EQ(first(configuration)->priceLocale().identifier(), "en_DE@currency=EUR");
+    ASSERT_EQ(configuration.warnings().size(), 1U);
+    EXPECT_TRUE(configuration.warnings().front().starts_with("shop: key \"_locale\""));
+}
+
 TEST(StoreConfigurationTest, OptionsReplaceTheLocaleAndGiveEmptyPeriods) {
     auto const configuration =
         read(R"({"products": [{"productID": "p", "displayPrice": "1", "localizations": [
