@@ -46,7 +46,7 @@ void startOnce() {
     // it.
     std::setlocale(LC_ALL, "C");
     shapeWord({.text = u"a",
-               .face = &FontLibrary::shared().systemFace(400, false),
+               .face = &FontLibrary::shared().systemFace(400, false, 17),
                .kerning = true,
                .rightToLeft = false},
               {1});

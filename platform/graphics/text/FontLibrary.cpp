@@ -153,19 +153,24 @@ FontLibrary& FontLibrary::shared() {
 }
 
 FontLibrary::FontLibrary() {
-    for (auto const* name : {"Inter", "Noto Sans", "DejaVu Sans"}) {
-        if (family(name).empty()) continue;
-        systemFamily_ = name;
-        break;
-    }
-    if (systemFamily_.empty()) {
-        systemFamily_ = "any";
-        if (auto file = findFontFile(U'a', 400)) families_[systemFamily_].push_back({.file = file->path});
-    }
-    for (auto& face : families_[systemFamily_]) face.system = true;
+    chooseSystemFamily();
+    displayFamily_ = systemFamily_ + " Display";
+    if (family(displayFamily_).empty()) displayFamily_ = systemFamily_;
+    for (auto const& name : {systemFamily_, displayFamily_})
+        for (auto& face : families_[name]) face.system = true;
     if (systemFamily_ != "Inter")
         logWarning("The system font Inter is missing; install the package fonts-inter. Using " +
                    systemFamily_ + ".");
+}
+
+void FontLibrary::chooseSystemFamily() {
+    for (auto const* name : {"Inter", "Noto Sans", "DejaVu Sans"}) {
+        if (family(name).empty()) continue;
+        systemFamily_ = name;
+        return;
+    }
+    systemFamily_ = "any";
+    if (auto file = findFontFile(U'a', 400)) families_[systemFamily_].push_back({.file = file->path});
 }
 
 FontLibrary::Family& FontLibrary::family(std::string const& name) {
@@ -188,8 +193,9 @@ FontFace* FontLibrary::closest(Family& family, int weight, bool italic) {
     return best == family.end() ? nullptr : &*best;
 }
 
-FontFace& FontLibrary::systemFace(int weight, bool italic) {
-    auto* const face = closest(families_[systemFamily_], weight, italic);
+FontFace& FontLibrary::systemFace(int weight, bool italic, double size) {
+    auto const& name = size < displaySize ? systemFamily_ : displayFamily_;
+    auto* const face = closest(families_[name], weight, italic);
     return face ? *face : missing_;
 }
 

@@ -32,11 +32,14 @@ class FontLibrary {
 public:
     /// Pixels an em at which faces are shaped. Glyph positions scale from here to every size.
     static constexpr double referenceSize = 256;
+    /// Points from which the system family changes its design.
+    static constexpr double displaySize = 20;
 
     static FontLibrary& shared();
 
-    /// The system family's face closest in weight.
-    FontFace& systemFace(int weight, bool italic);
+    /// The system family's face closest in weight. From displaySize points on it is of the family's display
+    /// design, which is drawn and spaced for headlines.
+    FontFace& systemFace(int weight, bool italic, double size);
     /// The face for a user-perceived character. `previous` is the face before it, or null.
     FontFace& faceFor(std::u16string_view cluster, FontFace& preferred, FontFace* previous);
     /// `face` at a size in points.
@@ -46,6 +49,7 @@ private:
     using Family = std::vector<FontFace>;
 
     FontLibrary();
+    void chooseSystemFamily();
     Family& family(std::string const& name);
     static FontFace* closest(Family& family, int weight, bool italic);
     FontFace* faceOfFamily(std::string const& name, FontFace const& like);
@@ -54,6 +58,7 @@ private:
 
     std::map<std::string, Family> families_;
     std::string systemFamily_;
+    std::string displayFamily_; // the system family where it has no display design
     std::map<std::pair<FontFace const*, double>, QRawFont> sized_;
     std::map<std::pair<char32_t, bool>, FontFace*> byCharacter_;
     FontFace missing_; // no font at all

@@ -14,6 +14,10 @@ namespace {
 // Sums of fractions may miss the width that was measured from them.
 constexpr double tolerance = 1e-6;
 
+// Share of the room that a line must fill to end where it looks best. Emptier lines would be holes in the
+// text.
+constexpr double fullEnough = 0.4;
+
 double limit(double value) { return std::isnan(value) ? greatestFiniteMagnitude : std::max(value, 0.0); }
 
 bool isLineEnd(char16_t unit) {
@@ -100,6 +104,7 @@ void LineSetter::setLines() {
     while (next.source < sources_.size()) {
         if (limits_.numberOfLines > 0 && static_cast<int>(lines.size()) == limits_.numberOfLines) break;
         auto line = setLine(next);
+        keepCompany(line);
         placeLine(line);
         if (!fitsBelow(line)) break;
         next = after(line);
@@ -142,17 +147,46 @@ std::size_t LineSetter::fittingEnd(SetLine& line, bool byWords) const {
     auto const most = room(line) + tolerance;
     double width = 0;
     auto wordEnd = line.first;
+    auto phraseEnd = line.first;
     for (auto i = line.first; i < text.characters.size(); ++i) {
         auto const& character = text.characters[i];
         if (i > line.first && !character.isSpace && width + character.advance > most) {
+            if (byWords && text.width(line.first, phraseEnd) > most * fullEnough) return phraseEnd;
             if (byWords && wordEnd > line.first) return wordEnd;
             line.breaksWord = byWords;
             return i;
         }
         width += character.advance;
         if (character.mayBreakAfter) wordEnd = i + 1;
+        if (character.breaksWellAfter) phraseEnd = i + 1;
     }
     return text.characters.size();
+}
+
+/// Where the last word of a line begins, which may be the line's own beginning.
+std::size_t LineSetter::lastWord(SetLine const& line) const {
+    auto first = line.last;
+    do {
+        if (first > line.first) --first;
+    } while (first > line.first && !line.paragraph->characters[first - 1].breaksWellAfter);
+    return first;
+}
+
+/// A short word alone on the last line of a paragraph gets the word before it for company.
+void LineSetter::keepCompany(SetLine& last) {
+    if (lines.empty() || last.softEnd || lines.back().source != last.source) return;
+    auto above = lines.back();
+    auto const& text = *last.paragraph;
+    auto const byWords = last.style.lineBreakMode != NSLineBreakMode::byCharWrapping;
+    if (!byWords || above.breaksWord || last.width * 2 > above.width || lastWord(last) > last.first) return;
+    above.last = lastWord(above);
+    above.width = visibleWidth(text, above.first, above.last);
+    auto const width = visibleWidth(text, above.last, last.last);
+    if (above.width < width || width > room(last) + tolerance) return;
+    lines.pop_back();
+    placeLine(above);
+    lines.push_back(above);
+    last = setLine(after(above));
 }
 
 double LineSetter::gapAfter(SetLine const& line) const {

@@ -51,6 +51,8 @@ private:
     void setLines();
     SetLine setLine(Place place);
     std::size_t fittingEnd(SetLine& line, bool byWords) const;
+    std::size_t lastWord(SetLine const& line) const;
+    void keepCompany(SetLine& last);
     void placeLine(SetLine& line);
     double gapAfter(SetLine const& line) const;
     bool fitsBelow(SetLine const& line) const;

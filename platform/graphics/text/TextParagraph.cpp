@@ -114,7 +114,7 @@ double TextParagraph::width(std::size_t first, std::size_t last) const {
 
 void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
     auto const ends = characterEnds(text.units);
-    auto const breaks = lineBreakOpportunities(text.units);
+    auto const breaks = lineBreaks(text.units);
     auto const levels = embeddingLevels(text.units, rightToLeft);
     auto& library = FontLibrary::shared();
     characters.reserve(ends.size());
@@ -124,7 +124,8 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
         auto const stop = static_cast<std::size_t>(unsignedEnd);
         auto const style = text.styles[start];
         auto const& font = styles[style].font;
-        auto& preferred = library.systemFace(font.weight, font.italic);
+        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
+        auto& preferred = library.systemFace(font.weight, font.italic, styles[style].look.font.size);
         auto& face =
             library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
         characters.push_back({.start = start,
@@ -135,7 +136,8 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
                               .advance = 0,
                               .level = levels[start],
                               .isSpace = isSpace(text.units[start]),
-                              .mayBreakAfter = breaks[stop]});
+                              .mayBreakAfter = breaks.allowed[stop],
+                              .breaksWellAfter = breaks.preferred[stop]});
         previous = &face;
         start = stop;
     }

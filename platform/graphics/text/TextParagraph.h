@@ -42,6 +42,7 @@ struct TextCharacter {
     std::uint8_t level;
     bool isSpace;
     bool mayBreakAfter;
+    bool breaksWellAfter;
 };
 
 /// Text without line ends, shaped and measured.

@@ -20,10 +20,22 @@ UBreakIterator* iteratorOver(UBreakIterator* iterator, std::u16string_view text)
     return U_SUCCESS(status) ? iterator : nullptr;
 }
 
-Iterator openIterator(UBreakIteratorType type) {
+Iterator openIterator(UBreakIteratorType type, char const* locale = "") {
     UErrorCode status = U_ZERO_ERROR;
-    return {ubrk_open(type, "", nullptr, 0, &status), ubrk_close};
+    return {ubrk_open(type, locale, nullptr, 0, &status), ubrk_close};
 }
+
+std::vector<bool> opportunities(UBreakIterator* lines, std::u16string_view text) {
+    std::vector<bool> found(text.size() + 1, false);
+    auto* const iterator = iteratorOver(lines, text);
+    if (!iterator) return found;
+    for (auto end = ubrk_next(iterator); end != UBRK_DONE; end = ubrk_next(iterator))
+        found[static_cast<std::size_t>(end)] = true;
+    return found;
+}
+
+bool isKana(char16_t unit) { return unit >= 0x3041 && unit <= 0x30ff; }
+bool isJapanese(char16_t unit) { return isKana(unit) || (unit >= 0x4e00 && unit <= 0x9fff); }
 
 /// From here on scripts written from right to left may appear.
 constexpr char16_t firstRightToLeft = 0x590;
@@ -51,14 +63,19 @@ std::vector<int> characterEnds(std::u16string_view text) {
     return ends;
 }
 
-std::vector<bool> lineBreakOpportunities(std::u16string_view text) {
-    std::vector<bool> opportunities(text.size() + 1, false);
+LineBreaks lineBreaks(std::u16string_view text) {
     thread_local Iterator const lines = openIterator(UBRK_LINE);
-    auto* const iterator = iteratorOver(lines.get(), text);
-    if (!iterator) return opportunities;
-    for (auto end = ubrk_next(iterator); end != UBRK_DONE; end = ubrk_next(iterator))
-        opportunities[static_cast<std::size_t>(end)] = true;
-    return opportunities;
+    auto allowed = opportunities(lines.get(), text);
+    auto preferred = allowed;
+    if (std::ranges::any_of(text, isKana)) {
+        thread_local Iterator const phrases = openIterator(UBRK_LINE, "ja@lw=phrase");
+        preferred = opportunities(phrases.get(), text);
+        for (std::size_t i = 1; i < text.size(); ++i)
+            if (allowed[i] && isJapanese(text[i - 1]) && !isJapanese(text[i])) preferred[i] = true;
+    }
+    for (std::size_t i = 1; i < text.size(); ++i)
+        if (text[i - 1] == u'/') preferred[i] = false;
+    return {std::move(allowed), std::move(preferred)};
 }
 
 BaseDirection baseDirection(std::u16string_view text) {

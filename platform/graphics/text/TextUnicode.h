@@ -9,8 +9,13 @@ namespace trelundo {
 /// Ends of the user-perceived characters, in UTF-16 units; the last is the text's length.
 std::vector<int> characterEnds(std::u16string_view text);
 
-/// For each position 0 to length, whether a line may end before it. Independent of the user's language.
-std::vector<bool> lineBreakOpportunities(std::u16string_view text);
+/// Each for the positions 0 to length; independent of the user's language.
+struct LineBreaks {
+    std::vector<bool> allowed; // whether a line may end before it
+    /// Whether it looks well there: a price stays with its unit, a Japanese phrase with itself.
+    std::vector<bool> preferred;
+};
+LineBreaks lineBreaks(std::u16string_view text);
 
 enum class BaseDirection { leftToRight, rightToLeft, none };
 /// That of the first strong character.

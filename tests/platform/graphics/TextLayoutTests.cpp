@@ -92,16 +92,19 @@ TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
 }
 
 TEST(TextLayout, TrackingFollowsTheSize) {
-    // At 80 points there is none, so widths of the same text compare by it.
-    auto const natural = width(run("nnnnnnnnnn", 80)) / 80;
-    auto const tracking = [&](double size) {
-        return (width(run("nnnnnnnnnn", size)) / size - natural) * 100;
-    };
+    auto const ems = [](double size) { return width(run("nnnnnnnnnn", size)) / size; };
+    // At 12 and at 80 points there is none, so widths of the same text compare by it.
+    auto const tracking = [&](double size) { return (ems(size) - ems(size < 20 ? 12 : 80)) * 100; };
     EXPECT_NEAR(tracking(17), -26, 1e-6);
-    EXPECT_NEAR(tracking(12), 0, 1e-6);
     EXPECT_NEAR(tracking(10), 12, 1e-6);
     EXPECT_NEAR(tracking(28), 14, 1e-6);
     EXPECT_NEAR(tracking(22), -10, 1e-6); // between 20 and 24
+}
+
+TEST(TextLayout, HeadlinesHaveADesignOfTheirOwn) {
+    auto const ems = [](double size) { return width(run("Unlock", size)) / size; };
+    // Tracking hardly differs between these two, the designs do.
+    EXPECT_LT(ems(20), ems(19.9) - 0.05);
 }
 
 TEST(TextLayout, HeavierWeightsAreWider) {
@@ -179,10 +182,37 @@ TEST(TextLayout, BreaksAWordThatDoesNotFit) {
 
 TEST(TextLayout, WrapsJapaneseWithoutOrphanedPunctuation) {
     // The full stop may not begin a line, so the character before it comes along.
-    auto const text = layout("無料で試す。", wrapping(width("無料で試す") + 0.5));
+    auto const text = layout("期間限定。", wrapping(width("期間限定") + 0.5));
     EXPECT_EQ(text.lineCount(), 2);
-    EXPECT_NEAR(text.size().width, width("無料で試"), 1e-9);
+    EXPECT_NEAR(text.size().width, width("期間限"), 1e-9);
     EXPECT_FALSE(text.breaksWord());
+}
+
+TEST(TextLayout, KeepsAShortLastWordCompany) {
+    // The widest line tells where the text was broken.
+    auto const widest = [](std::string text, std::string room) {
+        auto const set = layout(std::move(text), wrapping(width(std::move(room)) + 1));
+        EXPECT_EQ(set.lineCount(), 2);
+        return set.size().width;
+    };
+    EXPECT_NEAR(widest("Something is wrong", "Something is"), width("Something"), 1e-9);
+    EXPECT_NEAR(widest("Something is unforeseen", "Something is"), width("Something is"), 1e-9)
+        << "the last word is not short";
+    EXPECT_NEAR(widest("Some things vary", "Some things"), width("Some things"), 1e-9)
+        << "the last line would be the longer one";
+    EXPECT_EQ(layout("A longword\nis", wrapping(width("A longword") + 1)).size().width, width("A longword"))
+        << "another paragraph";
+}
+
+TEST(TextLayout, BreaksWhereItLooksWell) {
+    auto const widest = [](std::string text, double room) {
+        return layout(std::move(text), wrapping(room)).size().width;
+    };
+    EXPECT_NEAR(widest("問題が発生しました。", width("問題が発生しま")), width("問題が発生"), 1e-9);
+    EXPECT_NEAR(widest("1年わずか$1.24/月", width("わずか$1.24") - 1), width("1年わずか"), 1e-9);
+    EXPECT_NEAR(widest("Every day $29.99/year", width("Every day $29.99/")), width("$29.99/year"), 1e-9);
+    // Without a good place a line ends where it may.
+    EXPECT_NEAR(widest("a $29.99/year", width("a $29.99/")), width("a $29.99/"), 1e-9);
 }
 
 TEST(TextLayout, CharacterWrappingFillsLines) {
