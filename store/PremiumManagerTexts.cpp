@@ -6,9 +6,8 @@
 namespace trelundo {
 
 std::string PremiumManager::price(Price const& price) {
-    NumberFormatter formatter;
+    NumberFormatter formatter{price.priceLocale};
     formatter.setNumberStyle(NumberFormatter::Style::currency);
-    formatter.setLocale(price.priceLocale);
     formatter.setRoundingMode(price.roundingMode);
     formatter.setMaximumFractionDigits(2);
     auto text = formatter.string(price.price / Decimal{price.div});

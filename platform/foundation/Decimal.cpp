@@ -43,8 +43,8 @@ int digitCount(Wide const& number) {
 
 std::string digitsOf(Native number) {
     constexpr std::uint64_t half = 10'000'000'000'000'000'000U;
+    if (number < half) return std::to_string(static_cast<std::uint64_t>(number));
     auto const low = std::to_string(static_cast<std::uint64_t>(number % half));
-    if (number < half) return low;
     return std::to_string(static_cast<std::uint64_t>(number / half)) + std::string(19 - low.size(), '0') +
            low;
 }
@@ -130,6 +130,7 @@ struct Decimal::Arithmetic {
                                                            {4, 10'000},
                                                            {2, 100},
                                                            {1, 10}};
+        if (significand % 2 != 0 || significand % 10 != 0) return; // most numbers, told cheaply
         for (auto const& [digits, power] : steps) {
             if (exponent + digits > maximumExponent || significand % power != 0) continue;
             significand /= power;
@@ -216,6 +217,8 @@ Decimal Decimal::operator*(Decimal const& other) const {
 
 Decimal Decimal::operator/(Decimal const& other) const {
     if (isNaN_ || other.isNaN_ || other.isZero()) return notANumber();
+    static Decimal const one{1};
+    if (other == one) return *this;
     auto const dividend = Arithmetic::significand(*this);
     auto const divisor = Arithmetic::significand(other);
     // Leaves one digit more than is kept, to round by.

@@ -3,10 +3,13 @@
 #include "platform/foundation/LocaleData.h"
 
 #include <algorithm>
+#include <array>
 #include <list>
 #include <memory>
+#include <string>
 #include <unicode/unistr.h>
 #include <unicode/unum.h>
+#include <unicode/ustring.h>
 
 namespace trelundo {
 
@@ -62,6 +65,23 @@ UNumberFormatRoundingMode libraryMode(NumberFormatter::RoundingMode mode) {
     return UNUM_ROUND_HALFEVEN;
 }
 
+/// Whether the digits that a style writes are the number's own, at their own places.
+bool writesPlainDigits(NumberFormatter::Style style) {
+    using Style = NumberFormatter::Style;
+    return style == Style::decimal || style == Style::currency || style == Style::currencyISOCode ||
+           style == Style::currencyAccounting;
+}
+
+/// Takes away what no rounding to `kept` fraction digits looks at: behind the first digit that is dropped it
+/// only matters that something follows. The locale library takes long over long numbers.
+void shorten(std::string& digits, std::size_t kept) {
+    if (digits.size() <= kept + 4) return;
+    auto const point = digits.find('.');
+    if (point == digits.npos || digits.size() <= point + kept + 3) return;
+    digits.resize(point + kept + 2);
+    digits += '1';
+}
+
 } // namespace
 
 /// One opened formatter of the locale library.
@@ -83,19 +103,18 @@ public:
 
     std::optional<std::string> string(Decimal const& number) const {
         if (!handle_) return std::nullopt;
-        auto const digits = number.description();
-        icu::UnicodeString text;
+        auto digits = number.description();
+        if (settings_.maximumFractionDigits && writesPlainDigits(settings_.style))
+            shorten(digits, static_cast<std::size_t>(*settings_.maximumFractionDigits));
+        std::array<char16_t, usualLength> text;
         UErrorCode status = U_ZERO_ERROR;
-        auto length = format(digits, text, status);
-        if (status == U_BUFFER_OVERFLOW_ERROR) {
-            status = U_ZERO_ERROR;
-            text.getBuffer(length);
-            text.releaseBuffer(0);
-            length = format(digits, text, status);
-        }
+        auto const length = format(digits, text.data(), usualLength, status);
+        if (status == U_BUFFER_OVERFLOW_ERROR) return longString(digits, length);
         if (U_FAILURE(status)) return std::nullopt;
-        std::string utf8;
-        return text.toUTF8String(utf8);
+        std::array<char, 3 * usualLength> utf8;
+        int32_t size = 0;
+        u_strToUTF8(utf8.data(), utf8.size(), &size, text.data(), length, &status);
+        return std::string{utf8.data(), static_cast<std::size_t>(size)};
     }
 
 private:
@@ -112,15 +131,23 @@ private:
             unum_setAttribute(handle_.get(), UNUM_MIN_FRACTION_DIGITS, *digits);
     }
 
-    int32_t format(std::string const& digits, icu::UnicodeString& text, UErrorCode& status) const {
-        auto* buffer = text.getBuffer(-1);
-        auto const length =
-            unum_formatDecimal(handle_.get(), digits.data(), static_cast<int32_t>(digits.size()), buffer,
-                               text.getCapacity(), nullptr, &status);
-        text.releaseBuffer(U_SUCCESS(status) ? length : 0);
-        return length;
+    /// Returns the length of the whole text, which may be more than fits.
+    int32_t format(std::string const& digits, char16_t* text, int32_t capacity, UErrorCode& status) const {
+        return unum_formatDecimal(handle_.get(), digits.data(), static_cast<int32_t>(digits.size()), text,
+                                  capacity, nullptr, &status);
     }
 
+    std::optional<std::string> longString(std::string const& digits, int32_t length) const {
+        icu::UnicodeString text;
+        UErrorCode status = U_ZERO_ERROR;
+        format(digits, text.getBuffer(length), length, status);
+        text.releaseBuffer(length);
+        if (U_FAILURE(status)) return std::nullopt;
+        std::string utf8;
+        return text.toUTF8String(utf8);
+    }
+
+    static constexpr int32_t usualLength = 64; // characters
     Settings settings_;
     std::unique_ptr<UNumberFormat, Close> handle_;
 };

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace trelundo {
 
@@ -35,6 +36,12 @@ public:
         halfUp = 6
     };
 
+    /// In the locale of the user's first preferred language.
+    NumberFormatter()
+        : NumberFormatter(Locale::current()) {}
+    explicit NumberFormatter(Locale locale)
+        : settings_{.locale = std::move(locale)} {}
+
     Style numberStyle() const { return settings_.style; }
     void setNumberStyle(Style style) { settings_.style = style; }
     Locale const& locale() const { return settings_.locale; }
@@ -53,10 +60,10 @@ public:
 private:
     struct Settings {
         Style style = Style::none;
-        Locale locale = Locale::current();
+        Locale locale;
         RoundingMode roundingMode = RoundingMode::halfEven;
-        std::optional<int> minimumFractionDigits;
-        std::optional<int> maximumFractionDigits;
+        std::optional<int> minimumFractionDigits{};
+        std::optional<int> maximumFractionDigits{};
         bool operator==(Settings const&) const = default;
     };
     class Engine;

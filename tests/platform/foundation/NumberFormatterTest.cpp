@@ -110,12 +110,15 @@ TEST(NumberFormatter, NegativeAmountsZerosAndNaNHaveTheirTexts) {
 TEST(NumberFormatter, RoundsOnDecimalDigits) {
     struct {
         Mode mode;
-        char const *up, *down, *tie, *nearTie;
+        char const *up, *down, *tie, *nearTie, *nearWhole;
     } const rows[] = {
-        {Mode::ceiling, "1.3", "-1.2", "4.4", "2.1"},  {Mode::floor, "1.2", "-1.3", "4.3", "2.0"},
-        {Mode::down, "1.2", "-1.2", "4.3", "2.0"},     {Mode::up, "1.3", "-1.3", "4.4", "2.1"},
-        {Mode::halfEven, "1.2", "-1.2", "4.4", "2.1"}, {Mode::halfDown, "1.2", "-1.2", "4.3", "2.1"},
-        {Mode::halfUp, "1.3", "-1.3", "4.4", "2.1"},
+        {Mode::ceiling, "1.3", "-1.2", "4.4", "2.1", "2.1"},
+        {Mode::floor, "1.2", "-1.3", "4.3", "2.0", "2.0"},
+        {Mode::down, "1.2", "-1.2", "4.3", "2.0", "2.0"},
+        {Mode::up, "1.3", "-1.3", "4.4", "2.1", "2.1"},
+        {Mode::halfEven, "1.2", "-1.2", "4.4", "2.1", "2.0"},
+        {Mode::halfDown, "1.2", "-1.2", "4.3", "2.1", "2.0"},
+        {Mode::halfUp, "1.3", "-1.3", "4.4", "2.1", "2.0"},
     };
     for (auto const& row : rows) {
         auto formatter = formatterOf(Style::decimal);
@@ -126,6 +129,7 @@ TEST(NumberFormatter, RoundsOnDecimalDigits) {
         EXPECT_EQ(format(formatter, "-1.25"), row.down);
         EXPECT_EQ(format(formatter, "4.35"), row.tie);
         EXPECT_EQ(format(formatter, "2.0500000000000000000000000000000000001"), row.nearTie);
+        EXPECT_EQ(format(formatter, "2.0000000000000000000000000000000000001"), row.nearWhole);
     }
 }
 
