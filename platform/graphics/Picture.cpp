@@ -47,10 +47,7 @@ QImage tinted(QImage image, CGColor const& tint) {
 }
 
 CGSize sizeInPoints(DecodedPicture const& content, double scale) {
-    if (content.artwork) {
-        auto const size = content.artwork->viewBoxF().size();
-        return {size.width(), size.height()};
-    }
+    if (content.artwork) return {content.artworkSize.width(), content.artworkSize.height()};
     return {content.pixels.width() / scale, content.pixels.height() / scale};
 }
 

@@ -72,12 +72,19 @@ std::optional<DecodedPicture> decodePixels(QByteArray const& data, char const* f
     return picture;
 }
 
+/// The renderer rounds what the artwork states; a view box of that size is exact.
+QSizeF sizeOf(QSvgRenderer const& artwork) {
+    auto const box = artwork.viewBoxF().size();
+    auto const stated = artwork.defaultSize();
+    return stated.isEmpty() || stated == box.toSize() ? box : QSizeF(stated);
+}
+
 std::optional<DecodedPicture> decodeArtwork(QByteArray const& data, std::string& fault) {
     fault = faultInArtwork(data);
     if (!fault.empty()) return std::nullopt;
     DecodedPicture picture;
     picture.artwork = std::make_unique<QSvgRenderer>(data);
-    auto const size = picture.artwork->viewBoxF().size();
+    auto const size = picture.artworkSize = sizeOf(*picture.artwork);
     if (!picture.artwork->isValid() || !(size.width() > 0) || !(size.height() > 0) ||
         !std::isfinite(size.width() * size.height())) {
         fault = "artwork without a size";

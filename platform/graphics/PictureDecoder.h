@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSizeF>
 
 #include <memory>
 #include <optional>
@@ -20,6 +21,7 @@ struct DecodedPicture {
 
     QImage pixels;
     std::unique_ptr<QSvgRenderer> artwork;
+    QSizeF artworkSize; // points: its width and height, or its view box where it states none
 };
 
 /// Recognises the format by its first bytes. On failure absent and a reason that names `name`.

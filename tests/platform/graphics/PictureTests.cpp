@@ -57,6 +57,11 @@ TEST(Picture, MeasuresInPoints) {
     auto const scalable = decoded(artwork, 2);
     EXPECT_EQ(scalable->size(), (CGSize{20, 10}));
     EXPECT_TRUE(scalable->isScalable());
+    auto const stated =
+        decoded(R"(<svg xmlns="http://www.w3.org/2000/svg" width="15" height="8" viewBox="0 0 20 10"/>)", 2);
+    EXPECT_EQ(stated->size(), (CGSize{15, 8}));
+    auto const fractional = decoded(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20.5 10"/>)", 2);
+    EXPECT_EQ(fractional->size(), (CGSize{20.5, 10}));
 }
 
 TEST(Picture, NamesWhatIsWrong) {
