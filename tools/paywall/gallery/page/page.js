@@ -107,7 +107,7 @@ function describe(picture) {
         + `${picture.appearance}, ${count === 1 ? '1 flagged text' : `${count} flagged texts`}`;
 }
 
-const verdict = (flag) => [flag.truncated ? 'cut' : '', flag.offScreen ? 'off screen' : '', flag.shrunkTo ? `${Math.round(flag.shrunkTo * 100)} %` : '']
+const verdict = (flag) => [flag.truncated ? 'cut' : '', flag.offScreen ? 'off screen' : '', flag.shrunkTo ? `${Math.floor(flag.shrunkTo * 100)} %` : '']
     .filter(Boolean).join(', ');
 
 // Building
