@@ -5,6 +5,7 @@
 #include "platform/graphics/PictureDecoder.h"
 #include "platform/graphics/PixelMemory.h"
 #include "platform/graphics/RenditionCache.h"
+#include "platform/graphics/WholeFills.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -26,9 +27,11 @@ std::uint64_t nextIdentity() {
 QImage drawArtwork(QSvgRenderer& artwork, int width, int height) {
     auto image = transparentPixels(width, height);
     if (image.isNull()) return image;
-    QPainter painter(&image);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    artwork.render(&painter, QRectF(0, 0, width, height));
+    drawInWholeFills([&] {
+        QPainter painter(&image);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        artwork.render(&painter, QRectF(0, 0, width, height));
+    });
     return image;
 }
 
