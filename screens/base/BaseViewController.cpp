@@ -3,6 +3,7 @@
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "platform/uikit/layout/UILayoutGuide.h"
 #include "platform/uikit/views/UIScreen.h"
 
 #include <utility>
@@ -41,6 +42,25 @@ Ref<UIView> const& BaseViewController::dimmView() {
             activityIndicatorView_->centerYAnchor() == view->centerYAnchor(),
         });
         return view;
+    });
+}
+
+void BaseViewController::addCloseButton(Ref<UIButton> const& button, CGPoint inset) {
+    view()->addSubview(button);
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        button->topAnchor() == safeArea->topAnchor() + inset.y,
+        button->leadingAnchor() == safeArea->leadingAnchor() + inset.x,
+    });
+}
+
+void BaseViewController::addTerms(Ref<UIView> const& links) {
+    view()->addSubview(links);
+    auto const safeArea = view()->safeAreaLayoutGuide();
+    activate({
+        links->leadingAnchor() == safeArea->leadingAnchor(),
+        links->trailingAnchor() == safeArea->trailingAnchor(),
+        links->bottomAnchor() == safeArea->bottomAnchor(),
     });
 }
 

@@ -1,8 +1,6 @@
 #include "screens/offer/DiscountOfferViewController.h"
 
 #include "controls/PlanTerms.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
 #include "screens/base/LinksRow.h"
 #include "screens/base/ViewBuilding.h"
 
@@ -17,16 +15,6 @@ void DiscountOfferViewController::setProduct(Ref<SKProduct> product) {
 
 void DiscountOfferViewController::purchaseProduct() {
     if (product_) purchasePayment(makePayment(*product_, paymentDiscount_));
-}
-
-void DiscountOfferViewController::addTerms() {
-    view()->addSubview(termsStackView());
-    auto const safeArea = view()->safeAreaLayoutGuide();
-    activate({
-        termsStackView()->leadingAnchor() == safeArea->leadingAnchor(),
-        termsStackView()->trailingAnchor() == safeArea->trailingAnchor(),
-        termsStackView()->bottomAnchor() == safeArea->bottomAnchor(),
-    });
 }
 
 Ref<UIStackView> const& DiscountOfferViewController::linksStackView() {

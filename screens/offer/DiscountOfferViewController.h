@@ -25,16 +25,14 @@ protected:
     /// Fills the texts for `product` under the terms of `discount`.
     virtual void showOffer(SKProduct const& product, SKProductDiscount const& discount) = 0;
 
-    /// The row of terms, privacy and restore links at the foot of the screen, in a stack of its own that is
-    /// pinned to the safe area.
-    void addTerms();
-    /// Font and colour of the row.
+    /// Font and colour of the links.
     struct LinksStyle {
         UIFont font;
         UIColor color;
     };
     virtual LinksStyle linksStyle() const = 0;
     Ref<UIStackView> const& linksStackView();
+    /// The row of terms, privacy and restore links in a stack of its own, for the foot of the screen.
     Ref<UIStackView> const& termsStackView();
 
 private:

@@ -81,7 +81,7 @@ void OfferViewController::viewDidLoad() {
         visualEffectView_->bottomAnchor() == view()->bottomAnchor(),
     });
     addCard();
-    addTerms();
+    addTerms(termsStackView());
     addDimmView();
 }
 

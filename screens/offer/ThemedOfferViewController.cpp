@@ -2,7 +2,6 @@
 
 #include "common/Common.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
 #include "screens/base/ViewBuilding.h"
 
 namespace trelundo {
@@ -11,7 +10,7 @@ void ThemedOfferViewController::viewDidLoad() {
     DiscountOfferViewController::viewDidLoad();
     addPictures();
     addTopBar();
-    addTerms();
+    addTerms(termsStackView());
     addStack();
     addDimmView();
 }
@@ -34,12 +33,9 @@ void ThemedOfferViewController::addPictures() {
 }
 
 void ThemedOfferViewController::addTopBar() {
-    view()->addSubview(closeButton());
+    addCloseButton(closeButton(), {20, 5});
     view()->addSubview(premiumImageView());
-    auto const safeArea = view()->safeAreaLayoutGuide();
     activate({
-        closeButton()->topAnchor() == safeArea->topAnchor() + 5,
-        closeButton()->leadingAnchor() == safeArea->leadingAnchor() + 20,
         premiumImageView()->centerXAnchor() == view()->centerXAnchor(),
         premiumImageView()->centerYAnchor() == closeButton()->centerYAnchor(),
     });

@@ -26,15 +26,6 @@ void PlanPaywallViewController::addTopPicture(Ref<UIImageView> const& picture) {
     });
 }
 
-void PlanPaywallViewController::addCloseButton() {
-    view()->addSubview(closeButton());
-    auto const safeArea = view()->safeAreaLayoutGuide();
-    activate({
-        closeButton()->topAnchor() == safeArea->topAnchor(),
-        closeButton()->leadingAnchor() == safeArea->leadingAnchor(),
-    });
-}
-
 void PlanPaywallViewController::addContent(NSLayoutYAxisAnchor top) {
     view()->addSubview(contentStackView());
     auto const safeArea = view()->safeAreaLayoutGuide();

@@ -50,7 +50,6 @@ protected:
     /// Buys the selected plan; nothing is selected: does nothing.
     virtual void purchaseProduct();
 
-    void addCloseButton();
     /// The plan buttons and what follows, from `top` down to the safe area's foot.
     void addContent(NSLayoutYAxisAnchor top);
     /// A picture over the whole width at the top of the screen, cut to its bounds.

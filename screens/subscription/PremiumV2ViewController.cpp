@@ -2,7 +2,6 @@
 
 #include "common/Common.h"
 #include "controls/PremiumV2CollectionViewCell.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
 #include "screens/base/ViewBuilding.h"
 
 namespace trelundo {
@@ -30,7 +29,7 @@ PremiumV2ViewController::PremiumV2ViewController()
 void PremiumV2ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
     addCover();
-    addCloseButton();
+    addCloseButton(closeButton());
     addLogo();
     addCaption();
     addCarousel();

@@ -26,7 +26,7 @@ void PremiumV3ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
     view()->setBackgroundColor(backgroundColor());
     addTopPicture(backgroundImageView());
-    addCloseButton();
+    addCloseButton(closeButton());
     addTopBar();
     addHeadline();
     addContent(backgroundImageView()->bottomAnchor() - 106);

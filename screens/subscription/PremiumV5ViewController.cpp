@@ -36,7 +36,7 @@ void PremiumV5ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
     view()->setBackgroundColor(backgroundColor());
     addTopPicture(backgroundImageView());
-    addCloseButton();
+    addCloseButton(closeButton());
     addTopBar();
     addChecklist();
     addContent(unlockStackView()->bottomAnchor() + 24);

@@ -79,10 +79,9 @@ void PremiumV6ViewController::viewDidDisappear(bool animated) {
 
 void PremiumV6ViewController::addCover() {
     view()->setBackgroundColor(backgroundColor_);
-    for (Ref<UIView> const& subview :
-         {Ref<UIView>{backgroundImageView()}, Ref<UIView>{gradientView()}, Ref<UIView>{closeButton()}})
-        view()->addSubview(subview);
-    auto const safeArea = view()->safeAreaLayoutGuide();
+    view()->addSubview(backgroundImageView());
+    view()->addSubview(gradientView());
+    addCloseButton(closeButton());
     activate({
         backgroundImageView()->topAnchor() == view()->topAnchor(),
         backgroundImageView()->leadingAnchor() == view()->leadingAnchor(),
@@ -91,8 +90,6 @@ void PremiumV6ViewController::addCover() {
         gradientView()->trailingAnchor() == backgroundImageView()->trailingAnchor(),
         gradientView()->bottomAnchor() == backgroundImageView()->bottomAnchor(),
         gradientView()->topAnchor() == backgroundImageView()->bottomAnchor() - 170,
-        closeButton()->topAnchor() == safeArea->topAnchor(),
-        closeButton()->leadingAnchor() == safeArea->leadingAnchor(),
     });
 }
 

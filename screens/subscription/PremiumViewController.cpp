@@ -10,9 +10,9 @@ namespace trelundo {
 void PremiumViewController::viewDidLoad() {
     BaseViewController::viewDidLoad();
     addBackground();
-    addCloseButton();
+    addCloseButton(closeButton());
     addContent();
-    addTerms();
+    addTermsBelowContent();
     addDimmView();
     carousel_->scrollToFirstItem();
 }
@@ -29,15 +29,6 @@ void PremiumViewController::addBackground() {
     });
 }
 
-void PremiumViewController::addCloseButton() {
-    view()->addSubview(closeButton());
-    auto const safeArea = view()->safeAreaLayoutGuide();
-    activate({
-        closeButton()->leadingAnchor() == safeArea->leadingAnchor(),
-        closeButton()->topAnchor() == safeArea->topAnchor(),
-    });
-}
-
 void PremiumViewController::addContent() {
     view()->addSubview(premiumLogoStackView_);
     view()->addSubview(premiumContentStackView());
@@ -49,15 +40,9 @@ void PremiumViewController::addContent() {
     });
 }
 
-void PremiumViewController::addTerms() {
-    view()->addSubview(termsStackView());
-    auto const safeArea = view()->safeAreaLayoutGuide();
-    activate({
-        termsStackView()->leadingAnchor() == safeArea->leadingAnchor(),
-        termsStackView()->trailingAnchor() == safeArea->trailingAnchor(),
-        termsStackView()->bottomAnchor() == safeArea->bottomAnchor(),
-        termsStackView()->topAnchor() >= premiumContentStackView()->bottomAnchor() + 50,
-    });
+void PremiumViewController::addTermsBelowContent() {
+    addTerms(termsStackView());
+    activate({termsStackView()->topAnchor() >= premiumContentStackView()->bottomAnchor() + 50});
 }
 
 void PremiumViewController::traitCollectionDidChange(UITraitCollection const* previous) {

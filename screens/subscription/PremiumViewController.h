@@ -45,9 +45,8 @@ public:
 
 private:
     void addBackground();
-    void addCloseButton();
     void addContent();
-    void addTerms();
+    void addTermsBelowContent();
     void installRegularLayout();
     void installCompactLayout();
 
