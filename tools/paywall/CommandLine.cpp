@@ -50,12 +50,16 @@ void addCatalogueOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--catalogue", options.catalogue,
                        "StoreKit configuration (built-in demonstration catalogue)");
     command.add_option("--products", raw.products, "Identifiers in host order, with commas between");
+}
+
+void addLanguageOption(CLI::App& command, Options& options) {
     command.add_option("--language", options.language, "The user's preferred language (en)");
 }
 
 void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("SCREEN", options.screen, "Class name, as `paywall screens` lists")->required();
     addCatalogueOptions(command, options, raw);
+    addLanguageOption(command, options);
     command.add_option("--select", options.select, "Index of the product that starts selected (0)")
         ->check(notEmpty);
     command.add_option("--device", raw.device, "As `paywall devices` lists (phone-390x844)");
@@ -89,9 +93,7 @@ void addGalleryOptions(CLI::App& command, Options& options, RawOptions& raw) {
                        "that it knows (none, and those of the first paywall)");
     command.add_option("--appearances", raw.galleryAppearances, "light, dark or both with a comma (light)");
     command.add_flag("--landscape", options.landscape, "Turns the devices");
-    command.add_option("--catalogue", options.catalogue,
-                       "StoreKit configuration (built-in demonstration catalogue)");
-    command.add_option("--products", raw.products, "Identifiers in host order, with commas between");
+    addCatalogueOptions(command, options, raw);
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
 
@@ -185,6 +187,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
 
     auto* products = app.add_subcommand("products", "Prints a catalogue as a paywall would show it");
     addCatalogueOptions(*products, options, raw);
+    addLanguageOption(*products, options);
     products->get_option("--catalogue")->required();
     products->add_flag("--json", options.json, "One JSON object a product");
 
