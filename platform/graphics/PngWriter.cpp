@@ -83,7 +83,7 @@ public:
         } while (ready_ && stream_.avail_out == 0);
     }
     Bytes take() {
-        out_.resize(out_.size() - stream_.avail_out);
+        out_.erase(out_.end() - static_cast<std::ptrdiff_t>(stream_.avail_out), out_.end());
         return std::move(out_);
     }
 
