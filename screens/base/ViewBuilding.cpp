@@ -32,12 +32,14 @@ Ref<UIImageView> makeFillingPicture(std::string const& name) {
     return picture;
 }
 
+Ref<UIImage> neverTinted(Ref<UIImage> const& image) {
+    return image ? image->withRenderingMode(UIImageRenderingMode::alwaysOriginal) : nullptr;
+}
+
 Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset) {
     auto button = constraintDriven(make<UIButton>(UIButtonType::system));
     button->setContentEdgeInsets({contentInset, contentInset, contentInset, contentInset});
-    if (image)
-        button->setImage(image->withRenderingMode(UIImageRenderingMode::alwaysOriginal),
-                         UIControlState::normal);
+    button->setImage(image, UIControlState::normal);
     button->setAccessibilityLabel(Common::text("Close"));
     return button;
 }

@@ -26,8 +26,11 @@ Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color
 /// The host's picture `name`, filling its view and cut to it; its height yields to everything around it.
 Ref<UIImageView> makeFillingPicture(std::string const& name);
 
-/// A close button: system-type, showing `image` as it is (nothing when null) within insets of `contentInset`
-/// points.
+/// `image` in its own colours wherever it is shown; null stays null.
+Ref<UIImage> neverTinted(Ref<UIImage> const& image);
+
+/// A close button: system-type, so that `image` (nothing when null) is tinted unless it says otherwise,
+/// within insets of `contentInset` points.
 Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset);
 
 } // namespace trelundo

@@ -72,7 +72,7 @@ Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
 
 Ref<UIButton> const& PlanPaywallViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(Common::image("x"), 16);
+        auto button = makeCloseButton(neverTinted(Common::image("x")), 16);
         button->addTarget(this, &PlanPaywallViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

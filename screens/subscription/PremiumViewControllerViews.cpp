@@ -35,7 +35,7 @@ PremiumViewController::PremiumViewController()
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(Common::image("close_bg"), 8);
+        auto button = makeCloseButton(neverTinted(Common::image("close_bg")), 8);
         button->addTarget(this, &PremiumViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

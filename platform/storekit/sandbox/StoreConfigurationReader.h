@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/storekit/sandbox/JsonText.h"
+#include "platform/foundation/JsonText.h"
 #include "platform/storekit/sandbox/StoreConfiguration.h"
 
 namespace trelundo {

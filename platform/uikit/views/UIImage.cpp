@@ -1,8 +1,10 @@
 #include "platform/uikit/views/UIImage.h"
 
 #include "platform/foundation/Log.h"
+#include "platform/uikit/views/ImageSet.h"
 #include "platform/uikit/views/UIScreen.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <optional>
@@ -68,6 +70,7 @@ struct Resource {
     std::string bytes;
     std::string path; // where it was found, for messages
     int scale;
+    UIImageRenderingMode renderingMode = UIImageRenderingMode::automatic;
 };
 
 /// The files that may hold the picture, best first, with their scales.
@@ -87,19 +90,51 @@ std::map<std::string, int> candidates(ImageName const& name, std::vector<std::st
     return scales;
 }
 
-std::optional<Resource> find(Bundle const& bundle, ImageName const& name) {
-    std::vector<std::string> order;
-    auto const scales = candidates(name, order);
-    auto const file = bundle.firstOf(order);
-    if (!file) return std::nullopt;
-    auto bytes = bundle.data(*file);
-    if (!bytes) return std::nullopt;
-    return Resource{std::move(*bytes), bundle.path(*file).value_or(*file), scales.at(*file)};
-}
-
 void logOnce(std::string const& text) {
     static std::set<std::string> logged;
     if (logged.insert(text).second) logWarning(text);
+}
+
+std::optional<Resource> load(Bundle const& bundle, std::string const& file, int scale) {
+    auto bytes = bundle.data(file);
+    if (!bytes) return std::nullopt;
+    return Resource{std::move(*bytes), bundle.path(file).value_or(file), scale};
+}
+
+std::string setFile(ImageName const& name) { return name.stem + ".imageset/Contents.json"; }
+
+/// The picture that an image set has for this device. None for a broken set, which is logged.
+std::optional<Resource> findInSet(Bundle const& bundle, ImageName const& name) {
+    auto const contents = load(bundle, setFile(name), 1);
+    if (!contents) return std::nullopt;
+    std::string reason;
+    auto const set = ImageSet::parse(contents->bytes, reason);
+    if (!reason.empty()) logOnce(contents->path + reason);
+    auto const& screen = UIScreen::main();
+    auto const* slot = set.best(screen.device().idiom, static_cast<int>(screen.scale()));
+    if (!slot) return std::nullopt;
+    auto resource = load(bundle, name.stem + ".imageset/" + slot->file, std::max(slot->scale, 1));
+    if (!resource) {
+        logOnce(contents->path + ": there is no file \"" + slot->file + "\"");
+        return std::nullopt;
+    }
+    resource->renderingMode = set.renderingMode();
+    return resource;
+}
+
+std::optional<Resource> find(Bundle const& bundle, ImageName const& name) {
+    std::vector<std::string> order;
+    auto const scales = candidates(name, order);
+    bool const isPlain = name.scale == 0 && name.extension.empty();
+    // Asked together, so that a loose file below a folder beats a set that is compiled in.
+    auto names = order;
+    if (isPlain) names.insert(names.begin(), setFile(name));
+    auto file = bundle.firstOf(names);
+    if (isPlain && file == names.front()) {
+        if (auto resource = findInSet(bundle, name)) return resource;
+        file = bundle.firstOf(order);
+    }
+    return file ? load(bundle, *file, scales.at(*file)) : std::nullopt;
 }
 
 /// Why `name` may not be looked up; none when it may.
@@ -113,7 +148,7 @@ std::optional<std::string> refusal(std::string const& name) {
 Ref<UIImage> decode(Resource const& resource, std::string const& name) {
     std::string reason;
     auto picture = Picture::decode(resource.bytes, resource.path, resource.scale, reason);
-    if (picture) return make<UIImage>(std::move(picture), name);
+    if (picture) return make<UIImage>(std::move(picture), name)->withRenderingMode(resource.renderingMode);
     logOnce(reason);
     return nullptr;
 }
@@ -122,8 +157,9 @@ Ref<UIImage> decode(Resource const& resource, std::string const& name) {
 /// stays as null, which keeps its log line from coming again.
 Ref<UIImage> cached(Resource const& resource, std::string const& name) {
     static std::map<std::string, Ref<UIImage>, std::less<>> images;
-    auto const key =
-        resource.path + '\0' + name + '\0' + std::to_string(std::hash<std::string>{}(resource.bytes));
+    auto const key = resource.path + '\0' + name + '\0' +
+                     std::to_string(static_cast<int>(resource.renderingMode)) + '\0' +
+                     std::to_string(std::hash<std::string>{}(resource.bytes));
     if (auto const known = images.find(key); known != images.end()) return known->second;
     return images.emplace(key, decode(resource, name)).first->second;
 }

@@ -53,6 +53,46 @@ TEST_F(ImageTest, aBundleOfTheSameNameWithOtherContentIsNotConfused) {
     EXPECT_FALSE(UIImage::named("square", twin) == load("square"));
 }
 
+TEST_F(ImageTest, anImageSetNamesTheFileForADeviceAndHowItIsDrawn) {
+    std::array const set{
+        EmbeddedFile{"set.svg", square}, EmbeddedFile{"set.imageset/any.svg", square},
+        EmbeddedFile{"set.imageset/half.svg", leftHalf},
+        EmbeddedFile{"set.imageset/Contents.json",
+                     R"({"images": [{"idiom": "universal", "scale": "3x", "filename": "any.svg"},
+                                    {"idiom": "universal", "scale": "1x"},
+                                    {"idiom": "universal", "scale": "2x", "filename": "dark.svg",
+                                     "appearances": [{"appearance": "luminosity", "value": "dark"}]},
+                                    {"idiom": "watch", "scale": "2x", "filename": "watch.svg"},
+                                    {"idiom": "universal", "filename": "half.svg"}],
+                         "properties": {"template-rendering-intent": "template"}})"}};
+    bundle.addEmbeddedFiles(set);
+    auto const image = load("set");
+    EXPECT_EQ(image->renderingMode(), UIImageRenderingMode::alwaysTemplate);
+    EXPECT_EQ(image->scale(), 1) << "no slot has the screen's scale 2, so the one for all scales serves";
+    EXPECT_EQ(load("set.svg")->renderingMode(), UIImageRenderingMode::automatic);
+    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), false);
+    EXPECT_EQ(load("set")->scale(), 3);
+    EXPECT_TRUE(warnings.empty());
+}
+
+TEST_F(ImageTest, aBrokenImageSetIsLoggedAndPassedOver) {
+    auto const contents = [](std::string_view text) {
+        return std::array{EmbeddedFile{"square.imageset/Contents.json", text}};
+    };
+    auto const broken = contents("{\n\"images\": }");
+    auto const missing = contents(R"({"images": [{"idiom": "iphone", "filename": "gone.png"}]})");
+    auto const noList = contents(R"({"images": {}})");
+    for (auto const& [set, fault] : {std::pair{&broken, "square.imageset/Contents.json:2: "},
+                                     std::pair{&missing, "there is no file \"gone.png\""},
+                                     std::pair{&noList, "\"images\" is no list"}}) {
+        bundle.addEmbeddedFiles(*set);
+        EXPECT_EQ(load("square")->size(), (CGSize{20, 10}));
+        ASSERT_EQ(warnings.size(), 1u) << fault;
+        EXPECT_NE(warnings[0].find(fault), std::string::npos) << warnings[0];
+        warnings.clear();
+    }
+}
+
 TEST_F(ImageTest, whatCannotBeHadIsNull) {
     EXPECT_FALSE(load("missing"));
     EXPECT_TRUE(warnings.empty());

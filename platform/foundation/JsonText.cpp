@@ -1,4 +1,4 @@
-#include "platform/storekit/sandbox/JsonText.h"
+#include "platform/foundation/JsonText.h"
 
 #include <algorithm>
 #include <charconv>

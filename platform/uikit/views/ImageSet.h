@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/uikit/views/UIImage.h"
+#include "platform/uikit/views/UITraitCollection.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelundo {
+
+/// What "Contents.json" in a folder "NAME.imageset" says: which file serves which device, and how the picture
+/// wants to be drawn. The format is that of the image sets of asset catalogues; slots that ask for more than
+/// an idiom and a scale (an appearance, say) are passed over.
+class ImageSet {
+public:
+    struct Slot {
+        std::string file;                                               // within the folder
+        UIUserInterfaceIdiom idiom = UIUserInterfaceIdiom::unspecified; // that of "universal"
+        int scale = 0;                                                  // 0: serves every scale
+    };
+
+    /// The set that `text` describes. What is no image set has no slots and gives a reason, to be written
+    /// behind the file's name (":3: unexpected ...").
+    static ImageSet parse(std::string_view text, std::string& reason);
+
+    /// The slot for a device: one of its own idiom before a universal one, then its own scale before one for
+    /// every scale before the finest. Null when none serves it.
+    Slot const* best(UIUserInterfaceIdiom idiom, int scale) const;
+    UIImageRenderingMode renderingMode() const { return renderingMode_; }
+
+private:
+    std::vector<Slot> slots_;
+    UIImageRenderingMode renderingMode_ = UIImageRenderingMode::automatic;
+};
+
+} // namespace trelundo
