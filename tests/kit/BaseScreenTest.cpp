@@ -40,11 +40,12 @@ TEST_F(BaseScreenTest, AHostMayBringItsOwnIndicator) {
     auto const screen = make<BaseViewController>();
     auto const own = make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::medium);
     screen->setActivityIndicatorView(own);
-    EXPECT_EQ(own->superview(), screen->dimmView().get());
-    EXPECT_EQ(screen->dimmView(), screen->dimmView());
+    auto const dimmed = screen->dimmView();
+    EXPECT_EQ(own->superview(), dimmed.get());
+    EXPECT_EQ(screen->dimmView(), dimmed);
     screen->purchasePayment(payment(yearly()));
     EXPECT_TRUE(own->isAnimating());
-    EXPECT_FALSE(screen->dimmView()->isHidden());
+    EXPECT_FALSE(dimmed->isHidden());
 }
 
 TEST_F(BaseScreenTest, OnlyTheLastScreenHearsOfThePurchase) {
