@@ -6,6 +6,15 @@
 
 namespace trelundo {
 
+namespace {
+
+ScrollIndicators::Extent indicatorExtent(UIScrollView const& view) {
+    return {view.bounds(), view.contentSize(), view.adjustedContentInset(),
+            view.showsHorizontalScrollIndicator(), view.showsVerticalScrollIndicator()};
+}
+
+} // namespace
+
 UIScrollView::UIScrollView(CGRect frame)
     : UIView(frame)
     , state_(std::make_unique<State>(layer())) {
@@ -138,15 +147,9 @@ void UIScrollView::setShowsVerticalScrollIndicator(bool shows) {
     updateIndicators();
 }
 
-void UIScrollView::updateIndicators() {
-    state_->indicators.update(
-        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
-}
+void UIScrollView::updateIndicators() { state_->indicators.update(indicatorExtent(*this)); }
 
-void UIScrollView::showIndicators() {
-    state_->indicators.show(
-        {bounds(), contentSize_, adjustedContentInset(), showsHorizontal_, showsVertical_});
-}
+void UIScrollView::showIndicators() { state_->indicators.show(indicatorExtent(*this)); }
 
 void UIScrollView::fadeIndicators() { state_->indicators.fade(); }
 

@@ -14,12 +14,14 @@ namespace {
 using Kind = JsonValue::Kind;
 
 // Keys by which a slot says that it is not for everybody.
-constexpr std::array<std::string_view, 8> conditions{
-    "appearances", "display-gamut", "graphics-feature-set", "height-class", "language-direction",
-    "memory",      "subtype",       "width-class"};
+constexpr std::array<std::string_view, 7> conditions{
+    "appearances", "graphics-feature-set", "height-class", "language-direction", "memory",
+    "subtype",     "width-class"};
 
 bool isConditional(JsonValue const& slot) {
-    return std::ranges::any_of(conditions, [&](auto const key) { return slot.find(key) != nullptr; });
+    auto const gamut = slot.string("display-gamut");
+    return std::ranges::any_of(conditions, [&](auto const key) { return slot.find(key) != nullptr; }) ||
+           (!gamut.empty() && gamut != "sRGB");
 }
 
 std::optional<UIUserInterfaceIdiom> idiomOf(JsonValue const& slot) {

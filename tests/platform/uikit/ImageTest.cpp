@@ -63,7 +63,9 @@ TEST_F(ImageTest, anImageSetNamesTheFileForADeviceAndHowItIsDrawn) {
                                     {"idiom": "universal", "scale": "2x", "filename": "dark.svg",
                                      "appearances": [{"appearance": "luminosity", "value": "dark"}]},
                                     {"idiom": "watch", "scale": "2x", "filename": "watch.svg"},
-                                    {"idiom": "universal", "filename": "half.svg"}],
+                                    {"idiom": "universal", "scale": "2x", "filename": "wide.svg",
+                                     "display-gamut": "display-P3"},
+                                    {"idiom": "universal", "filename": "half.svg", "display-gamut": "sRGB"}],
                          "properties": {"template-rendering-intent": "template"}})"}};
     bundle.addEmbeddedFiles(set);
     auto const image = load("set");
