@@ -24,8 +24,8 @@ constexpr std::array files{
     EmbeddedFile{"Base.lproj/base.txt", "base"},
     EmbeddedFile{"en.lproj/T.strings", "\"word\" = \"word!\"; \"rest\" = \"rest!\";"},
     EmbeddedFile{"fr.lproj/T.strings", "\"word\" = \"mot\";"},
-    EmbeddedFile{"pt.lproj/T.strings", "\"word\" = \"palavra\";"},
-    EmbeddedFile{"zh-Hans.lproj/T.strings", "\"word\" = \"字\";"},
+    EmbeddedFile{"pt.lproj/T.strings", {}},
+    EmbeddedFile{"zh-Hans.lproj/T.strings", {}},
     EmbeddedFile{"de.lproj/T.strings", "\"word\" = \"Wort\";\n\"rest\" = ;"},
     EmbeddedFile{"en.lproj/Localizable.strings", "\"word\" = \"default table\";"},
     EmbeddedFile{"it.lproj/T.strings", {}},
@@ -45,24 +45,10 @@ protected:
     Bundle bundle{"Test"};
 };
 
-/// A folder of its own for one test.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        auto name = (std::filesystem::temp_directory_path() / "bundle-test-XXXXXX").string();
-        path = mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    void write(std::string const& name, std::string_view bytes) const {
-        std::filesystem::create_directories((path / name).parent_path());
-        std::ofstream{path / name, std::ios::binary} << bytes;
-    }
-
-    std::filesystem::path path;
-};
+void write(std::filesystem::path const& file, std::string_view bytes) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream{file, std::ios::binary} << bytes;
+}
 
 TEST_F(BundleTest, SearchesPlainThenPreferredThenDevelopmentRegion) {
     Locale::setPreferredLanguages({"fr-CA"});
@@ -76,12 +62,7 @@ TEST_F(BundleTest, SearchesPlainThenPreferredThenDevelopmentRegion) {
     Locale::setPreferredLanguages({"ja"});
     EXPECT_EQ(bundle.data("greeting.txt"), "hello");
     EXPECT_EQ(bundle.data("Greeting.txt"), std::nullopt) << "names are case-sensitive";
-    EXPECT_TRUE(warnings.lines.empty());
-}
-
-TEST_F(BundleTest, AnEmptyFileIsThere) {
-    EXPECT_EQ(bundle.data("empty.bin"), "");
-    EXPECT_EQ(word({"it"}), "word");
+    EXPECT_EQ(bundle.data("empty.bin"), "") << "an empty file is there";
     EXPECT_TRUE(warnings.lines.empty());
 }
 
@@ -108,18 +89,10 @@ TEST_F(BundleTest, ListsItsLocalizations) {
     EXPECT_TRUE(other.localizations().empty());
 }
 
-TEST_F(BundleTest, TextsFollowThePreferredLanguages) {
-    EXPECT_EQ(word({"en-US"}), "word!");
-    EXPECT_EQ(word({"fr-CA"}), "mot");
-    EXPECT_EQ(word({"pt-BR"}), "palavra");
-    EXPECT_EQ(word({"zh-Hans-CN"}), "字");
+TEST_F(BundleTest, TextsComeFromOneLanguageOrAreTheValueOrTheKey) {
     EXPECT_EQ(word({"zh-Hant-TW"}), "word!");
-    EXPECT_EQ(word({"ja", "fr"}), "mot");
-    EXPECT_EQ(word({"en-GB"}), "word!");
-}
-
-TEST_F(BundleTest, WhatIsMissingGivesTheValueOrTheKey) {
-    Locale::setPreferredLanguages({"fr"});
+    EXPECT_EQ(word({"it"}), "word") << "an empty table is there";
+    EXPECT_EQ(word({"ja", "fr-CA"}), "mot");
     EXPECT_EQ(bundle.localizedString("rest", "", "T"), "rest") << "another language does not fill in";
     EXPECT_EQ(bundle.localizedString("rest", "fall-back", "T"), "fall-back");
     EXPECT_EQ(bundle.localizedString("word", "fall-back", "NoTable"), "fall-back");
@@ -135,25 +108,25 @@ TEST_F(BundleTest, ABrokenTableIsReportedOnceAndBehavesAsMissing) {
 
 TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
     TemporaryFolder const first, second;
-    first.write("greeting.txt", "first");
-    first.write("only.txt", "only");
-    first.write("sv.lproj/T.strings", "\"word\" = \"ord\";");
-    first.write("fr.lproj/T.strings", "\"word\" = \"");
-    second.write("greeting.txt", "second");
-    second.write("zero.bin", "");
+    write(first / "greeting.txt", "first");
+    write(first / "only.txt", "only");
+    write(first / "sv.lproj/T.strings", "\"word\" = \"ord\";");
+    write(first / "fr.lproj/T.strings", "\"word\" = \"");
+    write(second / "greeting.txt", "second");
+    write(second / "zero.bin", "");
     EXPECT_EQ(word({"sv"}), "word!");
-    bundle.addFolder(first.path.string());
-    bundle.addFolder(second.path.string());
-    bundle.addFolder((second.path / "missing").string());
+    bundle.addFolder(first.path().string());
+    bundle.addFolder(second.path().string());
+    bundle.addFolder((second / "missing").string());
     EXPECT_EQ(bundle.data("greeting.txt"), "second");
     EXPECT_EQ(bundle.data("only.txt"), "only");
     EXPECT_EQ(bundle.data("zero.bin"), "");
     EXPECT_EQ(bundle.data("sv.lproj"), std::nullopt) << "a folder is no resource";
-    EXPECT_EQ(bundle.path("only.txt"), (first.path / "only.txt").string());
+    EXPECT_EQ(bundle.path("only.txt"), (first / "only.txt").string());
     EXPECT_EQ(word({"sv"}), "ord") << "a new folder brings its languages";
     EXPECT_EQ(word({"fr"}), "word");
     EXPECT_THAT(warnings.lines,
-                ElementsAre((first.path / "fr.lproj/T.strings").string() + ":1: a quoted text without end"));
+                ElementsAre((first / "fr.lproj/T.strings").string() + ":1: a quoted text without end"));
 }
 
 TEST_F(BundleTest, ASinkMayLookTextsUp) {

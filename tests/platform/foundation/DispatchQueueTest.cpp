@@ -104,21 +104,18 @@ TEST_F(DispatchQueueTest, TakesBlocksFromEveryThread) {
     for (auto const& numbers : seen) EXPECT_TRUE(std::ranges::is_sorted(numbers));
 }
 
-TEST_F(DispatchQueueTest, RemoveAllDropsTheRestOfTheTurnToo) {
-    queue.asyncAfter(1, note(1));
-    queue.async([this] { queue.removeAll(); });
-    queue.async(note(2));
-    queue.runReady();
-    time.clock.setNow(5);
-    EXPECT_FALSE(queue.runReady());
-    EXPECT_THAT(order, IsEmpty());
-}
-
-TEST_F(DispatchQueueTest, ABlockThatThrowsDoesNotStopTheQueue) {
+TEST_F(DispatchQueueTest, ABlockMayThrowOrRemoveTheRestOfTheTurn) {
     queue.async([] { throw std::runtime_error{"block"}; });
     queue.async(note(1));
     EXPECT_THROW(queue.runReady(), std::runtime_error);
     EXPECT_TRUE(queue.runReady());
+    EXPECT_THAT(order, ElementsAre(1));
+    queue.asyncAfter(1, note(2));
+    queue.async([this] { queue.removeAll(); });
+    queue.async(note(3));
+    queue.runReady();
+    time.clock.setNow(5);
+    EXPECT_FALSE(queue.runReady());
     EXPECT_THAT(order, ElementsAre(1));
 }
 
@@ -155,11 +152,7 @@ TEST_F(DispatchQueueTest, RunsUntilIdleWithinALimit) {
     EXPECT_EQ(turns, 15);
 }
 
-TEST(Clock, VirtualTimeStandsStillAndSystemTimeDoesNotGoBack) {
-    VirtualClock clock{700'000'000};
-    EXPECT_EQ(clock.now(), 0);
-    clock.setNow(12.5);
-    EXPECT_EQ(clock.date(), 700'000'012.5);
+TEST(Clock, SystemTimeDoesNotGoBack) {
     auto const before = Clock::current().now();
     EXPECT_GE(Clock::current().now(), before);
     EXPECT_GT(Clock::current().date(), 700'000'000) << "seconds since 2001, read after 2023";

@@ -1,5 +1,4 @@
 #include "platform/foundation/FatalError.h"
-#include "platform/foundation/Lazy.h"
 #include "platform/foundation/NSAttributedString.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/Weak.h"
@@ -142,24 +141,6 @@ TEST(NSObject, NamesItsDynamicType) {
     EXPECT_FALSE(object->isEqual(*make<Counted>()));
 }
 
-TEST(Lazy, BuildsOnceAndNames) {
-    struct View : NSObject {
-        void setAccessibilityIdentifier(std::string text) { name = std::move(text); }
-        std::string name;
-    };
-    Lazy<View> view{"continueButton"};
-    LazyList<View> views{"premiumButtons"};
-    EXPECT_FALSE(view.isBuilt());
-    int built = 0;
-    auto const build = [&built] { return ++built, make<View>(); };
-    EXPECT_EQ(view(build), view(build));
-    EXPECT_EQ(built, 1);
-    EXPECT_TRUE(view.isBuilt());
-    EXPECT_EQ(view(build)->name, "continueButton");
-    auto const& list = views([&] { return std::vector{build(), build()}; });
-    EXPECT_EQ(list.at(1)->name, "premiumButtons[1]");
-}
-
 TEST(FatalErrorDeathTest, EndsTheProgramWithItsText) {
     EXPECT_DEATH(fatalError("init(coder:) has not been implemented"), "Fatal error: init.coder:.*ObjectTest");
     EXPECT_EQ(trappingInteger(-4.9975), -4);
@@ -193,32 +174,25 @@ constexpr AttributeKey<std::string> font{"NSFont"};
 
 TEST(NSAttributedString, JoinsEqualNeighboursAndComparesRuns) {
     auto const style = TextAttributes{}.with(kern, 1.5);
+    auto const bold = style.with(font, "bold");
+    EXPECT_EQ(bold, TextAttributes{}.with(font, "bold").with(kern, 1.5)) << "the order does not count";
+    EXPECT_EQ(bold.get(kern), 1.5);
+    EXPECT_EQ(style.get(font), std::nullopt);
+    EXPECT_NE(bold, bold.with(kern, 2));
+    EXPECT_NE(TextAttributes{}.with(kern, 1), TextAttributes{}.with(font, "1"));
+
     NSAttributedString text{"a", style};
-    text.append("b", TextAttributes{}.set(kern, 1.5))
-        .append("")
-        .append("c")
-        .append("d", style.with(font, "bold"));
+    text.append("b", TextAttributes{}.set(kern, 1.5)).append("").append("c").append("d", bold);
     ASSERT_EQ(text.runs().size(), 3U);
     EXPECT_EQ(text.runs()[0].text, "ab");
     EXPECT_TRUE(text.runs()[1].attributes.empty()) << "appended plain text takes nothing over";
-    EXPECT_EQ(text.string(), "abcd");
-    EXPECT_NE(text, NSAttributedString{"abcd"});
-    auto copy = text;
+    auto const copy = text;
     EXPECT_EQ(copy, text);
     text.append(text);
     EXPECT_EQ(text.string(), "abcdabcd");
     EXPECT_NE(copy, text);
+    EXPECT_NE(copy, NSAttributedString{"abcd"});
     EXPECT_TRUE((NSAttributedString{"", style}.empty()));
-}
-
-TEST(TextAttributes, AreValues) {
-    auto const first = TextAttributes{}.with(kern, 1).with(font, "bold");
-    auto const second = TextAttributes{}.with(font, "bold").with(kern, 1);
-    EXPECT_EQ(first, second) << "the order of setting does not count";
-    EXPECT_NE(first, first.with(kern, 2));
-    EXPECT_EQ(first.get(kern), 1.0);
-    EXPECT_EQ(TextAttributes{}.get(kern), std::nullopt);
-    EXPECT_NE(TextAttributes{}.with(kern, 1), TextAttributes{}.with(font, "1"));
 }
 
 } // namespace

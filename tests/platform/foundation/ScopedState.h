@@ -4,6 +4,8 @@
 #include "platform/foundation/Locale.h"
 #include "platform/foundation/Log.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,12 +42,37 @@ public:
 /// Lets the process run on virtual time until the end of a scope.
 class ScopedVirtualClock {
 public:
-    ScopedVirtualClock() { Clock::setCurrent(&clock); }
+    explicit ScopedVirtualClock(double referenceDate = 0)
+        : clock(referenceDate) {
+        Clock::setCurrent(&clock);
+    }
     ~ScopedVirtualClock() { Clock::setCurrent(nullptr); }
     ScopedVirtualClock(ScopedVirtualClock const&) = delete;
     ScopedVirtualClock& operator=(ScopedVirtualClock const&) = delete;
 
     VirtualClock clock;
+};
+
+/// A folder of its own, gone with the object.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        auto name = (std::filesystem::temp_directory_path() / "trelundo-XXXXXX").string();
+        if (!::mkdtemp(name.data())) std::abort();
+        path_ = name;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(TemporaryFolder const&) = delete;
+    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
+
+    std::filesystem::path operator/(std::string const& name) const { return path_ / name; }
+    std::filesystem::path const& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
 };
 
 } // namespace trelundo
