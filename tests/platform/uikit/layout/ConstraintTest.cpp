@@ -5,28 +5,22 @@ namespace {
 
 class ConstraintTest : public LayoutStage {};
 
-TEST_F(ConstraintTest, AnchorsPlaceAViewWithOffsetsAndFactors) {
-    auto const view = add(*root);
+TEST_F(ConstraintTest, AnchorsPlaceViewsWithOffsetsAndFactorsOnBothSides) {
+    auto const first = add(*root);
+    auto const second = add(*root);
     activate({
-        view->leadingAnchor() == root->leadingAnchor() + 20,
-        view->trailingAnchor() + 30 == root->trailingAnchor(),
-        view->topAnchor() - 10 == root->topAnchor(),
-        view->heightAnchor() == root->heightAnchor() * 0.5 - 40,
+        first->leadingAnchor() == root->leadingAnchor() + 20,
+        first->trailingAnchor() + 30 == root->trailingAnchor(),
+        first->topAnchor() - 10 == root->topAnchor(),
+        first->heightAnchor() == root->heightAnchor() * 0.5 - 40,
+        second->leadingAnchor() == root->leadingAnchor(),
+        second->centerYAnchor() == root->centerYAnchor(),
+        second->widthAnchor() * 2 + 10 == root->widthAnchor(),
+        second->heightAnchor() == second->widthAnchor() * 0.4,
     });
     layout();
-    EXPECT_EQ(view->frame(), CGRect(20, 10, 350, 260));
-}
-
-TEST_F(ConstraintTest, FactorsOnTheLeftAndBetweenAxesOfLength) {
-    auto const view = add(*root);
-    activate({
-        view->leadingAnchor() == root->leadingAnchor(),
-        view->centerYAnchor() == root->centerYAnchor(),
-        view->widthAnchor() * 2 + 10 == root->widthAnchor(),
-        view->heightAnchor() == view->widthAnchor() * 0.4,
-    });
-    layout();
-    EXPECT_EQ(view->frame(), CGRect(0, 261, 195, 78));
+    EXPECT_EQ(first->frame(), CGRect(20, 10, 350, 260));
+    EXPECT_EQ(second->frame(), CGRect(0, 261, 195, 78));
 }
 
 TEST_F(ConstraintTest, DeepViewsAreMeasuredThroughTheChainWithoutScrollOffsets) {
@@ -56,22 +50,6 @@ TEST_F(ConstraintTest, DeepViewsAreMeasuredThroughTheChainWithoutScrollOffsets) 
     outer->setFrame({60, 60, 200, 200}); // placed by hand: what crosses its border follows
     layout();
     EXPECT_EQ(leaf->frame(), CGRect(30, 60, 70, 20));
-}
-
-TEST_F(ConstraintTest, PrioritiesAndInequalitiesDecide) {
-    auto const header = add(*root);
-    activate({
-        header->topAnchor() == root->topAnchor(),
-        header->leadingAnchor() == root->leadingAnchor(),
-        header->widthAnchor() >= 110,
-        header->widthAnchor() <= root->widthAnchor() * 0.5,
-        (header->widthAnchor() == 1000).at(999),
-        (header->heightAnchor() == 80).at(500),
-        (header->heightAnchor() == 90).at(500.5),
-    });
-    layout();
-    EXPECT_EQ(header->frame(), CGRect(0, 0, 200, 90));
-    EXPECT_TRUE(warnings.empty());
 }
 
 TEST_F(ConstraintTest, HuggingAndResistanceShareTheRoom) {
@@ -219,7 +197,7 @@ TEST_F(ConstraintTest, RightToLeftMirrorsLeadingAndTrailingOnly) {
     auto const fixed = add(*root);
     auto const after = add(*root);
     activate({
-        view->leadingAnchor() == root->leadingAnchor() + 16,
+        view->leadingAnchor() == root->leadingAnchor() + 60,
         view->widthAnchor() == 100,
         after->leadingAnchor() >= view->trailingAnchor() + 8,
         after->trailingAnchor() == root->trailingAnchor() - 32,
@@ -227,32 +205,20 @@ TEST_F(ConstraintTest, RightToLeftMirrorsLeadingAndTrailingOnly) {
         fixed->leftAnchor() == root->leftAnchor() + 16,
         fixed->rightAnchor() == view->leftAnchor() - 4,
     });
-    layout();
-    EXPECT_EQ(view->frame().minX(), 16);
-    EXPECT_EQ(after->frame().minX(), 124);
-    EXPECT_EQ(after->frame().maxX(), 368);
-    EXPECT_EQ(fixed->frame().minX(), 16);
+    auto const expectFrames = [&](CGRect viewFrame, CGRect afterFrame, double fixedRight) {
+        root->setNeedsLayout();
+        layout();
+        EXPECT_EQ(view->frame(), viewFrame);
+        EXPECT_EQ(after->frame(), afterFrame);
+        EXPECT_EQ(fixed->frame().minX(), 16);
+        EXPECT_EQ(fixed->frame().maxX(), fixedRight);
+    };
+    expectFrames({60, 0, 100, 0}, {168, 0, 200, 0}, 56);
     mirror();
-    root->setNeedsLayout();
-    layout();
-    EXPECT_EQ(view->frame().maxX(), 384);
-    EXPECT_EQ(after->frame().maxX(), 276);
-    EXPECT_EQ(after->frame().minX(), 32);
-    EXPECT_EQ(fixed->frame().minX(), 16);
-    EXPECT_EQ(fixed->frame().maxX(), 280);
-}
-
-TEST_F(ConstraintTest, ForcedDirectionCountsForTheViewConcerned) {
-    root->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
-    auto const view = add(*root);
-    view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
-    activate({view->leadingAnchor() == root->leadingAnchor() + 10, view->widthAnchor() == 50});
-    layout();
-    EXPECT_EQ(view->frame().maxX(), 390);
-    for (auto const& each : {root, Ref<UIView>{view}})
+    expectFrames({240, 0, 100, 0}, {32, 0, 200, 0}, 236);
+    for (auto const& each : {root, Ref<UIView>{view}, Ref<UIView>{after}})
         each->setSemanticContentAttribute(UISemanticContentAttribute::forceLeftToRight);
-    layout();
-    EXPECT_EQ(view->frame().minX(), 10);
+    expectFrames({60, 0, 100, 0}, {168, 0, 200, 0}, 56);
 }
 
 TEST_F(ConstraintTest, BaselinesAlignAndFollowTheirText) {

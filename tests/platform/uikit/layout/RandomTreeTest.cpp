@@ -106,6 +106,7 @@ TEST_F(RandomTreeTest, IncrementalLayoutEqualsLayoutFromNothing) {
                 change();
             if (pick(3) != 0) continue;
             layout();
+            if (pick(4) != 0) continue; // several incremental layouts before one from nothing
             auto const incremental = frames();
             LayoutEngine::of(*root).reset();
             root->setNeedsLayout();

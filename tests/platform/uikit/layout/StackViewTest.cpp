@@ -33,13 +33,6 @@ protected:
     Ref<UIStackView> stack;
 };
 
-TEST_F(StackViewTest, FreeStackIsAsLargeAsItsViews) {
-    stackOf({{100, 20}, {50, 40}, {30, 10}})->setSpacing(8);
-    EXPECT_EQ(frames(), (Frames{{0, 0, 100, 40}, {108, 0, 50, 40}, {166, 0, 30, 40}}));
-    EXPECT_EQ(stack->frame(), CGRect(0, 0, 196, 40));
-    EXPECT_TRUE(warnings.empty());
-}
-
 TEST_F(StackViewTest, FillStretchesTheLeastHuggingAndShrinksTheLeastResistant) {
     stackOf({{100, 20}, {50, 20}});
     views[1]->setContentHuggingPriority(249, NSLayoutConstraintAxis::horizontal);
