@@ -73,6 +73,13 @@ TEST_F(ProductsRequestTest, FailsInsteadOfFinishing) {
     backend.answers.at(0)({.error = makeStoreError(SKErrorCode::cloudServiceNetworkConnectionFailed)});
     drain();
     EXPECT_EQ(delegate->lines, Lines{"failed 7"});
+
+    SKPaymentQueue::defaultQueue().setBackend(nullptr);
+    EXPECT_FALSE(SKPaymentQueue::canMakePayments());
+    request->start();
+    EXPECT_EQ(delegate->lines, Lines{"failed 7"});
+    drain();
+    EXPECT_EQ(delegate->lines, (Lines{"failed 7", "failed 0"}));
 }
 
 TEST_F(ProductsRequestTest, IsSilentAfterCancelAndRelease) {
@@ -87,23 +94,12 @@ TEST_F(ProductsRequestTest, IsSilentAfterCancelAndRelease) {
     released = nullptr;
     drain();
     EXPECT_EQ(delegate->lines, Lines{});
-}
 
-TEST_F(ProductsRequestTest, CancellingWhileReceivingLeavesTheFinishOut) {
     delegate->onReceive = [](SKProductsRequest& each) { each.cancel(); };
     request->start();
-    backend.answers.at(0)(known());
+    backend.answers.at(2)(known());
     drain();
-    EXPECT_EQ(delegate->lines, Lines{"received 1, invalid 1"});
-}
-
-TEST_F(ProductsRequestTest, FailsWithoutAStore) {
-    SKPaymentQueue::defaultQueue().setBackend(nullptr);
-    EXPECT_FALSE(SKPaymentQueue::canMakePayments());
-    request->start();
-    EXPECT_EQ(delegate->lines, Lines{});
-    drain();
-    EXPECT_EQ(delegate->lines, Lines{"failed 0"});
+    EXPECT_EQ(delegate->lines, Lines{"received 1, invalid 1"}) << "cancelled before the finish";
 }
 
 TEST(StoreErrorTest, CancellingReadsLikeAConnectionFailure) {

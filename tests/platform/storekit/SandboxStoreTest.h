@@ -67,7 +67,7 @@ protected:
     Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
     Ref<RecordingObserver> observer = make<RecordingObserver>();
     std::unique_ptr<SandboxStore> store;
-    WarningCounter warnings;
+    RecordedWarnings warnings;
 };
 
 } // namespace trelundo

@@ -1,7 +1,5 @@
 #include "SandboxStoreTest.h"
 
-#include "platform/storekit/SKProductsRequest.h"
-
 #include <algorithm>
 #include <csignal>
 #include <sys/resource.h>
@@ -12,31 +10,25 @@ namespace {
 using Kind = SandboxStore::Outcome::Kind;
 using RestoreKind = SandboxStore::RestoreOutcome::Kind;
 using State = SKPaymentTransactionState;
-TEST_F(SandboxStoreTest, SellsByTurns) {
-    open();
+
+TEST_F(SandboxStoreTest, SellsByTurnsAfterTheDelay) {
+    open({.configuration = catalogue(), .seed = 3});
     queue->add(paymentFor("coins"));
     EXPECT_EQ(observer->lines, Lines{});
     turn();
-    EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"});
     turn();
-    EXPECT_EQ(observer->lines, (Lines{"coins:purchasing", "coins:purchased"}));
-    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000001");
-    EXPECT_EQ(observer->last.at(0)->transactionDate(), 1000);
-}
-
-TEST_F(SandboxStoreTest, WaitsForTheDelay) {
-    open({.configuration = catalogue(), .seed = 3, .delay = 2});
-    queue->add(paymentFor("coins"));
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
+    store->setDelay(2);
+    EXPECT_EQ(buy("coins"), Lines{"coins:purchasing"});
+    time.clock.setNow(2);
     drain();
-    EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
-    clock.setNow(2);
-    drain();
-    EXPECT_EQ(observer->lines.back(), "coins:purchased");
-    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003001");
+    EXPECT_EQ(observer->lines, Lines{"coins:purchased"});
+    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003002");
     EXPECT_EQ(observer->last.at(0)->transactionDate(), 1002);
 }
 
-TEST_F(SandboxStoreTest, FollowsTheScript) {
+TEST_F(SandboxStoreTest, FollowsTheScriptButRefusesWhatItCannotSell) {
     open();
     observer->finishes = true;
     for (auto const& [outcome, expected] :
@@ -49,13 +41,10 @@ TEST_F(SandboxStoreTest, FollowsTheScript) {
         EXPECT_EQ(buy("coins").at(1), expected);
     }
     EXPECT_EQ(buy("coins").at(1), "coins:purchased");
-}
-
-TEST_F(SandboxStoreTest, RefusesWhatItCannotSell) {
-    open();
-    EXPECT_EQ(buy("nothing"), (Lines{"nothing:purchasing", "nothing:failed(5)"}));
+    EXPECT_EQ(buy("nothing").at(1), "nothing:failed(5)");
+    EXPECT_FALSE(store->promote("nothing"));
     store->setCanMakePayments(false);
-    EXPECT_EQ(buy("coins").back(), "coins:failed(4)");
+    EXPECT_EQ(buy("coins").at(1), "coins:failed(4)");
     EXPECT_FALSE(store->canMakePayments());
 }
 
@@ -76,30 +65,6 @@ TEST_F(SandboxStoreTest, HonoursTheSettingsOfTheConfiguration) {
     store->setRestoreOutcome({});
     EXPECT_EQ(buy("coins").back(), "coins:purchased") << "a script goes before the settings";
     EXPECT_EQ(restore().back(), "restored, 2 on the queue");
-}
-
-TEST_F(SandboxStoreTest, AsksToBuyForAPaymentThatSimulatesIt) {
-    open();
-    queue->add(
-        make<SKPayment>(SKPayment::Fields{.productIdentifier = "coins", .simulatesAskToBuyInSandbox = true}));
-    drain();
-    EXPECT_EQ(observer->lines.back(), "coins:deferred");
-}
-
-TEST_F(SandboxStoreTest, AnswersForProducts) {
-    open();
-    StoreBackend::ProductsResult answer;
-    store->loadProducts({"month", "none", "coins"}, [&](auto result) { answer = std::move(result); });
-    drain();
-    EXPECT_EQ(answer.products.size(), 2U);
-    EXPECT_EQ(answer.invalidIdentifiers, Lines{"none"});
-    EXPECT_FALSE(answer.error);
-    auto const closed = catalogue(R"({"_storeKitErrors": [{"name": "Load Products", "enabled": true}]})");
-    open({.configuration = closed, .seed = 0});
-    store->loadProducts({"month"}, [&](auto result) { answer = std::move(result); });
-    drain();
-    ASSERT_TRUE(answer.error);
-    EXPECT_TRUE(answer.products.empty());
 }
 
 TEST_F(SandboxStoreTest, RestoresWhatIsOwned) {
@@ -163,8 +128,10 @@ TEST_F(SandboxStoreTest, APaymentKeepsItsFieldsInTheFile) {
     queue->add(make<SKPayment>(SKPayment::Fields{.productIdentifier = "month",
                                                  .quantity = 3,
                                                  .applicationUsername = "",
+                                                 .simulatesAskToBuyInSandbox = true,
                                                  .paymentDiscount = discount}));
     drain();
+    EXPECT_EQ(observer->lines.back(), "month:deferred");
     close();
     openFile();
     auto const payment = observer->last.at(0)->payment();
@@ -214,34 +181,6 @@ TEST_F(SandboxStoreTest, ApprovesWithoutQueueOrCatalogue) {
     openFile();
     EXPECT_EQ(observer->takeLines(), (Lines{"badge:purchased", "removed badge"}));
     EXPECT_EQ(restore().at(0), "badge:restored");
-}
-
-TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesAfterResuming) {
-    observer->finishes = true;
-    openFile();
-    store->interruptNext();
-    EXPECT_EQ(buy("badge"), (Lines{"badge:purchasing", "badge:failed(0)", "removed badge"}));
-    EXPECT_EQ(buy("coins").at(1), "coins:purchased") << "only one is interrupted";
-    close();
-    openFile();
-    EXPECT_EQ(observer->lines, Lines{});
-    EXPECT_TRUE(store->transactions().at(1).isHeld);
-    EXPECT_TRUE(store->resume());
-    drain();
-    EXPECT_EQ(observer->takeLines(), (Lines{"badge:purchased", "removed badge"}));
-    EXPECT_TRUE(store->resume());
-    drain();
-    EXPECT_EQ(observer->lines, Lines{});
-    EXPECT_EQ(restore().at(0), "badge:restored");
-}
-
-TEST_F(SandboxStoreTest, PromotesItsProducts) {
-    observer->acceptsPromotions = true;
-    open();
-    EXPECT_FALSE(store->promote("nothing"));
-    EXPECT_TRUE(store->promote("coins"));
-    drain();
-    EXPECT_EQ(observer->lines, (Lines{"promoted coins", "coins:purchasing", "coins:purchased"}));
 }
 
 TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
@@ -326,7 +265,7 @@ TEST_F(SandboxStoreTest, AnOutcomeThatCannotBeRecordedIsTriedAgain) {
         drain();
     }
     EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"}) << "not told before it is on the disk";
-    clock.setNow(1);
+    time.clock.setNow(1);
     drain();
     EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
     {

@@ -1,52 +1,13 @@
 #pragma once
 
-#include "platform/foundation/Clock.h"
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/Log.h"
 #include "platform/storekit/SKPaymentQueue.h"
 #include "platform/storekit/StoreBackend.h"
+#include "tests/platform/foundation/ScopedState.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace trelundo {
-
-/// A folder of its own, gone with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        auto name = (std::filesystem::temp_directory_path() / "trelundo-XXXXXX").string();
-        if (!::mkdtemp(name.data())) std::abort();
-        path_ = name;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    std::filesystem::path operator/(char const* name) const { return path_ / name; }
-    std::filesystem::path const& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
-
-/// Collects what is logged while it lives.
-class WarningCounter {
-public:
-    WarningCounter() {
-        setWarningSink([this](std::string_view text) { texts.emplace_back(text); });
-    }
-    ~WarningCounter() { setWarningSink(nullptr); }
-    WarningCounter(WarningCounter const&) = delete;
-    WarningCounter& operator=(WarningCounter const&) = delete;
-
-    std::vector<std::string> texts;
-};
 
 inline std::string nameOf(SKPaymentTransactionState state) {
     static constexpr char const* names[] = {"purchasing", "purchased", "failed", "restored", "deferred"};
@@ -122,19 +83,13 @@ inline Ref<SKPayment> paymentFor(std::string product) {
 /// A clean main queue and a clock that stands still, for each test.
 class StoreTest : public ::testing::Test {
 protected:
-    StoreTest() {
-        DispatchQueue::main().removeAll();
-        Clock::setCurrent(&clock);
-    }
-    ~StoreTest() override {
-        Clock::setCurrent(nullptr);
-        DispatchQueue::main().removeAll();
-    }
+    StoreTest() { DispatchQueue::main().removeAll(); }
+    ~StoreTest() override { DispatchQueue::main().removeAll(); }
 
     static void turn() { RunLoop::main().runTurn(); }
     static void drain() { RunLoop::main().runUntilIdle(); }
 
-    VirtualClock clock{1000};
+    ScopedVirtualClock time{1000};
 };
 
 } // namespace trelundo
