@@ -1,7 +1,5 @@
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/SKError.h"
-
 #include <algorithm>
 #include <thread>
 
@@ -9,42 +7,6 @@ namespace trelundo {
 namespace {
 
 using State = SKPaymentTransactionState;
-
-/// A store without opinions: it notes what it is asked, and tells what the test says.
-class FakeBackend : public StoreBackend {
-public:
-    void setListener(StoreBackendListener* heard) override { listener = heard; }
-    void loadProducts(std::set<std::string> const&, std::function<void(ProductsResult)> done) override {
-        done({});
-    }
-    bool canMakePayments() const override { return true; }
-    void addPayment(SKPayment::Fields const& payment) override {
-        calls.push_back("add " + payment.productIdentifier);
-    }
-    bool finish(std::string const& key) override {
-        calls.push_back("finish " + key);
-        return true;
-    }
-    void restore(std::optional<std::string> const&) override { calls.push_back("restore"); }
-    void synchronize() override {
-        calls.push_back("synchronize");
-        if (!waiting.empty()) listener->transactionsUpdated(waiting);
-    }
-    std::string storefront() const override { return "FRA"; }
-
-    static StoreTransaction report(std::string const& key, State state, int code = -1) {
-        StoreTransaction report{.key = key, .payment = {.productIdentifier = "p" + key}, .state = state};
-        if (code >= 0) report.error = makeStoreError(code);
-        return report;
-    }
-    void tell(std::vector<StoreTransaction> reports) const {
-        listener->transactionsUpdated(std::move(reports));
-    }
-
-    StoreBackendListener* listener = nullptr;
-    Lines calls;
-    std::vector<StoreTransaction> waiting;
-};
 
 class PaymentQueueTest : public StoreTest {
 protected:

@@ -1,6 +1,5 @@
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/SKError.h"
 #include "platform/storekit/SKProductsRequest.h"
 
 #include <thread>
@@ -24,23 +23,6 @@ public:
     std::function<void(SKProductsRequest&)> onReceive;
 };
 
-/// Keeps the callback of every request for the test to answer.
-class CatalogueBackend : public StoreBackend {
-public:
-    void setListener(StoreBackendListener*) override {}
-    void loadProducts(std::set<std::string> const&, std::function<void(ProductsResult)> done) override {
-        answers.push_back(std::move(done));
-    }
-    bool canMakePayments() const override { return false; }
-    void addPayment(SKPayment::Fields const&) override {}
-    bool finish(std::string const&) override { return true; }
-    void restore(std::optional<std::string> const&) override {}
-    void synchronize() override {}
-    std::string storefront() const override { return "USA"; }
-
-    std::vector<std::function<void(ProductsResult)>> answers;
-};
-
 class ProductsRequestTest : public StoreTest {
 protected:
     ProductsRequestTest() {
@@ -54,7 +36,7 @@ protected:
                 .invalidIdentifiers = {"b"}};
     }
 
-    CatalogueBackend backend;
+    FakeBackend backend;
     Ref<Delegate> delegate = make<Delegate>();
     Ref<SKProductsRequest> request = make<SKProductsRequest>(std::set<std::string>{"a", "b"});
 };

@@ -2,7 +2,6 @@
 
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/SKError.h"
 #include "platform/storekit/sandbox/SandboxStore.h"
 
 #include <memory>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/DispatchQueue.h"
+#include "platform/storekit/SKError.h"
 #include "platform/storekit/SKPaymentQueue.h"
 #include "platform/storekit/StoreBackend.h"
 #include "tests/platform/foundation/ScopedState.h"
@@ -23,7 +24,6 @@ public:
     bool acceptsPromotions = false;
     bool finishes = false; // everything that may be finished, inside the update
     std::function<void(SKPaymentQueue&)> onUpdate;
-    std::function<void(SKPaymentQueue&)> onRestoreEnd;
 
     void paymentQueueUpdatedTransactions(SKPaymentQueue& queue,
                                          SKPaymentTransactions const& updated) override {
@@ -46,12 +46,9 @@ public:
     }
     void paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQueue& queue) override {
         lines.push_back("restored, " + std::to_string(queue.transactions().size()) + " on the queue");
-        if (auto const action = onRestoreEnd) action(queue);
     }
-    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& queue,
-                                                        Ref<NSError> const& error) override {
+    void paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue&, Ref<NSError> const& error) override {
         lines.push_back("restore failed" + describe(error));
-        if (auto const action = onRestoreEnd) action(queue);
     }
     bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const& payment,
                                            Ref<SKProduct> const&) override {
@@ -79,6 +76,43 @@ using Lines = std::vector<std::string>;
 inline Ref<SKPayment> paymentFor(std::string product) {
     return make<SKPayment>(SKPayment::Fields{.productIdentifier = std::move(product)});
 }
+
+/// A store without opinions: it notes what it is asked, and tells and answers what the test says.
+class FakeBackend : public StoreBackend {
+public:
+    void setListener(StoreBackendListener* heard) override { listener = heard; }
+    void loadProducts(std::set<std::string> const&, std::function<void(ProductsResult)> done) override {
+        answers.push_back(std::move(done));
+    }
+    bool canMakePayments() const override { return true; }
+    void addPayment(SKPayment::Fields const& payment) override {
+        calls.push_back("add " + payment.productIdentifier);
+    }
+    bool finish(std::string const& key) override {
+        calls.push_back("finish " + key);
+        return true;
+    }
+    void restore(std::optional<std::string> const&) override { calls.push_back("restore"); }
+    void synchronize() override {
+        calls.push_back("synchronize");
+        if (!waiting.empty()) listener->transactionsUpdated(waiting);
+    }
+    std::string storefront() const override { return "FRA"; }
+
+    static StoreTransaction report(std::string const& key, SKPaymentTransactionState state, int code = -1) {
+        StoreTransaction report{.key = key, .payment = {.productIdentifier = "p" + key}, .state = state};
+        if (code >= 0) report.error = makeStoreError(code);
+        return report;
+    }
+    void tell(std::vector<StoreTransaction> reports) const {
+        listener->transactionsUpdated(std::move(reports));
+    }
+
+    StoreBackendListener* listener = nullptr;
+    Lines calls;
+    std::vector<StoreTransaction> waiting;
+    std::vector<std::function<void(ProductsResult)>> answers; // of the requests, for the test to give
+};
 
 /// A clean main queue and a clock that stands still, for each test.
 class StoreTest : public ::testing::Test {

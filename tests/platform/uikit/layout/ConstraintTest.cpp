@@ -29,11 +29,8 @@ TEST_F(ConstraintTest, DeepViewsAreMeasuredThroughTheChainWithoutScrollOffsets) 
     root->addSubview(outer);
     auto const inner = add(*outer);
     auto const leaf = add(*inner);
+    place(*inner, {10, 10, 100, 100});
     activate({
-        inner->leftAnchor() == outer->leftAnchor() + 10,
-        inner->topAnchor() == outer->topAnchor() + 10,
-        inner->widthAnchor() == 100,
-        inner->heightAnchor() == 100,
         leaf->leftAnchor() == root->leftAnchor() + 100,
         leaf->bottomAnchor() == root->topAnchor() + 150,
         leaf->rightAnchor() == inner->rightAnchor(),
@@ -52,35 +49,11 @@ TEST_F(ConstraintTest, DeepViewsAreMeasuredThroughTheChainWithoutScrollOffsets) 
     EXPECT_EQ(leaf->frame(), CGRect(30, 60, 70, 20));
 }
 
-TEST_F(ConstraintTest, HuggingAndResistanceShareTheRoom) {
-    auto const a = add(*root, CGSize{100, 20});
-    auto const b = add(*root, CGSize{100, 20});
-    b->setContentHuggingPriority(251, NSLayoutConstraintAxis::horizontal);
-    a->setContentCompressionResistancePriority(749, NSLayoutConstraintAxis::horizontal);
-    auto const right = b->trailingAnchor() == root->leadingAnchor() + 300;
-    activate({a->leadingAnchor() == root->leadingAnchor(), b->leadingAnchor() == a->trailingAnchor(),
-              a->topAnchor() == root->topAnchor(), b->topAnchor() == root->topAnchor(), right});
-    layout();
-    EXPECT_EQ(a->frame(), CGRect(0, 0, 200, 20));
-    EXPECT_EQ(b->frame(), CGRect(200, 0, 100, 20));
-    right.constraint()->setConstant(150);
-    layout();
-    EXPECT_EQ(a->frame(), CGRect(0, 0, 50, 20));
-    EXPECT_EQ(b->frame(), CGRect(50, 0, 100, 20));
-    b->setContentCompressionResistancePriority(500, NSLayoutConstraintAxis::horizontal);
-    layout();
-    EXPECT_EQ(b->frame(), CGRect(100, 0, 50, 20));
-    b->resize({30, 10});
-    layout();
-    EXPECT_EQ(b->frame(), CGRect(120, 0, 30, 10));
-}
-
-TEST_F(ConstraintTest, ChangesAreTakenUpIncrementally) {
+TEST_F(ConstraintTest, ActivatingTwiceIsActivatingOnce) {
     auto const view = add(*root);
+    pin(*view);
     auto const wide = (view->widthAnchor() == 100).at(700).constraint();
     auto const narrow = (view->widthAnchor() == 50).at(600).constraint();
-    activate({view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor(),
-              view->heightAnchor() == 10});
     NSLayoutConstraint::activate({wide, narrow, wide});
     layout();
     EXPECT_EQ(view->frame().size.width, 100);
@@ -92,7 +65,7 @@ TEST_F(ConstraintTest, ChangesAreTakenUpIncrementally) {
     narrow->setPriority(800);
     layout();
     EXPECT_EQ(view->frame().size.width, 50);
-    EXPECT_EQ(view->constraints().size(), 3u);
+    EXPECT_EQ(view->constraints().size(), 2u);
     NSLayoutConstraint::deactivate(view->constraints());
     EXPECT_TRUE(view->constraints().empty());
 }
@@ -103,8 +76,8 @@ TEST_F(ConstraintTest, ConflictNamesBothIsReportedOnceAndRecovers) {
     auto const fixed = (view->widthAnchor() == 100).constraint();
     auto const equal = (view->widthAnchor() == root->widthAnchor()).constraint();
     equal->setIdentifier("whole width");
-    activate({view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor(),
-              view->heightAnchor() == 10});
+    pin(*view);
+    activate({view->heightAnchor() == 10});
     NSLayoutConstraint::activate({fixed, equal});
     layout();
     ASSERT_EQ(warnings.size(), 1u);
@@ -123,7 +96,7 @@ TEST_F(ConstraintTest, ConflictNamesBothIsReportedOnceAndRecovers) {
 TEST_F(ConstraintTest, RemovingAViewDropsWhatCrossesItsBorder) {
     auto const container = add(*root);
     auto const leaf = add(*container, CGSize{10, 10});
-    auto const inside = (leaf->leadingAnchor() == container->leadingAnchor() + 5).constraint();
+    auto const inside = (leaf->trailingAnchor() == container->trailingAnchor() - 5).constraint();
     auto const own = (container->widthAnchor() == 70).constraint();
     auto const across = (leaf->topAnchor() == root->topAnchor() + 5).constraint();
     auto const toParent = (container->leadingAnchor() == root->leadingAnchor() + 9).constraint();
@@ -138,31 +111,17 @@ TEST_F(ConstraintTest, RemovingAViewDropsWhatCrossesItsBorder) {
     layout();
     across->setConstant(8); // of no consequence
 
+    container->setFrame({0, 0, 70, 60}); // as a root of its own
+    container->layoutIfNeeded();
+    EXPECT_EQ(leaf->frame(), CGRect(55, 0, 10, 10));
     auto const other = make<UIView>(CGRect{0, 0, 200, 200}); // the rest moves along
+    other->layoutIfNeeded();
     other->addSubview(container);
-    activate({container->leadingAnchor() == other->leadingAnchor() + 30});
+    pin(*container, {30, 0});
     other->layoutIfNeeded();
     EXPECT_EQ(container->frame().origin.x, 30);
     EXPECT_EQ(container->frame().size.width, 70);
-    EXPECT_EQ(leaf->frame(), CGRect(5, 0, 10, 10));
-}
-
-TEST_F(ConstraintTest, LaidOutTreesMigrateBetweenRoots) {
-    auto const card = make<ContentView>();
-    card->setFrame({0, 0, 100, 100});
-    auto const leaf = add(*card, CGSize{10, 10});
-    activate({leaf->trailingAnchor() == card->trailingAnchor() - 4, leaf->topAnchor() == card->topAnchor()});
-    card->layoutIfNeeded(); // as a root of its own
-    EXPECT_EQ(leaf->frame(), CGRect(86, 0, 10, 10));
-    layout();
-    root->addSubview(card);
-    card->setFrame({5, 5, 50, 50});
-    layout();
-    EXPECT_EQ(leaf->frame(), CGRect(36, 0, 10, 10));
-    card->removeFromSuperview();
-    card->setFrame({0, 0, 60, 60});
-    card->layoutIfNeeded();
-    EXPECT_EQ(leaf->frame(), CGRect(46, 0, 10, 10));
+    EXPECT_EQ(leaf->frame(), CGRect(55, 0, 10, 10));
 }
 
 TEST_F(ConstraintTest, ConstraintsOutliveTheirViews) {

@@ -21,21 +21,25 @@ protected:
         screen = make<Screen>();
         window->setRootViewController(screen);
     }
+    void turn() {
+        UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), true);
+        window->screenDidChange();
+        window->layoutWindow();
+    }
     Ref<UIWindow> window;
     Ref<Screen> screen;
 };
 
 TEST_F(InsetsTest, ControllersHearOfTheSafeAreaBeforeTheirLayout) {
+    std::vector<std::string> const expectedCalls{"safe area", "will layout", "did layout"};
     show();
     EXPECT_EQ(screen->safeAreaAtLoad, UIEdgeInsets{});
     window->makeKeyAndVisible();
-    EXPECT_EQ(screen->calls, (std::vector<std::string>{"safe area", "will layout", "did layout"}));
+    EXPECT_EQ(screen->calls, expectedCalls);
     EXPECT_EQ(screen->view()->safeAreaInsets(), (UIEdgeInsets{47, 0, 34, 0}));
     screen->calls.clear();
-    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), true);
-    window->screenDidChange();
-    window->layoutWindow();
-    EXPECT_EQ(screen->calls, (std::vector<std::string>{"safe area", "will layout", "did layout"}));
+    turn();
+    EXPECT_EQ(screen->calls, expectedCalls);
     EXPECT_EQ(screen->view()->safeAreaInsets(), (UIEdgeInsets{0, 47, 21, 47}));
 }
 
@@ -61,9 +65,7 @@ TEST_F(InsetsTest, GuidesFollowTheSafeAreaAndTheMargins) {
     EXPECT_EQ(within->frame().minX(), 16);
     EXPECT_EQ(within->frame().minY(), 47);
     EXPECT_NEAR(within->frame().size.height, 763 / 2.0, 0.4);
-    UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), true);
-    window->screenDidChange();
-    window->layoutWindow();
+    turn();
     EXPECT_EQ(safe->frame(), CGRect(47, 0, 750, 369));
     EXPECT_EQ(within->frame().minX(), 67); // the margin of a wide view, inside the safe area
     screen->view()->setLayoutMargins({10, 40, 0, 5});
@@ -79,19 +81,9 @@ TEST_F(InsetsTest, DeepViewsHaveTheirPartOnly) {
     auto const inside = add(*screen->view());
     auto const top = add(*screen->view());
     auto const child = add(*top);
-    auto const view = screen->view();
-    activate({
-        inside->topAnchor() == view->topAnchor() + 100,
-        inside->heightAnchor() == 100,
-        inside->leadingAnchor() == view->leadingAnchor(),
-        inside->widthAnchor() == 100,
-        top->topAnchor() == view->topAnchor() + 20,
-        top->heightAnchor() == 100,
-        top->leadingAnchor() == view->leadingAnchor(),
-        top->widthAnchor() == 100,
-        child->topAnchor() == top->safeAreaLayoutGuide()->topAnchor(),
-        child->heightAnchor() == 10,
-    });
+    place(*inside, {0, 100, 100, 100});
+    place(*top, {0, 20, 100, 100});
+    activate({child->topAnchor() == top->safeAreaLayoutGuide()->topAnchor(), child->heightAnchor() == 10});
     window->makeKeyAndVisible();
     EXPECT_EQ(inside->safeAreaInsets(), UIEdgeInsets{});
     EXPECT_EQ(inside->safeAreaChanges, 0);

@@ -38,13 +38,12 @@ TEST_F(LayoutPassTest, EdgesAreRoundedToPixelsOneByOne) {
     UIScreen::main().configure(*DeviceProfile::find("phone-390x844"), false); // 3 pixels a point
     std::vector<Ref<ContentView>> columns;
     for (int i = 0; i < 7; ++i) {
-        columns.push_back(add(*root));
-        activate({columns.back()->topAnchor() == root->topAnchor(), columns.back()->heightAnchor() == 10,
-                  columns.back()->widthAnchor() == root->widthAnchor() * (1.0 / 7)});
-        if (i == 0)
-            activate({columns[0]->leadingAnchor() == root->leadingAnchor()});
-        else
-            activate({columns.back()->leadingAnchor() == columns[columns.size() - 2]->trailingAnchor()});
+        auto const column = add(*root);
+        activate({column->leadingAnchor() ==
+                      (columns.empty() ? root->leadingAnchor() : columns.back()->trailingAnchor()),
+                  column->widthAnchor() == root->widthAnchor() * (1.0 / 7),
+                  column->topAnchor() == root->topAnchor(), column->heightAnchor() == 10});
+        columns.push_back(column);
     }
     auto const nested = add(*columns[3]);
     activate({nested->leadingAnchor() == columns[3]->leadingAnchor(),
@@ -94,8 +93,8 @@ TEST_F(LayoutPassTest, ConstraintsChangedDuringLayoutSettleInTheSamePass) {
     auto const view = add(*root);
     auto const height = (view->heightAnchor() == 10).constraint();
     height->setActive(true);
-    activate({view->widthAnchor() == root->widthAnchor() * 0.5,
-              view->leadingAnchor() == root->leadingAnchor(), view->topAnchor() == root->topAnchor()});
+    pin(*view);
+    activate({view->widthAnchor() == root->widthAnchor() * 0.5});
     view->duringLayout = [&] { height->setConstant(view->bounds().size.width / 4); };
     layout();
     EXPECT_EQ(view->frame(), CGRect(0, 0, 200, 50));
@@ -161,8 +160,8 @@ TEST_F(LayoutPassTest, FlexibleViewsFollowASolvedSuperviewAtOnce) {
     flexible->setAutoresizingMask(UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight);
     outer->addSubview(flexible);
     auto const leaf = add(*flexible, CGSize{10, 10});
-    activate({outer->leadingAnchor() == root->leadingAnchor(), outer->topAnchor() == root->topAnchor(),
-              outer->widthAnchor() == root->widthAnchor(), outer->heightAnchor() == 100,
+    pin(*outer);
+    activate({outer->widthAnchor() == root->widthAnchor(), outer->heightAnchor() == 100,
               leaf->trailingAnchor() == flexible->trailingAnchor(),
               leaf->bottomAnchor() == flexible->bottomAnchor()});
     for (double const width : {400.0, 250.0}) {
@@ -177,16 +176,11 @@ TEST_F(LayoutPassTest, FlexibleViewsFollowASolvedSuperviewAtOnce) {
 TEST_F(LayoutPassTest, FittingSizeIsTheSmallestAndLeavesNoTrace) {
     auto const box = add(*root);
     auto const text = add(*box, CGSize{90, 20});
-    activate({
-        text->leadingAnchor() == box->leadingAnchor() + 10,
-        text->trailingAnchor() == box->trailingAnchor() - 10,
-        text->topAnchor() == box->topAnchor() + 5,
-        text->bottomAnchor() <= box->bottomAnchor() - 5,
-        box->leadingAnchor() == root->leadingAnchor(),
-        box->widthAnchor() >= 40,
-        box->topAnchor() == root->topAnchor(),
-        box->heightAnchor() == 200,
-    });
+    pin(*box);
+    pin(*text, {10, 5});
+    activate({text->trailingAnchor() == box->trailingAnchor() - 10,
+              text->bottomAnchor() <= box->bottomAnchor() - 5, box->widthAnchor() >= 40,
+              box->heightAnchor() == 200});
     layout();
     auto const before = text->frame();
     EXPECT_EQ(box->systemLayoutSizeFitting({}), (CGSize{110, 200}));
@@ -225,7 +219,7 @@ TEST_F(LayoutPassTest, SwitchingToConstraintsLaterTakesEffect) {
     layout();
     EXPECT_EQ(follower->frame().origin, (CGPoint{1, 6}));
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
-    activate({view->topAnchor() == root->topAnchor() + 10, view->leadingAnchor() == root->leadingAnchor()});
+    pin(*view, {0, 10});
     layout();
     EXPECT_EQ(view->frame(), CGRect(0, 10, 30, 30));
     EXPECT_EQ(follower->frame().origin, (CGPoint{0, 40}));

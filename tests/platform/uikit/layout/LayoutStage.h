@@ -94,6 +94,17 @@ protected:
         parent.addSubview(view);
         return view;
     }
+    /// Ties the view's leading and top edges to those of its superview.
+    static void pin(UIView& view, CGPoint offset = {}) {
+        auto const parent = view.superview();
+        activate({view.leadingAnchor() == parent->leadingAnchor() + offset.x,
+                  view.topAnchor() == parent->topAnchor() + offset.y});
+    }
+    /// Ties the view to its superview with a size of its own.
+    static void place(UIView& view, CGRect frame) {
+        pin(view, frame.origin);
+        activate({view.widthAnchor() == frame.size.width, view.heightAnchor() == frame.size.height});
+    }
     void layout() { root->layoutIfNeeded(); }
     static void mirror() {
         UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);

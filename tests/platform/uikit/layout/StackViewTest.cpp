@@ -16,7 +16,7 @@ protected:
         stack->setAxis(axis);
         stack->setTranslatesAutoresizingMaskIntoConstraints(false);
         root->addSubview(stack);
-        activate({stack->leadingAnchor() == root->leadingAnchor(), stack->topAnchor() == root->topAnchor()});
+        pin(*stack);
         return stack;
     }
     void setWidth(double width) { activate({stack->widthAnchor() == width}); }
