@@ -54,28 +54,6 @@ private:
     int file_;
 };
 
-/// Finishes what is over, with a line in the journal before each attempt.
-class Buyer : public NSObject, public SKPaymentTransactionObserver {
-public:
-    Buyer(Journal& journal, bool finishes)
-        : journal_(journal)
-        , finishes_(finishes) {}
-
-    void paymentQueueUpdatedTransactions(SKPaymentQueue& queue,
-                                         SKPaymentTransactions const& updated) override {
-        for (auto const& each : updated) {
-            auto const state = each->transactionState();
-            if (!finishes_ || state == State::purchasing || state == State::deferred) continue;
-            journal_.write("finishing " + each->payment()->productIdentifier());
-            queue.finishTransaction(each);
-        }
-    }
-
-private:
-    Journal& journal_;
-    bool finishes_;
-};
-
 struct Variant {
     bool finishes = true;
     bool approves = true;
@@ -87,7 +65,15 @@ void performScenario(std::filesystem::path const& folder, Variant variant, Sandb
     auto const opened = SandboxStore::open(
         {.file = folder / "store.db", .configuration = catalogue(), .seed = 0, .stepHook = std::move(hook)});
     auto const queue = make<SKPaymentQueue>();
-    auto const buyer = make<Buyer>(journal, variant.finishes);
+    auto const buyer = make<RecordingObserver>();
+    buyer->onUpdate = [&](SKPaymentQueue& told) {
+        for (auto const& each : buyer->last) {
+            auto const state = each->transactionState();
+            if (!variant.finishes || state == State::purchasing || state == State::deferred) continue;
+            journal.write("finishing " + each->payment()->productIdentifier());
+            told.finishTransaction(each);
+        }
+    };
     auto& store = *opened.store;
     queue->setMonitor(&journal);
     queue->setBackend(&store);
@@ -103,11 +89,7 @@ void performScenario(std::filesystem::path const& folder, Variant variant, Sandb
     buy("coins", SandboxStore::Outcome::Kind::interrupted);
     queue->restoreCompletedTransactions();
     RunLoop::main().runUntilIdle();
-    if (variant.approves) {
-        store.approve();
-    } else {
-        store.decline();
-    }
+    variant.approves ? store.approve() : store.decline();
     RunLoop::main().runUntilIdle();
     store.resume();
     journal.write("resumed");
@@ -283,10 +265,10 @@ protected:
 
 TEST_F(SandboxCrashTest, NothingIsLostOrRepeatedWhereverTheProcessDies) {
     std::vector<std::pair<Variant, Death>> plan;
-    for (Variant const variant :
-         {Variant{true, true}, Variant{false, true}, Variant{true, false}, Variant{false, false}}) {
-        for (auto const& death : deathsOf(variant)) plan.emplace_back(variant, death);
-    }
+    for (bool const finishes : {true, false})
+        for (bool const approves : {true, false})
+            for (auto const& death : deathsOf({finishes, approves}))
+                plan.emplace_back(Variant{finishes, approves}, death);
     std::set<std::string> steps;
     for (auto const& each : plan) steps.insert(each.second.step);
     EXPECT_EQ(steps.size(), SandboxStore::steps().size()) << "the scenario passes every step";
