@@ -18,6 +18,10 @@ protected:
         drain();
         backend.calls.clear();
     }
+    void tell(std::string const& key, State state) {
+        backend.tell({FakeBackend::report(key, state)});
+        drain();
+    }
 
     FakeBackend backend;
     Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
@@ -72,8 +76,7 @@ TEST_F(PaymentQueueTest, UpdatesOneObjectInPlaceOnTheMainQueue) {
     EXPECT_EQ(observer->lines, Lines{}) << "never inside the call";
     turn();
     auto const transaction = observer->last.at(0);
-    backend.tell({FakeBackend::report("1", State::deferred)});
-    drain();
+    tell("1", State::deferred);
     auto paid = FakeBackend::report("1", State::restored);
     paid.transactionIdentifier = "1";
     paid.date = 5;
@@ -133,8 +136,7 @@ TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilThe
     queue->restoreCompletedTransactions();
     backend.tell({FakeBackend::report("1", State::restored)});
     backend.tell({FakeBackend::report("2", State::restored), FakeBackend::report("3", State::restored)});
-    backend.tell({FakeBackend::report("9", State::purchased)});
-    drain();
+    tell("9", State::purchased);
     EXPECT_EQ(observer->takeLines(), Lines{"p9:purchased"}) << "a purchase does not wait for the restore";
     EXPECT_EQ(queue->transactions().size(), 4U) << "but stays until its end";
     backend.listener->restoreFinished();
@@ -146,8 +148,7 @@ TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilThe
 
 TEST_F(PaymentQueueTest, ATransactionFinishedBeforeTheRestoreDoesNotStayForIt) {
     observe();
-    backend.tell({FakeBackend::report("1", State::purchased)});
-    drain();
+    tell("1", State::purchased);
     queue->finishTransaction(observer->last.at(0));
     queue->restoreCompletedTransactions();
     backend.listener->restoreFinished();
@@ -187,8 +188,7 @@ TEST_F(PaymentQueueTest, ObserversMayComeAndGoInsideACallback) {
         queue_.removeTransactionObserver(*observer);
         queue_.add(paymentFor("q"));
     };
-    backend.tell({FakeBackend::report("1", State::purchased)});
-    drain();
+    tell("1", State::purchased);
     EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
     EXPECT_EQ(removed->lines, Lines{});
     EXPECT_EQ(late->lines, Lines{"p1:purchased"}) << "who comes late is told in the next turn";
@@ -202,8 +202,7 @@ TEST_F(PaymentQueueTest, AnObserverMayDestroyItselfAndTheQueueInsideACallback) {
         queue = make<SKPaymentQueue>();
         observer = nullptr;
     };
-    backend.tell({FakeBackend::report("1", State::purchased)});
-    drain();
+    tell("1", State::purchased);
     EXPECT_EQ(observer, nullptr);
 }
 
@@ -222,8 +221,7 @@ TEST_F(PaymentQueueTest, EventsWithoutObserverWaitInOrder) {
 
 TEST_F(PaymentQueueTest, AReplacedStoreIsForgotten) {
     observe();
-    backend.tell({FakeBackend::report("1", State::purchased)});
-    drain();
+    tell("1", State::purchased);
     backend.tell({FakeBackend::report("2", State::purchased)});
     queue->setBackend(nullptr);
     drain();

@@ -45,6 +45,10 @@ protected:
         drain();
         observer->lines.clear();
     }
+    void reopen() {
+        close();
+        openFile();
+    }
     Lines buy(std::string product) {
         queue->add(paymentFor(std::move(product)));
         drain();

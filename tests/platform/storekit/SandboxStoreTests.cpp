@@ -1,8 +1,6 @@
 #include "SandboxStoreTest.h"
 
 #include <algorithm>
-#include <csignal>
-#include <sys/resource.h>
 
 namespace trelundo {
 namespace {
@@ -93,8 +91,7 @@ TEST_F(SandboxStoreTest, RestoringAgainUsesWhatIsStillUnfinished) {
     auto const before = store->transactions().size();
     restore();
     EXPECT_EQ(store->transactions().size(), before);
-    close();
-    openFile();
+    reopen();
     EXPECT_EQ(observer->lines, Lines{"badge:purchased badge:restored"});
 }
 
@@ -106,15 +103,13 @@ TEST_F(SandboxStoreTest, WhatIsUnfinishedComesBackUntilItIsFinished) {
     store->setNextOutcome({Kind::failedWithoutError, 0});
     buy("badge");
     for (int run = 0; run < 2; ++run) {
-        close();
-        openFile();
+        reopen();
         EXPECT_EQ(observer->lines, Lines{"coins:purchased badge:failed(7) badge:failed"});
         EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000001");
         EXPECT_EQ(observer->last.at(0)->transactionDate(), 1000);
     }
     for (auto const& each : queue->transactions()) queue->finishTransaction(each);
-    close();
-    openFile();
+    reopen();
     EXPECT_EQ(observer->lines, Lines{});
     EXPECT_EQ(buy("coins").back(), "coins:purchased");
     EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000004")
@@ -132,8 +127,7 @@ TEST_F(SandboxStoreTest, APaymentKeepsItsFieldsInTheFile) {
                                                  .paymentDiscount = discount}));
     drain();
     EXPECT_EQ(observer->lines.back(), "month:deferred");
-    close();
-    openFile();
+    reopen();
     auto const payment = observer->last.at(0)->payment();
     EXPECT_EQ(payment->quantity(), 3);
     EXPECT_EQ(payment->applicationUsername(), "");
@@ -145,8 +139,7 @@ TEST_F(SandboxStoreTest, DeferredTransactionsWaitForAWord) {
     observer->finishes = true;
     openFile(R"({"_askToBuyEnabled": true})");
     for (auto const* product : {"coins", "badge", "month"}) buy(product);
-    close();
-    openFile();
+    reopen();
     EXPECT_EQ(observer->takeLines(), Lines{"coins:deferred badge:deferred month:deferred"});
     auto const month = observer->last.at(2);
     EXPECT_FALSE(store->approve("1000000099"));
@@ -188,8 +181,7 @@ TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
     store->setDelay(5);
     queue->add(paymentFor("badge"));
     drain();
-    close();
-    openFile();
+    reopen();
     EXPECT_EQ(observer->lines, (Lines{"badge:purchasing", "badge:purchased"}));
 }
 
@@ -217,27 +209,6 @@ TEST_F(SandboxStoreTest, BuysAtOnce) {
     EXPECT_EQ(observer->lines, Lines{});
     EXPECT_EQ(restore().at(0), "badge:restored");
 }
-
-/// While it lives, no file can be written, as on a full disk.
-class FullDisk {
-public:
-    FullDisk()
-        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &limit_);
-        rlimit const none{0, limit_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &limit_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(FullDisk const&) = delete;
-    FullDisk& operator=(FullDisk const&) = delete;
-
-private:
-    void (*handler_)(int);
-    rlimit limit_{};
-};
 
 TEST_F(SandboxStoreTest, SaysSoWhenTheDiskIsFullAndGoesOnAfterwards) {
     observer->finishes = true;

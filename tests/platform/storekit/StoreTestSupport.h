@@ -6,7 +6,9 @@
 #include "platform/storekit/StoreBackend.h"
 #include "tests/platform/foundation/ScopedState.h"
 
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace trelundo {
 
@@ -112,6 +114,27 @@ public:
     Lines calls;
     std::vector<StoreTransaction> waiting;
     std::vector<std::function<void(ProductsResult)>> answers; // of the requests, for the test to give
+};
+
+/// While it lives, no file grows beyond a limit, as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(::rlim_t bytes = 0)
+        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &limit_);
+        rlimit const full{bytes, limit_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &full);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &limit_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(FullDisk const&) = delete;
+    FullDisk& operator=(FullDisk const&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit limit_{};
 };
 
 /// A clean main queue and a clock that stands still, for each test.
