@@ -188,5 +188,24 @@ TEST_F(StackViewTest, RightToLeftMirrorsRowsAndAlignment) {
     EXPECT_EQ(frames(), (Frames{{60, 0, 100, 20}, {110, 30, 50, 20}}));
 }
 
+TEST_F(StackViewTest, NestedStacksHaveTheirFittingSizesAndHide) {
+    stackOf({{200, 20}}, NSLayoutConstraintAxis::vertical)->setAlignment(Alignment::center);
+    stack->setDistribution(Distribution::equalSpacing);
+    stack->setSpacing(4);
+    auto const row = make<UIStackView>(
+        std::vector<Ref<UIView>>{make<ContentView>(CGSize{30, 10}), make<ContentView>(CGSize{40, 12})});
+    row->setSpacing(6);
+    stack->addArrangedSubview(row);
+    setWidth(300);
+    EXPECT_EQ(frames(), (Frames{{50, 0, 200, 20}}));
+    EXPECT_EQ(row->frame(), CGRect(112, 24, 76, 12));
+    EXPECT_EQ(row->arrangedSubviews()[1]->frame(), CGRect(36, 0, 40, 12));
+    EXPECT_EQ(stack->frame(), CGRect(0, 0, 300, 36));
+    row->setHidden(true);
+    layout();
+    EXPECT_EQ(stack->frame(), CGRect(0, 0, 300, 20));
+    EXPECT_TRUE(warnings.empty());
+}
+
 } // namespace
 } // namespace trelundo
