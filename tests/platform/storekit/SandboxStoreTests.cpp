@@ -176,6 +176,22 @@ TEST_F(SandboxStoreTest, ApprovesWithoutQueueOrCatalogue) {
     EXPECT_EQ(restore().at(0), "badge:restored");
 }
 
+TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesOnceAfterResuming) {
+    observer->finishes = true;
+    openFile();
+    store->interruptNext();
+    EXPECT_EQ(buy("badge").at(1), "badge:failed(0)");
+    EXPECT_EQ(buy("coins").at(1), "coins:purchased") << "only one is interrupted";
+    reopen();
+    EXPECT_EQ(observer->lines, Lines{});
+    for (auto const& arrived : {Lines{"badge:purchased", "removed badge"}, Lines{}}) {
+        EXPECT_TRUE(store->resume());
+        drain();
+        EXPECT_EQ(observer->takeLines(), arrived);
+    }
+    EXPECT_EQ(restore().at(0), "badge:restored");
+}
+
 TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
     openFile();
     store->setDelay(5);
