@@ -10,20 +10,20 @@ using RestoreKind = SandboxStore::RestoreOutcome::Kind;
 using State = SKPaymentTransactionState;
 
 TEST_F(SandboxStoreTest, SellsByTurnsAfterTheDelay) {
-    open({.configuration = catalogue(), .seed = 3});
-    queue->add(paymentFor("coins"));
-    EXPECT_EQ(observer->lines, Lines{});
-    turn();
-    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"});
-    turn();
-    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
-    store->setDelay(2);
+    open({.configuration = catalogue(), .seed = 3, .delay = 2});
     EXPECT_EQ(buy("coins"), Lines{"coins:purchasing"});
     time.clock.setNow(2);
     drain();
-    EXPECT_EQ(observer->lines, Lines{"coins:purchased"});
-    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003002");
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
+    EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003001");
     EXPECT_EQ(observer->last.at(0)->transactionDate(), 1002);
+    store->setDelay(0);
+    queue->add(paymentFor("coins"));
+    EXPECT_EQ(observer->lines, Lines{});
+    turn();
+    EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
+    turn();
+    EXPECT_EQ(observer->lines, (Lines{"coins:purchasing", "coins:purchased"}));
 }
 
 TEST_F(SandboxStoreTest, FollowsTheScriptButRefusesWhatItCannotSell) {
