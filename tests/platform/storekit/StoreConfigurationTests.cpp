@@ -325,5 +325,28 @@ TEST(StoreConfigurationTest, LoadsFilesAndFolders) {
     EXPECT_EQ(StoreConfiguration::load("/dev/null").error, "/dev/null: cannot be read");
 }
 
+TEST(StoreConfigurationTest, ReadsEverySampleThatIsAtHand) {
+    auto const samples = std::filesystem::path{TRELUNDO_SOURCE_DIR} / "../shared/samples/storekit";
+    if (!std::filesystem::exists(samples)) GTEST_SKIP() << "no samples here";
+    for (auto const& entry : std::filesystem::directory_iterator{samples}) {
+        auto const loaded = StoreConfiguration::load(entry.path());
+        bool const isJson = entry.path().filename() != "not-json.storekit";
+        EXPECT_EQ(loaded.configuration.has_value(), isJson) << loaded.error;
+        EXPECT_EQ(loaded.error.empty(), isJson);
+        if (!isJson) continue;
+        std::ifstream stream{entry.path()};
+        std::string const text{std::istreambuf_iterator<char>{stream}, {}};
+        std::size_t listed = entry.path().filename() == "hand-written-numeric-price.storekit" ? 1 : 0;
+        for (auto at = text.find("\"productID\""); at != std::string::npos;
+             at = text.find("\"productID\"", at + 1))
+            ++listed;
+        EXPECT_EQ(loaded.configuration->products().size(), listed) << entry.path();
+        EXPECT_EQ(loaded.configuration->warnings(), Lines{}) << entry.path();
+    }
+    auto const yen = StoreConfiguration::load(samples / "japan-yen.storekit");
+    ASSERT_TRUE(yen.configuration);
+    EXPECT_EQ(first(*yen.configuration)->priceLocale().currencyCode(), "JPY");
+}
+
 } // namespace
 } // namespace trelundo
