@@ -49,7 +49,6 @@ protected:
         button->setImageEdgeInsets(image);
         button->setTitleEdgeInsets(title);
         show(button, {0, 0, 200, 60});
-        titleSize = sizeOf("Yearly", UIFont::system(18));
     }
     CGRect imageFrame() {
         shell.window().layoutWindow();
@@ -59,7 +58,6 @@ protected:
         shell.window().layoutWindow();
         return button->titleLabel()->frame();
     }
-    CGSize titleSize;
 };
 
 // Look-up.
@@ -79,6 +77,9 @@ TEST_F(ButtonTest, onlyTheExactStateCountsBeforeNormal) {
     EXPECT_FALSE(button->currentTitle());
     button->setTitle("", State::normal);
     EXPECT_EQ(button->currentTitle(), "");
+    button->setTitle("all flags", State::selected | State::highlighted | State::disabled);
+    button->setEnabled(false);
+    EXPECT_EQ(button->currentTitle(), "all flags");
 }
 
 TEST_F(ButtonTest, attributedBeatsPlain) {
@@ -139,7 +140,6 @@ TEST_F(ButtonTest, partsAreMadeWhenNeededPictureBelowTitle) {
     EXPECT_EQ(button->subviews()[2], button->titleLabel());
     EXPECT_EQ(button->subviews()[3], own);
     EXPECT_EQ(button->titleLabel()->lineBreakMode(), NSLineBreakMode::byTruncatingMiddle);
-    EXPECT_EQ(button->titleLabel()->font(), UIFont::system(18));
 }
 
 TEST_F(ButtonTest, aLabelThatOutlivesItsButtonIsHarmless) {
@@ -151,39 +151,28 @@ TEST_F(ButtonTest, aLabelThatOutlivesItsButtonIsHarmless) {
 
 // Sizes.
 
-TEST_F(ButtonTest, titlesWithoutInsetsArePaddedBySixPoints) {
-    button->setTitle("Continue", State::normal);
-    auto const title = sizeOf("Continue", UIFont::system(18));
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width, 33.5}));
-    auto const system = make<UIButton>(UIButtonType::system);
-    system->setTitle("Continue", State::normal);
-    EXPECT_DOUBLE_EQ(system->intrinsicContentSize().height, 30);
-    button->setContentEdgeInsets({0, 12, 0, 12});
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width + 24, 21.5}));
-    button->setTitleEdgeInsets({5, 5, 5, 5});
-    button->setImageEdgeInsets({5, 5, 5, 5});
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{title.width + 24, 21.5}));
-}
-
-TEST_F(ButtonTest, smallContentHasLeastSizes) {
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{30, 34}));
-    EXPECT_EQ(make<UIButton>(UIButtonType::system)->intrinsicContentSize(), (CGSize{30, 30}));
-    button->setTitle("i", State::normal);
-    EXPECT_DOUBLE_EQ(button->intrinsicContentSize().width, 30);
-    button->setTitle(std::nullopt, State::normal);
-    button->setContentEdgeInsets({8, 8, 8, 8});
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{16, 16}));
-    button->setContentEdgeInsets({});
-    button->setImage(picture(), State::normal);
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{20, 10}));
-}
-
-TEST_F(ButtonTest, pictureAndTitleStandSideBySide) {
-    button->setTitle("Yearly", State::normal);
-    button->setImage(picture(), State::normal);
-    button->setContentEdgeInsets({1, 2, 3, 4});
-    auto const title = sizeOf("Yearly", UIFont::system(18));
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{2 + 20 + title.width + 4, 1 + title.height + 3}));
+TEST_F(ButtonTest, contentAndItsInsetsMakeTheSize) {
+    auto const sized = [](char const* title, Ref<UIImage> image, UIEdgeInsets insets,
+                          UIButtonType type = {}) {
+        auto const made = make<UIButton>(type);
+        made->setTitle(title, State::normal);
+        made->setImage(image, State::normal);
+        made->setContentEdgeInsets(insets);
+        made->setTitleEdgeInsets({5, 5, 5, 5}); // these two only move the parts
+        made->setImageEdgeInsets({5, 5, 5, 5});
+        return made->intrinsicContentSize();
+    };
+    double const width = sizeOf("Continue", UIFont::system(18)).width;
+    double const systemWidth = sizeOf("Continue", UIFont::system(15)).width;
+    EXPECT_EQ(sized("Continue", nullptr, {}), (CGSize{width, 33.5})) << "padded by six points";
+    EXPECT_EQ(sized("Continue", nullptr, {}, UIButtonType::system), (CGSize{systemWidth, 30}));
+    EXPECT_EQ(sized("Continue", nullptr, {0, 12, 0, 12}), (CGSize{width + 24, 21.5}));
+    EXPECT_EQ(sized("Continue", picture(), {1, 2, 3, 4}), (CGSize{2 + 20 + width + 4, 1 + 21.5 + 3}));
+    EXPECT_EQ(sized("i", nullptr, {}), (CGSize{30, 33.5}));
+    EXPECT_EQ(sized("", nullptr, {}), (CGSize{30, 34}));
+    EXPECT_EQ(sized("", nullptr, {}, UIButtonType::system), (CGSize{30, 30}));
+    EXPECT_EQ(sized("", nullptr, {8, 8, 8, 8}), (CGSize{16, 16}));
+    EXPECT_EQ(sized("", picture(), {}), (CGSize{20, 10}));
 }
 
 TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedOnly) {
@@ -206,54 +195,51 @@ TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedOnly) {
 
 TEST_F(ButtonTest, aTitleLabelsSettingsChangeTheButtonsSize) {
     button->setTitle("Continue", State::normal);
-    button->titleLabel()->setFont(UIFont::system(15));
-    EXPECT_DOUBLE_EQ(button->intrinsicContentSize().height, 30);
     button->setTranslatesAutoresizingMaskIntoConstraints(false);
     auto& window = shell.window();
     window.addSubview(button);
     activate({button->leadingAnchor() == window.leadingAnchor(), button->topAnchor() == window.topAnchor()});
     window.layoutWindow();
-    EXPECT_DOUBLE_EQ(button->frame().size.height, 30);
-    button->titleLabel()->setFont(UIFont::system(18));
-    window.layoutWindow();
     EXPECT_DOUBLE_EQ(button->frame().size.height, 33.5);
+    button->titleLabel()->setFont(UIFont::system(15));
+    window.layoutWindow();
+    EXPECT_DOUBLE_EQ(button->frame().size.height, 30);
 }
 
 // Layout.
 
-TEST_F(ButtonTest, centredPartsFollowTheFormula) {
+TEST_F(ButtonTest, partsFollowAlignmentInsetsAndDirection) {
+    auto const expectAt = [this](char const* what, double imageX, double titleX) {
+        EXPECT_EQ(imageFrame().origin.x, roundToPixel(imageX, 2)) << what;
+        EXPECT_EQ(titleFrame().origin.x, roundToPixel(titleX, 2)) << what;
+    };
+    double const w = sizeOf("Yearly", UIFont::system(18)).width;
     showPictureAndTitle({0, 10, 0, 0}, {0, 4, 0, 0}, {0, 0, 0, 6});
-    double const w = titleSize.width;
-    EXPECT_NEAR(imageFrame().origin.x, 10 + 4 + (190 - 4 - 20 - w) / 2, 0.26);
-    EXPECT_NEAR(titleFrame().origin.x, 10 + (190 - 6 - 20 - w) / 2 + 20, 0.26);
-    EXPECT_NEAR(imageFrame().origin.y, 25, 0.26);
-    EXPECT_NEAR(titleFrame().origin.y, (60 - 21.5) / 2, 0.26);
-    EXPECT_EQ(titleFrame().size, titleSize);
-}
-
-TEST_F(ButtonTest, leadingAndTrailingPartsStandAtTheEdges) {
+    expectAt("centred", 10 + 4 + (190 - 4 - 20 - w) / 2, 10 + (190 - 6 - 20 - w) / 2 + 20);
     showPictureAndTitle({0, 12, 0, 12}, {0, 3, 0, 5}, {0, 12, 0, 12});
     button->setContentHorizontalAlignment(Horizontal::leading);
-    EXPECT_EQ(imageFrame().origin.x, 15);
-    EXPECT_EQ(titleFrame().origin.x, 12 + 20 + 12);
+    expectAt("leading", 12 + 3, 12 + 20 + 12);
     button->setContentHorizontalAlignment(Horizontal::trailing);
-    EXPECT_EQ(titleFrame().maxX(), 200 - 12 - 12);
-    EXPECT_EQ(imageFrame().maxX(), 200 - 12 - titleSize.width - 5);
-}
+    expectAt("trailing", 200 - 12 - w - 5 - 20, 200 - 12 - 12 - w);
 
-TEST_F(ButtonTest, rightToLeftMirrorsTheOrderButNotTheInsets) {
-    showPictureAndTitle({}, {0, 3, 0, 5}, {0, 7, 0, 9});
+    // The order is mirrored, the insets are not.
     button->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    showPictureAndTitle({}, {0, 3, 0, 5}, {0, 7, 0, 9});
+    for (auto const alignment : {Horizontal::left, Horizontal::trailing}) {
+        button->setContentHorizontalAlignment(alignment);
+        expectAt("at the left", 3 + w, 7);
+    }
     button->setContentHorizontalAlignment(Horizontal::leading);
-    EXPECT_EQ(imageFrame().maxX(), 200 - 5);
-    EXPECT_EQ(titleFrame().maxX(), 200 - 20 - 9);
+    expectAt("at the right", 200 - 5 - 20, 200 - 20 - 9 - w);
     button->setContentHorizontalAlignment(Horizontal::center);
-    EXPECT_LT(titleFrame().maxX(), imageFrame().maxX());
-    EXPECT_NEAR(titleFrame().origin.x, 7 + (200 - 16 - 20 - titleSize.width) / 2, 0.26);
+    expectAt("mirrored and centred", 3 + w + (200 - 8 - 20 - w) / 2, 7 + (200 - 16 - 20 - w) / 2);
 }
 
 TEST_F(ButtonTest, verticalAlignmentsPlaceBothParts) {
     showPictureAndTitle({4, 0, 6, 0}, {1, 0, 2, 0});
+    EXPECT_EQ(imageFrame(), (CGRect{imageFrame().origin.x, 23.5, 20, 10})) << "centred at first";
+    EXPECT_EQ(titleFrame().origin.y, roundToPixel(4 + (50 - 21.5) / 2, 2));
+    EXPECT_EQ(titleFrame().size, sizeOf("Yearly", UIFont::system(18)));
     button->setContentVerticalAlignment(Vertical::top);
     EXPECT_EQ(imageFrame().origin.y, 5);
     EXPECT_EQ(titleFrame().origin.y, 4);
@@ -277,7 +263,7 @@ TEST_F(ButtonTest, theTitleGivesWayToThePicture) {
 
 // Looks.
 
-TEST_F(ButtonTest, systemButtonsFadeWhilePressed) {
+TEST_F(ButtonTest, aPressFadesSystemButtonsAndDarkensCustomPictures) {
     auto const system = make<UIButton>(UIButtonType::system);
     system->setTitle("Restore", State::normal);
     system->setImage(picture(), State::normal);
@@ -286,9 +272,17 @@ TEST_F(ButtonTest, systemButtonsFadeWhilePressed) {
     EXPECT_DOUBLE_EQ(system->imageView()->alpha(), 0.2);
     system->setHighlighted(false);
     EXPECT_DOUBLE_EQ(system->titleLabel()->alpha(), 1);
-    button->setTitle("Continue", State::normal);
+    auto const green = [this] { return pixelAt({10, 5}) >> 8 & 0xFF; };
+    show(button, {0, 0, 20, 10});
+    button->setImage(picture(), State::normal);
     button->setHighlighted(true);
-    EXPECT_DOUBLE_EQ(button->titleLabel()->alpha(), 1);
+    EXPECT_DOUBLE_EQ(button->imageView()->alpha(), 1);
+    EXPECT_NEAR(green(), 128, 2);
+    button->setAdjustsImageWhenHighlighted(false);
+    EXPECT_EQ(green(), 255);
+    button->setAdjustsImageWhenHighlighted(true);
+    button->setImage(picture(), State::highlighted);
+    EXPECT_EQ(green(), 255);
 }
 
 TEST_F(ButtonTest, systemButtonsTintAutomaticPicturesOnly) {
@@ -304,19 +298,6 @@ TEST_F(ButtonTest, systemButtonsTintAutomaticPicturesOnly) {
     EXPECT_EQ(pixelAt({10, 5}), 0xFF00FF00);
     button->setImage(picture()->withRenderingMode(UIImageRenderingMode::alwaysTemplate), State::normal);
     EXPECT_EQ(pixelAt({10, 5}), 0xFFFF0000);
-}
-
-TEST_F(ButtonTest, customButtonsDarkenAPictureThatIsNotMadeForThePress) {
-    auto const green = [this] { return pixelAt({10, 5}) >> 8 & 0xFF; };
-    show(button, {0, 0, 20, 10});
-    button->setImage(picture(), State::normal);
-    button->setHighlighted(true);
-    EXPECT_NEAR(green(), 128, 2);
-    button->setAdjustsImageWhenHighlighted(false);
-    EXPECT_EQ(green(), 255);
-    button->setAdjustsImageWhenHighlighted(true);
-    button->setImage(picture(), State::highlighted);
-    EXPECT_EQ(green(), 255);
 }
 
 // Reports.

@@ -19,56 +19,41 @@ Ref<UICollectionViewFlowLayout> flow(UICollectionViewScrollDirection direction, 
     return layout;
 }
 
-TEST(FlowLayout, Defaults) {
-    auto const layout = make<UICollectionViewFlowLayout>();
-    EXPECT_EQ(layout->itemSize(), (CGSize{50, 50}));
-    EXPECT_EQ(layout->minimumLineSpacing(), 10);
-    EXPECT_EQ(layout->minimumInteritemSpacing(), 10);
-    EXPECT_EQ(layout->scrollDirection(), UICollectionViewScrollDirection::vertical);
-}
-
-TEST(FlowLayout, HorizontalStripOfOneRowIsCentred) {
-    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {116, 110});
-    layout->setSectionInset({4, 15, 8, 25});
-    CGSize const bounds{390, 132};
-    EXPECT_EQ(layout->contentSize(10, bounds), (CGSize{15 + 10 * 116 + 9 * 10 + 25, 132}));
-    EXPECT_EQ(layout->frameOfItem(0, 10, bounds, false), (CGRect{15, 9, 116, 110}));
-    EXPECT_EQ(layout->frameOfItem(3, 10, bounds, false), (CGRect{15 + 3 * 126, 9, 116, 110}));
-}
-
-TEST(FlowLayout, HorizontalRowsSpreadEvenly) {
-    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {40, 50});
-    CGSize const bounds{300, 200}; // floor(210 / 60) = 3 rows
-    EXPECT_EQ(layout->contentSize(7, bounds).width, 3 * 40 + 2 * 10);
-    EXPECT_EQ(layout->frameOfItem(1, 7, bounds, false), (CGRect{0, 75, 40, 50}));
-    EXPECT_EQ(layout->frameOfItem(5, 7, bounds, false), (CGRect{50, 150, 40, 50}));
-    // The unfilled last column keeps the rows of the others.
-    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, false), (CGRect{100, 0, 40, 50}));
-}
-
-TEST(FlowLayout, VerticalLinesArePackedAtTheLeadingSide) {
-    auto const layout = flow(UICollectionViewScrollDirection::vertical, {50, 40});
-    layout->setMinimumLineSpacing(6);
-    CGSize const bounds{200, 300};
-    EXPECT_EQ(layout->contentSize(7, bounds), (CGSize{200, 3 * 40 + 2 * 6}));
-    EXPECT_EQ(layout->frameOfItem(4, 7, bounds, false), (CGRect{75, 46, 50, 40}));
-    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, false), (CGRect{0, 92, 50, 40}));
-    EXPECT_EQ(layout->frameOfItem(6, 7, bounds, true), (CGRect{150, 92, 50, 40}));
-}
-
-TEST(FlowLayout, TooHighItemsAreOneCentredRow) {
-    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {100, 80});
-    EXPECT_EQ(layout->frameOfItem(2, 5, {300, 60}, false), (CGRect{220, -10, 100, 80}));
-}
-
-TEST(FlowLayout, RightToLeftStartsAtTheRightEnd) {
-    auto const layout = flow(UICollectionViewScrollDirection::horizontal, {100, 50});
-    CGSize const bounds{300, 50};
-    double const width = layout->contentSize(10, bounds).width;
-    EXPECT_EQ(layout->frameOfItem(0, 10, bounds, true).maxX(), width);
-    EXPECT_EQ(layout->frameOfItem(9, 10, bounds, true).minX(), 0);
-    // A strip that does not fill the view lies at its right.
-    EXPECT_EQ(layout->frameOfItem(0, 1, bounds, true).maxX(), 300);
+TEST(FlowLayout, PlacesItemsAndMeasuresTheirContent) {
+    using Direction = UICollectionViewScrollDirection;
+    auto const strip = flow(Direction::horizontal, {116, 110});
+    strip->setSectionInset({4, 15, 8, 25});
+    auto const rows = flow(Direction::horizontal, {40, 50});
+    auto const lines = flow(Direction::vertical, {50, 40});
+    lines->setMinimumLineSpacing(6);
+    auto const high = flow(Direction::horizontal, {100, 80});
+    EXPECT_EQ(strip->contentSize(10, {390, 132}), (CGSize{15 + 10 * 116 + 9 * 10 + 25, 132}));
+    EXPECT_EQ(rows->contentSize(7, {300, 200}).width, 3 * 40 + 2 * 10) << "floor(210 / 60) = 3 rows";
+    EXPECT_EQ(lines->contentSize(7, {200, 300}), (CGSize{200, 3 * 40 + 2 * 6}));
+    struct Case {
+        char const* what;
+        Ref<UICollectionViewFlowLayout> layout;
+        CGSize bounds;
+        int item, count;
+        bool mirrored;
+        CGRect frame;
+    };
+    for (auto const& each : {
+             Case{"one centred row", strip, {390, 132}, 3, 10, false, {15 + 3 * 126, 9, 116, 110}},
+             Case{"rows spread evenly", rows, {300, 200}, 1, 7, false, {0, 75, 40, 50}},
+             Case{"the last row", rows, {300, 200}, 5, 7, false, {50, 150, 40, 50}},
+             Case{"rows of an unfilled column", rows, {300, 200}, 6, 7, false, {100, 0, 40, 50}},
+             Case{"lines spread evenly", lines, {200, 300}, 4, 7, false, {75, 46, 50, 40}},
+             Case{"an unfilled line", lines, {200, 300}, 6, 7, false, {0, 92, 50, 40}},
+             Case{"an unfilled line, mirrored", lines, {200, 300}, 6, 7, true, {150, 92, 50, 40}},
+             Case{"too high for the view", high, {300, 60}, 2, 5, false, {220, -10, 100, 80}},
+             Case{"the first, mirrored", high, {300, 80}, 0, 10, true, {9 * 110, 0, 100, 80}},
+             Case{"the last, mirrored", high, {300, 80}, 9, 10, true, {0, 0, 100, 80}},
+             Case{"too few to fill, mirrored", high, {300, 80}, 0, 1, true, {200, 0, 100, 80}},
+         }) {
+        EXPECT_EQ(each.layout->frameOfItem(each.item, each.count, each.bounds, each.mirrored), each.frame)
+            << each.what;
+    }
 }
 
 TEST(FlowLayout, ItemsInRectAgreeWithTheFrames) {
@@ -197,30 +182,25 @@ TEST_F(CollectionTest, AMillionItemsCostWhatTheVisibleOnesCost) {
     EXPECT_LE(view->subviews().size(), 6u);
     EXPECT_GT(TestCell::reused, 70);
     EXPECT_EQ(source->countsAsked, 1);
+    EXPECT_EQ(source->scrolls, 10'000);
     EXPECT_EQ(source->live.size(), view->subviews().size());
     view->setContentOffset({1.2e8, 0});
     expectCovered(view->bounds());
     EXPECT_LE(TestCell::made, 6);
 }
 
-TEST_F(CollectionTest, ContentViewFillsTheCell) {
-    layOut();
-    auto const cell = view->cellForItem({0, 1});
-    ASSERT_TRUE(cell);
-    EXPECT_EQ(cell->frame(), (CGRect{126, 0, 116, 100}));
-    EXPECT_EQ(cell->contentView()->frame(), (CGRect{0, 0, 116, 100}));
-    layout->setItemSize({90, 80});
-    layOut();
-    EXPECT_EQ(cell->frame(), (CGRect{100, 10, 90, 80}));
-    EXPECT_EQ(cell->contentView()->frame(), (CGRect{0, 0, 90, 80}));
-}
-
-TEST_F(CollectionTest, OnlyVisibleCellsAreAnswered) {
+TEST_F(CollectionTest, VisibleCellsAreAnsweredAndFilledByTheirContentViews) {
     layOut();
     EXPECT_EQ(view->visibleCells().size(), 4u);
     EXPECT_TRUE(view->cellForItem({0, 3}));
     EXPECT_FALSE(view->cellForItem({0, 4}));
     EXPECT_FALSE(view->cellForItem({0, 500}));
+    auto const cell = view->cellForItem({0, 1});
+    ASSERT_TRUE(cell);
+    layout->setItemSize({90, 80});
+    layOut();
+    EXPECT_EQ(cell->frame(), (CGRect{100, 10, 90, 80}));
+    EXPECT_EQ(cell->contentView()->frame(), (CGRect{0, 0, 90, 80}));
 }
 
 TEST_F(CollectionTest, RightToLeftBeginsAtTheRightEnd) {
@@ -312,18 +292,15 @@ TEST_F(CollectionTest, ReloadAsksAgainAndKeepsAnOffsetInRange) {
     EXPECT_EQ(view->contentOffset().x, 0);
 }
 
-TEST_F(CollectionTest, AnotherDataSourceTakesOver) {
+TEST_F(CollectionTest, AnotherDataSourceTakesOverAndALostOneIsHarmless) {
     layOut();
-    auto const other = make<Source>();
-    other->count = 2;
-    view->setDataSource(other);
+    auto const former = source;
+    source = make<Source>();
+    source->count = 200;
+    view->setDataSource(source);
     layOut();
-    EXPECT_EQ(view->subviews().size(), 2u);
-    EXPECT_EQ(view->contentSize().width, 242);
-}
-
-TEST_F(CollectionTest, LostDataSourceIsHarmless) {
-    layOut();
+    EXPECT_EQ(view->contentSize().width, 200 * 116 + 199 * 10);
+    expectCovered(view->bounds());
     source = nullptr;
     view->setContentOffset({5000, 0});
     stage.frame();
@@ -350,12 +327,6 @@ TEST_F(CollectionTest, TapSelectsAndDragDoesNot) {
     stage.press({150, 50});
     stage.release();
     EXPECT_THAT(source->selected, ElementsAre(1, 0));
-}
-
-TEST_F(CollectionTest, DelegateHearsOfScrolling) {
-    layOut();
-    view->setContentOffset({30, 0});
-    EXPECT_EQ(source->scrolls, 1);
 }
 
 using CollectionDeathTest = CollectionTest;

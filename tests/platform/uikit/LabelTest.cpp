@@ -23,41 +23,11 @@ NSAttributedString styled(std::string text, NSParagraphStyle const& style, doubl
     return NSAttributedString{std::move(text), attributes};
 }
 
-/// Draws its text inside a margin, as a subclass of a host would.
-class MarginLabel : public UILabel {
-public:
-    CGSize intrinsicContentSize() const override {
-        auto const size = UILabel::intrinsicContentSize();
-        return {size.width + 20, size.height + 8};
-    }
-    void drawText(CGRect rect, Canvas& canvas) override {
-        drawn = rect;
-        UILabel::drawText(textBounds(rect), canvas);
-    }
-    CGRect drawn;
-
-protected:
-    CGRect textBounds(CGRect bounds) const override { return bounds.insetBy(UIEdgeInsets{4, 10, 4, 10}); }
-};
-
 std::string const sentence = "You can cancel your subscription at any time";
 
 } // namespace
 
 class LabelTest : public DeviceFixture {};
-
-TEST_F(LabelTest, startsWithTheDocumentedDefaults) {
-    auto const empty = make<UILabel>();
-    EXPECT_FALSE(empty->text());
-    EXPECT_EQ(empty->font(), UIFont::system(17));
-    EXPECT_EQ(empty->textColor(), UIColor::label());
-    EXPECT_EQ(empty->textAlignment(), NSTextAlignment::natural);
-    EXPECT_EQ(empty->lineBreakMode(), NSLineBreakMode::byTruncatingTail);
-    EXPECT_EQ(empty->numberOfLines(), 1);
-    EXPECT_FALSE(empty->isUserInteractionEnabled());
-    EXPECT_EQ(empty->intrinsicContentSize(), CGSize{});
-    EXPECT_TRUE(empty->resolvedRuns().empty());
-}
 
 TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
     struct Row {
@@ -72,29 +42,31 @@ TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
     }
 }
 
-TEST_F(LabelTest, emptyTextHasNoSize) {
-    auto const text = label("Premium");
-    text->setText("");
-    EXPECT_EQ(text->text(), "");
-    EXPECT_EQ(text->intrinsicContentSize(), CGSize{});
+TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
+    struct Row {
+        char const* text;
+        int numberOfLines;
+        double lineSpacing, height;
+    };
+    for (auto const& row :
+         {Row{"", 1, 0, 0}, Row{"\n", 2, 0, 36}, Row{"one\ntwo\nthree", 2, 0, 36},
+          Row{"one\ntwo\nthree", 0, 0, 54}, Row{"one", 2, 4, 18}, Row{"one\ntwo", 2, 4, 40}}) {
+        auto const text = make<UILabel>();
+        text->setNumberOfLines(row.numberOfLines);
+        text->setAttributedText(styled(row.text, {.lineSpacing = row.lineSpacing}, 15));
+        text->sizeToFit();
+        EXPECT_DOUBLE_EQ(text->bounds().size.height, row.height) << row.text << " in " << row.numberOfLines;
+    }
+    auto const text = label("one\ntwo\nthree", 15);
+    text->setNumberOfLines(0);
+    EXPECT_EQ(text->intrinsicContentSize().width, label("three", 15)->intrinsicContentSize().width);
     text->setText(std::nullopt);
+    EXPECT_EQ(text->intrinsicContentSize(), CGSize{});
     EXPECT_FALSE(text->text());
     EXPECT_FALSE(text->drawsContents());
 }
 
-TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowed) {
-    auto const text = label("\n", 15);
-    text->setNumberOfLines(2);
-    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
-    text->setText("one\ntwo\nthree");
-    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
-    text->setNumberOfLines(0);
-    text->sizeToFit();
-    EXPECT_DOUBLE_EQ(text->bounds().size.height, 54);
-    EXPECT_DOUBLE_EQ(text->bounds().size.width, label("three", 15)->intrinsicContentSize().width);
-}
-
-TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacks) {
+TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacksAndAllThatIsSetLater) {
     auto const text = make<UILabel>();
     text->setFont(UIFont::boldSystem(20));
     text->setTextColor(UIColor::red());
@@ -113,33 +85,21 @@ TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacks) {
     EXPECT_EQ(text->textColor(), UIColor::red());
     text->setText("plain");
     EXPECT_EQ(text->font(), UIFont::boldSystem(20));
-}
 
-TEST_F(LabelTest, laterSettingsApplyToTheWholeAttributedText) {
-    auto const text = make<UILabel>();
     text->setAttributedText(styled("Offer", {.alignment = NSTextAlignment::left, .lineSpacing = 4}, 10));
     text->setFont(UIFont::system(30));
-    text->setTextColor(UIColor::red());
+    text->setTextColor(UIColor::black());
     text->setTextAlignment(NSTextAlignment::right);
-    auto const runs = text->resolvedRuns();
-    EXPECT_EQ(runs[0].font.size, 30);
-    EXPECT_EQ(runs[0].color, (CGColor{1, 0, 0, 1}));
-    EXPECT_EQ(runs[0].paragraph.alignment, NSTextAlignment::right);
-    EXPECT_EQ(runs[0].paragraph.lineSpacing, 4);
+    auto const later = text->resolvedRuns()[0];
+    EXPECT_EQ(later.font.size, 30);
+    EXPECT_EQ(later.color, (CGColor{0, 0, 0, 1}));
+    EXPECT_EQ(later.paragraph.alignment, NSTextAlignment::right);
+    EXPECT_EQ(later.paragraph.lineSpacing, 4);
     text->setText("plain");
     EXPECT_EQ(text->resolvedRuns()[0].paragraph.lineSpacing, 0);
 }
 
-TEST_F(LabelTest, lineSpacingStandsBetweenLinesOnly) {
-    auto const text = make<UILabel>();
-    text->setNumberOfLines(2);
-    text->setAttributedText(styled("one\ntwo", {.lineSpacing = 4}, 15));
-    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 40);
-    text->setAttributedText(styled("one", {.lineSpacing = 4}, 15));
-    EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 18);
-}
-
-TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrow) {
+TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrowAndAPreferredOneFixesIt) {
     auto const text = label(sentence, 15);
     text->setNumberOfLines(0);
     auto const natural = text->intrinsicContentSize();
@@ -150,12 +110,7 @@ TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrow) {
     EXPECT_EQ(text->intrinsicContentSize(), natural);
     text->setNumberOfLines(1);
     EXPECT_FALSE(text->layoutWidthDidChange(10));
-}
-
-TEST_F(LabelTest, aPreferredWidthFixesTheMeasuring) {
-    auto const text = label(sentence, 15);
     text->setNumberOfLines(0);
-    auto const natural = text->intrinsicContentSize();
     text->setPreferredMaxLayoutWidth(natural.width * 0.6);
     EXPECT_LE(text->intrinsicContentSize().width, natural.width * 0.6 + 0.5);
     EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
@@ -205,13 +160,8 @@ TEST_F(LabelTest, shrinksByTheLargestFactorThatFits) {
     text->setFrame({0, 0, natural * 0.3, 24});
     EXPECT_EQ(text->fit().scale, 0.5);
     EXPECT_TRUE(text->fit().truncated);
-}
-
-TEST_F(LabelTest, withoutAFactorItTruncates) {
-    auto const text = label(sentence, 20);
-    text->setAdjustsFontSizeToFitWidth(true);
-    text->setFrame({0, 0, 100, 24});
-    EXPECT_EQ(text->fit().scale, 1);
+    text->setMinimumScaleFactor(0);
+    EXPECT_EQ(text->fit().scale, 1) << "without a factor it truncates";
     EXPECT_TRUE(text->fit().truncated);
     EXPECT_EQ(text->fit().lineCount, 1);
 }
@@ -239,25 +189,20 @@ TEST_F(LabelTest, severalLinesShrinkUntilAllLinesFit) {
     EXPECT_EQ(fit.lineCount, 2);
 }
 
-TEST_F(LabelTest, tooManyLinesAreCutToTheAllowedOnes) {
-    auto const text = label(sentence + ' ' + sentence, 15);
-    text->setNumberOfLines(2);
-    text->setFrame({0, 0, 120, 100});
-    EXPECT_EQ(text->fit().lineCount, 2);
-    EXPECT_TRUE(text->fit().truncated);
-    text->setNumberOfLines(0);
-    text->setFrame({0, 0, 120, 40});
-    EXPECT_EQ(text->fit().lineCount, 2);
-    EXPECT_TRUE(text->fit().truncated);
-}
-
-TEST_F(LabelTest, aFrameRoundedToPixelsStillShowsTheWholeText) {
+TEST_F(LabelTest, whatDoesNotFitIsCutButAFrameRoundedToPixelsFits) {
     auto const text = label(sentence, 15);
     auto const natural = text->intrinsicContentSize();
     text->setFrame({0, 0, natural.width - 0.5, natural.height - 0.5});
     EXPECT_FALSE(text->fit().truncated);
     text->setFrame({0, 0, natural.width - 3, natural.height});
     EXPECT_TRUE(text->fit().truncated);
+    text->setText(sentence + ' ' + sentence);
+    for (auto const& [lines, height] : {std::pair{2, 100.0}, std::pair{0, 40.0}}) {
+        text->setNumberOfLines(lines);
+        text->setFrame({0, 0, 120, height});
+        EXPECT_EQ(text->fit().lineCount, 2) << height;
+        EXPECT_TRUE(text->fit().truncated) << height;
+    }
 }
 
 TEST_F(LabelTest, baselinesFollowTheMetrics) {
@@ -271,23 +216,10 @@ TEST_F(LabelTest, baselinesFollowTheMetrics) {
     EXPECT_FALSE(make<UILabel>()->firstBaselineOffsetFromTop());
 }
 
-TEST_F(LabelTest, aSubclassMayDrawInsideAMargin) {
-    auto const text = make<MarginLabel>();
-    text->setText(sentence);
-    auto const size = static_cast<UIView&>(*text).intrinsicContentSize();
-    EXPECT_EQ(size, (CGSize{label(sentence)->intrinsicContentSize().width + 20, 28.5}));
-    show(text, {10, 20, size.width, size.height});
-    EXPECT_FALSE(text->fit().truncated);
-    shell.render();
-    EXPECT_EQ(text->drawn, (CGRect{{}, size}));
-    text->setFrame({10, 20, size.width - 10, size.height});
-    EXPECT_TRUE(text->fit().truncated);
-}
-
-TEST_F(LabelTest, textIsDrawnVerticallyCentredAndAligned) {
+TEST_F(LabelTest, textIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) {
     auto const text = label("\xE2\x96\x88\xE2\x96\x88", 20); // two full blocks
-    text->setTextColor(UIColor::red());
     show(text, {0, 0, 200, 200});
+    shell.window().setBackgroundColor(UIColor::red());
     double const width = text->intrinsicContentSize().width;
     EXPECT_TRUE(isInked({width / 2, 100}));
     EXPECT_FALSE(isInked({width / 2, 20}));
@@ -296,8 +228,11 @@ TEST_F(LabelTest, textIsDrawnVerticallyCentredAndAligned) {
     EXPECT_FALSE(isInked({width / 2, 100}));
     EXPECT_TRUE(isInked({200 - width / 2, 100}));
     text->setTextAlignment(NSTextAlignment::center);
-    EXPECT_TRUE(isInked({100, 100}));
+    EXPECT_EQ(pixelAt({100, 100}), 0xFF000000);
     EXPECT_FALSE(isInked({200 - width / 2, 100}));
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
+    EXPECT_EQ(pixelAt({100, 100}), 0xFFFFFFFF) << "the colour of labels is dynamic";
+    shell.setUserInterfaceStyle(UIUserInterfaceStyle::light);
 }
 
 TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {
@@ -315,16 +250,6 @@ TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {
     text->setText("Offer");
     EXPECT_TRUE(inkIn(0, 100));
     EXPECT_FALSE(inkIn(200, 300));
-}
-
-TEST_F(LabelTest, dynamicColoursFollowTheAppearance) {
-    auto const text = show(label("Offer"), {0, 0, 100, 30});
-    EXPECT_EQ(text->resolvedRuns()[0].color, (CGColor{0, 0, 0, 1}));
-    auto const version = text->layer().contentVersion();
-    shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
-    EXPECT_EQ(text->resolvedRuns()[0].color, (CGColor{1, 1, 1, 1}));
-    EXPECT_NE(text->layer().contentVersion(), version);
-    shell.setUserInterfaceStyle(UIUserInterfaceStyle::light);
 }
 
 TEST_F(LabelTest, textChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {

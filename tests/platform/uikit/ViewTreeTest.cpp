@@ -23,8 +23,6 @@ public:
     void willMoveToWindow(UIWindow* window) override { note(window ? "will-window" : "will-no-window"); }
     void didMoveToWindow() override { note(window() ? "did-window" : "did-no-window"); }
     void traitCollectionDidChange(UITraitCollection const*) override { note("traits"); }
-    void didAddSubview(UIView&) override { note("added"); }
-    void willRemoveSubview(UIView&) override { note("will-remove"); }
 
 private:
     void note(std::string const& what) { journal.push_back(name_ + " " + what); }
@@ -57,28 +55,22 @@ protected:
     }
 };
 
-TEST_F(ViewTreeTest, AddingToAWindowTellsOfSuperviewWindowAndTraitsInOrder) {
-    auto const view = make<WitnessView>();
-    shell.window().addSubview(view);
-    EXPECT_THAT(journal, ElementsAre("view will-super", "view will-window", "view did-window",
-                                     "view did-super", "view traits"));
-    journal.clear();
-    view->removeFromSuperview();
-    EXPECT_THAT(journal, ElementsAre("view will-no-super", "view will-no-window", "view did-no-window",
-                                     "view did-no-super"));
-    EXPECT_EQ(view->superview(), nullptr);
-    EXPECT_EQ(view->window(), nullptr);
-}
-
-TEST_F(ViewTreeTest, AWholeSubtreeEntersTheWindowParentsFirst) {
+TEST_F(ViewTreeTest, ASubtreeEntersAndLeavesTheWindowParentsFirst) {
     auto const parent = make<WitnessView>("parent");
     auto const child = make<WitnessView>("child");
     parent->addSubview(child);
+    EXPECT_THAT(journal, ElementsAre("child will-super", "child did-super"));
     journal.clear();
     shell.window().addSubview(parent);
     EXPECT_THAT(journal, ElementsAre("parent will-super", "parent will-window", "child will-window",
                                      "parent did-window", "child did-window", "parent did-super",
                                      "parent traits", "child traits"));
+    journal.clear();
+    parent->removeFromSuperview();
+    EXPECT_THAT(journal, ElementsAre("parent will-no-super", "parent will-no-window", "child will-no-window",
+                                     "parent did-no-window", "child did-no-window", "parent did-no-super"));
+    EXPECT_EQ(parent->superview(), nullptr);
+    EXPECT_EQ(child->window(), nullptr);
 }
 
 TEST_F(ViewTreeTest, MovingWithinAWindowTellsOfNoWindowChange) {
@@ -134,17 +126,7 @@ TEST_F(ViewTreeTest, ACircleIsRefusedWithAWarning) {
     EXPECT_THAT(parent->subviews(), ElementsAre(child));
 }
 
-TEST_F(ViewTreeTest, SubviewsOutliveTheirParentUnattached) {
-    auto const child = make<UIView>();
-    {
-        auto const parent = make<UIView>();
-        parent->addSubview(child);
-    }
-    EXPECT_EQ(child->superview(), nullptr);
-    EXPECT_EQ(child->layer().superlayer(), nullptr);
-}
-
-TEST_F(ViewTreeTest, AViewMayLeaveInsideItsOwnCallback) {
+TEST_F(ViewTreeTest, AViewMayLeaveInsideItsOwnCallbackAndOutliveItsParent) {
     class Leaver : public UIView {
     public:
         void didMoveToWindow() override {
@@ -155,6 +137,9 @@ TEST_F(ViewTreeTest, AViewMayLeaveInsideItsOwnCallback) {
     shell.window().addSubview(view);
     EXPECT_EQ(view->superview(), nullptr);
     EXPECT_THAT(shell.window().subviews(), IsEmpty());
+    make<UIView>()->addSubview(view);
+    EXPECT_EQ(view->superview(), nullptr);
+    EXPECT_EQ(view->layer().superlayer(), nullptr);
 }
 
 TEST_F(ViewTreeTest, CoordinatesConvertThroughScrollOffsetsAndTransforms) {
