@@ -119,12 +119,12 @@ TEST_F(TouchTest, AnimatedViewsRefuseTouchesUnlessAllowedOrScrolling) {
     auto const still = show(make<UIView>(), {100, 0, 50, 50});
     auto const scrollView = show(make<UIScrollView>(), {200, 0, 50, 50});
     scrollView->setContentSize({200, 1000});
+    UIView::animate({.duration = 0.5, .animations = [&] { view->setCenter({26, 26}); }});
     UIView::animate({.duration = 1, .animations = [&] {
                          view->setAlpha(0.5);
                          still->setAlpha(1);
                          scrollView->setContentOffset({0, 100});
                      }});
-    UIView::animate({.duration = 0.5, .animations = [&] { view->setCenter({26, 26}); }});
     EXPECT_EQ(shell.window().hitTest({110, 10}), still) << "nothing about it changed";
     EXPECT_EQ(shell.window().hitTest({210, 10}), scrollView) << "a drift can be touched";
     EXPECT_EQ(shell.window().hitTest({10, 10}).get(), &shell.window());

@@ -7,16 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 
 namespace trelundo {
 
-TEST(ResizedProfile, IsTheDeviceItselfAtItsOwnSizeInBothOrientations) {
+TEST(ResizedProfile, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFromTheNewOne) {
     auto const& phone = *DeviceProfile::find("phone-430x932");
     EXPECT_EQ(resizedProfile(phone, {430, 932}).landscapeHorizontal, phone.landscapeHorizontal);
     EXPECT_EQ(resizedProfile(phone, {932, 430}).points, phone.points);
-}
-
-TEST(ResizedProfile, TakesSizeClassesFromTheNewSize) {
     auto const& tablet = *DeviceProfile::find("tablet-820x1180");
     auto const narrow = resizedProfile(tablet, {438, 1180});
     EXPECT_EQ(narrow.points, (CGSize{438, 1180}));
@@ -30,26 +28,20 @@ TEST(ResizedProfile, TakesSizeClassesFromTheNewSize) {
 }
 
 TEST(DisplayProbe, ADisplayThatNobodyServesIsNone) {
-    auto const remember = [](char const* name) {
-        return std::string(std::getenv(name) ? std::getenv(name) : "");
-    };
-    std::string const names[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
-    std::string const before[] = {remember("DISPLAY"), remember("WAYLAND_DISPLAY"),
-                                  remember("QT_QPA_PLATFORM")};
-    for (auto const& name : names) ::unsetenv(name.c_str());
+    std::map<char const*, std::string> before;
+    for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (auto const* value = std::getenv(name)) before[name] = value;
+        ::unsetenv(name);
+    }
     EXPECT_FALSE(DisplayProbe{}.answers());
-    ::setenv("DISPLAY", ":4711", 1);
-    EXPECT_FALSE(DisplayProbe{}.answers());
-    ::setenv("DISPLAY", "nonsense", 1);
-    EXPECT_FALSE(DisplayProbe{}.answers());
+    for (auto const* display : {":4711", "nonsense"}) {
+        ::setenv("DISPLAY", display, 1);
+        EXPECT_FALSE(DisplayProbe{}.answers()) << display;
+    }
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     EXPECT_TRUE(DisplayProbe{}.answers());
-    for (int i = 0; i < 3; ++i) {
-        if (before[i].empty())
-            ::unsetenv(names[i].c_str());
-        else
-            ::setenv(names[i].c_str(), before[i].c_str(), 1);
-    }
+    for (auto const* name : {"DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(name);
+    for (auto const& [name, value] : before) ::setenv(name, value.c_str(), 1);
 }
 
 TEST(WheelScrolling, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {
