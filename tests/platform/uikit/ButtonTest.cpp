@@ -80,6 +80,9 @@ TEST_F(ButtonTest, onlyTheExactStateCountsBeforeNormal) {
     button->setTitle("all flags", State::selected | State::highlighted | State::disabled);
     button->setEnabled(false);
     EXPECT_EQ(button->currentTitle(), "all flags");
+    EXPECT_EQ(button->accessibilityLabel(), "all flags");
+    EXPECT_EQ(button->accessibilityTraits(), UIAccessibilityTraits::button | UIAccessibilityTraits::selected |
+                                                 UIAccessibilityTraits::notEnabled);
 }
 
 TEST_F(ButtonTest, attributedBeatsPlain) {
@@ -139,13 +142,10 @@ TEST_F(ButtonTest, partsAreMadeWhenNeededPictureBelowTitle) {
     EXPECT_EQ(button->subviews()[1], button->imageView());
     EXPECT_EQ(button->subviews()[2], button->titleLabel());
     EXPECT_EQ(button->subviews()[3], own);
-    EXPECT_EQ(button->titleLabel()->lineBreakMode(), NSLineBreakMode::byTruncatingMiddle);
-}
-
-TEST_F(ButtonTest, aLabelThatOutlivesItsButtonIsHarmless) {
     auto const label = button->titleLabel();
+    EXPECT_EQ(label->lineBreakMode(), NSLineBreakMode::byTruncatingMiddle);
     button = nullptr;
-    label->setText("left over");
+    label->setText("left over"); // a label may outlive its button
     EXPECT_EQ(label->text(), "left over");
 }
 
@@ -175,7 +175,7 @@ TEST_F(ButtonTest, contentAndItsInsetsMakeTheSize) {
     EXPECT_EQ(sized("", picture(), {}), (CGSize{20, 10}));
 }
 
-TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedOnly) {
+TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedAndWhereItMust) {
     button->titleLabel()->setNumberOfLines(2);
     NSParagraphStyle style;
     style.lineSpacing = 4;
@@ -191,6 +191,9 @@ TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedOnly) {
     button->setFrame({0, 0, second.width / 2, 60});
     EXPECT_LE(titleFrame().size.width, second.width / 2);
     EXPECT_TRUE(button->titleLabel()->fit().truncated);
+    attributes.set(Key::paragraphStyle, NSParagraphStyle{});
+    button->setAttributedTitle(NSAttributedString{"Then a longer second line", attributes}, State::normal);
+    EXPECT_DOUBLE_EQ(titleFrame().size.height, 36) << "a line that is too long wraps";
 }
 
 TEST_F(ButtonTest, aTitleLabelsSettingsChangeTheButtonsSize) {
@@ -338,15 +341,6 @@ TEST_F(ButtonTest, aReleaseInsideAlsoTriggersThePrimaryAction) {
     shell.window().touchMoved(1, {100, 300});
     shell.window().touchEnded(1, {100, 300});
     EXPECT_EQ(target->count, 3);
-}
-
-TEST_F(ButtonTest, accessibilityTellsTitleAndState) {
-    button->setTitle("Yearly", State::normal);
-    button->setSelected(true);
-    button->setEnabled(false);
-    EXPECT_EQ(button->accessibilityLabel(), "Yearly");
-    EXPECT_EQ(button->accessibilityTraits(), UIAccessibilityTraits::button | UIAccessibilityTraits::selected |
-                                                 UIAccessibilityTraits::notEnabled);
 }
 
 } // namespace trelundo

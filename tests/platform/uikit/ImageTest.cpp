@@ -4,6 +4,8 @@
 
 #include <array>
 
+using namespace std::string_literals;
+
 namespace trelundo {
 
 namespace {
@@ -92,43 +94,34 @@ TEST_F(ImageTest, aBrokenImageSetIsLoggedAndPassedOver) {
     }
 }
 
-TEST_F(ImageTest, whatCannotBeHadIsNull) {
+TEST_F(ImageTest, whatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
     EXPECT_FALSE(load("missing"));
     EXPECT_TRUE(warnings.empty());
-    EXPECT_FALSE(load("broken"));
-    EXPECT_FALSE(load("broken"));
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_NE(warnings[0].find("broken"), std::string::npos);
-}
-
-TEST_F(ImageTest, namesThatLeaveTheBundleAreRefusedWithOneWarningEach) {
-    for (auto const& name :
-         {std::string{"../square"}, std::string{"/square"}, std::string{"sq\0uare", 7}, std::string{}}) {
+    for (auto const& name : {"broken"s, "../square"s, "/square"s, "sq\0uare"s, ""s}) {
         warnings.clear();
-        EXPECT_FALSE(load(name));
-        EXPECT_FALSE(load(name));
-        EXPECT_EQ(warnings.size(), 1u) << name;
+        EXPECT_FALSE(load(name)) << name;
+        EXPECT_FALSE(load(name)) << name;
+        ASSERT_EQ(warnings.size(), 1u) << name;
+        EXPECT_NE(warnings[0].find(name.c_str()), std::string::npos) << warnings[0];
     }
 }
 
 TEST_F(ImageTest, contentModesPlaceThePicture) {
-    CGRect const bounds{0, 0, 100, 100};
-    CGSize const size{20, 10};
-    auto const rect = [&](UIViewContentMode mode) { return UIImageView::contentRect(mode, size, bounds); };
     using Mode = UIViewContentMode;
-    EXPECT_EQ(rect(Mode::scaleToFill), bounds);
-    EXPECT_EQ(rect(Mode::redraw), bounds);
-    EXPECT_EQ(rect(Mode::scaleAspectFit), CGRect(0, 25, 100, 50));
-    EXPECT_EQ(rect(Mode::scaleAspectFill), CGRect(-50, 0, 200, 100));
-    EXPECT_EQ(rect(Mode::center), CGRect(40, 45, 20, 10));
-    EXPECT_EQ(rect(Mode::top), CGRect(40, 0, 20, 10));
-    EXPECT_EQ(rect(Mode::bottom), CGRect(40, 90, 20, 10));
-    EXPECT_EQ(rect(Mode::left), CGRect(0, 45, 20, 10));
-    EXPECT_EQ(rect(Mode::right), CGRect(80, 45, 20, 10));
-    EXPECT_EQ(rect(Mode::topLeft), CGRect(0, 0, 20, 10));
-    EXPECT_EQ(rect(Mode::topRight), CGRect(80, 0, 20, 10));
-    EXPECT_EQ(rect(Mode::bottomLeft), CGRect(0, 90, 20, 10));
-    EXPECT_EQ(rect(Mode::bottomRight), CGRect(80, 90, 20, 10));
+    CGRect const bounds{0, 0, 100, 100};
+    struct Place {
+        Mode mode;
+        CGRect rect;
+    };
+    for (auto const& [mode, rect] :
+         {Place{Mode::scaleToFill, bounds}, Place{Mode::redraw, bounds},
+          Place{Mode::scaleAspectFit, {0, 25, 100, 50}}, Place{Mode::scaleAspectFill, {-50, 0, 200, 100}},
+          Place{Mode::topLeft, {0, 0, 20, 10}}, Place{Mode::top, {40, 0, 20, 10}},
+          Place{Mode::topRight, {80, 0, 20, 10}}, Place{Mode::left, {0, 45, 20, 10}},
+          Place{Mode::center, {40, 45, 20, 10}}, Place{Mode::right, {80, 45, 20, 10}},
+          Place{Mode::bottomLeft, {0, 90, 20, 10}}, Place{Mode::bottom, {40, 90, 20, 10}},
+          Place{Mode::bottomRight, {80, 90, 20, 10}}})
+        EXPECT_EQ(UIImageView::contentRect(mode, {20, 10}, bounds), rect) << static_cast<int>(mode);
     EXPECT_TRUE(UIImageView::contentRect(Mode::scaleAspectFit, {}, bounds).isEmpty());
 }
 

@@ -120,19 +120,25 @@ TEST_F(TraitsTest, DirectionComesFromTheApplicationUnlessTheViewForbids) {
     EXPECT_EQ(view->traitCollection().layoutDirection, UITraitLayoutDirection::rightToLeft);
 }
 
-TEST_F(TraitsTest, TintIsInheritedAndItsChangesReachWhoInheritsIt) {
+TEST_F(TraitsTest, TintIsInheritedReadsGrayWhileDimmedAndItsChangesReachWhoInheritsIt) {
     auto const parent = make<TraitView>("parent");
     auto const child = make<TraitView>("child");
     auto const own = make<TraitView>("own");
     parent->addSubview(child);
     parent->addSubview(own);
     EXPECT_EQ(child->tintColor().cgColor(), UIColor::systemBlue().cgColor());
-    own->setTintColor(UIColor::black());
+    own->setTintColor(UIColor(0, 0, 1));
     journal.clear();
     parent->setTintColor(UIColor::red());
     EXPECT_THAT(journal, ElementsAre("parent tint", "child tint"));
     EXPECT_EQ(child->tintColor(), UIColor::red());
-    EXPECT_EQ(own->tintColor(), UIColor::black());
+    own->setTintAdjustmentMode(UIViewTintAdjustmentMode::normal);
+    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::dimmed);
+    EXPECT_EQ(child->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
+    EXPECT_EQ(child->tintColor(), UIColor(0.2126, 0.2126, 0.2126)) << "as bright as red";
+    EXPECT_EQ(own->tintColor(), UIColor(0, 0, 1));
+    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::automatic);
+    EXPECT_EQ(child->tintColor(), UIColor::red());
     parent->setTintColor(std::nullopt);
     shell.window().setTintColor(UIColor::white());
     journal.clear();
@@ -140,24 +146,6 @@ TEST_F(TraitsTest, TintIsInheritedAndItsChangesReachWhoInheritsIt) {
     EXPECT_EQ(child->tintColor(), UIColor::white());
     EXPECT_THAT(journal, ::testing::IsSupersetOf({"parent tint", "child tint"}));
     EXPECT_THAT(journal, ::testing::Not(::testing::Contains("own tint")));
-}
-
-TEST_F(TraitsTest, ADimmedTintReadsGray) {
-    auto const parent = make<TraitView>("parent");
-    auto const child = make<TraitView>("child");
-    auto const bright = make<TraitView>("bright");
-    parent->addSubview(child);
-    parent->addSubview(bright);
-    child->setTintColor(UIColor::red());
-    bright->setTintAdjustmentMode(UIViewTintAdjustmentMode::normal);
-    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::dimmed);
-    auto const dimmed = child->tintColor().cgColor();
-    EXPECT_EQ(dimmed.red, dimmed.green);
-    EXPECT_EQ(dimmed.green, dimmed.blue);
-    EXPECT_EQ(child->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
-    EXPECT_EQ(bright->tintColor().cgColor(), UIColor::systemBlue().cgColor());
-    parent->setTintAdjustmentMode(UIViewTintAdjustmentMode::automatic);
-    EXPECT_EQ(child->tintColor(), UIColor::red());
 }
 
 TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUpright) {
