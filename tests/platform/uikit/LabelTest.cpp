@@ -1,4 +1,3 @@
-#include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "platform/uikit/text/UILabel.h"
 #include "tests/platform/uikit/DeviceFixture.h"
 
@@ -115,22 +114,6 @@ TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrowAndAPreferredOneFixesIt) {
     EXPECT_LE(text->intrinsicContentSize().width, natural.width * 0.6 + 0.5);
     EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, 36);
     EXPECT_FALSE(text->layoutWidthDidChange(50));
-}
-
-TEST_F(LabelTest, aWrappingLabelGetsItsHeightInOneLayoutPass) {
-    auto const text = label(sentence, 15);
-    text->setNumberOfLines(0);
-    text->setTranslatesAutoresizingMaskIntoConstraints(false);
-    auto& window = shell.window();
-    window.addSubview(text);
-    auto const width = text->intrinsicContentSize().width;
-    activate({text->leadingAnchor() == window.leadingAnchor(), text->topAnchor() == window.topAnchor(),
-              text->widthAnchor() <= std::round(width * 0.6)});
-    window.layoutWindow();
-    EXPECT_DOUBLE_EQ(text->frame().size.width, std::round(width * 0.6));
-    EXPECT_DOUBLE_EQ(text->frame().size.height, 36);
-    EXPECT_EQ(text->fit().lineCount, 2);
-    EXPECT_FALSE(text->fit().truncated);
 }
 
 TEST_F(LabelTest, sizeThatFitsWrapsOnlySeveralLines) {

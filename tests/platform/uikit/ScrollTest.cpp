@@ -322,11 +322,6 @@ TEST_F(ScrollTest, BarsAppearWithTheUsersMovementAndFade) {
     EXPECT_EQ(bars(), 1);
     stage.frames(60);
     EXPECT_EQ(bars(), 0);
-    scroll->setShowsHorizontalScrollIndicator(false);
-    stage.press({300, 300});
-    stage.move(-50);
-    EXPECT_EQ(bars(), 0);
-    stage.restAndRelease();
 }
 
 TEST_F(ScrollTest, InsetsWidenTheRange) {

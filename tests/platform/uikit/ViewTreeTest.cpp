@@ -70,6 +70,7 @@ TEST_F(ViewTreeTest, ASubtreeEntersAndLeavesTheWindowParentsFirst) {
     EXPECT_THAT(journal, ElementsAre("parent will-no-super", "parent will-no-window", "child will-no-window",
                                      "parent did-no-window", "child did-no-window", "parent did-no-super"));
     EXPECT_EQ(parent->superview(), nullptr);
+    EXPECT_EQ(parent->layer().superlayer(), nullptr);
     EXPECT_EQ(child->window(), nullptr);
 }
 
