@@ -21,10 +21,7 @@ template <class View> void collect(Ref<UIView> const& view, std::vector<Ref<View
 class AlertTest : public DeviceFixture {
 protected:
     AlertTest() { shell.window().setRootViewController(host); }
-    ~AlertTest() override {
-        setPresentationListener({});
-        UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
-    }
+    ~AlertTest() override { setPresentationListener({}); }
 
     Ref<UIAlertController> alert(std::optional<std::string> title, std::optional<std::string> message,
                                  std::vector<std::pair<std::string, UIAlertActionStyle>> const& actions) {

@@ -138,9 +138,9 @@ protected:
         view->registerClass<TestCell>("cell");
         view->setDataSource(source);
         view->setDelegate(source);
-        stage.window->addSubview(view);
+        stage.window().addSubview(view);
     }
-    void layOut() { stage.window->layoutWindow(); }
+    void layOut() { stage.window().layoutWindow(); }
     /// Every item that `rect` shows has its cell, in place and filled for it.
     void expectCovered(CGRect rect) {
         auto const size = view->bounds().size;

@@ -12,15 +12,20 @@
 
 namespace trelundo {
 
+/// What the witnesses of the running test have written down.
+inline std::vector<std::string> journal;
+
 /// A small phone at 2 pixels a point with an empty visible window; warnings are kept instead of printed.
 class DeviceFixture : public ::testing::Test {
 protected:
     DeviceFixture() {
+        journal.clear();
         setWarningSink([this](std::string_view text) { warnings.emplace_back(text); });
     }
     ~DeviceFixture() override {
         setWarningSink(nullptr);
         setTextChangeListener(nullptr);
+        UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
     }
 
     /// Puts `view` into the window and lays it out.

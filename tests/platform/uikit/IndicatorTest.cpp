@@ -4,7 +4,7 @@
 
 namespace trelundo {
 
-class IndicatorTest : public DeviceFixture {};
+using IndicatorTest = DeviceFixture;
 
 TEST_F(IndicatorTest, hiddenFollowsStartAndStopAndTheSizeFollowsTheStyle) {
     auto const large = make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::whiteLarge);

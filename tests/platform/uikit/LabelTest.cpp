@@ -26,7 +26,7 @@ std::string const sentence = "You can cancel your subscription at any time";
 
 } // namespace
 
-class LabelTest : public DeviceFixture {};
+using LabelTest = DeviceFixture;
 
 TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
     struct Row {
@@ -215,7 +215,6 @@ TEST_F(LabelTest, textIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) 
     EXPECT_FALSE(isInked({200 - width / 2, 100}));
     shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
     EXPECT_EQ(pixelAt({100, 100}), 0xFFFFFFFF) << "the colour of labels is dynamic";
-    shell.setUserInterfaceStyle(UIUserInterfaceStyle::light);
 }
 
 TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {

@@ -13,8 +13,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-std::vector<std::string> journal;
-
 void note(std::string const& text) { journal.push_back(text); }
 
 class WitnessController : public UIViewController {

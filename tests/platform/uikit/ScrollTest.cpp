@@ -58,8 +58,8 @@ protected:
         scroll->setContentSize({4000, 600});
         scroll->setScrollDelegate(spy);
         scroll->addSubview(content);
-        stage.window->addSubview(scroll);
-        stage.window->layoutWindow();
+        stage.window().addSubview(scroll);
+        stage.window().layoutWindow();
     }
     double x() const { return scroll->contentOffset().x; }
     void runToRest() {

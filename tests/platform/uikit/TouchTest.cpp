@@ -11,8 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::vector<std::string> journal;
-
 class TouchedView : public UIView {
 public:
     explicit TouchedView(CGRect frame, std::string name = "view")
@@ -37,10 +35,7 @@ private:
     std::string name_;
 };
 
-class TouchTest : public DeviceFixture {
-protected:
-    TouchTest() { journal.clear(); }
-};
+using TouchTest = DeviceFixture;
 
 TEST_F(TouchTest, HitTestingFindsTheFrontmostTouchableView) {
     auto const back = show(make<UIView>(), {0, 0, 100, 100});

@@ -11,8 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::vector<std::string> journal;
-
 std::string styleName(UITraitCollection const* traits) {
     if (!traits) return "none";
     return traits->userInterfaceStyle == UIUserInterfaceStyle::dark ? "dark" : "light";
@@ -50,9 +48,7 @@ public:
 
 class TraitsTest : public DeviceFixture {
 protected:
-    TraitsTest() { journal.clear(); }
     ~TraitsTest() override {
-        UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
         UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
     }
 };

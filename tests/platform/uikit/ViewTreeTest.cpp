@@ -10,8 +10,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-std::vector<std::string> journal;
-
 /// Writes down what the tree tells it.
 class WitnessView : public UIView {
 public:
@@ -32,8 +30,6 @@ private:
 
 class ViewTreeTest : public DeviceFixture {
 protected:
-    ViewTreeTest() { journal.clear(); }
-
     /// The tags of the subviews, back to front, and of their layers.
     static std::vector<int> tags(UIView const& view) {
         std::vector<int> result;

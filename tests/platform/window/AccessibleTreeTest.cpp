@@ -70,8 +70,8 @@ TEST_F(AccessibleTreeTest, ListsLabelledAndPressableViewsAndLeavesOutTheHidden) 
     EXPECT_EQ(tree.root()->child(7), nullptr);
 }
 
-TEST_F(AccessibleTreeTest, PressingRunsTheActionsOfEnabledControlsOnly) {
-    auto const button = addButton("Continue");
+TEST_F(AccessibleTreeTest, PressingRunsTheActionsOfEnabledControlsThatLiveOnly) {
+    auto button = addButton("Continue");
     auto* const element = tree.root()->child(0);
     auto* const actions = element->actionInterface();
     ASSERT_NE(actions, nullptr);
@@ -83,17 +83,14 @@ TEST_F(AccessibleTreeTest, PressingRunsTheActionsOfEnabledControlsOnly) {
     EXPECT_TRUE(element->state().disabled);
     actions->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(target->presses, 1);
-}
 
-TEST_F(AccessibleTreeTest, AnElementOutlivesItsViewHarmlessly) {
-    auto button = addButton("Continue");
-    auto* const element = tree.root()->child(0);
+    button->setEnabled(true);
     button->removeFromSuperview();
-    button = nullptr;
+    button = nullptr; // the element outlives its view
     EXPECT_FALSE(element->isValid());
     EXPECT_TRUE(element->text(QAccessible::Name).isEmpty());
-    element->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_EQ(target->presses, 0);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(target->presses, 1);
     EXPECT_EQ(tree.root()->childCount(), 0);
 }
 

@@ -18,13 +18,6 @@ namespace {
 
 class OffscreenShellTest : public testing::Test {
 protected:
-    Ref<UIScrollView> addStrip(CGSize content) {
-        auto strip = make<UIScrollView>(CGRect{0, 0, 300, 100});
-        strip->setContentSize(content);
-        shell.window().addSubview(strip);
-        return strip;
-    }
-
     OffscreenShell shell{{.device = DeviceProfile::find("phone-375x667"), .startDate = 1000}};
 };
 
@@ -67,25 +60,6 @@ TEST_F(OffscreenShellTest, AdvancingByNothingIsOneTurnAndDelayedBlocksComeAtThei
     EXPECT_EQ(calls.back(), "delayed by 0.100000");
 }
 
-TEST_F(OffscreenShellTest, TheDriftOfACarouselAdvancesOnePointAFrame) {
-    auto const strip = addStrip({1e6, 100});
-    std::function<void()> step = [&] {
-        UIView::animate({.duration = 0.001,
-                         .options = UIViewAnimationOptions::curveLinear,
-                         .animations =
-                             [&] {
-                                 strip->setContentOffset({strip->contentOffset().x + 1, 0});
-                             },
-                         .completion = [&](bool) { step(); }});
-    };
-    step();
-    shell.advance(1);
-    EXPECT_EQ(strip->contentOffset().x, 61);
-    strip->removeFromSuperview();
-    step = [] {};
-    shell.advance(0.1);
-}
-
 TEST_F(OffscreenShellTest, RendersAtDeviceScaleAndFollowsRotationAndStyle) {
     auto const view = make<UIView>(CGRect{0, 0, 100, 50});
     view->setBackgroundColor(UIColor::red());
@@ -105,7 +79,9 @@ TEST_F(OffscreenShellTest, RendersAtDeviceScaleAndFollowsRotationAndStyle) {
 }
 
 TEST_F(OffscreenShellTest, DraggingTakesVirtualTimeAndScrolls) {
-    auto const strip = addStrip({2000, 100});
+    auto const strip = make<UIScrollView>(CGRect{0, 0, 300, 100});
+    strip->setContentSize({2000, 100});
+    shell.window().addSubview(strip);
     shell.drag({200, 50}, -120, 0, 0.5);
     EXPECT_NEAR(shell.now(), 0.5, 1e-9);
     EXPECT_GT(strip->contentOffset().x, 90);
