@@ -158,11 +158,6 @@ protected:
         for (int item = range.begin; item < range.end; ++item)
             EXPECT_TRUE(filled.contains(item) || !frameOf(item).intersects(rect)) << "item " << item;
     }
-    void makeRightToLeft() {
-        view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
-        mirrored = true;
-    }
-
     ScrollStage stage;
     Ref<UICollectionViewFlowLayout> layout = flow(UICollectionViewScrollDirection::horizontal, {116, 100});
     Ref<UICollectionView> view = make<UICollectionView>(CGRect{0, 0, 400, 100}, layout);
@@ -204,7 +199,8 @@ TEST_F(CollectionTest, VisibleCellsAreAnsweredAndFilledByTheirContentViews) {
 }
 
 TEST_F(CollectionTest, RightToLeftBeginsAtTheRightEnd) {
-    makeRightToLeft();
+    view->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
+    mirrored = true;
     layOut();
     EXPECT_EQ(view->contentOffset().x, view->contentSize().width - 400);
     EXPECT_EQ(view->cellForItem({0, 0})->frame().maxX(), view->contentSize().width);
@@ -231,13 +227,6 @@ TEST_F(CollectionTest, EarlyScrollIsAppliedClampedAtTheFirstLayout) {
     view->setNeedsLayout();
     layOut();
     EXPECT_EQ(view->contentOffset().x, 77);
-}
-
-TEST_F(CollectionTest, EarlyScrollInRightToLeftGivesTheLargestOffset) {
-    makeRightToLeft();
-    view->scrollToItem({0, 0}, UICollectionViewScrollPosition::centeredHorizontally, false);
-    layOut();
-    EXPECT_EQ(view->contentOffset().x, view->contentSize().width - 400);
 }
 
 TEST_F(CollectionTest, ScrollPositions) {

@@ -128,6 +128,7 @@ TEST_F(ImageTest, contentModesPlaceThePicture) {
 TEST_F(ImageTest, theViewMeasuresItsPicture) {
     auto const view = make<UIImageView>(load("square"));
     EXPECT_EQ(view->frame(), CGRect(0, 0, 20, 10));
+    EXPECT_FALSE(view->isUserInteractionEnabled());
     EXPECT_EQ(view->intrinsicContentSize(), (CGSize{20, 10}));
     view->setImage(nullptr);
     EXPECT_EQ(view->intrinsicContentSize(), (CGSize{UIView::noIntrinsicMetric, UIView::noIntrinsicMetric}));

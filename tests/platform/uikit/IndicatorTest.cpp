@@ -9,8 +9,11 @@ using IndicatorTest = DeviceFixture;
 TEST_F(IndicatorTest, hiddenFollowsStartAndStopAndTheSizeFollowsTheStyle) {
     auto const large = make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::whiteLarge);
     EXPECT_EQ(large->intrinsicContentSize(), (CGSize{37, 37}));
+    EXPECT_EQ(large->color(), UIColor::white());
     auto const indicator = make<UIActivityIndicatorView>();
     EXPECT_EQ(indicator->frame(), CGRect(0, 0, 20, 20));
+    EXPECT_EQ(indicator->contentHuggingPriority(NSLayoutConstraintAxis::horizontal),
+              UILayoutPriority::defaultHigh);
     EXPECT_TRUE(indicator->isHidden());
     indicator->startAnimating();
     indicator->startAnimating();

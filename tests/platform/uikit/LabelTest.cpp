@@ -54,6 +54,7 @@ TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
         text->setNumberOfLines(row.numberOfLines);
         text->setAttributedText(styled(row.text, {.lineSpacing = row.lineSpacing}, 15));
         text->sizeToFit();
+        EXPECT_EQ(text->text(), row.text);
         EXPECT_DOUBLE_EQ(text->bounds().size.height, row.height) << row.text << " in " << row.numberOfLines;
     }
     auto const text = label("one\ntwo\nthree", 15);
@@ -207,6 +208,7 @@ TEST_F(LabelTest, textIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) 
     EXPECT_TRUE(isInked({width / 2, 100}));
     EXPECT_FALSE(isInked({width / 2, 20}));
     EXPECT_FALSE(isInked({width / 2, 180}));
+    EXPECT_EQ(shell.window().hitTest({100, 100}).get(), &shell.window()) << "touches go through a label";
     text->setTextAlignment(NSTextAlignment::right);
     EXPECT_FALSE(isInked({width / 2, 100}));
     EXPECT_TRUE(isInked({200 - width / 2, 100}));
