@@ -51,18 +51,13 @@ TEST_F(BillingNoticeTest, EachSizeClassHasItsOwnConstraints) {
     for (int turn = 0; turn < 2; ++turn) {
         auto const top = UIScreen::main().safeAreaInsets().top;
         EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{25, top + 20}));
-        EXPECT_EQ(find("warningBadgeImageView")->frame().minY(), top + 20);
         EXPECT_EQ(find("topViewStackView")->frame().minX(), 25);
-        EXPECT_DOUBLE_EQ(find("topViewStackView")->frame().minY(),
-                         find("warningBadgeImageView")->frame().maxY() - 75);
         EXPECT_EQ(find("updateDetailsButton")->bounds().width(), 430 - 50);
 
         resize("phone-430x932", true);
         auto const landscapeTop = UIScreen::main().safeAreaInsets().top;
         EXPECT_EQ(find("closeButton")->frame().origin, (CGPoint{46, landscapeTop + 40}));
         EXPECT_EQ(find("topViewStackView")->bounds().width(), 368);
-        EXPECT_DOUBLE_EQ(find("topViewStackView")->frame().minY(),
-                         find("warningBadgeImageView")->frame().maxY() - 65);
         EXPECT_LE(find("updateDetailsButton")->frame().maxY(), 430 - 24) << "stays on the screen";
         resize("phone-430x932");
     }
@@ -74,8 +69,8 @@ TEST_F(BillingNoticeTest, OnALowScreenThePictureGivesWayToTheTexts) {
     shell.rotate(true);
     shell.advance(1);
     EXPECT_LT(find("warningBadgeImageView")->bounds().height(), upright);
-    EXPECT_FALSE(find<UILabel>("issueDetailsLabel")->fit().truncated);
-    EXPECT_FALSE(find<UILabel>("headLineLabel")->fit().truncated);
+    for (auto const* name : {"issueDetailsLabel", "headLineLabel"})
+        EXPECT_FALSE(find<UILabel>(name)->fit().truncated) << name;
     EXPECT_EQ(find("updateDetailsButton")->bounds().height(), 64);
 }
 
@@ -87,14 +82,6 @@ TEST_F(BillingNoticeTest, UpdateTellsTheHostWhileTheNoticeIsLeaving) {
     tap("updateDetailsButton");
     EXPECT_EQ(recorder->calls, 1);
     EXPECT_TRUE(recorder->wasLeaving);
-    shell.advance(1);
-    EXPECT_FALSE(host->presentedViewController());
-
-    show(notice);
-    tap("closeButton");
-    shell.advance(1);
-    EXPECT_FALSE(host->presentedViewController());
-    EXPECT_EQ(recorder->calls, 1) << "closing is not reported";
 }
 
 } // namespace

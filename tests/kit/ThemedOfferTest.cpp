@@ -92,17 +92,5 @@ TEST_F(ThemedOfferTest, TheSentenceNamesPeriodAndPrice) {
     EXPECT_EQ(sizeOf("offerLabel", 1), 28);
 }
 
-TEST_F(ThemedOfferTest, TheButtonFollowsTheSizeClassAndTheLinksStayBelow) {
-    showOffer(make<OfferV2ViewController>(), yearAt("29.99"));
-    EXPECT_EQ(find("continueButton")->bounds().size, (CGSize{320 - 76, 64}));
-    EXPECT_EQ(find("stackView")->frame().maxY(), find("termsStackView")->frame().minY() - 18);
-    host->dismiss(false);
-    resize("tablet-820x1180");
-    showOffer(make<OfferV4ViewController>(), yearAt("29.99"));
-    EXPECT_EQ(find("continueButton")->bounds().size, (CGSize{300, 64}));
-    EXPECT_EQ(find("stackView")->frame().maxY(), find("termsStackView")->frame().minY() - 18);
-    EXPECT_FALSE(find("limitedTimeOfferLabel"));
-}
-
 } // namespace
 } // namespace trelundo::test
