@@ -116,7 +116,7 @@ TEST_F(PremiumButtonTest, ReportsTrialsByTestTag) {
     EXPECT_EQ(offerFor("", trial), "(none)|(none)");
 }
 
-TEST_F(PremiumButtonTest, HidesTheTotalWhileNotSelected) {
+TEST_F(PremiumButtonTest, ShowsTheTotalBesideTheTitleWhileSelected) {
     auto button = show(yearly(), {yearly(), monthly()});
     button->setDelegate(screen);
     button->setSelected(false);
@@ -127,6 +127,9 @@ TEST_F(PremiumButtonTest, HidesTheTotalWhileNotSelected) {
     EXPECT_FALSE(button->totalSeparatorView()->isHidden() || button->totalLabel()->isHidden());
     EXPECT_EQ(screen->offers.size(), 2U) << "every assignment counts";
     EXPECT_EQ(button->backgroundColor()->cgColor().hexText(), "#edeceeff");
+    button->setFrame({0, 0, 320, 60});
+    button->layoutIfNeeded();
+    EXPECT_LE(button->titleLabel()->frame().maxX(), button->totalSeparatorView()->frame().minX());
 }
 
 TEST_F(PremiumButtonTest, FromAnArchiveIsNotSetUp) {

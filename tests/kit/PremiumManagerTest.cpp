@@ -47,13 +47,14 @@ protected:
         RunLoop::main().runUntilIdle();
     }
 
-    /// A purchase that tells how it failed.
+    /// A purchase whose outcome is appended to `outcomes`, with the number of those finished by then.
     bool buy(Ref<SKPayment> payment) {
         PremiumManager::Purchase purchase;
         purchase.payment = std::move(payment);
         purchase.completion = [this](bool success, auto const&, bool deferred, Ref<NSError> const& error) {
-            EXPECT_FALSE(success || deferred);
-            failures.push_back(error ? error->code() : 0);
+            outcomes.push_back(std::string{success ? "success" : "failure"} + (deferred ? " deferred" : "") +
+                               (error ? " " + std::to_string(error->code()) : "") + ", " +
+                               std::to_string(store.finished.size()) + " finished");
         };
         return manager->purchase(std::move(purchase));
     }
@@ -61,7 +62,7 @@ protected:
     FakeStore store;
     Ref<RecordingHost> host = make<RecordingHost>();
     Ref<PremiumManager> manager = make<PremiumManager>();
-    std::vector<int> failures;
+    std::vector<std::string> outcomes;
 };
 
 TEST_F(PremiumManagerTest, LoadsOneCatalogueInTheHostsOrder) {
@@ -106,7 +107,7 @@ TEST_F(PremiumManagerTest, ReportsAFailedRequestAsAnEventOnly) {
 TEST_F(PremiumManagerTest, AnAbsentPaymentCountsAsStarted) {
     EXPECT_TRUE(buy(nullptr));
     EXPECT_THAT(host->heard, IsEmpty());
-    EXPECT_THAT(failures, IsEmpty());
+    EXPECT_THAT(outcomes, IsEmpty());
 }
 
 TEST_F(PremiumManagerTest, LogsFailuresButNotCancellations) {
@@ -120,7 +121,17 @@ TEST_F(PremiumManagerTest, LogsFailuresButNotCancellations) {
     EXPECT_EQ(host->heard.back(),
               "Error|Class=PremiumManager|Error=" + error->description() + "|Function=updatedTransactions");
     EXPECT_THAT(store.finished, ElementsAre("t1", "t2", "t3"));
-    EXPECT_THAT(failures, ElementsAre(2, -2, 5));
+    EXPECT_THAT(outcomes,
+                ElementsAre("failure 2, 1 finished", "failure -2, 2 finished", "failure 5, 3 finished"));
+}
+
+TEST_F(PremiumManagerTest, FinishesBeforeItTellsButNeverWhatIsDeferred) {
+    buy(make<SKPayment>(*monthly()));
+    store.report(SKPaymentTransactionState::purchasing);
+    store.report(SKPaymentTransactionState::deferred);
+    store.report(SKPaymentTransactionState::purchased);
+    EXPECT_THAT(outcomes, ElementsAre("failure deferred, 0 finished", "success, 1 finished"));
+    EXPECT_THAT(store.finished, ElementsAre("t1"));
 }
 
 TEST_F(PremiumManagerTest, WithoutDelegateAnswersNoToPromotions) {

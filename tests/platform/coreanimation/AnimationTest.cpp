@@ -39,18 +39,6 @@ TEST_F(AnimationTest, TimingCurvesPassTheirKnownPoints) {
     EXPECT_DOUBLE_EQ(ease.valueAt(7), 1);
 }
 
-TEST_F(AnimationTest, TheAssignedValueJumpsAndTheShownOneFollows) {
-    layer->setOpacity(0.2);
-    animate(linear(1), [&] { layer->setOpacity(1); });
-    EXPECT_EQ(layer->opacity(), 1);
-    EXPECT_DOUBLE_EQ(layer->presentationValues().opacity, 0.2);
-    frameAt(0.5);
-    EXPECT_NEAR(layer->presentationValues().opacity, 0.6, 1e-9);
-    frameAt(1);
-    EXPECT_DOUBLE_EQ(layer->presentationValues().opacity, 1);
-    EXPECT_FALSE(layer->isAnimating());
-}
-
 TEST_F(AnimationTest, EveryAnimatableValueMoves) {
     animate(linear(1), [&] {
         layer->setBounds({10, 20, 30, 40});
@@ -76,52 +64,46 @@ TEST_F(AnimationTest, EveryAnimatableValueMoves) {
 }
 
 TEST_F(AnimationTest, AnimationsOfOnePropertyAddUpAndEndInTheirOwnTime) {
-    animate(
-        linear(1),
-        [&] {
-            layer->setPosition({105, 5});
-        },
-        "first");
+    auto const shownX = [&] { return layer->presentationValues().position.x; };
+    animate("first", linear(1), [&] { layer->setPosition({105, 5}); });
     frameAt(0.5);
-    animate(
-        linear(1),
-        [&] {
-            layer->setPosition({5, 5});
-        },
-        "second");
+    animate("second", linear(1), [&] { layer->setPosition({5, 5}); });
     // Reversing half way: nothing jumps, and the first one's speed is still felt.
-    EXPECT_NEAR(layer->presentationValues().position.x, 55, 1e-9);
+    EXPECT_NEAR(shownX(), 55, 1e-9);
     frameAt(0.75);
-    EXPECT_NEAR(layer->presentationValues().position.x, 5 + 100 * 0.75 - 100 * 0.25, 1e-9);
+    EXPECT_NEAR(shownX(), 5 + 100 * 0.75 - 100 * 0.25, 1e-9);
     frameAt(1);
     EXPECT_THAT(ended, ElementsAre("first"));
-    EXPECT_NEAR(layer->presentationValues().position.x, 55, 1e-9);
+    EXPECT_NEAR(shownX(), 55, 1e-9);
     frameAt(1.5);
     EXPECT_THAT(ended, ElementsAre("first", "second"));
-    EXPECT_EQ(layer->presentationValues().position.x, 5);
+    EXPECT_EQ(shownX(), 5);
 }
 
-TEST_F(AnimationTest, DelayHoldsTheOldValue) {
-    animate(
-        linear(0.5, 0.5), [&] { layer->setOpacity(0); }, "late");
+TEST_F(AnimationTest, TheAssignedValueJumpsAndTheShownOneFollowsAfterTheDelay) {
+    auto const shown = [&] { return layer->presentationValues().opacity; };
+    layer->setOpacity(0.2);
+    animate("late", linear(0.5, 0.5), [&] { layer->setOpacity(1); });
+    EXPECT_EQ(layer->opacity(), 1);
+    EXPECT_DOUBLE_EQ(shown(), 0.2);
     frameAt(0.5);
-    EXPECT_DOUBLE_EQ(layer->presentationValues().opacity, 1);
+    EXPECT_DOUBLE_EQ(shown(), 0.2);
     frameAt(0.75);
-    EXPECT_NEAR(layer->presentationValues().opacity, 0.5, 1e-9);
+    EXPECT_NEAR(shown(), 0.6, 1e-9);
     EXPECT_THAT(ended, IsEmpty());
     frameAt(1);
+    EXPECT_DOUBLE_EQ(shown(), 1);
     EXPECT_THAT(ended, ElementsAre("late"));
+    EXPECT_FALSE(layer->isAnimating());
 }
 
 TEST_F(AnimationTest, RepeatingAndReversing) {
-    auto settings = linear(0.5);
-    settings.repeats = settings.autoreverses = true;
-    animate(
-        settings, [&] { layer->setOpacity(0); }, "pulse");
     auto once = linear(0.5);
     once.autoreverses = true;
-    animate(
-        once, [&] { layer->setCornerRadius(8); }, "bounce");
+    auto forever = once;
+    forever.repeats = true;
+    animate("pulse", forever, [&] { layer->setOpacity(0); });
+    animate("bounce", once, [&] { layer->setCornerRadius(8); });
     frameAt(0.75);
     EXPECT_NEAR(layer->presentationValues().opacity, 0.5, 1e-6);
     EXPECT_NEAR(layer->presentationValues().cornerRadius, 4, 1e-6);
@@ -162,123 +144,92 @@ TEST_F(AnimationTest, ATurnKeepsItsSizeOnTheWay) {
 // Completions.
 
 TEST_F(AnimationTest, WithoutAnythingToAnimateTheCompletionComesNextTurnOnce) {
-    animate(
-        linear(1), [&] { layer->setOpacity(1); }, "equal value");
-    animate(
-        linear(0), [&] { layer->setOpacity(0.5); }, "no duration");
+    animate("equal value", linear(1), [&] { layer->setOpacity(1); });
+    animate("no duration", linear(0), [&] { layer->setOpacity(0.5); });
     auto const stray = make<CALayer>();
-    animate(
-        linear(1), [&] { stray->setOpacity(0); }, "not shown");
+    animate("not shown", linear(1), [&] { stray->setOpacity(0); });
     CATransaction::setAnimationsEnabled(false);
-    animate(
-        linear(1), [&] { layer->setOpacity(0); }, "switched off");
+    animate("switched off", linear(1), [&] { layer->setOpacity(0); });
     CATransaction::setAnimationsEnabled(true);
     EXPECT_THAT(ended, IsEmpty());
     EXPECT_EQ(layer->presentationValues().opacity, 0);
     DispatchQueue::main().runReady();
     EXPECT_THAT(ended, ElementsAre("equal value", "no duration", "not shown", "switched off"));
+    animate("before the turn", linear(1), [] {});
+    CATransaction::advanceFrame();
+    EXPECT_EQ(ended.back(), "before the turn");
+    DispatchQueue::main().runReady();
     frame();
     frame();
-    EXPECT_EQ(ended.size(), 4u);
+    EXPECT_EQ(ended.size(), 5u);
     EXPECT_FALSE(CATransaction::hasWork());
 }
 
-TEST_F(AnimationTest, AFrameBeforeTheTurnDeliversTheSameCompletionsOnce) {
-    animate(
-        linear(1), [] {}, "nothing");
-    CATransaction::advanceFrame();
-    EXPECT_THAT(ended, ElementsAre("nothing"));
-    DispatchQueue::main().runReady();
-    frame();
-    EXPECT_THAT(ended, ElementsAre("nothing"));
-}
-
 TEST_F(AnimationTest, AChainOfVeryShortAnimationsAdvancesOneStepAFrame) {
-    int steps = 0;
-    std::function<void()> step = [&] {
-        CATransaction::begin({.duration = 0.001, .completion = [&](bool finished) {
-                                  EXPECT_TRUE(finished);
-                                  ++steps;
-                                  step();
-                              }});
-        layer->setPosition({layer->position().x + 1, 0});
-        CATransaction::commit();
-    };
-    step();
-    for (int i = 1; i <= 50; ++i) {
-        frame();
-        EXPECT_EQ(steps, i);
+    for (bool const hasAnything : {true, false}) {
+        SCOPED_TRACE(hasAnything ? "moves a layer" : "nothing to animate");
+        layer->setPosition({});
+        int steps = 0;
+        std::function<void()> step = [&] {
+            CATransaction::begin({.duration = 0.001, .completion = [&](bool finished) {
+                                      EXPECT_TRUE(finished);
+                                      ++steps;
+                                      step();
+                                  }});
+            if (hasAnything) layer->setPosition({layer->position().x + 1, 0});
+            CATransaction::commit();
+        };
+        step();
+        for (int turn = 0; turn < 100; ++turn) DispatchQueue::main().runReady();
+        EXPECT_LE(steps, hasAnything ? 0 : 2) << "turns alone cannot run away";
+        auto const before = steps;
+        for (int i = 1; i <= 50; ++i) {
+            frame();
+            EXPECT_EQ(steps, before + i);
+        }
+        EXPECT_EQ(layer->position().x, hasAnything ? 51 : 0);
+        EXPECT_TRUE(CATransaction::hasWork());
+        CATransaction::reset();
+        DispatchQueue::main().removeAll();
     }
-    EXPECT_EQ(layer->position().x, 5 + 51);
-}
-
-TEST_F(AnimationTest, AChainWithNothingToAnimateCannotRunAway) {
-    int steps = 0;
-    std::function<void()> step = [&] {
-        CATransaction::begin({.duration = 0.001, .completion = [&](bool) {
-                                  ++steps;
-                                  step();
-                              }});
-        CATransaction::commit();
-    };
-    step();
-    for (int turn = 0; turn < 100; ++turn) DispatchQueue::main().runReady();
-    EXPECT_LE(steps, 2);
-    auto const before = steps;
-    for (int i = 0; i < 10; ++i) frame();
-    EXPECT_EQ(steps, before + 10);
-    EXPECT_TRUE(CATransaction::hasWork());
 }
 
 TEST_F(AnimationTest, CompletionsComeInTheOrderOfEndingThenOfCreation) {
     auto const other = add({0, 0, 1, 1});
-    animate(
-        linear(0.3), [&] { layer->setOpacity(0); }, "long");
-    animate(
-        linear(0.1), [&] { other->setOpacity(0); }, "short");
-    animate(
-        linear(0.299), [&] { other->setCornerRadius(3); }, "same frame");
+    animate("long", linear(0.3), [&] { layer->setOpacity(0); });
+    animate("short", linear(0.1), [&] { other->setOpacity(0); });
+    animate("same frame", linear(0.299), [&] { other->setCornerRadius(3); });
     frameAt(0.1);
     EXPECT_THAT(ended, ElementsAre("short"));
     frameAt(1);
     EXPECT_THAT(ended, ElementsAre("short", "long", "same frame"));
 }
 
-TEST_F(AnimationTest, ATransactionWaitsForItsLongestAnimation) {
-    auto const other = add({0, 0, 1, 1});
-    CATransaction::begin({.duration = 0.5, .completion = [this](bool) { ended.push_back("all"); }});
-    layer->setOpacity(0);
-    other->setPosition({4, 4});
-    CATransaction::commit();
-    other->removeFromSuperlayer();
-    frameAt(0.4);
-    EXPECT_THAT(ended, IsEmpty());
-    frameAt(0.5);
-    EXPECT_THAT(ended, ElementsAre("all"));
-}
-
 TEST_F(AnimationTest, LeavingTheShownTreeCutsAnimationsOfTheWholeSubtree) {
     auto const child = make<CALayer>();
     layer->addSublayer(child);
-    animate(
-        linear(5), [&] { child->setOpacity(0); }, "removed");
-    animate(
-        linear(5), [&] { layer->setOpacity(0); }, "moved");
+    auto const other = add({0, 0, 1, 1});
+    animate("removed", linear(5), [&] { child->setOpacity(0); });
+    animate("moved", linear(5), [&] { layer->setOpacity(0); });
+    animate("both", linear(0.5), [&] {
+        layer->setCornerRadius(4);
+        other->setOpacity(0);
+    });
+    other->removeFromSuperlayer();
     child->removeFromSuperlayer();
     EXPECT_THAT(ended, IsEmpty()); // never inside the call
     root->insertSublayer(layer, 0);
     EXPECT_TRUE(layer->isAnimating());
     frame();
     EXPECT_THAT(ended, ElementsAre("removed cut"));
-    animate(
-        linear(5),
-        [&] {
-            add({0, 0, 1, 1})->setOpacity(0);
-        },
-        "destroyed");
+    animate("destroyed", linear(5), [&] { add({0, 0, 1, 1})->setOpacity(0); });
     root->sublayers().back()->removeFromSuperlayer();
     frame();
     EXPECT_THAT(ended, ElementsAre("removed cut", "destroyed cut"));
+    frameAt(0.4);
+    EXPECT_EQ(ended.size(), 2u) << "a transaction waits for the longest of its animations";
+    frameAt(0.5);
+    EXPECT_EQ(ended.back(), "both cut");
 }
 
 TEST(DisplayLink, CallbacksMayRemoveThemselvesAndEachOther) {

@@ -6,6 +6,7 @@
 #include "platform/graphics/Surface.h"
 
 #include <cstring>
+#include <functional>
 #include <random>
 
 namespace trelundo {
@@ -16,14 +17,9 @@ constexpr int pixels = 180;
 constexpr double scale = 1.5;
 
 bool haveEqualPixels(Surface const& left, Surface const& right) {
-    for (int y = 0; y < left.pixelHeight(); ++y) {
-        auto const row = [y](Surface const& surface) {
-            return surface.bytes() + static_cast<std::ptrdiff_t>(y) * surface.bytesPerLine();
-        };
-        if (std::memcmp(row(left), row(right), static_cast<std::size_t>(left.pixelWidth()) * 4) != 0)
-            return false;
-    }
-    return true;
+    auto const size =
+        static_cast<std::size_t>(left.pixelHeight()) * static_cast<std::size_t>(left.bytesPerLine());
+    return std::memcmp(left.bytes(), right.bytes(), size) == 0;
 }
 
 /// Draws lines across and beyond its layer: something with soft edges, like a text.
@@ -50,62 +46,27 @@ public:
     }
 
     void change() {
-        switch (pick(18)) {
-        case 0:
-            add();
-            break;
-        case 1:
-            if (layers_.size() > 6) remove();
-            break;
-        case 2:
-            any().setPosition({number(-10, 130), number(-10, 130)});
-            break;
-        case 3:
-            any().setBounds({any().bounds().origin, {number(0, 70), number(0, 70)}});
-            break;
-        case 4:
-            any().setOpacity(pick(3) == 0 ? 1 : number(0, 1));
-            break;
-        case 5:
-            any().setHidden(pick(4) == 0);
-            break;
-        case 6:
-            any().setCornerRadius(pick(2) * number(0, 20));
-            break;
-        case 7:
-            any().setMasksToBounds(pick(2) == 0);
-            break;
-        case 8:
-            any().setBorderWidth(pick(2) * number(0, 6));
-            break;
-        case 9:
-            any().setZPosition(pick(3) - 1);
-            break;
-        case 10:
-            any().setTransform(transform());
-            break;
-        case 11:
-            any().setShadowOpacity(pick(3) == 0 ? number(0, 1) : 0);
-            break;
-        case 12:
-            any().setBackdropEffect(effect());
-            break;
-        case 13:
-            redraw();
-            break;
-        case 14:
-            scroll();
-            break;
-        case 15:
-            any().setShouldRasterize(pick(3) == 0);
-            break;
-        case 16:
-            any().setBackgroundColor(color());
-            break;
-        case 17:
-            move();
-            break;
-        }
+        std::vector<std::function<void(CALayer&)>> const changes{
+            [&](CALayer&) { add(); },
+            [&](CALayer&) { remove(); },
+            [&](CALayer&) { redraw(); },
+            [&](CALayer& any) { any.setPosition(place()); },
+            [&](CALayer& any) { any.setBounds(CGRect(any.bounds().origin, size())); },
+            [&](CALayer& any) { scroll(any); },
+            [&](CALayer& any) { any.setOpacity(pick(3) == 0 ? 1 : number(0, 1)); },
+            [&](CALayer& any) { any.setHidden(pick(4) == 0); },
+            [&](CALayer& any) { any.setCornerRadius(pick(2) * number(0, 20)); },
+            [&](CALayer& any) { any.setMasksToBounds(pick(2) == 0); },
+            [&](CALayer& any) { any.setBorderWidth(pick(2) * number(0, 6)); },
+            [&](CALayer& any) { any.setZPosition(pick(3) - 1); },
+            [&](CALayer& any) { any.setTransform(transform()); },
+            [&](CALayer& any) { any.setShadowOpacity(pick(3) == 0 ? number(0, 1) : 0); },
+            [&](CALayer& any) { any.setBackdropEffect(effect()); },
+            [&](CALayer& any) { any.setShouldRasterize(pick(3) == 0); },
+            [&](CALayer& any) { any.setBackgroundColor(color()); },
+            [&](CALayer& any) { move(any); },
+        };
+        one(changes)(*one(layers_));
     }
 
 private:
@@ -113,7 +74,11 @@ private:
     double number(double low, double high) {
         return low + (high - low) * static_cast<double>(random_() % 10000) / 10000;
     }
-    CALayer& any() { return *layers_[static_cast<std::size_t>(pick(static_cast<int>(layers_.size())))]; }
+    template <class Each> Each const& one(std::vector<Each> const& list) {
+        return list[random_() % list.size()];
+    }
+    CGPoint place() { return {number(-10, 130), number(-10, 130)}; }
+    CGSize size() { return {number(0, 70), number(0, 70)}; }
     CGColor color() { return {number(0, 1), number(0, 1), number(0, 1), pick(2) == 0 ? 1 : number(0, 1)}; }
 
     CGAffineTransform transform() {
@@ -134,7 +99,7 @@ private:
             scribbles_.push_back(make<Scribble>());
             layer->setDelegate(scribbles_.back());
         }
-        (layers_.empty() || pick(3) == 0 ? root_ : any()).addSublayer(layer);
+        (layers_.empty() || pick(3) == 0 ? root_ : *one(layers_)).addSublayer(layer);
         layers_.push_back(layer);
     }
     Ref<CAGradientLayer> gradient() {
@@ -143,29 +108,24 @@ private:
         layer->setEndPoint({number(0, 1), number(0.2, 1)});
         return layer;
     }
+    /// Takes a leaf away, as long as some layers stay.
     void remove() {
-        auto const index = static_cast<std::ptrdiff_t>(pick(static_cast<int>(layers_.size())));
-        auto const layer = layers_[static_cast<std::size_t>(index)];
-        for (auto const& each : layers_) {
-            if (each->superlayer() == layer.get()) return;
-        }
+        auto const layer = one(layers_);
+        if (layers_.size() <= 6 || !layer->sublayers().empty()) return;
         layer->removeFromSuperlayer();
-        layers_.erase(layers_.begin() + index);
+        std::erase(layers_, layer);
     }
     void redraw() {
         if (scribbles_.empty()) return;
-        auto& scribble = *scribbles_[static_cast<std::size_t>(pick(static_cast<int>(scribbles_.size())))];
-        scribble.tilt = number(-9, 9);
-        for (auto const& layer : layers_) {
-            if (layer->delegate().get() == &scribble) layer->setNeedsDisplay();
-        }
+        auto const& scribble = one(scribbles_);
+        scribble->tilt = number(-9, 9);
+        for (auto const& layer : layers_)
+            if (layer->delegate().get() == scribble.get()) layer->setNeedsDisplay();
     }
-    void scroll() {
-        auto& layer = any();
+    void scroll(CALayer& layer) {
         layer.setBounds({{number(-20, 20), number(-20, 20)}, layer.bounds().size});
     }
-    void move() {
-        auto& layer = any();
+    void move(CALayer& layer) {
         if (auto* parent = layer.superlayer())
             parent->insertSublayer(strong(layer), static_cast<std::size_t>(pick(3)));
     }

@@ -32,16 +32,18 @@ protected:
         root->addSublayer(layer);
         return layer;
     }
-    void animate(CATransaction::Settings settings, std::function<void()> const& changes,
-                 std::string const& name = "") {
-        if (!name.empty()) {
-            settings.completion = [this, name](bool finished) {
-                ended.push_back(name + (finished ? "" : " cut"));
-            };
-        }
+    void animate(CATransaction::Settings settings, std::function<void()> const& changes) {
         CATransaction::begin(std::move(settings));
         changes();
         CATransaction::commit();
+    }
+    /// Writes down when it ends, under `name`.
+    void animate(std::string const& name, CATransaction::Settings settings,
+                 std::function<void()> const& changes) {
+        settings.completion = [this, name](bool finished) {
+            ended.push_back(name + (finished ? "" : " cut"));
+        };
+        animate(std::move(settings), changes);
     }
     /// A frame as shells run it.
     void frame() {

@@ -5,18 +5,6 @@
 
 namespace trelundo {
 
-TEST_F(LayerTest, DefaultsAreThoseOfThePlatform) {
-    auto const layer = make<CALayer>();
-    EXPECT_EQ(layer->anchorPoint(), (CGPoint{0.5, 0.5}));
-    EXPECT_EQ(layer->opacity(), 1);
-    EXPECT_FALSE(layer->masksToBounds());
-    EXPECT_EQ(layer->shadowOffset(), (CGSize{0, -3}));
-    EXPECT_EQ(layer->shadowRadius(), 3);
-    EXPECT_EQ(layer->shadowOpacity(), 0);
-    EXPECT_EQ(layer->borderColor(), (CGColor{0, 0, 0, 1}));
-    EXPECT_EQ(layer->maskedCorners(), CACornerMask::all);
-}
-
 TEST_F(LayerTest, FrameFollowsBoundsPositionAnchorAndTransform) {
     auto const layer = make<CALayer>();
     layer->setBounds({7, 8, 20, 10});
