@@ -127,7 +127,7 @@ TEST_F(PremiumButtonTest, ShowsTheTotalBesideTheTitleWhileSelected) {
     EXPECT_FALSE(button->totalSeparatorView()->isHidden() || button->totalLabel()->isHidden());
     EXPECT_EQ(screen->offers.size(), 2U) << "every assignment counts";
     EXPECT_EQ(button->backgroundColor()->cgColor().hexText(), "#edeceeff");
-    button->setFrame({0, 0, 320, 60});
+    button->setFrame({0, 0, 240, 60});
     button->layoutIfNeeded();
     EXPECT_LE(button->titleLabel()->frame().maxX(), button->totalSeparatorView()->frame().minX());
 }

@@ -1,9 +1,12 @@
 #include "tests/tools/paywall/Desktop.h"
 
+#include "tests/tools/paywall/Program.h"
+
 #include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -21,43 +24,30 @@ namespace {
 constexpr int linesDescriptor = 3;
 constexpr auto patience = std::chrono::minutes{1}; // for one line, on the slowest machine
 
-std::vector<std::string> changedEnvironment(std::map<std::string, std::string> const& changes) {
-    std::vector<std::string> all;
-    for (auto** entry = environ; *entry; ++entry) {
-        std::string const text{*entry};
-        if (!changes.contains(text.substr(0, text.find('=')))) all.push_back(text);
-    }
-    for (auto const& [name, value] : changes)
-        if (!value.empty()) all.push_back(name + "=" + value);
-    return all;
-}
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> all;
-    for (auto& text : texts) all.push_back(text.data());
-    all.push_back(nullptr);
-    return all;
+/// Moves the mouse, presses keys or changes windows.
+void control(std::string const& steps) {
+    auto const result = runShell("xdotool " + steps + " 2>&1");
+    ASSERT_EQ(result.status, 0) << result.output;
 }
 
 } // namespace
 
-Companion::Companion(std::vector<std::string> const& arguments,
-                     std::map<std::string, std::string> const& environment) {
-    auto words = arguments;
-    auto variables = changedEnvironment(environment);
+Companion::Companion(std::vector<std::string> arguments) {
+    std::vector<char*> words;
+    for (auto& argument : arguments) words.push_back(argument.data());
+    words.push_back(nullptr);
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error{"no pipe"};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], linesDescriptor);
-    auto const failure = posix_spawnp(&process_, words.front().c_str(), &actions, nullptr,
-                                      pointers(words).data(), pointers(variables).data());
+    auto const failure = posix_spawnp(&process_, words[0], &actions, nullptr, words.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
     reader_ = ends[0];
     if (failure == 0) return;
     process_ = -1;
-    error_ = words.front() + " cannot be started (" + std::strerror(failure) +
+    error_ = arguments.front() + " cannot be started (" + std::strerror(failure) +
              "); `scripts/dependencies test` installs it";
 }
 
@@ -105,34 +95,23 @@ Desktop::Desktop()
                std::to_string(width) + "x" + std::to_string(height) + "x24", "-nolisten", "tcp"})
     , error_(server_.error()) {
     if (!error_.empty()) return;
-    auto const number = server_.nextLine();
-    if (number)
-        display_ = ":" + *number;
+    for (auto const* other : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(other);
+    if (auto const number = server_.nextLine())
+        setenv("DISPLAY", (":" + *number).c_str(), 1);
     else
         error_ = "Xvfb has ended without opening a display";
 }
 
-std::map<std::string, std::string> Desktop::environment() const {
-    return {{"DISPLAY", display_}, {"WAYLAND_DISPLAY", ""}, {"QT_QPA_PLATFORM", ""}};
-}
-
-void Desktop::control(std::vector<std::string> const& arguments) const {
-    std::vector<std::string> words{"xdotool"};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    Companion tool{words, environment()};
-    ASSERT_EQ(tool.error(), "");
-    ASSERT_EQ(tool.status(), 0) << "xdotool " << arguments.front();
-}
-
 void Desktop::click(double x, double y) const {
-    control({"mousemove", std::to_string(std::lround(x)), std::to_string(std::lround(y)), "click", "1"});
+    control("mousemove " + std::to_string(std::lround(x)) + " " + std::to_string(std::lround(y)) +
+            " click 1");
 }
 
-void Desktop::press(std::string const& key) const { control({"key", key}); }
+void Desktop::press(std::string const& key) const { control("key " + key); }
 
 void Desktop::resizeWindow(std::string const& title, double toWidth, double toHeight) const {
-    control({"search", "--onlyvisible", "--name", title, "windowsize", std::to_string(std::lround(toWidth)),
-             std::to_string(std::lround(toHeight))});
+    control("search --onlyvisible --name " + title + " windowsize " + std::to_string(std::lround(toWidth)) +
+            " " + std::to_string(std::lround(toHeight)));
 }
 
 } // namespace trelundo::paywall::test

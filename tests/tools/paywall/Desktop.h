@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -12,9 +11,7 @@ namespace trelundo::paywall::test {
 /// object at the latest.
 class Companion {
 public:
-    /// `environment` replaces variables of the test's own; an empty value removes one.
-    explicit Companion(std::vector<std::string> const& arguments,
-                       std::map<std::string, std::string> const& environment = {});
+    explicit Companion(std::vector<std::string> arguments);
     ~Companion();
     Companion(Companion const&) = delete;
     Companion& operator=(Companion const&) = delete;
@@ -36,7 +33,8 @@ private:
     std::string pending_; // read, and not yet given out
 };
 
-/// A display without a screen, for one test, and a hand on its mouse and keyboard.
+/// A display without a screen, for one test, and a hand on its mouse and keyboard. Programs that the test
+/// starts open their windows there.
 class Desktop {
 public:
     static constexpr int width = 1280, height = 1024; // pixels
@@ -44,8 +42,6 @@ public:
     Desktop();
     /// Why there is no display; empty when there is one.
     std::string const& error() const { return error_; }
-    /// What a program must find around it to open its windows here.
-    std::map<std::string, std::string> environment() const;
 
     void click(double x, double y) const;
     /// A key by its X name, with modifiers before it: "Return", "ctrl+q".
@@ -54,10 +50,7 @@ public:
     void resizeWindow(std::string const& title, double toWidth, double toHeight) const;
 
 private:
-    void control(std::vector<std::string> const& arguments) const;
-
     Companion server_;
-    std::string display_;
     std::string error_;
 };
 

@@ -40,7 +40,7 @@ protected:
         std::vector<std::string> arguments{PAYWALL_PROGRAM,         "show",  "--store",
                                            folder / "store.sqlite", "--log", "/dev/fd/3"};
         arguments.insert(arguments.end(), common.begin(), common.end());
-        tool = std::make_unique<Companion>(arguments, desktop.environment());
+        tool = std::make_unique<Companion>(arguments);
         ASSERT_EQ(tool->error(), "");
         placement = awaitLine({{"kind", "window"}, {"cause", "shown"}});
     }
