@@ -52,39 +52,31 @@ TEST(Picture, MeasuresInPoints) {
     auto const pixels = decoded(encoded(halves(30, 12), "png"), 3);
     EXPECT_EQ(pixels->size(), (CGSize{10, 4}));
     EXPECT_FALSE(pixels->isScalable());
-    auto const photo = decoded(encoded(halves(8, 8).convertToFormat(QImage::Format_RGB32), "jpeg"), 1);
-    EXPECT_EQ(photo->size(), (CGSize{8, 8}));
-    auto const scalable = decoded(artwork, 2);
-    EXPECT_EQ(scalable->size(), (CGSize{20, 10}));
-    EXPECT_TRUE(scalable->isScalable());
-    auto const stated =
-        decoded(R"(<svg xmlns="http://www.w3.org/2000/svg" width="15" height="8" viewBox="0 0 20 10"/>)", 2);
-    EXPECT_EQ(stated->size(), (CGSize{15, 8}));
-    auto const fractional = decoded(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20.5 10"/>)", 2);
-    EXPECT_EQ(fractional->size(), (CGSize{20.5, 10}));
+    auto const photo = encoded(halves(8, 8).convertToFormat(QImage::Format_RGB32), "jpeg");
+    EXPECT_EQ(decoded(photo)->size(), (CGSize{8, 8}));
+    EXPECT_TRUE(decoded(artwork, 2)->isScalable());
+    auto const artworkSize = [](std::string const& attributes) {
+        return decoded("<svg xmlns=\"http://www.w3.org/2000/svg\" " + attributes + "/>", 2)->size();
+    };
+    EXPECT_EQ(artworkSize(R"(viewBox="0 0 20 10")"), (CGSize{20, 10}));
+    EXPECT_EQ(artworkSize(R"(viewBox="0 0 20.5 10")"), (CGSize{20.5, 10}));
+    EXPECT_EQ(artworkSize(R"(width="15" height="8" viewBox="0 0 20 10")"), (CGSize{15, 8}));
 }
 
 TEST(Picture, NamesWhatIsWrong) {
-    EXPECT_NE(reasonFor("").find("sample.png"), std::string::npos);
-    EXPECT_NE(reasonFor("GIF89a and so on").find("sample.png"), std::string::npos);
     auto const whole = encoded(halves(64, 64), "png");
-    EXPECT_NE(reasonFor(whole.substr(0, whole.size() / 2)).find("sample.png"), std::string::npos);
-    EXPECT_NE(reasonFor("\xff\xd8\xff\xe0 no picture").find("sample.png"), std::string::npos);
-    EXPECT_NE(reasonFor("<svg><rect></svg>").find("sample.png"), std::string::npos);
+    for (std::string const& broken :
+         {std::string{}, std::string{"GIF89a and so on"}, whole.substr(0, whole.size() / 2),
+          std::string{"\xff\xd8\xff\xe0 no picture"}, std::string{"<svg><rect></svg>"}})
+        EXPECT_NE(reasonFor(broken).find("sample.png"), std::string::npos) << broken;
     EXPECT_NE(reasonFor("<html></html>").find("not an SVG"), std::string::npos);
-}
-
-TEST(Picture, RefusesMoreThanSixteenMegapixels) {
+    std::string deep = R"(<svg viewBox="0 0 1 1">)";
+    for (int i = 0; i < 100'000; ++i) deep += "<g>";
+    EXPECT_NE(reasonFor(deep).find("nested"), std::string::npos) << "it would exhaust the stack";
     QImage huge(4001, 4000, QImage::Format_Mono);
     huge.fill(0);
     EXPECT_NE(reasonFor(encoded(huge, "png")).find("16 megapixels"), std::string::npos);
     EXPECT_TRUE(decoded(encoded(huge.copy(0, 0, 4000, 4000), "png")));
-}
-
-TEST(Picture, RefusesArtworkThatWouldExhaustTheStack) {
-    std::string deep = R"(<svg viewBox="0 0 1 1">)";
-    for (int i = 0; i < 100'000; ++i) deep += "<g>";
-    EXPECT_NE(reasonFor(deep).find("nested"), std::string::npos);
 }
 
 TEST(Picture, FillsItsRectangle) {
@@ -122,17 +114,16 @@ TEST(Picture, IsCutToRoundedCorners) {
 
 TEST(Picture, TintCountsOnlyItsAlpha) {
     auto const picture = decoded(artwork);
-    auto const surface = drawn(20, 10, 1, [&](Canvas& canvas) {
-        canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, CGColor{0, 0, 1, 0.5});
-    });
+    auto const tintedBy = [&](std::optional<CGColor> const& tint) {
+        return drawn(20, 10, 1, [&](Canvas& canvas) {
+            canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, tint);
+        });
+    };
+    auto const surface = tintedBy(CGColor{0, 0, 1, 0.5});
     EXPECT_NEAR(alphaAt(*surface, 4, 5), 128, 1);
     EXPECT_EQ(surface->pixel(4, 5) & 0xff00, 0u);
     EXPECT_EQ(alphaAt(*surface, 15, 5), 0);
-    // The untinted rendition of the same size is another one.
-    auto const plain = drawn(20, 10, 1, [&](Canvas& canvas) {
-        canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, std::nullopt);
-    });
-    EXPECT_EQ(plain->pixel(4, 5), 0xff00ff00);
+    EXPECT_EQ(tintedBy(std::nullopt)->pixel(4, 5), 0xff00ff00) << "another rendition of the same size";
 }
 
 TEST(Picture, DrawsWhenMagnifiedBeyondReason) {
