@@ -82,7 +82,6 @@ TEST(TextLayout, KernOfZeroTurnsTheFontsKerningOff) {
 }
 
 TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
-    EXPECT_EQ(width(run("Unlock", 17, 650)), width(run("Unlock", 17, 600))) << "the nearest weight below";
     auto const whole = TextLayout({run("Price "), run("now", 17, 700)}, {}).size().width;
     EXPECT_NEAR(whole, width("Price ") + width(run("now", 17, 700)), 1e-9);
     TextLimits half;
@@ -90,6 +89,21 @@ TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
     auto spaced = run("abcd", 160);
     spaced.kern = 4;
     EXPECT_NEAR(TextLayout({spaced}, half).size().width * 2, width(spaced), 1e-9);
+}
+
+TEST(TextLayout, WidthsFollowSizeAndWeight) {
+    // Letters of 80 points have no tracking, so widths of the same text compare by it.
+    auto const ems = [](double size) { return width(run("nnnnnnnnnn", size)) / size; };
+    EXPECT_NEAR((ems(28) - ems(80)) * 100, 14, 1e-6);
+    EXPECT_NEAR((ems(22) - ems(80)) * 100, -10, 1e-6) << "between 20 and 24";
+    double last = 0;
+    for (int weight : {100, 300, 400, 500, 600, 700, 900}) {
+        auto const current = width(run("Unlock everything", 17, weight));
+        EXPECT_GT(current, last) << weight;
+        last = current;
+    }
+    EXPECT_EQ(width(run("Unlock", 17, 650)), width(run("Unlock", 17, 600)))
+        << "the lighter of the two nearest";
 }
 
 TEST(TextLayout, EveryLineEndMakesALine) {
@@ -163,26 +177,19 @@ TEST(TextLayout, WrapsJapaneseWithoutOrphanedPunctuation) {
     EXPECT_FALSE(text.breaksWord());
 }
 
-TEST(TextLayout, KeepsAShortLastWordCompany) {
+TEST(TextLayout, BreaksWhereItLooksWell) {
     // The widest line tells where the text was broken.
-    auto const widest = [](std::string text, std::string room) {
-        auto const set = layout(std::move(text), wrapping(width(std::move(room)) + 1));
+    auto const widest = [](std::string text, double room) {
+        auto const set = layout(std::move(text), wrapping(room));
         EXPECT_EQ(set.lineCount(), 2);
         return set.size().width;
     };
-    EXPECT_NEAR(widest("Something is wrong", "Something is"), width("Something"), 1e-9);
-    EXPECT_NEAR(widest("Something is unforeseen", "Something is"), width("Something is"), 1e-9)
-        << "the last word is not short";
-    EXPECT_NEAR(widest("Some things vary", "Some things"), width("Some things"), 1e-9)
-        << "the last line would be the longer one";
-    EXPECT_EQ(layout("A longword\nis", wrapping(width("A longword") + 1)).size().width, width("A longword"))
-        << "another paragraph";
-}
+    // A short last word is kept company, but for a long one, a longer last line and another paragraph.
+    EXPECT_NEAR(widest("Something is wrong", width("Something is") + 1), width("Something"), 1e-9);
+    EXPECT_NEAR(widest("Something is unforeseen", width("Something is") + 1), width("Something is"), 1e-9);
+    EXPECT_NEAR(widest("Some things vary", width("Some things") + 1), width("Some things"), 1e-9);
+    EXPECT_EQ(widest("A longword\nis", width("A longword") + 1), width("A longword"));
 
-TEST(TextLayout, BreaksWhereItLooksWell) {
-    auto const widest = [](std::string text, double room) {
-        return layout(std::move(text), wrapping(room)).size().width;
-    };
     EXPECT_NEAR(widest("問題が発生しました。", width("問題が発生しま")), width("問題が発生"), 1e-9);
     EXPECT_NEAR(widest("1年わずか$1.24/月", width("わずか$1.24") - 1), width("1年わずか"), 1e-9);
     EXPECT_NEAR(widest("Every day $29.99/year", width("Every day $29.99/")), width("$29.99/year"), 1e-9);

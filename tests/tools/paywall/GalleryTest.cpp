@@ -71,9 +71,6 @@ TEST_F(GalleryTest, DrawsEveryCombinationAsRenderDoes) {
     expectRendered("OfferV4ViewController/phone-320x568.ar.light.png",
                    {"OfferV4ViewController", "--device", "phone-320x568", "--language", "ar", "--discount",
                     "app.premium.yearly=yearly_half_price"});
-}
-
-TEST_F(GalleryTest, LandscapeTurnsTheDevices) {
     draw({"--screens", "BillingViewController", "--devices", "phone-320x568", "--languages", "he",
           "--landscape"});
     expectRendered("BillingViewController/phone-320x568-landscape.he.light.png",
