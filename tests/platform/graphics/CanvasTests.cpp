@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <numbers>
 #include <vector>
 
 namespace trelundo {
@@ -145,6 +146,33 @@ TEST(Canvas, CopiesSurfacesPixelByPixel) {
     EXPECT_NEAR(alphaAt(*surface, 12, 4), 128, 1);
 }
 
+TEST(Canvas, CutsSurfacesToRoundedCorners) {
+    auto const source = drawn(10, 10, 2, [](Canvas& canvas) { canvas.fill({0, 0, 10, 10}, red); });
+    auto const surface = drawn(12, 12, 2, [&](Canvas& canvas) {
+        canvas.drawSurface(*source, {1, 1}, CornerRadii::all(4));
+    });
+    EXPECT_EQ(alphaAt(*surface, 2, 2), 0);
+    EXPECT_EQ(surface->pixel(12, 12), 0xffff0000);
+    EXPECT_EQ(surface->pixel(12, 2), 0xffff0000);
+    EXPECT_EQ(alphaAt(*surface, 1, 12), 0);
+    EXPECT_EQ(alphaAt(*surface, 22, 12), 0);
+}
+
+TEST(Canvas, DrawsThroughRotations) {
+    auto const source = drawn(4, 4, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 4, 4}, red);
+        canvas.fill({0, 0, 2, 4}, blue);
+    });
+    auto const surface = drawn(20, 20, 1, [&](Canvas& canvas) {
+        canvas.translate(10, 10);
+        canvas.concatenate(CGAffineTransform::rotation(std::numbers::pi));
+        canvas.drawSurfaceScaled(*source, {0, 0, 8, 8});
+    });
+    EXPECT_EQ(surface->pixel(9, 5), 0xff0000ff);
+    EXPECT_EQ(surface->pixel(3, 5), 0xffff0000);
+    EXPECT_EQ(surface->pixel(12, 12), 0u);
+}
+
 TEST(Canvas, BlurLeavesEvenColorsAlone) {
     CGColor const gray{0.4, 0.4, 0.4, 1};
     auto const plain = drawn(40, 40, 3, [&](Canvas& canvas) { canvas.fill({0, 0, 40, 40}, gray); });
@@ -153,6 +181,20 @@ TEST(Canvas, BlurLeavesEvenColorsAlone) {
         canvas.blurBackdrop({5, 5, 31, 30}, CornerRadii::all(7), 20, 1.8, clear);
     });
     EXPECT_TRUE(sameBytes(*plain, *blurred));
+}
+
+TEST(Canvas, BlurMixesOnlyInsideItsShape) {
+    auto const surface = drawn(60, 60, 1, [](Canvas& canvas) {
+        canvas.fill({0, 0, 30, 60}, black);
+        canvas.fill({30, 0, 30, 60}, white);
+        canvas.blurBackdrop({0, 0, 60, 30}, {}, 10, 1, clear);
+    });
+    auto const near = static_cast<int>(surface->pixel(26, 15) & 0xff);
+    EXPECT_GT(near, 60);
+    EXPECT_LT(near, 128);
+    EXPECT_LT(static_cast<int>(surface->pixel(2, 15) & 0xff), 10);
+    EXPECT_EQ(surface->pixel(26, 30), 0xff000000);
+    EXPECT_EQ(surface->pixel(31, 45), 0xffffffff);
 }
 
 TEST(Canvas, BlurRaisesSaturationAndLaysItsOverlayOver) {
