@@ -101,25 +101,19 @@ TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
 }
 
 TEST_F(BaseScreenTest, TheFirstPaywallKeepsTheLayoutOfItsFirstSizeClass) {
-    auto const shownOn = [this](bool landscape) {
-        resize("phone-428x926", landscape);
+    for (bool const startsInLandscape : {false, true}) {
+        resize("phone-428x926", startsInLandscape);
         auto screen = make<PremiumViewController>();
         screen->setProducts({yearly(), monthly()});
         screen->setFeatures({{"All Templates", "none"}});
-        return show(screen);
-    };
-    auto const hasWideRows = [this] { return planButton(0)->bounds().width() != 400; };
-    shownOn(false);
-    EXPECT_TRUE(hasWideRows());
-    resize("phone-428x926", true);
-    EXPECT_TRUE(hasWideRows());
-    host->dismiss(false);
-    shell.advance(0.1);
-
-    shownOn(true);
-    EXPECT_FALSE(hasWideRows());
-    resize("phone-428x926");
-    EXPECT_FALSE(hasWideRows());
+        show(screen);
+        for (bool const isLandscape : {startsInLandscape, !startsInLandscape}) {
+            resize("phone-428x926", isLandscape);
+            EXPECT_EQ(planButton(0)->bounds().width() == 400, startsInLandscape) << isLandscape;
+        }
+        host->dismiss(false);
+        shell.advance(0.1);
+    }
 }
 
 } // namespace

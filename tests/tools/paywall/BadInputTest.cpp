@@ -9,13 +9,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-std::vector<std::string> const screen{"describe", "PremiumViewController"};
-
-std::vector<std::string> withOptions(std::vector<std::string> const& options) {
-    auto arguments = screen;
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return arguments;
-}
+std::string const screen = "PremiumViewController";
 
 /// One line, no crash, the status, and every part of the message.
 void expectFailure(std::vector<std::string> const& arguments, int status,
@@ -28,14 +22,15 @@ void expectFailure(std::vector<std::string> const& arguments, int status,
 
 TEST(BadUsage, EndsWithStatus2AndNamesTheCulprit) {
     expectFailure({"describe", "NoSuchScreen"}, 2, {"NoSuchScreen"});
-    expectFailure(withOptions({"--device", "toaster"}), 2, {"toaster"});
-    expectFailure(withOptions({"--language", "qq"}), 2, {"qq"});
-    expectFailure(withOptions({"--no-such-option"}), 2, {"--no-such-option"});
-    expectFailure(withOptions({"--set", "colour"}), 2, {"colour"});
-    expectFailure(withOptions({"--set", "shoeSize=44"}), 2, {"shoeSize"});
-    expectFailure(withOptions({"--set", "selectedProductIndex=many"}), 2, {"selectedProductIndex", "many"});
-    expectFailure(withOptions({"--set", "features=none"}), 2, {"features", "at least one"});
-    expectFailure(withOptions({"--select", ""}), 2, {"--select"});
+    expectFailure({"describe", screen, "--device", "toaster"}, 2, {"toaster"});
+    expectFailure({"describe", screen, "--language", "qq"}, 2, {"qq"});
+    expectFailure({"describe", screen, "--no-such-option"}, 2, {"--no-such-option"});
+    expectFailure({"describe", screen, "--set", "colour"}, 2, {"colour"});
+    expectFailure({"describe", screen, "--set", "shoeSize=44"}, 2, {"shoeSize"});
+    expectFailure({"describe", screen, "--set", "selectedProductIndex=many"}, 2,
+                  {"selectedProductIndex", "many"});
+    expectFailure({"describe", screen, "--set", "features=none"}, 2, {"features", "at least one"});
+    expectFailure({"describe", screen, "--select", ""}, 2, {"--select"});
     expectFailure({"store", "approve", "--store", "x"}, 2, {"ID"});
     expectFailure({"store", "clear", "1", "--store", "x"}, 2, {"ID"});
     expectFailure({"frobnicate"}, 2, {"frobnicate"});
@@ -55,7 +50,7 @@ protected:
     }
     void expectBadScript(std::string const& text, std::vector<std::string> const& parts) {
         auto const path = write("broken.paywall", text);
-        expectFailure({"run", "PremiumViewController", "--script", path, "--log", "/dev/null"}, 1, parts);
+        expectFailure({"run", screen, "--script", path, "--log", "/dev/null"}, 1, parts);
     }
     TemporaryFolder folder;
 };
@@ -89,8 +84,8 @@ TEST_F(BadFile, ScriptsAreRefusedWithTheirLine) {
     expectBadScript("cover\nuncover\n", {"broken.paywall:2", "advance first"});
     expectBadScript("cover\ncover\n", {"broken.paywall:2", "already"});
     expectBadScript("expect event name=Buy\n", {"broken.paywall:1", "no such line"});
-    expectFailure({"run", "PremiumViewController", "--script", "/nowhere.paywall"}, 1, {"/nowhere.paywall"});
-    expectFailure({"run", "PremiumViewController", "--script", "/"}, 1, {"/: cannot be read"});
+    expectFailure({"run", screen, "--script", "/nowhere.paywall"}, 1, {"/nowhere.paywall"});
+    expectFailure({"run", screen, "--script", "/"}, 1, {"/: cannot be read"});
 }
 
 TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
@@ -98,7 +93,7 @@ TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
                                               "expect payment t=0 product=app.premium.yearly\r\n"
                                               "expect products identifiers=[\"app.premium.yearly\","
                                               "\"app.premium.monthly\",\"app.premium.weekly\"]");
-    auto const result = runPaywall({"run", "PremiumViewController", "--script", path, "--log", "/dev/null"});
+    auto const result = runPaywall({"run", screen, "--script", path, "--log", "/dev/null"});
     EXPECT_EQ(result.status, 0) << result.output;
 }
 
@@ -110,7 +105,7 @@ TEST_F(BadFile, BytesThatAreNoTextAreShownAsSuch) {
 
 TEST_F(BadFile, LostOutputFails) {
     auto const script = write("script.paywall", "advance 1\n");
-    expectFailure({"run", "PremiumViewController", "--script", script, "--log", "/dev/full"}, 1,
+    expectFailure({"run", screen, "--script", script, "--log", "/dev/full"}, 1,
                   {"/dev/full: the log cannot be written"});
     auto const result = runShell(quoted(PAYWALL_PROGRAM) + " screens 2>&1 >/dev/full");
     EXPECT_EQ(result.status, 1);
@@ -122,7 +117,7 @@ TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
     auto const script =
         write("buy.paywall", "tap continueButton\nadvance 2\nexpect transaction state=purchased\n");
     auto const store = write("store.sqlite", "this is no database, however long it may be");
-    auto const result = runPaywall({"run", "PremiumViewController", "--script", script, "--store", store});
+    auto const result = runPaywall({"run", screen, "--script", script, "--store", store});
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr(store)) << "the broken file is reported";
     auto const listed = runPaywall({"store", "list", "--store", store});
@@ -132,9 +127,8 @@ TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
 TEST_F(BadFile, PicturesAreMissedNotFatal) {
     std::filesystem::create_directory(folder / "pictures");
     write("pictures/premium_background.png", "not a picture");
-    auto const result =
-        runPaywall(withOptions({"--pictures", folder / "pictures", "--set",
-                                "features=One:../../etc/passwd;Two:/etc/passwd;Three:missing"}));
+    auto const result = runPaywall({"describe", screen, "--pictures", folder / "pictures", "--set",
+                                    "features=One:../../etc/passwd;Two:/etc/passwd;Three:missing"});
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.output, HasSubstr("premium_background.png"));
     EXPECT_THAT(result.output, HasSubstr("../../etc/passwd"));

@@ -110,8 +110,8 @@ void Desktop::click(double x, double y) const {
 void Desktop::press(std::string const& key) const { control("key " + key); }
 
 void Desktop::resizeWindow(std::string const& title, double toWidth, double toHeight) const {
-    control("search --onlyvisible --name " + title + " windowsize " + std::to_string(std::lround(toWidth)) +
-            " " + std::to_string(std::lround(toHeight)));
+    control("search --onlyvisible --name " + quoted(title) + " windowsize " +
+            std::to_string(std::lround(toWidth)) + " " + std::to_string(std::lround(toHeight)));
 }
 
 } // namespace trelundo::paywall::test
