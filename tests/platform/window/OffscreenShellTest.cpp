@@ -111,4 +111,19 @@ TEST(OffscreenShells, OneAfterAnotherStartAtZero) {
     EXPECT_EQ(calls, 0) << "what the first left behind belongs to its time";
 }
 
+TEST_F(OffscreenShellTest, ViewAnimationsRunInVirtualTime) {
+    auto const view = make<UIView>(CGRect{0, 0, 10, 10});
+    shell.window().addSubview(view);
+    std::vector<bool> ended;
+    UIView::animate({.duration = 0.5,
+                     .options = UIViewAnimationOptions::curveLinear,
+                     .animations = [&] { view->setAlpha(0); },
+                     .completion = [&](bool finished) { ended.push_back(finished); }});
+    shell.advance(0.25);
+    EXPECT_NEAR(view->layer().presentationValues().opacity, 0.5, 1e-6);
+    EXPECT_THAT(ended, IsEmpty());
+    shell.advance(0.25);
+    EXPECT_THAT(ended, ElementsAre(true));
+}
+
 } // namespace trelundo
