@@ -1,11 +1,11 @@
-# trelundo_layer(NAME [DEPENDS targets...] [PRIVATE targets...]): a static library from the sources below the current
-# folder. One target per layer; DEPENDS are the layers and libraries that its headers show.
+# trelundo_layer(NAME [FOLDERS folders...] [SOURCES files...] [DEPENDS targets...] [PRIVATE targets...]): a library from
+# the sources below FOLDERS (the current folder when neither is named) and from SOURCES. One target per layer; DEPENDS are the layers and libraries that its headers show.
 function(trelundo_layer name)
-    cmake_parse_arguments(LAYER "" "" "DEPENDS;PRIVATE;FOLDERS" ${ARGN})
-    if(NOT LAYER_FOLDERS)
+    cmake_parse_arguments(LAYER "" "" "DEPENDS;PRIVATE;FOLDERS;SOURCES" ${ARGN})
+    if(NOT LAYER_FOLDERS AND NOT LAYER_SOURCES)
         set(LAYER_FOLDERS .)
     endif()
-    set(sources)
+    set(sources ${LAYER_SOURCES})
     foreach(folder IN LISTS LAYER_FOLDERS)
         file(GLOB_RECURSE found CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
         list(APPEND sources ${found})

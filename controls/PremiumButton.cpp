@@ -1,9 +1,10 @@
 #include "controls/PremiumButton.h"
 
-#include "common/Common.h"
-#include "controls/PlanTerms.h"
-#include "controls/PriceTexts.h"
+#include "common/Pictures.h"
+#include "common/Texts.h"
 #include "controls/TotalBlock.h"
+#include "plans/PlanTerms.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/Strings.h"
 
 namespace trelundo {
@@ -57,8 +58,8 @@ void PremiumButton::setSelected(bool selected) {
 
 void PremiumButton::productsDidChange() {
     if (products_.size() < 2) return;
-    setImage(Common::image("not_selected_premium"), UIControlState::normal);
-    auto const selected = Common::image("selected_premium");
+    setImage(Pictures::image("not_selected_premium"), UIControlState::normal);
+    auto const selected = Pictures::image("selected_premium");
     setImage(selected, UIControlState::selected);
     setImage(selected, selectedAndHighlighted);
 }
@@ -83,11 +84,11 @@ void PremiumButton::selectionDidChange() {
     std::optional<std::string> subtitle;
     if (product_->subscriptionPeriod()->unit == SKProductPeriodUnit::year) {
         if (abTest_ == "ziokrefa")
-            subtitle = Common::text("with a yearly subscription");
+            subtitle = Texts::text("with a yearly subscription");
         else if (abTest_ != "quivera602")
             subtitle = filledWithPrice("Then $$$/year", PremiumManager::price(*product_));
     }
-    host->updateOffer(replacingOccurrences(Common::text(titleKey), "%%%", trial), subtitle);
+    host->updateOffer(replacingOccurrences(Texts::text(titleKey), "%%%", trial), subtitle);
 }
 
 Ref<SKProductDiscount> PremiumButton::offer() const {

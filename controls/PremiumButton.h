@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/PremiumButtonDelegate.h"
+#include "plans/PlanName.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/uikit/controls/UIButton.h"
 #include "store/PremiumManager.h"
@@ -46,13 +47,9 @@ public:
     CGSize intrinsicContentSize() const override;
     void layoutSubviews() override;
 
-    struct Plan {
-        SKProductSubscriptionPeriod productSubscriptionPeriod;
-        bool capitalizeFirstLetter;
-        bool periodUnitDown; // one year as 12 months, one week as 7 days
-    };
-    /// A subscription period's name; empty for an unknown unit.
-    static std::string plan(Plan const& plan);
+    using Plan = PlanPeriod;
+    /// planName() under the name that hosts look for.
+    static std::string plan(Plan const& plan) { return planName(plan); }
 
 private:
     void setup();

@@ -1,8 +1,8 @@
-#include "common/Common.h"
-#include "controls/DiscountTexts.h"
-#include "controls/PlanTerms.h"
+#include "common/Texts.h"
 #include "controls/PremiumButton.h"
-#include "controls/PriceTexts.h"
+#include "plans/DiscountTexts.h"
+#include "plans/PlanTerms.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/Lazy.h"
 #include "platform/foundation/Strings.h"
 
@@ -14,17 +14,6 @@ constexpr double titleLineSpacing = 4;
 constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
 
 } // namespace
-
-std::string PremiumButton::plan(Plan const& plan) {
-    auto const& period = plan.productSubscriptionPeriod;
-    if (plan.periodUnitDown && (period == oneYear || period.is(1, SKProductPeriodUnit::week))) {
-        auto const text = Common::text(period == oneYear ? "12 months" : "7 days");
-        return plan.capitalizeFirstLetter ? localizedCapitalized(text) : text;
-    }
-    return PremiumManager::period({.unit = period.unit,
-                                   .numberOfPeriods = period.numberOfUnits,
-                                   .capitalizeFirstLetter = plan.capitalizeFirstLetter});
-}
 
 void PremiumButton::productDidChange() {
     if (!product_) return;
@@ -71,7 +60,7 @@ std::string PremiumButton::monthlyShareLine() const {
     if (!saving) return share;
     // Only two of the three signs are replaced: the third stays as the percent sign.
     return share + " · " +
-           replacingOccurrences(Common::text("Save %%% per year"), "%%", std::to_string(*saving));
+           replacingOccurrences(Texts::text("Save %%% per year"), "%%", std::to_string(*saving));
 }
 
 void PremiumButton::addTotalBlock() {

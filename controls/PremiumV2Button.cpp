@@ -1,6 +1,7 @@
 #include "controls/PremiumV2Button.h"
 
-#include "common/Common.h"
+#include "common/Pictures.h"
+#include "common/Texts.h"
 
 #include <array>
 
@@ -40,11 +41,11 @@ ContinueLayout const& continueLayout(std::string_view abTest) {
 std::string subtitleText(Subtitle subtitle) {
     switch (subtitle) {
     case Subtitle::renews:
-        return Common::text("Plan automatically renews.");
+        return Texts::text("Plan automatically renews.");
     case Subtitle::cancelAndRenews:
-        return Common::text("Cancel anytime.") + " " + Common::text("Plan automatically renews.");
+        return Texts::text("Cancel anytime.") + " " + Texts::text("Plan automatically renews.");
     case Subtitle::cancelAnyTime:
-        return Common::text("You can cancel your subscription at any time.");
+        return Texts::text("You can cancel your subscription at any time.");
     case Subtitle::none:
         break;
     }
@@ -52,10 +53,10 @@ std::string subtitleText(Subtitle subtitle) {
 }
 
 std::string continueWord(ContinueWord word, bool hasTrial) {
-    if (word == ContinueWord::continueWord) return Common::text("Continue");
-    auto const subscribe = Common::text("Subscribe");
+    if (word == ContinueWord::continueWord) return Texts::text("Continue");
+    auto const subscribe = Texts::text("Subscribe");
     if (word == ContinueWord::subscribe || !hasTrial) return subscribe;
-    return Common::text("Try Free") + " & " + subscribe;
+    return Texts::text("Try Free") + " & " + subscribe;
 }
 
 } // namespace
@@ -94,7 +95,7 @@ void PremiumV2Button::setSelected(bool selected) {
 void PremiumV2Button::productsDidChange() {
     if (products_.size() < 2) return;
     auto const templateImage = [](char const* name) -> Ref<UIImage> {
-        auto const image = Common::image(name);
+        auto const image = Pictures::image(name);
         return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
     };
     using enum UIControlState;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "controls/PlanTexts.h"
 #include "controls/PremiumV2ButtonDelegate.h"
+#include "plans/PlanTexts.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/uikit/controls/UIButton.h"
 #include "store/PremiumManager.h"

@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "controls/PremiumV2Button.h"
 #include "controls/TotalBlock.h"
 #include "platform/foundation/Lazy.h"
@@ -58,7 +58,7 @@ std::string headlineText(Headline headline, PlanTexts const& plan) {
     case Headline::brand:
         break;
     }
-    return Common::text("Darno Premium");
+    return Texts::text("Darno Premium");
 }
 
 std::string detailText(Detail detail, PlanTexts const& plan) {
@@ -74,7 +74,7 @@ std::string detailText(Detail detail, PlanTexts const& plan) {
     case Detail::tryTrial:
         return plan.trial("Try %%% Free");
     case Detail::badge:
-        return plan.isYearly() ? Common::text("Most Popular") : std::string{};
+        return plan.isYearly() ? Texts::text("Most Popular") : std::string{};
     case Detail::none:
         break;
     }

@@ -1,18 +1,13 @@
 #pragma once
 
 #include "platform/storekit/SKPaymentQueue.h"
+#include "store/EventParameters.h"
+#include "store/Products.h"
 
-#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace trelundo {
-
-using Products = std::vector<Ref<SKProduct>>;
-
-/// Parameters of an analytics event. An entry without value stands for a known absence.
-using EventParameters = std::map<std::string, std::optional<std::string>>;
 
 /// The host's side of the store client: answers questions, receives products and analytics events.
 class PremiumManagerDelegate {

@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/Strings.h"
 #include "store/PremiumManager.h"
@@ -33,13 +33,13 @@ std::string PremiumManager::periodTemplate(SKProductPeriodUnit unit, int numberO
     bool const isSingular = numberOfPeriods == 1;
     switch (unit) {
     case SKProductPeriodUnit::day:
-        return Common::text(isSingular ? "1 day" : "2 days");
+        return Texts::text(isSingular ? "1 day" : "2 days");
     case SKProductPeriodUnit::week:
-        return Common::text(isSingular ? "1 week" : "2 weeks");
+        return Texts::text(isSingular ? "1 week" : "2 weeks");
     case SKProductPeriodUnit::month:
-        return Common::text(isSingular ? "1 month" : "2 months");
+        return Texts::text(isSingular ? "1 month" : "2 months");
     case SKProductPeriodUnit::year:
-        return Common::text(isSingular ? "1 year" : "2 years");
+        return Texts::text(isSingular ? "1 year" : "2 years");
     }
     return {};
 }

@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/Strings.h"
 #include "platform/storekit/SKError.h"
@@ -42,7 +42,7 @@ void BaseViewController::purchasePayment(Ref<SKPayment> payment) {
     if (isStarted)
         setProgressShown(true);
     else
-        presentAlert(Common::text("Purchase"), Common::text("In-app purchases are not allowed."),
+        presentAlert(Texts::text("Purchase"), Texts::text("In-app purchases are not allowed."),
                      {{.title = "OK", .isPreferred = true}});
 }
 
@@ -68,10 +68,9 @@ void BaseViewController::purchaseDidEnd(bool success, Ref<SKPayment> const& paym
 
 std::string BaseViewController::pendingApprovalMessage() const {
     auto const host = delegate();
-    return replacingOccurrences(
-        Common::text("Thank you! You can continue to use Darno while your purchase is "
-                     "pending an approval from your parent."),
-        "Darno", host ? host->appName().value_or("") : "");
+    return replacingOccurrences(Texts::text("Thank you! You can continue to use Darno while your purchase is "
+                                            "pending an approval from your parent."),
+                                "Darno", host ? host->appName().value_or("") : "");
 }
 
 void BaseViewController::restorePurchases(UIControl& /*sender*/) { restore(); }
@@ -108,7 +107,7 @@ void BaseViewController::presentFailure(Failure failure) {
         if (!screen) return;
         if (auto host = screen->delegate()) host->contactUs(subject, strong(*screen));
     };
-    presentAlert(Common::text(failure.title), Common::text(failureMessage),
+    presentAlert(Texts::text(failure.title), Texts::text(failureMessage),
                  {{.title = "Try Again", .action = std::move(failure.tryAgain), .isPreferred = true},
                   {.title = "Contact Us", .action = contactUs},
                   {.title = "Not Now", .action = hideProgress}});
@@ -128,7 +127,7 @@ void BaseViewController::presentAlert(std::string const& title, std::string cons
             if (screen) screen->leaveIfPostponed();
         };
         auto button =
-            make<UIAlertAction>(Common::text(choice.title), UIAlertActionStyle::defaultStyle, perform);
+            make<UIAlertAction>(Texts::text(choice.title), UIAlertActionStyle::defaultStyle, perform);
         alert->addAction(button);
         if (choice.isPreferred) alert->setPreferredAction(button);
     }

@@ -1,6 +1,6 @@
 #include "screens/base/ContinueButton.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/text/AttributedText.h"
 
@@ -11,7 +11,7 @@ namespace trelundo {
 double continueButtonWidth(std::string_view trialKey, UIFont font, double padding) {
     TextAttributes attributes;
     attributes.set(NSAttributedStringKey::font, font);
-    auto const text = replacingOccurrences(Common::text(trialKey), "%%%", Common::text("7 days"));
+    auto const text = replacingOccurrences(Texts::text(trialKey), "%%%", Texts::text("7 days"));
     auto const natural = boundingRect(NSAttributedString{text, attributes},
                                       {greatestFiniteMagnitude, greatestFiniteMagnitude});
     return std::ceil(natural.width()) + padding;

@@ -1,6 +1,6 @@
 #include "screens/base/LinksRow.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 
 namespace trelundo {
 
@@ -26,7 +26,7 @@ LinkContent contentOf(LinksRow::Link link) {
 Ref<UIButton> makeButton(LinksRow const& row, LinksRow::Link link, BaseViewController& screen) {
     auto const content = contentOf(link);
     auto button = make<UIButton>(UIButtonType::system);
-    button->setTitle(Common::text(content.title), UIControlState::normal);
+    button->setTitle(Texts::text(content.title), UIControlState::normal);
     button->titleLabel()->setFont(row.font);
     button->setTitleColor(row.color, UIControlState::normal);
     button->setContentEdgeInsets(row.buttonContentInsets);

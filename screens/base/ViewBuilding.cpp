@@ -1,6 +1,6 @@
 #include "screens/base/ViewBuilding.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
@@ -13,7 +13,7 @@ Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
 
 Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color) {
     auto label = constraintDriven(make<UILabel>());
-    label->setText(Common::text(key));
+    label->setText(Texts::text(key));
     label->setFont(font);
     label->setTextColor(std::move(color));
     label->setAdjustsFontSizeToFitWidth(true);
@@ -40,7 +40,7 @@ Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset) {
     auto button = constraintDriven(make<UIButton>(UIButtonType::system));
     button->setContentEdgeInsets({contentInset, contentInset, contentInset, contentInset});
     button->setImage(image, UIControlState::normal);
-    button->setAccessibilityLabel(Common::text("Close"));
+    button->setAccessibilityLabel(Texts::text("Close"));
     return button;
 }
 

@@ -1,6 +1,7 @@
 #include "screens/notice/BillingViewController.h"
 
-#include "common/Common.h"
+#include "common/Pictures.h"
+#include "common/Texts.h"
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "platform/uikit/layout/UILayoutGuide.h"
@@ -27,15 +28,15 @@ Ref<UIImage> templateOf(Ref<UIImage> const& image) {
 } // namespace
 
 BillingViewController::BillingViewController()
-    : warningBadgeImage_(Common::image("warning_envelope"))
-    , headLineLabelText_(Common::text("Oops! Something is wrong."))
-    , updateDetailsText_(Common::text("Update Details"))
-    , closeBdageImage_(templateOf(Common::image("x")))
+    : warningBadgeImage_(Pictures::image("warning_envelope"))
+    , headLineLabelText_(Texts::text("Oops! Something is wrong."))
+    , updateDetailsText_(Texts::text("Update Details"))
+    , closeBdageImage_(templateOf(Pictures::image("x")))
     , isSmallScreen_(BaseViewController::isMainScreenSmall()) {}
 
 std::string const& BillingViewController::issueDetailsText() {
     if (!issueDetailsText_)
-        issueDetailsText_ = replacingOccurrences(Common::text(issueDetailsKey), "Quivera", appName_);
+        issueDetailsText_ = replacingOccurrences(Texts::text(issueDetailsKey), "Quivera", appName_);
     return *issueDetailsText_;
 }
 
@@ -119,7 +120,7 @@ Ref<UIButton> const& BillingViewController::closeButton() {
         button->setImage(closeBdageImage_, UIControlState::normal);
         button->setContentEdgeInsets({10, 10, 10, 10});
         button->UIView::setTintColor(headlineColor_); // legible on the notice's own ground
-        button->setAccessibilityLabel(Common::text("Close"));
+        button->setAccessibilityLabel(Texts::text("Close"));
         button->addTarget(this, &BillingViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

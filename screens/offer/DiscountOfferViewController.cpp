@@ -1,6 +1,6 @@
 #include "screens/offer/DiscountOfferViewController.h"
 
-#include "controls/PlanTerms.h"
+#include "plans/PlanTerms.h"
 #include "screens/base/LinksRow.h"
 #include "screens/base/ViewBuilding.h"
 

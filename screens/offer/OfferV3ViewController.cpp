@@ -1,7 +1,7 @@
 #include "screens/offer/OfferV3ViewController.h"
 
-#include "common/Common.h"
-#include "controls/PriceTexts.h"
+#include "common/Texts.h"
+#include "plans/PriceTexts.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ViewBuilding.h"
 
@@ -45,7 +45,7 @@ void OfferV3ViewController::showOffer(SKProduct const& product, SKProductDiscoun
     auto const& period = discount.subscriptionPeriod();
     NSAttributedString sentence{
         PremiumManager::period({.unit = period.unit, .numberOfPeriods = period.numberOfUnits}), large};
-    sentence.append("\n" + Common::text("for just") + "\n", styled(20, 28));
+    sentence.append("\n" + Texts::text("for just") + "\n", styled(20, 28));
     sentence.append(PremiumManager::price(discount, product), large);
     offerLabel_->setAttributedText(sentence);
 

@@ -1,7 +1,7 @@
 #include "screens/offer/OfferViewController.h"
 
-#include "common/Common.h"
-#include "controls/DiscountTexts.h"
+#include "common/Texts.h"
+#include "plans/DiscountTexts.h"
 #include "platform/coreanimation/CAGradientLayer.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ViewBuilding.h"
@@ -35,7 +35,7 @@ Ref<PaddingLabel> makeBadge() {
     badge->setClipsToBounds(true);
     badge->setFont(UIFont::system(16, UIFont::Weight::bold));
     badge->setTextColor(UIColor::white());
-    badge->setText(Common::text("Limited Time Only"));
+    badge->setText(Texts::text("Limited Time Only"));
     return badge;
 }
 
@@ -57,7 +57,7 @@ Ref<UIButton> makeCardButton(char const* title, UIFont::Weight weight, UIColor c
     auto button = constraintDriven(make<UIButton>(UIButtonType::system));
     button->titleLabel()->setFont(UIFont::system(16, weight));
     button->setTitleColor(std::move(color), UIControlState::normal);
-    button->setTitle(Common::text(title), UIControlState::normal);
+    button->setTitle(Texts::text(title), UIControlState::normal);
     return button;
 }
 

@@ -1,7 +1,7 @@
 #include "screens/offer/PercentageOfferViewController.h"
 
-#include "common/Common.h"
-#include "controls/PriceTexts.h"
+#include "common/Texts.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/Locale.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
@@ -63,12 +63,12 @@ void PercentageOfferViewController::showOffer(SKProduct const& product, SKProduc
     auto const headline = attributes(*font).with(NSAttributedStringKey::kern, 2.4);
     offerLine1Label()->setAttributedText(
         NSAttributedString{std::to_string(percentage(product, discount)) + "%", headline});
-    offerLine2Label()->setAttributedText(NSAttributedString{Common::text("OFF"), headline});
+    offerLine2Label()->setAttributedText(NSAttributedString{Texts::text("OFF"), headline});
 
     auto const regular = UIFont::system(15, UIFont::Weight::regular);
     NSAttributedString offerPrice{filledWithPrice("Only $$$", PremiumManager::price(discount, product)),
                                   attributes(UIFont::system(15, UIFont::Weight::semibold))};
-    offerPrice.append(" " + Common::text("for the first year"), attributes(regular));
+    offerPrice.append(" " + Texts::text("for the first year"), attributes(regular));
     infoLine1Label_->setAttributedText(offerPrice);
 
     auto struck = attributes(regular, 0.4);

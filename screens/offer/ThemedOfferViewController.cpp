@@ -1,6 +1,7 @@
 #include "screens/offer/ThemedOfferViewController.h"
 
-#include "common/Common.h"
+#include "common/Pictures.h"
+#include "common/Texts.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ViewBuilding.h"
 
@@ -100,8 +101,8 @@ Ref<UIButton> const& ThemedOfferViewController::closeButton() {
         auto button = constraintDriven(make<UIButton>(UIButtonType::system));
         button->setContentEdgeInsets({16, 16, 16, 16});
         button->UIView::setTintColor(theme_.textColor);
-        button->setImage(Common::image("x"), UIControlState::normal);
-        button->setAccessibilityLabel(Common::text("Close"));
+        button->setImage(Pictures::image("x"), UIControlState::normal);
+        button->setAccessibilityLabel(Texts::text("Close"));
         button->addTarget(this, &ThemedOfferViewController::close, UIControlEvents::touchUpInside);
         return button;
     });
@@ -128,7 +129,7 @@ Ref<UIButton> const& ThemedOfferViewController::continueButton() {
         button->setClipsToBounds(true);
         button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::bold));
         button->setTitleColor(continueTitleColor(), UIControlState::normal);
-        button->setTitle(Common::text("Continue"), UIControlState::normal);
+        button->setTitle(Texts::text("Continue"), UIControlState::normal);
         button->addTarget(this, &ThemedOfferViewController::purchaseProduct, UIControlEvents::touchUpInside);
         return button;
     });
@@ -142,7 +143,7 @@ Ref<PaddingLabel> ThemedOfferViewController::makeBadge(bool isSmallScreen) {
     style.set(NSAttributedStringKey::font, UIFont::system(isSmallScreen ? 11 : 15, UIFont::Weight::regular));
     style.set(NSAttributedStringKey::foregroundColor, UIColor::black());
     style.set(NSAttributedStringKey::kern, 2.4);
-    badge->setAttributedText(NSAttributedString{Common::text("Limited Time Offer"), style});
+    badge->setAttributedText(NSAttributedString{Texts::text("Limited Time Offer"), style});
     badge->layer().setShadowColor({0, 0, 0, 1});
     badge->layer().setShadowOffset({0, 0});
     badge->layer().setShadowRadius(15);

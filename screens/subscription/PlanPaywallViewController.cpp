@@ -1,6 +1,7 @@
 #include "screens/subscription/PlanPaywallViewController.h"
 
-#include "common/Common.h"
+#include "common/Pictures.h"
+#include "common/Texts.h"
 #include "platform/uikit/layout/UILayoutGuide.h"
 #include "screens/base/ContinueButton.h"
 #include "screens/base/LinksRow.h"
@@ -64,7 +65,7 @@ Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
     attributes.set(NSAttributedStringKey::font, UIFont::system(fontSize, UIFont::Weight::medium));
     attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
     attributes.set(NSAttributedStringKey::underlineStyle, NSUnderlineStyle::single);
-    button->setAttributedTitle(NSAttributedString{Common::text("Already Paid?"), attributes},
+    button->setAttributedTitle(NSAttributedString{Texts::text("Already Paid?"), attributes},
                                UIControlState::normal);
     button->addTarget(this, &PlanPaywallViewController::restorePurchases, UIControlEvents::touchUpInside);
     return button;
@@ -72,7 +73,7 @@ Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
 
 Ref<UIButton> const& PlanPaywallViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(neverTinted(Common::image("x")), 16);
+        auto button = makeCloseButton(neverTinted(Pictures::image("x")), 16);
         button->addTarget(this, &PlanPaywallViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

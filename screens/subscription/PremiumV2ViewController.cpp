@@ -1,6 +1,5 @@
 #include "screens/subscription/PremiumV2ViewController.h"
 
-#include "common/Common.h"
 #include "controls/PremiumV2CollectionViewCell.h"
 #include "screens/base/ViewBuilding.h"
 

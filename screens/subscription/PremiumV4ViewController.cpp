@@ -1,7 +1,7 @@
 #include "screens/subscription/PremiumV4ViewController.h"
 
-#include "common/Common.h"
-#include "controls/PlanTerms.h"
+#include "common/Texts.h"
+#include "plans/PlanTerms.h"
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/controllers/UIAlertController.h"
 
@@ -24,14 +24,14 @@ void PremiumV4ViewController::offerUpgrade(Upgrade const& upgrade) {
     auto const saving =
         savingPercentage(upgrade.yearly->price(), upgrade.product->price(), upgrade.periodsPerYear);
     // The fourth sign is not part of the placeholder: it stays as the percent sign.
-    auto const title = replacingFirstOccurrence(Common::text("Upgrade to yearly and save %%%% now!"), "%%%",
+    auto const title = replacingFirstOccurrence(Texts::text("Upgrade to yearly and save %%%% now!"), "%%%",
                                                 std::to_string(saving));
     auto const alert = make<UIAlertController>(title, std::string{}, UIAlertControllerStyle::alert);
     auto const addChoice = [&](char const* text, Ref<SKProduct> const& product) {
         auto const buy = [weak = Weak<PremiumV4ViewController>{this}, product](UIAlertAction&) {
             if (auto screen = weak.lock()) screen->purchasePayment(makePayment(*product));
         };
-        auto action = make<UIAlertAction>(Common::text(text), UIAlertActionStyle::defaultStyle, buy);
+        auto action = make<UIAlertAction>(Texts::text(text), UIAlertActionStyle::defaultStyle, buy);
         alert->addAction(action);
         return action;
     };

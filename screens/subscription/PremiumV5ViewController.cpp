@@ -1,6 +1,6 @@
 #include "screens/subscription/PremiumV5ViewController.h"
 
-#include "common/Common.h"
+#include "common/Pictures.h"
 #include "platform/uikit/layout/UILayoutGuide.h"
 #include "screens/base/ViewBuilding.h"
 
@@ -101,7 +101,7 @@ Ref<UIStackView> PremiumV5ViewController::makeRow(std::size_t index) {
     auto const& row = checklist.at(index);
     auto const name = "unlock" + std::to_string(row.number);
     auto label = makeShrinkingLabel(row.text, UIFont::system(12, UIFont::Weight::regular), UIColor::white());
-    auto stack = make<UIStackView>(std::vector<Ref<UIView>>{make<UIImageView>(Common::image("pro_check")),
+    auto stack = make<UIStackView>(std::vector<Ref<UIView>>{make<UIImageView>(Pictures::image("pro_check")),
                                                             named(name + "Label", label)});
     stack->setAlignment(UIStackViewAlignment::top);
     stack->setSpacing(13);

@@ -1,9 +1,9 @@
 #include "screens/subscription/PremiumV6ViewController.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "controls/PremiumButton.h"
 #include "controls/PremiumV2CollectionViewCell.h"
-#include "controls/PriceTexts.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/Strings.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "platform/uikit/layout/UILayoutGuide.h"
@@ -41,15 +41,15 @@ void PremiumV6ViewController::setProduct(Ref<SKProduct> product) {
 void PremiumV6ViewController::productDidChange() {
     auto const offer = product_ && !introductoryPriceWasOffered() ? product_->introductoryPrice() : nullptr;
     if (!offer) return;
-    auto const trial = PremiumButton::plan({.productSubscriptionPeriod = offer->subscriptionPeriod(),
-                                            .capitalizeFirstLetter = true,
-                                            .periodUnitDown = true});
-    continueButton()->setTitle(replacingOccurrences(Common::text("Try %%% Free"), "%%%", trial),
+    auto const trial = planName({.productSubscriptionPeriod = offer->subscriptionPeriod(),
+                                 .capitalizeFirstLetter = true,
+                                 .periodUnitDown = true});
+    continueButton()->setTitle(replacingOccurrences(Texts::text("Try %%% Free"), "%%%", trial),
                                UIControlState::normal);
     auto const price = filledWithPrice("$$$/year", PremiumManager::price(*product_));
     NSAttributedString line{price, priceAttributes(15, UIColor::white())};
     line.append(" ");
-    line.append(Common::text("after trial ends"), priceAttributes(13, UIColor::gray(1, 0.7)));
+    line.append(Texts::text("after trial ends"), priceAttributes(13, UIColor::gray(1, 0.7)));
     subtitleLabel()->setAttributedText(line);
 }
 

@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "screens/subscription/PremiumViewController.h"
 
 #include <array>
@@ -40,15 +40,15 @@ struct OfferTexts {
     std::optional<std::string> operator[](OfferText text) const {
         switch (text) {
         case OfferText::continueWord:
-            return Common::text("Continue");
+            return Texts::text("Continue");
         case OfferText::title:
             return title;
         case OfferText::titleOrContinue:
-            return title ? *title : Common::text("Continue");
+            return title ? *title : Texts::text("Continue");
         case OfferText::subtitle:
             return subtitle;
         case OfferText::cancelAnytime:
-            return Common::text("You can cancel your subscription at any time.");
+            return Texts::text("You can cancel your subscription at any time.");
         case OfferText::none:
             break;
         }

@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Pictures.h"
 #include "controls/PremiumCollectionViewCell.h"
 #include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "screens/base/ContinueButton.h"
@@ -35,7 +35,7 @@ PremiumViewController::PremiumViewController()
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(neverTinted(Common::image("close_bg")), 8);
+        auto button = makeCloseButton(neverTinted(Pictures::image("close_bg")), 8);
         button->addTarget(this, &PremiumViewController::close, UIControlEvents::touchUpInside);
         return button;
     });

@@ -1,5 +1,5 @@
 #include "controls/PremiumButton.h"
-#include "controls/PlanTerms.h"
+#include "plans/PlanTerms.h"
 #include "tests/support/Products.h"
 
 #include <gtest/gtest.h>

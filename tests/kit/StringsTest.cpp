@@ -1,4 +1,4 @@
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/StringsTable.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ constexpr char const* languages[] = {"en", "de", "fr", "es", "ja", "ar", "he"};
 
 /// The kit's table in one language, read from the bundle as the screens would.
 StringsTable kitTable(std::string const& language) {
-    auto const bytes = Common::kitBundle().data(language + ".lproj/Premium.strings");
+    auto const bytes = Texts::kitBundle().data(language + ".lproj/Premium.strings");
     EXPECT_TRUE(bytes) << language;
     std::optional<StringsTable::ParseError> error;
     auto table = StringsTable::parse(bytes.value_or(""), error);
@@ -70,7 +70,7 @@ TEST(KitStringTables, EnglishTextsAreTheirKeys) {
 }
 
 TEST(KitStringTables, ThereIsOneForEachLocalization) {
-    auto localizations = Common::kitBundle().localizations();
+    auto localizations = Texts::kitBundle().localizations();
     std::vector<std::string> expected{std::begin(languages), std::end(languages)};
     std::ranges::sort(expected);
     EXPECT_EQ(localizations, expected);

@@ -1,6 +1,6 @@
 #include "tools/paywall/Demonstration.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/Locale.h"
 #include "platform/uikit/controllers/UIApplication.h"
 #include "tools/paywall/Failure.h"
@@ -47,7 +47,7 @@ std::string demonstrationFeatures() {
 
 void useLanguage(std::string const& tag) {
     Locale::setPreferredLanguages({tag});
-    auto const chosen = Common::kitBundle().preferredLocalizations();
+    auto const chosen = Texts::kitBundle().preferredLocalizations();
     bool const isRightToLeft = !chosen.empty() && Locale{chosen.front()}.isRightToLeft();
     UIApplication::shared().setUserInterfaceLayoutDirection(
         isRightToLeft ? UIUserInterfaceLayoutDirection::rightToLeft

@@ -1,6 +1,6 @@
 #include "tools/paywall/Languages.h"
 
-#include "common/Common.h"
+#include "common/Texts.h"
 #include "platform/foundation/Locale.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace trelundo::paywall {
 
 std::vector<std::string> languages() {
-    auto all = Common::kitBundle().localizations();
+    auto all = Texts::kitBundle().localizations();
     std::ranges::sort(all);
     return all;
 }

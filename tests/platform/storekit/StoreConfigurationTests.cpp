@@ -1,6 +1,7 @@
 #include "StoreTestSupport.h"
 
 #include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "tests/support/SourceFolder.h"
 
 #include <clocale>
 #include <fstream>
@@ -326,7 +327,7 @@ TEST(StoreConfigurationTest, LoadsFilesAndFolders) {
 }
 
 TEST(StoreConfigurationTest, ReadsEverySampleThatIsAtHand) {
-    auto const samples = std::filesystem::path{TRELUNDO_SOURCE_DIR} / "../shared/samples/storekit";
+    auto const samples = test::sourceFolder() / "../shared/samples/storekit";
     if (!std::filesystem::exists(samples)) GTEST_SKIP() << "no samples here";
     for (auto const& entry : std::filesystem::directory_iterator{samples}) {
         auto const loaded = StoreConfiguration::load(entry.path());

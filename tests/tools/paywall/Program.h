@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/SourceFolder.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -11,7 +13,7 @@
 
 namespace trelundo::paywall::test {
 
-inline std::filesystem::path sourceFolder() { return TRELUNDO_SOURCE_DIR; }
+using trelundo::test::sourceFolder;
 
 /// A folder of the test's own, gone with it.
 class TemporaryFolder {

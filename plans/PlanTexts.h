@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/storekit/SKProduct.h"
-#include "store/PremiumManagerDelegate.h"
+#include "store/Products.h"
 
 #include <string>
 

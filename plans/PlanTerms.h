@@ -2,7 +2,7 @@
 
 #include "platform/storekit/SKPayment.h"
 #include "platform/storekit/SKProduct.h"
-#include "store/PremiumManagerDelegate.h"
+#include "store/Products.h"
 
 #include <cstdint>
 #include <initializer_list>

@@ -1,9 +1,10 @@
-#include "controls/DiscountTexts.h"
+#include "plans/DiscountTexts.h"
 
-#include "common/Common.h"
-#include "controls/PremiumButton.h"
-#include "controls/PriceTexts.h"
+#include "common/Texts.h"
+#include "plans/PlanName.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/Strings.h"
+#include "store/PremiumManager.h"
 
 namespace trelundo {
 
@@ -54,7 +55,7 @@ Parts partsOf(SKProductDiscount const& discount, SKProduct const& product) {
         return {periodOf(period.unit, period.numberOfUnits), price(1), {}};
     case Mode::freeTrial:
         return {
-            PremiumButton::plan(
+            planName(
                 {.productSubscriptionPeriod = period, .capitalizeFirstLetter = true, .periodUnitDown = true}),
             {},
             {}};
@@ -74,10 +75,10 @@ std::string regularPrice(SKProduct const& product) {
 DiscountTexts discountTexts(SKProductDiscount const& discount, SKProduct const& product) {
     auto const parts = partsOf(discount, product);
     bool const isTrial = discount.paymentMode() == Mode::freeTrial;
-    auto terms = replacingOccurrences(Common::text(isTrial ? "Get %%% FREE!" : "%%% for Just $$$"), "%%%",
+    auto terms = replacingOccurrences(Texts::text(isTrial ? "Get %%% FREE!" : "%%% for Just $$$"), "%%%",
                                       parts.period);
     if (!isTrial) terms = replacingOccurrences(terms, "$$$", parts.price);
-    auto const afterwards = replacingOccurrences(Common::text("@@@$$$ after"), "@@@", parts.leadIn);
+    auto const afterwards = replacingOccurrences(Texts::text("@@@$$$ after"), "@@@", parts.leadIn);
     return {std::move(terms), replacingOccurrences(afterwards, "$$$", regularPrice(product))};
 }
 

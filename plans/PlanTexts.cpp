@@ -1,10 +1,11 @@
-#include "controls/PlanTexts.h"
+#include "plans/PlanTexts.h"
 
-#include "common/Common.h"
-#include "controls/PlanTerms.h"
-#include "controls/PremiumButton.h"
-#include "controls/PriceTexts.h"
+#include "common/Texts.h"
+#include "plans/PlanName.h"
+#include "plans/PlanTerms.h"
+#include "plans/PriceTexts.h"
 #include "platform/foundation/Strings.h"
+#include "store/PremiumManager.h"
 
 namespace trelundo {
 
@@ -44,10 +45,10 @@ bool PlanTexts::isYearly() const {
 std::string PlanTexts::trial(char const* key) const {
     auto const offer = introductoryPriceWasOffered_ ? nullptr : product_.introductoryPrice();
     if (!isFreeTrial(offer)) return {};
-    return replacingOccurrences(Common::text(key), "%%%",
-                                PremiumButton::plan({.productSubscriptionPeriod = offer->subscriptionPeriod(),
-                                                     .capitalizeFirstLetter = false,
-                                                     .periodUnitDown = true}));
+    return replacingOccurrences(Texts::text(key), "%%%",
+                                planName({.productSubscriptionPeriod = offer->subscriptionPeriod(),
+                                          .capitalizeFirstLetter = false,
+                                          .periodUnitDown = true}));
 }
 
 std::string PlanTexts::price() const { return PremiumManager::price(product_); }
@@ -72,14 +73,14 @@ std::string PlanTexts::saving() const {
     if (!other || other->price() == Decimal{0}) return {};
     auto const percentage = savingPercentage(product_.price(), other->price(), monthly ? 12 : 52);
     if (percentage <= 0) return {};
-    return replacingOccurrences(Common::text("Save %%% per year"), "%%", std::to_string(percentage));
+    return replacingOccurrences(Texts::text("Save %%% per year"), "%%", std::to_string(percentage));
 }
 
 std::string PlanTexts::name() const {
     auto const& period = product_.subscriptionPeriod();
     if (!period || period->numberOfUnits == 0) return product_.localizedTitle();
-    if (auto const words = usual(period)) return localizedCapitalized(Common::text(words->adjective));
-    return PremiumButton::plan(
+    if (auto const words = usual(period)) return localizedCapitalized(Texts::text(words->adjective));
+    return planName(
         {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = false});
 }
 

@@ -1,4 +1,4 @@
-#include "controls/PlanTerms.h"
+#include "plans/PlanTerms.h"
 
 #include "platform/foundation/FatalError.h"
 

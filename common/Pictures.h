@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/foundation/Bundle.h"
+#include "platform/uikit/views/UIImage.h"
+
+#include <string>
+#include <string_view>
+
+namespace trelundo {
+
+/// Pictures from a bundle's resources, shared by every screen and control.
+class Pictures {
+public:
+    /// The picture `name` among the resources of `bundle`; null when it is missing. Pictures are not divided
+    /// by `resource`: a bundle keeps them in one place.
+    static Ref<UIImage> loadImageBundle(std::string const& name, Bundle& bundle, std::string_view resource);
+
+    /// loadImageBundle() with the kit's bundle and the resource "Premium".
+    static Ref<UIImage> image(std::string const& name);
+};
+
+} // namespace trelundo
