@@ -1,7 +1,7 @@
 #include "benchmarks/Comparison.h"
 #include "benchmarks/StagedScreen.h"
-#include "platform/coreanimation/Compositor.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <cstring>
 

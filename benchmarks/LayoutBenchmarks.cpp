@@ -1,8 +1,8 @@
 #include "benchmarks/Comparison.h"
 #include "benchmarks/StagedScreen.h"
-#include "platform/uikit/collection/UICollectionView.h"
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
 
 #include <stdexcept>
 

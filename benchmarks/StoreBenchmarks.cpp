@@ -1,7 +1,7 @@
 #include "benchmarks/Comparison.h"
-#include "platform/storekit/sandbox/SandboxStore.h"
-#include "store/PremiumManager.h"
 #include "tools/paywall/Demonstration.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <filesystem>
 #include <random>

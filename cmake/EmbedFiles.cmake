@@ -1,7 +1,7 @@
 # Writes a C++ source with the bytes of every file below FOLDER (see TrelundoEmbed.cmake).
 file(GLOB_RECURSE files RELATIVE ${FOLDER} ${FOLDER}/*)
 list(SORT files)
-set(text "#include \"platform/foundation/Bundle.h\"\n\nnamespace trelundo {\n\nnamespace {\n\n")
+set(text "#include \"trelundo/platform/foundation/Bundle.h\"\n\nnamespace trelundo {\n\nnamespace {\n\n")
 set(entries "")
 set(number 0)
 foreach(file IN LISTS files)

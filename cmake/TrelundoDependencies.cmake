@@ -20,7 +20,7 @@ endif()
 set(CMAKE_CXX_FLAGS_DEV "-O1 -g1")
 
 add_library(trelundo_options INTERFACE)
-target_include_directories(trelundo_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/trelundo ${PROJECT_SOURCE_DIR}/trelundo/kit)
+target_include_directories(trelundo_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_features(trelundo_options INTERFACE cxx_std_20)
 if(PROJECT_IS_TOP_LEVEL)
     add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)

@@ -1,4 +1,4 @@
-#include "platform/uikit/layout/Solver.h"
+#include "trelundo/platform/uikit/layout/Solver.h"
 
 #include <cmath>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <cstddef>
 #include <cstdint>

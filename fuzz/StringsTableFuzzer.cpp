@@ -1,4 +1,4 @@
-#include "platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/StringsTable.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The smallest host: opens a window, loads two plans from a catalogue, and sells one of them.
 // usage: minimal_host CATALOGUE.storekit PRODUCT...
-#include "platform/storekit/sandbox/SandboxStore.h"
-#include "platform/window/WindowShell.h"
-#include "screens/subscription/PremiumViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/window/WindowShell.h"
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
-#include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "screens/base/BaseViewController.h"
-#include "screens/subscription/PremiumViewController.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
+#include "trelundo/platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
-#include "screens/notice/BillingViewController.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/screens/notice/BillingViewController.h"
 
 namespace trelundo::test {
 namespace {

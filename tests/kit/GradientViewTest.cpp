@@ -1,5 +1,5 @@
-#include "controls/GradientView.h"
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/kit/controls/GradientView.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 #include <gtest/gtest.h>
 

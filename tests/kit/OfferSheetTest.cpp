@@ -1,6 +1,6 @@
-#include "screens/offer/OfferViewController.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/screens/offer/OfferViewController.h"
 
 namespace trelundo::test {
 namespace {

@@ -1,12 +1,12 @@
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/text/AttributedText.h"
-#include "screens/subscription/PremiumV3ViewController.h"
-#include "screens/subscription/PremiumV4ViewController.h"
-#include "screens/subscription/PremiumV5ViewController.h"
-#include "screens/subscription/PremiumV6ViewController.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
 
 namespace trelundo::test {
 namespace {

@@ -1,6 +1,6 @@
-#include "controls/PremiumButton.h"
-#include "plans/PlanTerms.h"
+#include "trelundo/kit/controls/PremiumButton.h"
 #include "tests/support/Products.h"
+#include "trelundo/kit/plans/PlanTerms.h"
 
 #include <gtest/gtest.h>
 

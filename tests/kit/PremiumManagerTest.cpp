@@ -1,4 +1,4 @@
-#include "store/PremiumManager.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "tests/support/FakeStore.h"
 #include "tests/support/Products.h"
 

@@ -1,6 +1,6 @@
-#include "controls/PremiumV2Button.h"
-#include "platform/uikit/text/AttributedText.h"
+#include "trelundo/kit/controls/PremiumV2Button.h"
 #include "tests/support/Products.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
 
 #include <gtest/gtest.h>
 

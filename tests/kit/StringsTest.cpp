@@ -1,5 +1,5 @@
-#include "common/Texts.h"
-#include "platform/foundation/StringsTable.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/StringsTable.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
-#include "platform/uikit/text/AttributedText.h"
-#include "screens/offer/OfferV2ViewController.h"
-#include "screens/offer/OfferV3ViewController.h"
-#include "screens/offer/OfferV4ViewController.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/screens/offer/OfferV2ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV3ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV4ViewController.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
 
 namespace trelundo::test {
 namespace {

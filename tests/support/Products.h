@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/storekit/SKProduct.h"
-#include "store/Products.h"
+#include "trelundo/kit/store/Products.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 #include <string>
 #include <vector>

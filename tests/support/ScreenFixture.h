@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/window/OffscreenShell.h"
-#include "store/PremiumManager.h"
 #include "tests/support/FakeStore.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
 #include "tools/paywall/Commands.h"
 
-#include "platform/foundation/Clock.h"
-#include "platform/window/WindowShell.h"
 #include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Languages.h"
@@ -11,6 +9,8 @@
 #include "tools/paywall/Screens.h"
 #include "tools/paywall/Script.h"
 #include "tools/paywall/StoreAccess.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/window/WindowShell.h"
 
 #include <cstdio>
 #include <filesystem>

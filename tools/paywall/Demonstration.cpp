@@ -1,9 +1,9 @@
 #include "tools/paywall/Demonstration.h"
 
-#include "common/Texts.h"
-#include "platform/foundation/Locale.h"
-#include "platform/uikit/controllers/UIApplication.h"
 #include "tools/paywall/Failure.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <algorithm>
 #include <array>

@@ -1,14 +1,14 @@
 #include "tools/paywall/Describe.h"
 
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/uikit/collection/UICollectionView.h"
-#include "platform/uikit/controls/UIActivityIndicatorView.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/text/UILabel.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "platform/uikit/views/UIVisualEffectView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
+#include "trelundo/platform/uikit/views/UIVisualEffectView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <array>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/controllers/UIViewController.h"
 #include "tools/paywall/Json.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 namespace trelundo::paywall {
 

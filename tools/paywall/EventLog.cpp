@@ -1,7 +1,7 @@
 #include "tools/paywall/EventLog.h"
 
-#include "platform/foundation/Clock.h"
 #include "tools/paywall/Failure.h"
+#include "trelundo/platform/foundation/Clock.h"
 
 #include <algorithm>
 #include <cerrno>

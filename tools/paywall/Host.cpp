@@ -1,7 +1,7 @@
 #include "tools/paywall/Host.h"
 
-#include "store/PremiumManager.h"
 #include "tools/paywall/Names.h"
+#include "trelundo/kit/store/PremiumManager.h"
 
 namespace trelundo::paywall {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "screens/base/BaseViewControllerDelegate.h"
-#include "screens/notice/BillingViewControllerDelegate.h"
-#include "store/PremiumManagerDelegate.h"
 #include "tools/paywall/EventLog.h"
 #include "tools/paywall/Options.h"
+#include "trelundo/kit/screens/base/BaseViewControllerDelegate.h"
+#include "trelundo/kit/screens/notice/BillingViewControllerDelegate.h"
+#include "trelundo/kit/store/PremiumManagerDelegate.h"
 
 namespace trelundo::paywall {
 

@@ -1,7 +1,7 @@
 #include "tools/paywall/Languages.h"
 
-#include "common/Texts.h"
-#include "platform/foundation/Locale.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/Locale.h"
 
 #include <algorithm>
 #include <unicode/uloc.h>

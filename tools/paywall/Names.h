@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/storekit/SKPaymentTransaction.h"
-#include "platform/storekit/SKProduct.h"
-#include "platform/uikit/views/UITraitCollection.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/storekit/SKPaymentTransaction.h"
+#include "trelundo/platform/storekit/SKProduct.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
 
 #include <string_view>
 

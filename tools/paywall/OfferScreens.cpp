@@ -1,12 +1,12 @@
 #include "tools/paywall/OfferScreens.h"
 
-#include "platform/uikit/views/UIImage.h"
-#include "screens/notice/BillingViewController.h"
-#include "screens/offer/OfferV2ViewController.h"
-#include "screens/offer/OfferV3ViewController.h"
-#include "screens/offer/OfferV4ViewController.h"
-#include "screens/offer/OfferViewController.h"
 #include "tools/paywall/ScreenProperties.h"
+#include "trelundo/kit/screens/notice/BillingViewController.h"
+#include "trelundo/kit/screens/offer/OfferV2ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV3ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV4ViewController.h"
+#include "trelundo/kit/screens/offer/OfferViewController.h"
+#include "trelundo/platform/uikit/views/UIImage.h"
 
 namespace trelundo::paywall {
 

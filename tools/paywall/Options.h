@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 
 #include <map>
 #include <optional>

@@ -1,12 +1,12 @@
 #include "tools/paywall/Player.h"
 
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/text/UILabel.h"
 #include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/PlayerSteps.h"
 #include "tools/paywall/PropertyValues.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/window/OffscreenShell.h"
 #include "tools/paywall/Script.h"
 #include "tools/paywall/Stage.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 #include <map>
 #include <string>

@@ -1,12 +1,12 @@
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/storekit/SKPaymentQueue.h"
-#include "store/PremiumManager.h"
 #include "tools/paywall/Commands.h"
 #include "tools/paywall/Demonstration.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Json.h"
 #include "tools/paywall/Names.h"
 #include "tools/paywall/StoreAccess.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include <algorithm>
 #include <array>

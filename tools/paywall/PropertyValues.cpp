@@ -1,7 +1,7 @@
 #include "tools/paywall/PropertyValues.h"
 
-#include "platform/foundation/Strings.h"
 #include "tools/paywall/Failure.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 #include <charconv>
 #include <fmt/format.h>

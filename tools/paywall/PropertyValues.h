@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/views/UIColor.h"
-#include "screens/base/FeatureCarousel.h"
+#include "trelundo/kit/screens/base/FeatureCarousel.h"
+#include "trelundo/platform/uikit/views/UIColor.h"
 
 #include <string>
 #include <vector>

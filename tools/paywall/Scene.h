@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/window/OffscreenShell.h"
 #include "tools/paywall/Stage.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 namespace trelundo::paywall {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "screens/base/BaseViewController.h"
 #include "tools/paywall/PropertyValues.h"
 #include "tools/paywall/Screens.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
 
 #include <map>
 #include <optional>

@@ -1,15 +1,15 @@
 #include "tools/paywall/Screens.h"
 
-#include "platform/foundation/Strings.h"
-#include "screens/subscription/PremiumV3ViewController.h"
-#include "screens/subscription/PremiumV4ViewController.h"
-#include "screens/subscription/PremiumV5ViewController.h"
-#include "screens/subscription/PremiumV6ViewController.h"
-#include "screens/subscription/PremiumViewController.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/OfferScreens.h"
 #include "tools/paywall/ScreenProperties.h"
 #include "tools/paywall/StoreAccess.h"
+#include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 #include <algorithm>
 #include <fmt/format.h>

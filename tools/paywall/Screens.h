@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/controllers/UIViewController.h"
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 #include <functional>
 #include <map>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/foundation/NotificationCenter.h"
-#include "platform/storekit/sandbox/SandboxStore.h"
-#include "platform/uikit/views/UIWindow.h"
-#include "screens/base/BaseViewController.h"
 #include "tools/paywall/EventLog.h"
 #include "tools/paywall/Host.h"
 #include "tools/paywall/Options.h"
 #include "tools/paywall/Screens.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <memory>
 

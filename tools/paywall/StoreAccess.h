@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/storekit/SKPayment.h"
-#include "platform/storekit/sandbox/SandboxStore.h"
 #include "tools/paywall/Options.h"
+#include "trelundo/platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <memory>
 #include <string>

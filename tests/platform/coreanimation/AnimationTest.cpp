@@ -1,7 +1,7 @@
 #include "LayerFixture.h"
 
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/coreanimation/LayerAnimation.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 #include "LayerFixture.h"
 
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/coreanimation/Compositor.h"
-#include "platform/coreanimation/PixelRect.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/PixelRect.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <cstring>
 #include <functional>

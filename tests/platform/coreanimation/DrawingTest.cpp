@@ -1,8 +1,8 @@
 #include "LayerFixture.h"
 
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/coreanimation/Compositor.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 namespace trelundo {
 

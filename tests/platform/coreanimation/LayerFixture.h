@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/coreanimation/CALayer.h"
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include <gtest/gtest.h>
 

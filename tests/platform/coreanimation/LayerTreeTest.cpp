@@ -1,7 +1,7 @@
 #include "LayerFixture.h"
 
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/foundation/Log.h"
 
 namespace trelundo {
 

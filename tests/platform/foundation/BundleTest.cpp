@@ -1,4 +1,4 @@
-#include "platform/foundation/Bundle.h"
+#include "trelundo/platform/foundation/Bundle.h"
 
 #include "tests/platform/foundation/ScopedState.h"
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/Decimal.h"
+#include "trelundo/platform/foundation/Decimal.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

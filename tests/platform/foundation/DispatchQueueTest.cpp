@@ -1,4 +1,4 @@
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include "tests/platform/foundation/ScopedState.h"
 

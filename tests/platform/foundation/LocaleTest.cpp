@@ -1,7 +1,7 @@
-#include "platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Locale.h"
 
-#include "platform/foundation/LanguageTags.h"
 #include "tests/platform/foundation/ScopedState.h"
+#include "trelundo/platform/foundation/LanguageTags.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/foundation/NumberFormatter.h"
+#include "trelundo/platform/foundation/NumberFormatter.h"
 
 #include "tests/platform/foundation/ScopedState.h"
 

@@ -1,7 +1,7 @@
-#include "platform/foundation/FatalError.h"
-#include "platform/foundation/NSAttributedString.h"
-#include "platform/foundation/NSError.h"
-#include "platform/foundation/Weak.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/NSAttributedString.h"
+#include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/Weak.h"
 
 #include <array>
 #include <cmath>

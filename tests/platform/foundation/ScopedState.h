@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/Locale.h"
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Log.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,7 +1,7 @@
-#include "platform/foundation/Strings.h"
+#include "trelundo/platform/foundation/Strings.h"
 
-#include "platform/foundation/Utf8.h"
 #include "tests/platform/foundation/ScopedState.h"
+#include "trelundo/platform/foundation/Utf8.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,5 +1,5 @@
-#include "platform/graphics/CGColor.h"
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "Drawing.h"
 
-#include "platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
 
 #include <gtest/gtest.h>
 

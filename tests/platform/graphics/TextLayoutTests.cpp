@@ -1,6 +1,6 @@
-#include "platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
 
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <gtest/gtest.h>
 

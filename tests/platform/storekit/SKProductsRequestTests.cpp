@@ -1,6 +1,6 @@
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/SKProductsRequest.h"
+#include "trelundo/platform/storekit/SKProductsRequest.h"
 
 #include <thread>
 

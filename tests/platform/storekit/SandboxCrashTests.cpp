@@ -1,6 +1,6 @@
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <algorithm>
 #include <csignal>

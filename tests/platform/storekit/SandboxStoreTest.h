@@ -2,7 +2,7 @@
 
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "StoreTestSupport.h"
 
-#include "platform/storekit/sandbox/StoreConfiguration.h"
 #include "tests/support/SourceFolder.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <clocale>
 #include <fstream>

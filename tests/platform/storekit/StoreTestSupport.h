@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/storekit/SKError.h"
-#include "platform/storekit/SKPaymentQueue.h"
-#include "platform/storekit/StoreBackend.h"
 #include "tests/platform/foundation/ScopedState.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
+#include "trelundo/platform/storekit/StoreBackend.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

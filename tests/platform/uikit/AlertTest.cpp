@@ -1,7 +1,7 @@
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/controllers/PresentationListener.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/controllers/PresentationListener.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 #include "DeviceFixture.h"
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
 #include "tests/platform/uikit/DeviceFixture.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/uikit/views/UIColor.h"
+#include "trelundo/platform/uikit/views/UIColor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/controls/UIControl.h"
 #include "tests/platform/uikit/DeviceFixture.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
 
 #include <functional>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/foundation/Log.h"
-#include "platform/graphics/Surface.h"
-#include "platform/uikit/accessibility/TextChanges.h"
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/uikit/accessibility/TextChanges.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/text/UIFontDescriptor.h"
+#include "trelundo/platform/uikit/text/UIFontDescriptor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "platform/foundation/Bundle.h"
-#include "platform/uikit/views/UIImageView.h"
 #include "tests/platform/uikit/DeviceFixture.h"
+#include "trelundo/platform/foundation/Bundle.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/uikit/controls/UIActivityIndicatorView.h"
 #include "tests/platform/uikit/DeviceFixture.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
 
 namespace trelundo {
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/text/UILabel.h"
 #include "tests/platform/uikit/DeviceFixture.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/controllers/PresentationListener.h"
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/controllers/PresentationListener.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 #include "DeviceFixture.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/collection/UICollectionView.h"
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #include "tests/platform/uikit/ScrollStage.h"
 
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
 
 #include "DeviceFixture.h"
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 #include "DeviceFixture.h"
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include "DeviceFixture.h"
 

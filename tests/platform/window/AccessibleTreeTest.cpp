@@ -1,8 +1,8 @@
-#include "platform/window/AccessibleTree.h"
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/window/AccessibleTree.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 #include <QWindow>
 

@@ -1,8 +1,8 @@
-#include "platform/window/DesktopDisplay.h"
-#include "platform/window/OffscreenShell.h"
-#include "platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/OffscreenShell.h"
+#include "trelundo/platform/window/WheelScrolling.h"
 
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 #include <gtest/gtest.h>
 

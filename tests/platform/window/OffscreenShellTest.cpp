@@ -1,9 +1,9 @@
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/graphics/Surface.h"
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 #include <gmock/gmock.h>
 

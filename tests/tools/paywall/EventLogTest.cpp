@@ -1,7 +1,7 @@
 #include "tools/paywall/EventLog.h"
 
-#include "platform/foundation/Clock.h"
 #include "tests/tools/paywall/Program.h"
+#include "trelundo/platform/foundation/Clock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/GraphicsSystem.h"
-#include "platform/graphics/Picture.h"
-#include "platform/graphics/Surface.h"
 #include "tests/tools/paywall/Browser.h"
 #include "tools/paywall/Json.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/Picture.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 #include "tools/paywall/gallery/GalleryDrawing.h"
 
-#include "platform/graphics/PngWriter.h"
-#include "platform/graphics/Surface.h"
 #include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/Scene.h"
+#include "trelundo/platform/graphics/PngWriter.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <array>
 #include <cmath>

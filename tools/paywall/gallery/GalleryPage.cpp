@@ -1,7 +1,7 @@
 #include "tools/paywall/gallery/GalleryPage.h"
 
-#include "platform/foundation/Bundle.h"
 #include "tools/paywall/Names.h"
+#include "trelundo/platform/foundation/Bundle.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/storekit/sandbox/StoreConfiguration.h"
 #include "tools/paywall/Options.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <span>
 #include <string_view>

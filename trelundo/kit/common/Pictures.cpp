@@ -1,6 +1,6 @@
-#include "common/Pictures.h"
+#include "trelundo/kit/common/Pictures.h"
 
-#include "common/Texts.h"
+#include "trelundo/kit/common/Texts.h"
 
 namespace trelundo {
 

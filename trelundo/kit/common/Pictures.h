@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/Bundle.h"
-#include "platform/uikit/views/UIImage.h"
+#include "trelundo/platform/foundation/Bundle.h"
+#include "trelundo/platform/uikit/views/UIImage.h"
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "common/Texts.h"
+#include "trelundo/kit/common/Texts.h"
 
 namespace trelundo {
 

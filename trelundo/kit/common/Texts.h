@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Bundle.h"
+#include "trelundo/platform/foundation/Bundle.h"
 
 #include <string>
 #include <string_view>

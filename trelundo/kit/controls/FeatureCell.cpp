@@ -1,7 +1,7 @@
-#include "controls/FeatureCell.h"
+#include "trelundo/kit/controls/FeatureCell.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/foundation/Strings.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/foundation/Lazy.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/collection/UICollectionViewCell.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/text/UILabel.h"
-#include "platform/uikit/views/UIImageView.h"
+#include "trelundo/platform/foundation/Lazy.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewCell.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 namespace trelundo {
 

@@ -1,4 +1,4 @@
-#include "controls/GradientView.h"
+#include "trelundo/kit/controls/GradientView.h"
 
 namespace trelundo {
 

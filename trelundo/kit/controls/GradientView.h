@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

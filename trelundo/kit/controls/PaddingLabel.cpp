@@ -1,4 +1,4 @@
-#include "controls/PaddingLabel.h"
+#include "trelundo/kit/controls/PaddingLabel.h"
 
 namespace trelundo {
 

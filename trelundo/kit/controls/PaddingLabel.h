@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/text/UILabel.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 namespace trelundo {
 

@@ -1,11 +1,11 @@
-#include "controls/PremiumButton.h"
+#include "trelundo/kit/controls/PremiumButton.h"
 
-#include "common/Pictures.h"
-#include "common/Texts.h"
-#include "controls/TotalBlock.h"
-#include "plans/PlanTerms.h"
-#include "plans/PriceTexts.h"
-#include "platform/foundation/Strings.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/controls/TotalBlock.h"
+#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

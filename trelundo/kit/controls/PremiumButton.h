@@ -1,10 +1,10 @@
 #pragma once
 
-#include "controls/PremiumButtonDelegate.h"
-#include "plans/PlanName.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/controls/PremiumButtonDelegate.h"
+#include "trelundo/kit/plans/PlanName.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 

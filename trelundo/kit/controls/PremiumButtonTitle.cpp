@@ -1,10 +1,10 @@
-#include "common/Texts.h"
-#include "controls/PremiumButton.h"
-#include "plans/DiscountTexts.h"
-#include "plans/PlanTerms.h"
-#include "plans/PriceTexts.h"
-#include "platform/foundation/Lazy.h"
-#include "platform/foundation/Strings.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/controls/PremiumButton.h"
+#include "trelundo/kit/plans/DiscountTexts.h"
+#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/platform/foundation/Lazy.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

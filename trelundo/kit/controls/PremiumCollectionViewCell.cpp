@@ -1,4 +1,4 @@
-#include "controls/PremiumCollectionViewCell.h"
+#include "trelundo/kit/controls/PremiumCollectionViewCell.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/FeatureCell.h"
+#include "trelundo/kit/controls/FeatureCell.h"
 
 namespace trelundo {
 

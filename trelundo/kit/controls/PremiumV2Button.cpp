@@ -1,7 +1,7 @@
-#include "controls/PremiumV2Button.h"
+#include "trelundo/kit/controls/PremiumV2Button.h"
 
-#include "common/Pictures.h"
-#include "common/Texts.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/common/Texts.h"
 
 #include <array>
 

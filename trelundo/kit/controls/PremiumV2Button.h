@@ -1,10 +1,10 @@
 #pragma once
 
-#include "controls/PremiumV2ButtonDelegate.h"
-#include "plans/PlanTexts.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/controls/PremiumV2ButtonDelegate.h"
+#include "trelundo/kit/plans/PlanTexts.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 

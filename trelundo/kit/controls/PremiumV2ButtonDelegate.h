@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/NSAttributedString.h"
+#include "trelundo/platform/foundation/NSAttributedString.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "common/Texts.h"
-#include "controls/PremiumV2Button.h"
-#include "controls/TotalBlock.h"
-#include "platform/foundation/Lazy.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/controls/PremiumV2Button.h"
+#include "trelundo/kit/controls/TotalBlock.h"
+#include "trelundo/platform/foundation/Lazy.h"
 
 #include <algorithm>
 #include <array>

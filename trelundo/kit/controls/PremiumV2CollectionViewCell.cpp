@@ -1,4 +1,4 @@
-#include "controls/PremiumV2CollectionViewCell.h"
+#include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 
 namespace trelundo {
 

@@ -1,4 +1,4 @@
-#include "controls/TotalBlock.h"
+#include "trelundo/kit/controls/TotalBlock.h"
 
 #include <algorithm>
 

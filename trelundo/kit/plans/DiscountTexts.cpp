@@ -1,10 +1,10 @@
-#include "plans/DiscountTexts.h"
+#include "trelundo/kit/plans/DiscountTexts.h"
 
-#include "common/Texts.h"
-#include "plans/PlanName.h"
-#include "plans/PriceTexts.h"
-#include "platform/foundation/Strings.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/PlanName.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
-#include "plans/PlanName.h"
+#include "trelundo/kit/plans/PlanName.h"
 
-#include "common/Texts.h"
-#include "platform/foundation/Strings.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

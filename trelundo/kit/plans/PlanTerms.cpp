@@ -1,6 +1,6 @@
-#include "plans/PlanTerms.h"
+#include "trelundo/kit/plans/PlanTerms.h"
 
-#include "platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/FatalError.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/storekit/SKPayment.h"
-#include "platform/storekit/SKProduct.h"
-#include "store/Products.h"
+#include "trelundo/kit/store/Products.h"
+#include "trelundo/platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 #include <cstdint>
 #include <initializer_list>

@@ -1,7 +1,7 @@
-#include "plans/PriceTexts.h"
+#include "trelundo/kit/plans/PriceTexts.h"
 
-#include "common/Texts.h"
-#include "platform/foundation/Strings.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
-#include "store/PremiumManager.h"
+#include "trelundo/kit/store/PremiumManager.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/storekit/SKError.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/storekit/SKError.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/NumberFormatter.h"
-#include "platform/storekit/SKProductsRequest.h"
-#include "store/PremiumManagerDelegate.h"
+#include "trelundo/kit/store/PremiumManagerDelegate.h"
+#include "trelundo/platform/foundation/NumberFormatter.h"
+#include "trelundo/platform/storekit/SKProductsRequest.h"
 
 #include <functional>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/storekit/SKPaymentQueue.h"
-#include "store/EventParameters.h"
-#include "store/Products.h"
+#include "trelundo/kit/store/EventParameters.h"
+#include "trelundo/kit/store/Products.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
-#include "common/Texts.h"
-#include "platform/foundation/FatalError.h"
-#include "platform/foundation/Strings.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/storekit/SKProduct.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
 
 #include <map>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
 
-#include "platform/coreanimation/LayerShape.h"
+#include "trelundo/platform/coreanimation/LayerShape.h"
 
 #include <algorithm>
 

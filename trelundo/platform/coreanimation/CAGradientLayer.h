@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/coreanimation/CALayer.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
 
 namespace trelundo {
 

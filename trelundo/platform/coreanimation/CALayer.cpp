@@ -1,9 +1,9 @@
-#include "platform/coreanimation/CALayer.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
 
-#include "platform/coreanimation/LayerAnimation.h"
-#include "platform/coreanimation/LayerShape.h"
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/LayerShape.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Log.h"
 
 #include <algorithm>
 #include <cmath>

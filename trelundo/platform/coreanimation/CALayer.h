@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/foundation/Weak.h"
-#include "platform/graphics/CGColor.h"
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/graphics/Picture.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/Picture.h"
 
 #include <cstdint>
 #include <memory>

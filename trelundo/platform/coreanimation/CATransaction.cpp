@@ -1,9 +1,9 @@
-#include "platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
 
-#include "platform/coreanimation/LayerAnimation.h"
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/Log.h"
 
 #include <algorithm>
 #include <cmath>

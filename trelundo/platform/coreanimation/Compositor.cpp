@@ -1,9 +1,9 @@
-#include "platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
 
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/coreanimation/Flattener.h"
-#include "platform/coreanimation/ListPainter.h"
-#include "platform/foundation/Clock.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/Flattener.h"
+#include "trelundo/platform/coreanimation/ListPainter.h"
+#include "trelundo/platform/foundation/Clock.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/Ref.h"
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/foundation/Ref.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <memory>
 #include <vector>

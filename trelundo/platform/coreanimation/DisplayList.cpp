@@ -1,6 +1,6 @@
-#include "platform/coreanimation/DisplayList.h"
+#include "trelundo/platform/coreanimation/DisplayList.h"
 
-#include "platform/coreanimation/LayerPicture.h"
+#include "trelundo/platform/coreanimation/LayerPicture.h"
 
 #include <bit>
 #include <unordered_map>

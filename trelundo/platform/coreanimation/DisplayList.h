@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/coreanimation/PixelRect.h"
-#include "platform/graphics/CGColor.h"
+#include "trelundo/platform/coreanimation/PixelRect.h"
+#include "trelundo/platform/graphics/CGColor.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "platform/coreanimation/Flattener.h"
+#include "trelundo/platform/coreanimation/Flattener.h"
 
-#include "platform/coreanimation/LayerShape.h"
+#include "trelundo/platform/coreanimation/LayerShape.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/coreanimation/PictureStore.h"
+#include "trelundo/platform/coreanimation/PictureStore.h"
 
 namespace trelundo {
 

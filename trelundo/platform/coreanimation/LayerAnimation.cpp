@@ -1,4 +1,4 @@
-#include "platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/LayerAnimation.h"
 
 #include <limits>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/coreanimation/CALayer.h"
-#include "platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
 
 #include <functional>
 #include <memory>

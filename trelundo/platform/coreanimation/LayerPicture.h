@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/coreanimation/CALayer.h"
-#include "platform/coreanimation/DisplayList.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
+#include "trelundo/platform/coreanimation/DisplayList.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
-#include "platform/coreanimation/ListPainter.h"
+#include "trelundo/platform/coreanimation/ListPainter.h"
 
-#include "platform/coreanimation/LayerPicture.h"
+#include "trelundo/platform/coreanimation/LayerPicture.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/coreanimation/DisplayList.h"
-#include "platform/graphics/Canvas.h"
+#include "trelundo/platform/coreanimation/DisplayList.h"
+#include "trelundo/platform/graphics/Canvas.h"
 
 namespace trelundo {
 

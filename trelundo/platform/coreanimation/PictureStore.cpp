@@ -1,4 +1,4 @@
-#include "platform/coreanimation/PictureStore.h"
+#include "trelundo/platform/coreanimation/PictureStore.h"
 
 #include <unordered_map>
 

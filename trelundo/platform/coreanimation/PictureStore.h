@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/coreanimation/LayerPicture.h"
+#include "trelundo/platform/coreanimation/LayerPicture.h"
 
 #include <memory>
 #include <unordered_map>

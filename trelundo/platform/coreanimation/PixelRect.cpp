@@ -1,4 +1,4 @@
-#include "platform/coreanimation/PixelRect.h"
+#include "trelundo/platform/coreanimation/PixelRect.h"
 
 #include <limits>
 

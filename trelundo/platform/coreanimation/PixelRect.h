@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
-#include "platform/foundation/Bundle.h"
+#include "trelundo/platform/foundation/Bundle.h"
 
-#include "platform/foundation/LanguageTags.h"
-#include "platform/foundation/Locale.h"
-#include "platform/foundation/Log.h"
-#include "platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/StringsTable.h"
 
 #include <algorithm>
 #include <filesystem>

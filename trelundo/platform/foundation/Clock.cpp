@@ -1,4 +1,4 @@
-#include "platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Clock.h"
 
 #include <chrono>
 

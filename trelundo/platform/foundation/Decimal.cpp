@@ -1,4 +1,4 @@
-#include "platform/foundation/Decimal.h"
+#include "trelundo/platform/foundation/Decimal.h"
 
 #include <algorithm>
 #include <array>

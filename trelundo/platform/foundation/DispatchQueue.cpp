@@ -1,6 +1,6 @@
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
-#include "platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Clock.h"
 
 #include <algorithm>
 #include <atomic>

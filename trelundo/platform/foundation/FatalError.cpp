@@ -1,4 +1,4 @@
-#include "platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/FatalError.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "platform/foundation/JsonText.h"
+#include "trelundo/platform/foundation/JsonText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
-#include "platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/LanguageTags.h"
 
-#include "platform/foundation/Strings.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Ref.h"
+#include "trelundo/platform/foundation/Ref.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
-#include "platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Locale.h"
 
-#include "platform/foundation/LanguageTags.h"
-#include "platform/foundation/LocaleData.h"
+#include "trelundo/platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/LocaleData.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Locale.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Log.h"
 
 #include <cstdio>
 #include <fmt/core.h>

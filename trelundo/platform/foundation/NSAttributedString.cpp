@@ -1,4 +1,4 @@
-#include "platform/foundation/NSAttributedString.h"
+#include "trelundo/platform/foundation/NSAttributedString.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/NSError.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/NSObject.h"
+#include "trelundo/platform/foundation/NSObject.h"
 
 #include <cstdlib>
 #include <cxxabi.h>

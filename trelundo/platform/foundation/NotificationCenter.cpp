@@ -1,4 +1,4 @@
-#include "platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/foundation/NotificationCenter.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Weak.h"
+#include "trelundo/platform/foundation/Weak.h"
 
 #include <any>
 #include <functional>

@@ -1,6 +1,6 @@
-#include "platform/foundation/NumberFormatter.h"
+#include "trelundo/platform/foundation/NumberFormatter.h"
 
-#include "platform/foundation/LocaleData.h"
+#include "trelundo/platform/foundation/LocaleData.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/Decimal.h"
-#include "platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Decimal.h"
+#include "trelundo/platform/foundation/Locale.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include <algorithm>
 #include <vector>

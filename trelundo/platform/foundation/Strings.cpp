@@ -1,6 +1,6 @@
-#include "platform/foundation/Strings.h"
+#include "trelundo/platform/foundation/Strings.h"
 
-#include "platform/foundation/Utf8.h"
+#include "trelundo/platform/foundation/Utf8.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "platform/foundation/Strings.h"
+#include "trelundo/platform/foundation/Strings.h"
 
 #include <algorithm>
 #include <unicode/casemap.h>

@@ -1,6 +1,6 @@
-#include "platform/foundation/StringsParser.h"
+#include "trelundo/platform/foundation/StringsParser.h"
 
-#include "platform/foundation/Utf8.h"
+#include "trelundo/platform/foundation/Utf8.h"
 
 #include <algorithm>
 #include <array>

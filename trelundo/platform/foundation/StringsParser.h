@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/StringsTable.h"
 
 #include <cstddef>
 #include <optional>

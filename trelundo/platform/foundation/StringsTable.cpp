@@ -1,6 +1,6 @@
-#include "platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/StringsTable.h"
 
-#include "platform/foundation/StringsParser.h"
+#include "trelundo/platform/foundation/StringsParser.h"
 
 namespace trelundo {
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/Utf8.h"
+#include "trelundo/platform/foundation/Utf8.h"
 
 #include <bit>
 

@@ -1,4 +1,4 @@
-#include "platform/graphics/BoxBlur.h"
+#include "trelundo/platform/graphics/BoxBlur.h"
 
 #include <algorithm>
 #include <array>

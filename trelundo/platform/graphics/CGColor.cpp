@@ -1,6 +1,6 @@
-#include "platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/CGColor.h"
 
-#include "platform/graphics/ColorBytes.h"
+#include "trelundo/platform/graphics/ColorBytes.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
-#include "platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/Canvas.h"
 
-#include "platform/graphics/CanvasState.h"
-#include "platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
 
 #include <QLinearGradient>
 

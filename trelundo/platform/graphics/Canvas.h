@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/graphics/CGColor.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/graphics/Picture.h"
+#include "trelundo/platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/Picture.h"
 
 #include <array>
 #include <memory>

@@ -1,5 +1,5 @@
-#include "platform/graphics/BoxBlur.h"
-#include "platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/BoxBlur.h"
+#include "trelundo/platform/graphics/CanvasState.h"
 
 #include <array>
 #include <cmath>

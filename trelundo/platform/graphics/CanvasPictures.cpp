@@ -1,4 +1,4 @@
-#include "platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/CanvasState.h"
 
 #include <cstring>
 

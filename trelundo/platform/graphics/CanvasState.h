@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/ColorBytes.h"
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/ColorBytes.h"
+#include "trelundo/platform/graphics/Surface.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/CGColor.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 namespace trelundo {
 

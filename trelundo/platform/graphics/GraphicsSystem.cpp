@@ -1,7 +1,7 @@
-#include "platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
 
-#include "platform/graphics/QuietMessages.h"
-#include "platform/graphics/text/TextShaper.h"
+#include "trelundo/platform/graphics/QuietMessages.h"
+#include "trelundo/platform/graphics/text/TextShaper.h"
 
 #include <QGuiApplication>
 

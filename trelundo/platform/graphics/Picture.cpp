@@ -1,11 +1,11 @@
-#include "platform/graphics/Picture.h"
+#include "trelundo/platform/graphics/Picture.h"
 
-#include "platform/graphics/ColorBytes.h"
-#include "platform/graphics/GraphicsSystem.h"
-#include "platform/graphics/PictureDecoder.h"
-#include "platform/graphics/PixelMemory.h"
-#include "platform/graphics/RenditionCache.h"
-#include "platform/graphics/WholeFills.h"
+#include "trelundo/platform/graphics/ColorBytes.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/PictureDecoder.h"
+#include "trelundo/platform/graphics/PixelMemory.h"
+#include "trelundo/platform/graphics/RenditionCache.h"
+#include "trelundo/platform/graphics/WholeFills.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

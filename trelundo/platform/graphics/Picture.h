@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/Ref.h"
-#include "platform/graphics/CGColor.h"
-#include "platform/graphics/Geometry.h"
+#include "trelundo/platform/foundation/Ref.h"
+#include "trelundo/platform/graphics/CGColor.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
-#include "platform/graphics/PictureDecoder.h"
+#include "trelundo/platform/graphics/PictureDecoder.h"
 
-#include "platform/graphics/Picture.h"
-#include "platform/graphics/QuietMessages.h"
+#include "trelundo/platform/graphics/Picture.h"
+#include "trelundo/platform/graphics/QuietMessages.h"
 
 #include <QBuffer>
 #include <QImageReader>

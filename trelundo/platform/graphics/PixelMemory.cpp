@@ -1,4 +1,4 @@
-#include "platform/graphics/PixelMemory.h"
+#include "trelundo/platform/graphics/PixelMemory.h"
 
 #include <cstdlib>
 #include <limits>

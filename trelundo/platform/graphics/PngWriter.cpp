@@ -1,4 +1,4 @@
-#include "platform/graphics/PngWriter.h"
+#include "trelundo/platform/graphics/PngWriter.h"
 
 #include <zlib.h>
 

@@ -1,4 +1,4 @@
-#include "platform/graphics/RenditionCache.h"
+#include "trelundo/platform/graphics/RenditionCache.h"
 
 #include <algorithm>
 

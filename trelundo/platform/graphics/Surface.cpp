@@ -1,7 +1,7 @@
-#include "platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/Surface.h"
 
-#include "platform/graphics/PixelMemory.h"
-#include "platform/graphics/PngWriter.h"
+#include "trelundo/platform/graphics/PixelMemory.h"
+#include "trelundo/platform/graphics/PngWriter.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKError.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/NSError.h"
 
 namespace trelundo {
 

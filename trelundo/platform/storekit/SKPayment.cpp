@@ -1,6 +1,6 @@
-#include "platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/SKPayment.h"
 
-#include "platform/storekit/SKProduct.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 namespace trelundo {
 

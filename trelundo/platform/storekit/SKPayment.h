@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/Ref.h"
-#include "platform/storekit/Forward.h"
+#include "trelundo/platform/foundation/Ref.h"
+#include "trelundo/platform/storekit/Forward.h"
 
 #include <cstdint>
 #include <optional>

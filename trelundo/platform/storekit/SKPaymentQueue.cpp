@@ -1,9 +1,9 @@
-#include "platform/storekit/SKPaymentQueue.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/foundation/Log.h"
-#include "platform/storekit/SKError.h"
-#include "platform/storekit/SKPaymentQueueState.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKPaymentQueueState.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "platform/storekit/SKPaymentQueueState.h"
+#include "trelundo/platform/storekit/SKPaymentQueueState.h"
 
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include <algorithm>
 

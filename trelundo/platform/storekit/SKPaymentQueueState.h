@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/storekit/SKPaymentQueue.h"
-#include "platform/storekit/StoreBackend.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
+#include "trelundo/platform/storekit/StoreBackend.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/NSError.h"
-#include "platform/storekit/SKPayment.h"
+#include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/storekit/SKPayment.h"
 
 #include <optional>
 #include <string>

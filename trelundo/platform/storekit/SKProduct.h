@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/Decimal.h"
-#include "platform/foundation/Locale.h"
-#include "platform/foundation/Ref.h"
+#include "trelundo/platform/foundation/Decimal.h"
+#include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/Ref.h"
 
 #include <optional>
 #include <string>

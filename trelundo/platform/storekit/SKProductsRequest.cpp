@@ -1,9 +1,9 @@
-#include "platform/storekit/SKProductsRequest.h"
+#include "trelundo/platform/storekit/SKProductsRequest.h"
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/storekit/SKError.h"
-#include "platform/storekit/SKPaymentQueue.h"
-#include "platform/storekit/StoreBackend.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKPaymentQueue.h"
+#include "trelundo/platform/storekit/StoreBackend.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/NSError.h"
-#include "platform/foundation/Weak.h"
-#include "platform/storekit/SKProduct.h"
+#include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 #include <set>
 #include <string>

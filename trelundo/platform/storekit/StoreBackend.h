@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/foundation/NSError.h"
-#include "platform/storekit/SKPayment.h"
-#include "platform/storekit/SKPaymentTransaction.h"
-#include "platform/storekit/SKProduct.h"
+#include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/SKPaymentTransaction.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 
 #include <functional>
 #include <set>

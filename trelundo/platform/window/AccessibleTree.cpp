@@ -1,7 +1,7 @@
-#include "platform/window/AccessibleTree.h"
+#include "trelundo/platform/window/AccessibleTree.h"
 
-#include "platform/foundation/Weak.h"
-#include "platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
 
 #include <QGuiApplication>
 #include <QWindow>

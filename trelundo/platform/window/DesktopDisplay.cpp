@@ -1,4 +1,4 @@
-#include "platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/DesktopDisplay.h"
 
 #include <algorithm>
 #include <cmath>

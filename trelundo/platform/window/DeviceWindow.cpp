@@ -1,10 +1,10 @@
-#include "platform/window/DeviceWindow.h"
+#include "trelundo/platform/window/DeviceWindow.h"
 
-#include "platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/DesktopDisplay.h"
 
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <QGuiApplication>
 #include <QPaintEvent>

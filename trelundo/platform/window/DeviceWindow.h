@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/coreanimation/Compositor.h"
-#include "platform/graphics/Surface.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindow.h"
-#include "platform/window/AccessibleTree.h"
-#include "platform/window/WindowPlacement.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/window/AccessibleTree.h"
+#include "trelundo/platform/window/WindowPlacement.h"
 
 #include <QRasterWindow>
 #include <QTimer>

@@ -1,6 +1,6 @@
-#include "platform/window/DeviceWindow.h"
+#include "trelundo/platform/window/DeviceWindow.h"
 
-#include "platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/WheelScrolling.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

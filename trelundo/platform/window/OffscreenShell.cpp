@@ -1,11 +1,11 @@
-#include "platform/window/OffscreenShell.h"
+#include "trelundo/platform/window/OffscreenShell.h"
 
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/coreanimation/Compositor.h"
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/graphics/GraphicsSystem.h"
-#include "platform/graphics/Surface.h"
-#include "platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <algorithm>
 #include <cmath>

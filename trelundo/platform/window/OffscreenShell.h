@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/Clock.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <memory>
 #include <string>

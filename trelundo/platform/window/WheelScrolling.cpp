@@ -1,6 +1,6 @@
-#include "platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/WheelScrolling.h"
 
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

@@ -1,11 +1,11 @@
-#include "platform/window/WindowShell.h"
+#include "trelundo/platform/window/WindowShell.h"
 
-#include "platform/window/DesktopDisplay.h"
-#include "platform/window/DeviceWindow.h"
+#include "trelundo/platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/DeviceWindow.h"
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/graphics/GraphicsSystem.h"
-#include "platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <QGuiApplication>
 #include <QScreen>

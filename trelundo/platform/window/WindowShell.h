@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindow.h"
-#include "platform/window/WindowPlacement.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/window/WindowPlacement.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "tests/platform/uikit/layout/LayoutStage.h"
 
-#include "platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
 
 namespace trelundo {
 namespace {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/foundation/Log.h"
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/layout/LayoutEngine.h"
 #include "tests/platform/uikit/layout/LayoutStage.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
 
 #include <random>
 

@@ -1,10 +1,10 @@
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 
 #include <utility>
 

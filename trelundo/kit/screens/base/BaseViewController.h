@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/foundation/Lazy.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/UIActivityIndicatorView.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "screens/base/BaseViewControllerDelegate.h"
-#include "store/PremiumManager.h"
+#include "trelundo/kit/screens/base/BaseViewControllerDelegate.h"
+#include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/Lazy.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 

@@ -1,9 +1,9 @@
-#include "common/Texts.h"
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/Strings.h"
-#include "platform/storekit/SKError.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/Strings.h"
+#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 namespace trelundo {
 

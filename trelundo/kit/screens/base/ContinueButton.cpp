@@ -1,8 +1,8 @@
-#include "screens/base/ContinueButton.h"
+#include "trelundo/kit/screens/base/ContinueButton.h"
 
-#include "common/Texts.h"
-#include "platform/foundation/Strings.h"
-#include "platform/uikit/text/AttributedText.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/Strings.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
-#include "screens/base/FeatureCarousel.h"
+#include "trelundo/kit/screens/base/FeatureCarousel.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

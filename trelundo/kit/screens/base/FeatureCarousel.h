@@ -1,7 +1,7 @@
 #pragma once
 
-#include "controls/FeatureCell.h"
-#include "platform/uikit/collection/UICollectionView.h"
+#include "trelundo/kit/controls/FeatureCell.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include <string>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/LinksRow.h"
 
-#include "common/Texts.h"
+#include "trelundo/kit/common/Texts.h"
 
 namespace trelundo {
 

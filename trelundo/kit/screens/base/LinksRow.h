@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
 
-#include "common/Texts.h"
-#include "platform/uikit/controls/UIButton.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 

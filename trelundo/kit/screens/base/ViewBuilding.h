@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/text/UILabel.h"
-#include "platform/uikit/views/UIImageView.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 #include <string>
 #include <string_view>

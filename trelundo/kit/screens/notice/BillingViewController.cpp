@@ -1,12 +1,12 @@
-#include "screens/notice/BillingViewController.h"
+#include "trelundo/kit/screens/notice/BillingViewController.h"
 
-#include "common/Pictures.h"
-#include "common/Texts.h"
-#include "platform/foundation/Strings.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "screens/base/BaseViewController.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/foundation/Strings.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 namespace trelundo {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/foundation/Lazy.h"
-#include "platform/foundation/NSCoder.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "screens/notice/BillingViewControllerDelegate.h"
+#include "trelundo/kit/screens/notice/BillingViewControllerDelegate.h"
+#include "trelundo/platform/foundation/Lazy.h"
+#include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
-#include "screens/offer/DiscountOfferViewController.h"
+#include "trelundo/kit/screens/offer/DiscountOfferViewController.h"
 
-#include "plans/PlanTerms.h"
-#include "screens/base/LinksRow.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/kit/screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
 
 namespace trelundo {
 

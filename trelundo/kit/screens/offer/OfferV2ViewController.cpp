@@ -1,4 +1,4 @@
-#include "screens/offer/OfferV2ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV2ViewController.h"
 
 namespace trelundo {
 

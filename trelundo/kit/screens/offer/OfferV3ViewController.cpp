@@ -1,9 +1,9 @@
-#include "screens/offer/OfferV3ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV3ViewController.h"
 
-#include "common/Texts.h"
-#include "plans/PriceTexts.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/offer/ThemedOfferViewController.h"
+#include "trelundo/kit/screens/offer/ThemedOfferViewController.h"
 
 namespace trelundo {
 

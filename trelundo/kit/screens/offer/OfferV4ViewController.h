@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/offer/PercentageOfferViewController.h"
+#include "trelundo/kit/screens/offer/PercentageOfferViewController.h"
 
 namespace trelundo {
 

@@ -1,10 +1,10 @@
-#include "screens/offer/OfferViewController.h"
+#include "trelundo/kit/screens/offer/OfferViewController.h"
 
-#include "common/Texts.h"
-#include "plans/DiscountTexts.h"
-#include "platform/coreanimation/CAGradientLayer.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/DiscountTexts.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/coreanimation/CAGradientLayer.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

@@ -1,12 +1,12 @@
-#include "screens/offer/PercentageOfferViewController.h"
+#include "trelundo/kit/screens/offer/PercentageOfferViewController.h"
 
-#include "common/Texts.h"
-#include "plans/PriceTexts.h"
-#include "platform/foundation/FatalError.h"
-#include "platform/foundation/Locale.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/text/UIFontDescriptor.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/text/UIFontDescriptor.h"
 
 #include <cstdint>
 

@@ -1,9 +1,9 @@
-#include "screens/offer/ThemedOfferViewController.h"
+#include "trelundo/kit/screens/offer/ThemedOfferViewController.h"
 
-#include "common/Pictures.h"
-#include "common/Texts.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

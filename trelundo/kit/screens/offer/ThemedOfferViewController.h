@@ -1,9 +1,9 @@
 #pragma once
 
-#include "controls/PaddingLabel.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "screens/offer/DiscountOfferViewController.h"
+#include "trelundo/kit/controls/PaddingLabel.h"
+#include "trelundo/kit/screens/offer/DiscountOfferViewController.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 namespace trelundo {
 

@@ -1,11 +1,11 @@
-#include "screens/subscription/PlanPaywallViewController.h"
+#include "trelundo/kit/screens/subscription/PlanPaywallViewController.h"
 
-#include "common/Pictures.h"
-#include "common/Texts.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "screens/base/ContinueButton.h"
-#include "screens/base/LinksRow.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/screens/base/ContinueButton.h"
+#include "trelundo/kit/screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "controls/PremiumV2Button.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "screens/base/BaseViewController.h"
+#include "trelundo/kit/controls/PremiumV2Button.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 namespace trelundo {
 

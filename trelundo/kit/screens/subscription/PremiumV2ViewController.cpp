@@ -1,7 +1,7 @@
-#include "screens/subscription/PremiumV2ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
-#include "controls/PremiumV2CollectionViewCell.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
 
 namespace trelundo {
 

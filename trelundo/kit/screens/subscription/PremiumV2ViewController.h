@@ -1,7 +1,7 @@
 #pragma once
 
-#include "screens/base/FeatureCarousel.h"
-#include "screens/subscription/PlanPaywallViewController.h"
+#include "trelundo/kit/screens/base/FeatureCarousel.h"
+#include "trelundo/kit/screens/subscription/PlanPaywallViewController.h"
 
 namespace trelundo {
 

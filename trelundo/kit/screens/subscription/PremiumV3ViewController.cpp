@@ -1,6 +1,6 @@
-#include "screens/subscription/PremiumV3ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/subscription/PlanPaywallViewController.h"
+#include "trelundo/kit/screens/subscription/PlanPaywallViewController.h"
 
 namespace trelundo {
 

@@ -1,9 +1,9 @@
-#include "screens/subscription/PremiumV4ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 
-#include "common/Texts.h"
-#include "plans/PlanTerms.h"
-#include "platform/foundation/Strings.h"
-#include "platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/platform/foundation/Strings.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 namespace trelundo {
 

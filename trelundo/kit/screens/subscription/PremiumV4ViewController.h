@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/subscription/PremiumV2ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
-#include "screens/subscription/PremiumV5ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
 
-#include "common/Pictures.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 namespace trelundo {
 

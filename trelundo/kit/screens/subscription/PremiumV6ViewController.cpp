@@ -1,14 +1,14 @@
-#include "screens/subscription/PremiumV6ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 
-#include "common/Texts.h"
-#include "controls/PremiumButton.h"
-#include "controls/PremiumV2CollectionViewCell.h"
-#include "plans/PriceTexts.h"
-#include "platform/foundation/Strings.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "screens/base/LinksRow.h"
-#include "screens/base/ViewBuilding.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/controls/PremiumButton.h"
+#include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
+#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/platform/foundation/Strings.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 namespace trelundo {
 

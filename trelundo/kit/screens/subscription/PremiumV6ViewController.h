@@ -1,10 +1,10 @@
 #pragma once
 
-#include "controls/GradientView.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "screens/base/BaseViewController.h"
-#include "screens/base/FeatureCarousel.h"
+#include "trelundo/kit/controls/GradientView.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/FeatureCarousel.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
-#include "screens/subscription/PremiumViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
 
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>
 

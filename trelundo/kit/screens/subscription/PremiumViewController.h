@@ -1,11 +1,11 @@
 #pragma once
 
-#include "controls/PremiumButton.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIImageView.h"
-#include "screens/base/BaseViewController.h"
-#include "screens/base/FeatureCarousel.h"
+#include "trelundo/kit/controls/PremiumButton.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/base/FeatureCarousel.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 #include <map>
 

@@ -1,5 +1,5 @@
-#include "common/Texts.h"
-#include "screens/subscription/PremiumViewController.h"
+#include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
 
 #include <array>
 

@@ -1,10 +1,10 @@
-#include "common/Pictures.h"
-#include "controls/PremiumCollectionViewCell.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "screens/base/ContinueButton.h"
-#include "screens/base/LinksRow.h"
-#include "screens/base/ViewBuilding.h"
-#include "screens/subscription/PremiumViewController.h"
+#include "trelundo/kit/common/Pictures.h"
+#include "trelundo/kit/controls/PremiumCollectionViewCell.h"
+#include "trelundo/kit/screens/base/ContinueButton.h"
+#include "trelundo/kit/screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/subscription/PremiumViewController.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

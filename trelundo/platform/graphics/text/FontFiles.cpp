@@ -1,4 +1,4 @@
-#include "platform/graphics/text/FontFiles.h"
+#include "trelundo/platform/graphics/text/FontFiles.h"
 
 #include <fontconfig/fontconfig.h>
 

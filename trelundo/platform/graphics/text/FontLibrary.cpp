@@ -1,7 +1,7 @@
-#include "platform/graphics/text/FontLibrary.h"
+#include "trelundo/platform/graphics/text/FontLibrary.h"
 
-#include "platform/foundation/Log.h"
-#include "platform/graphics/text/FontFiles.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/graphics/text/FontFiles.h"
 
 #include <QFile>
 

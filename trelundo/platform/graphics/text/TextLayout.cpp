@@ -1,9 +1,9 @@
-#include "platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
 
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/GraphicsSystem.h"
-#include "platform/graphics/text/TextLines.h"
-#include "platform/graphics/text/TextPainter.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/text/TextLines.h"
+#include "trelundo/platform/graphics/text/TextPainter.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/Geometry.h"
-#include "platform/graphics/text/TextStyle.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/text/TextStyle.h"
 
 #include <memory>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "platform/graphics/text/TextLines.h"
+#include "trelundo/platform/graphics/text/TextLines.h"
 
-#include "platform/graphics/text/TextUnicode.h"
+#include "trelundo/platform/graphics/text/TextUnicode.h"
 
 #include <QString>
 

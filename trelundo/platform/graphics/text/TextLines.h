@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/text/TextLayout.h"
-#include "platform/graphics/text/TextParagraph.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/TextParagraph.h"
 
 #include <memory>
 #include <vector>

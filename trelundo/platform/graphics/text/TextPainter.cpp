@@ -1,7 +1,7 @@
-#include "platform/graphics/text/TextPainter.h"
+#include "trelundo/platform/graphics/text/TextPainter.h"
 
-#include "platform/graphics/CanvasState.h"
-#include "platform/graphics/text/TextUnicode.h"
+#include "trelundo/platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/text/TextUnicode.h"
 
 #include <QGlyphRun>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/Canvas.h"
-#include "platform/graphics/text/TextLines.h"
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/text/TextLines.h"
 
 #include <QPointF>
 

@@ -1,6 +1,6 @@
-#include "platform/graphics/text/TextParagraph.h"
+#include "trelundo/platform/graphics/text/TextParagraph.h"
 
-#include "platform/graphics/text/TextUnicode.h"
+#include "trelundo/platform/graphics/text/TextUnicode.h"
 
 #include <unicode/uchar.h>
 

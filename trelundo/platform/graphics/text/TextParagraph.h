@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/text/TextShaper.h"
-#include "platform/graphics/text/TextStyle.h"
+#include "trelundo/platform/graphics/text/TextShaper.h"
+#include "trelundo/platform/graphics/text/TextStyle.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/graphics/text/TextShaper.h"
+#include "trelundo/platform/graphics/text/TextShaper.h"
 
 #include <QFont>
 #include <QGlyphRun>

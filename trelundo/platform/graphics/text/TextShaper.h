@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/text/FontLibrary.h"
+#include "trelundo/platform/graphics/text/FontLibrary.h"
 
 #include <cstdint>
 #include <memory>

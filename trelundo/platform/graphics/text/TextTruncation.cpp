@@ -1,4 +1,4 @@
-#include "platform/graphics/text/TextLines.h"
+#include "trelundo/platform/graphics/text/TextLines.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/graphics/text/TextUnicode.h"
+#include "trelundo/platform/graphics/text/TextUnicode.h"
 
 #include <unicode/ubidi.h>
 #include <unicode/ubrk.h>

@@ -1,4 +1,4 @@
-#include "platform/storekit/sandbox/OfferSignature.h"
+#include "trelundo/platform/storekit/sandbox/OfferSignature.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/SKPayment.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/storekit/StoreBackend.h"
+#include "trelundo/platform/storekit/StoreBackend.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,5 +1,5 @@
-#include "platform/storekit/sandbox/SandboxLedger.h"
-#include "platform/storekit/sandbox/SandboxLedgerDatabase.h"
+#include "trelundo/platform/storekit/sandbox/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/SandboxLedgerDatabase.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/Log.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/Log.h"
 
 #include <algorithm>
 #include <charconv>

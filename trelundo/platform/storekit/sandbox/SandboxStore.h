@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/foundation/Clock.h"
-#include "platform/storekit/SKError.h"
-#include "platform/storekit/StoreBackend.h"
-#include "platform/storekit/sandbox/OfferSignature.h"
-#include "platform/storekit/sandbox/SandboxLedger.h"
-#include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/StoreBackend.h"
+#include "trelundo/platform/storekit/sandbox/OfferSignature.h"
+#include "trelundo/platform/storekit/sandbox/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <deque>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <algorithm>
 

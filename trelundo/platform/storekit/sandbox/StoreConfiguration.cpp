@@ -1,6 +1,6 @@
-#include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
-#include "platform/storekit/sandbox/StoreConfigurationReader.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfigurationReader.h"
 
 #include <exception>
 #include <fstream>

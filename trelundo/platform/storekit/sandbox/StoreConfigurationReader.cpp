@@ -1,6 +1,6 @@
-#include "platform/storekit/sandbox/StoreConfigurationReader.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfigurationReader.h"
 
-#include "platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/LanguageTags.h"
 
 #include <algorithm>
 #include <array>

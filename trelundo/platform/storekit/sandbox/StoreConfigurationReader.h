@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/JsonText.h"
-#include "platform/storekit/sandbox/StoreConfiguration.h"
+#include "trelundo/platform/foundation/JsonText.h"
+#include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 namespace trelundo {
 

@@ -1,4 +1,4 @@
-#include "platform/storekit/sandbox/Storefront.h"
+#include "trelundo/platform/storekit/sandbox/Storefront.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/accessibility/ActivityChanges.h"
+#include "trelundo/platform/uikit/accessibility/ActivityChanges.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/accessibility/TextChanges.h"
+#include "trelundo/platform/uikit/accessibility/TextChanges.h"
 
 #include <utility>
 

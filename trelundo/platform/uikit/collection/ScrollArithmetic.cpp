@@ -1,4 +1,4 @@
-#include "platform/uikit/collection/ScrollArithmetic.h"
+#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
 
 #include <algorithm>
 #include <cmath>

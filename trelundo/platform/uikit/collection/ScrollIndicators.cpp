@@ -1,6 +1,6 @@
-#include "platform/uikit/collection/ScrollIndicators.h"
+#include "trelundo/platform/uikit/collection/ScrollIndicators.h"
 
-#include "platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
 
-#include "platform/foundation/Log.h"
-#include "platform/uikit/collection/UICollectionViewState.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewState.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/collection/UICollectionViewCell.h"
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewCell.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 namespace trelundo {
 

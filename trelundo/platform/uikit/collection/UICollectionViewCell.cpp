@@ -1,4 +1,4 @@
-#include "platform/uikit/collection/UICollectionViewCell.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewCell.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/FatalError.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

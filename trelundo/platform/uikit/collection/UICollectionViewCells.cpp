@@ -1,5 +1,5 @@
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/uikit/collection/UICollectionViewState.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewState.h"
 
 namespace trelundo {
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include <map>
 #include <optional>

@@ -1,8 +1,8 @@
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/uikit/collection/UIScrollViewState.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/uikit/collection/UIScrollViewState.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/collection/ScrollArithmetic.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

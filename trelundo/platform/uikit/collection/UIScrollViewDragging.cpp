@@ -1,4 +1,4 @@
-#include "platform/uikit/collection/UIScrollViewState.h"
+#include "trelundo/platform/uikit/collection/UIScrollViewState.h"
 
 #include <algorithm>
 #include <cmath>

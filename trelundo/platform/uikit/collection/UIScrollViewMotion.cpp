@@ -1,7 +1,7 @@
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/foundation/Clock.h"
-#include "platform/uikit/collection/UIScrollViewState.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/uikit/collection/UIScrollViewState.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/uikit/collection/ScrollArithmetic.h"
-#include "platform/uikit/collection/ScrollIndicators.h"
-#include "platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
+#include "trelundo/platform/uikit/collection/ScrollIndicators.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 #include <deque>
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/controllers/AlertViews.h"
+#include "trelundo/platform/uikit/controllers/AlertViews.h"
 
-#include "platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 namespace trelundo {
 

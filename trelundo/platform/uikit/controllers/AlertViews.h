@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 

@@ -1,9 +1,9 @@
-#include "platform/uikit/controllers/PresentationEngine.h"
+#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
 
-#include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/Log.h"
-#include "platform/uikit/controllers/PresentationListener.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/controllers/PresentationListener.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 #include <ranges>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 namespace trelundo {
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/controllers/PresentationEngine.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 

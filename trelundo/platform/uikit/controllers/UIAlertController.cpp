@@ -1,9 +1,9 @@
-#include "platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/uikit/controllers/AlertViews.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/uikit/controllers/AlertViews.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/foundation/Clock.h"
-#include "platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 
 namespace trelundo {
 

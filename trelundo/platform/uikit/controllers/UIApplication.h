@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <functional>
 #include <memory>

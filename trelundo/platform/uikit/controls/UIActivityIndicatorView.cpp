@@ -1,8 +1,8 @@
-#include "platform/uikit/controls/UIActivityIndicatorView.h"
+#include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
 
-#include "platform/coreanimation/CADisplayLink.h"
-#include "platform/foundation/Clock.h"
-#include "platform/uikit/accessibility/ActivityChanges.h"
+#include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/uikit/accessibility/ActivityChanges.h"
 
 #include <array>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
-#include "platform/uikit/accessibility/TextChanges.h"
-#include "platform/uikit/controls/UIButtonState.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/accessibility/TextChanges.h"
+#include "trelundo/platform/uikit/controls/UIButtonState.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/uikit/controls/UIControl.h"
-#include "platform/uikit/text/AttributedText.h"
-#include "platform/uikit/text/UILabel.h"
-#include "platform/uikit/views/UIImageView.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 #include <memory>
 #include <optional>

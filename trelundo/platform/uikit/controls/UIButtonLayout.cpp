@@ -1,6 +1,6 @@
-#include "platform/uikit/controls/UIButtonState.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/controls/UIButtonState.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
 
 #include <map>
 

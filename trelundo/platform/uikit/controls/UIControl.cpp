@@ -1,4 +1,4 @@
-#include "platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/layout/Autoresizing.h"
+#include "trelundo/platform/uikit/layout/Autoresizing.h"
 
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <array>
 

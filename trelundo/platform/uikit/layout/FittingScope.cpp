@@ -1,8 +1,8 @@
-#include "platform/uikit/layout/FittingScope.h"
+#include "trelundo/platform/uikit/layout/FittingScope.h"
 
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

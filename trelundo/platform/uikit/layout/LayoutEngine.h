@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/foundation/Weak.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/uikit/layout/LayoutNode.h"
-#include "platform/uikit/layout/NSLayoutConstraint.h"
-#include "platform/uikit/layout/Solver.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/layout/LayoutNode.h"
+#include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
+#include "trelundo/platform/uikit/layout/Solver.h"
 
 #include <array>
 #include <optional>

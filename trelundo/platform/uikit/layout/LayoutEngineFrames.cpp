@@ -1,11 +1,11 @@
-#include "platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
 
-#include "platform/foundation/Log.h"
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/layout/LayoutItem.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/NSObject.h"
-#include "platform/uikit/Forward.h"
+#include "trelundo/platform/foundation/NSObject.h"
+#include "trelundo/platform/uikit/Forward.h"
 
 #include <string>
 

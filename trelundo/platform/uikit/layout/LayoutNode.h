@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/Forward.h"
 
 #include <memory>
 #include <vector>

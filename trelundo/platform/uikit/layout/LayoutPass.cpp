@@ -1,11 +1,11 @@
-#include "platform/uikit/layout/LayoutPass.h"
+#include "trelundo/platform/uikit/layout/LayoutPass.h"
 
-#include "platform/foundation/Log.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/layout/FittingScope.h"
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/layout/FittingScope.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

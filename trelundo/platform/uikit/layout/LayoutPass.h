@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/Geometry.h"
-#include "platform/uikit/Forward.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/Forward.h"
 
 namespace trelundo {
 

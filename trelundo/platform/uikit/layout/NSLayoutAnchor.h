@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/layout/NSLayoutConstraint.h"
+#include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
 
 namespace trelundo {
 

@@ -1,10 +1,10 @@
-#include "platform/uikit/layout/NSLayoutConstraint.h"
+#include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
 
-#include "platform/foundation/FatalError.h"
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "platform/uikit/layout/LayoutItem.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <fmt/core.h>
 

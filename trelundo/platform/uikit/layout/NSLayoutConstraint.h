@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/foundation/Weak.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/uikit/Forward.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/Forward.h"
 
 #include <initializer_list>
 #include <string>

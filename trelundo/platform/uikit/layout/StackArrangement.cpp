@@ -1,4 +1,4 @@
-#include "platform/uikit/layout/StackArrangement.h"
+#include "trelundo/platform/uikit/layout/StackArrangement.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
 
 #include <array>
 #include <functional>

@@ -1,7 +1,7 @@
-#include "platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
-#include "platform/uikit/layout/LayoutItem.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

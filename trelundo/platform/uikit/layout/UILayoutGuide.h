@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/Forward.h"
-#include "platform/uikit/layout/NSLayoutAnchor.h"
+#include "trelundo/platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
 
-#include "platform/uikit/layout/StackArrangement.h"
+#include "trelundo/platform/uikit/layout/StackArrangement.h"
 
 namespace trelundo {
 

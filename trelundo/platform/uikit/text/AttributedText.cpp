@@ -1,6 +1,6 @@
-#include "platform/uikit/text/AttributedText.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
 
-#include "platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
 
 namespace trelundo {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/foundation/NSAttributedString.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/graphics/text/TextStyle.h"
-#include "platform/uikit/text/UIFont.h"
-#include "platform/uikit/views/UIColor.h"
+#include "trelundo/platform/foundation/NSAttributedString.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/text/TextStyle.h"
+#include "trelundo/platform/uikit/text/UIFont.h"
+#include "trelundo/platform/uikit/views/UIColor.h"
 
 #include <vector>
 

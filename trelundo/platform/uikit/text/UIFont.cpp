@@ -1,6 +1,6 @@
-#include "platform/uikit/text/UIFont.h"
+#include "trelundo/platform/uikit/text/UIFont.h"
 
-#include "platform/uikit/text/UIFontDescriptor.h"
+#include "trelundo/platform/uikit/text/UIFontDescriptor.h"
 
 #include <cmath>
 

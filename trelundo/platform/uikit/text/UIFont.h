@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/text/TextStyle.h"
+#include "trelundo/platform/graphics/text/TextStyle.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/text/UIFont.h"
+#include "trelundo/platform/uikit/text/UIFont.h"
 
 #include <optional>
 

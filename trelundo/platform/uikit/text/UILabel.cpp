@@ -1,8 +1,8 @@
-#include "platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
-#include "platform/uikit/accessibility/TextChanges.h"
-#include "platform/uikit/text/UILabelState.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/accessibility/TextChanges.h"
+#include "trelundo/platform/uikit/text/UILabelState.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/graphics/text/TextLayout.h"
-#include "platform/uikit/text/AttributedText.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/uikit/text/AttributedText.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "platform/uikit/text/UILabelState.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/text/UILabelState.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 

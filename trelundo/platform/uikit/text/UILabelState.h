@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/text/UILabel.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 namespace trelundo {
 

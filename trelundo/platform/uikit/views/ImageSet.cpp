@@ -1,6 +1,6 @@
-#include "platform/uikit/views/ImageSet.h"
+#include "trelundo/platform/uikit/views/ImageSet.h"
 
-#include "platform/foundation/JsonText.h"
+#include "trelundo/platform/foundation/JsonText.h"
 
 #include <algorithm>
 #include <array>

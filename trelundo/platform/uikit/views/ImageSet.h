@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/views/UIImage.h"
-#include "platform/uikit/views/UITraitCollection.h"
+#include "trelundo/platform/uikit/views/UIImage.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
 
 #include <string>
 #include <string_view>

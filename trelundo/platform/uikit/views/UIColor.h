@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/CGColor.h"
-#include "platform/uikit/views/UITraitCollection.h"
+#include "trelundo/platform/graphics/CGColor.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
 
 #include <functional>
 #include <memory>

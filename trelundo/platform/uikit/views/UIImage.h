@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/foundation/Bundle.h"
-#include "platform/graphics/Picture.h"
+#include "trelundo/platform/foundation/Bundle.h"
+#include "trelundo/platform/graphics/Picture.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/views/UIImageView.h"
+#include "trelundo/platform/uikit/views/UIImageView.h"
 
 namespace trelundo {
 

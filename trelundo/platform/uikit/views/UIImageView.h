@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/views/UIImage.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIImage.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/views/UIResponder.h"
+#include "trelundo/platform/uikit/views/UIResponder.h"
 
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

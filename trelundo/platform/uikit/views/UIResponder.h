@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/foundation/Ref.h"
-#include "platform/foundation/Weak.h"
-#include "platform/graphics/Geometry.h"
-#include "platform/uikit/Forward.h"
+#include "trelundo/platform/foundation/Ref.h"
+#include "trelundo/platform/foundation/Weak.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/Forward.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
-#include "platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 
-#include "platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/graphics/Geometry.h"
-#include "platform/uikit/views/UITraitCollection.h"
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
 
 #include <span>
 #include <string>

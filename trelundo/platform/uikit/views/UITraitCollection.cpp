@@ -1,6 +1,6 @@
-#include "platform/uikit/views/UITraitCollection.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
 
-#include "platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 
 namespace trelundo {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/coreanimation/CALayer.h"
-#include "platform/uikit/Forward.h"
-#include "platform/uikit/layout/NSLayoutConstraint.h"
-#include "platform/uikit/views/UIColor.h"
-#include "platform/uikit/views/UIResponder.h"
+#include "trelundo/platform/coreanimation/CALayer.h"
+#include "trelundo/platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
+#include "trelundo/platform/uikit/views/UIColor.h"
+#include "trelundo/platform/uikit/views/UIResponder.h"
 
 #include <functional>
 #include <memory>

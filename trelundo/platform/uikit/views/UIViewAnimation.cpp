@@ -1,6 +1,6 @@
-#include "platform/coreanimation/CATransaction.h"
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

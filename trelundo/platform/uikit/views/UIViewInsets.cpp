@@ -1,8 +1,8 @@
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

@@ -1,9 +1,9 @@
-#include "platform/uikit/layout/Autoresizing.h"
-#include "platform/uikit/layout/LayoutEngine.h"
-#include "platform/uikit/layout/LayoutPass.h"
-#include "platform/uikit/layout/UILayoutGuide.h"
-#include "platform/uikit/layout/UIStackView.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/layout/Autoresizing.h"
+#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/LayoutPass.h"
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
-#include "platform/foundation/Log.h"
-#include "platform/uikit/views/UIView.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/uikit/views/UIVisualEffectView.h"
+#include "trelundo/platform/uikit/views/UIVisualEffectView.h"
 
 namespace trelundo {
 

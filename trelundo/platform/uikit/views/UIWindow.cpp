@@ -1,9 +1,9 @@
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
-#include "platform/uikit/controllers/PresentationEngine.h"
-#include "platform/uikit/controllers/UIApplication.h"
-#include "platform/uikit/views/UIScreen.h"
-#include "platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/UIWindowState.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/views/UIView.h"
 
 #include <map>
 

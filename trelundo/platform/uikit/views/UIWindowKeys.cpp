@@ -1,5 +1,5 @@
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/views/UIWindowState.h"
 
 #include <algorithm>
 

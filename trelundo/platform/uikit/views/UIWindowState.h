@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/uikit/collection/UIScrollView.h"
-#include "platform/uikit/controls/UIControl.h"
-#include "platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <map>
 #include <memory>

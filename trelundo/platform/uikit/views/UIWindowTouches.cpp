@@ -1,5 +1,5 @@
-#include "platform/foundation/Clock.h"
-#include "platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/uikit/views/UIWindowState.h"
 
 #include <algorithm>
 
