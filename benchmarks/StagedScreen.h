@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tools/paywall/EventLog.h"
-#include "tools/paywall/Scene.h"
-#include "tools/paywall/Screens.h"
+#include "tools/paywall/output/EventLog.h"
+#include "tools/paywall/screens/Screens.h"
+#include "tools/paywall/stage/Scene.h"
 
 #include <string>
 #include <utility>

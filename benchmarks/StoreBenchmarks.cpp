@@ -1,5 +1,5 @@
 #include "benchmarks/Comparison.h"
-#include "tools/paywall/Demonstration.h"
+#include "tools/paywall/demo/Demonstration.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 

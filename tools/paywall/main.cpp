@@ -1,6 +1,6 @@
-#include "tools/paywall/CommandLine.h"
-#include "tools/paywall/Commands.h"
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/commands/CommandLine.h"
+#include "tools/paywall/commands/Commands.h"
 
 #include <cstdio>
 #include <exception>

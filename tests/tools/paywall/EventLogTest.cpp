@@ -1,4 +1,4 @@
-#include "tools/paywall/EventLog.h"
+#include "tools/paywall/output/EventLog.h"
 
 #include "tests/tools/paywall/Program.h"
 #include "trelundo/platform/foundation/Clock.h"

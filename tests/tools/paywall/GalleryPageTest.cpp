@@ -1,5 +1,5 @@
 #include "tests/tools/paywall/Browser.h"
-#include "tools/paywall/Json.h"
+#include "tools/paywall/output/Json.h"
 #include "trelundo/platform/graphics/Canvas.h"
 #include "trelundo/platform/graphics/GraphicsSystem.h"
 #include "trelundo/platform/graphics/Picture.h"
@@ -25,7 +25,7 @@ protected:
     static void SetUpTestSuite() {
         if (!Browser::isAvailable()) return;
         folder = std::make_unique<TemporaryFolder>();
-        auto catalogue = readText(sourceFolder() / "tools/paywall/demo/Demonstration.storekit");
+        auto catalogue = readText(sourceFolder() / "tools/paywall/demo/resources/Demonstration.storekit");
         for (std::string const price : {"29.99", "14.99"})
             catalogue.replace(catalogue.find(price), price.size(), "123456789.99");
         drawn = runPaywall({"gallery", "--out", path(), "--screens",

@@ -106,12 +106,13 @@ TEST_F(GalleryTest, DrawsAgainOnlyWhatChanged) {
     EXPECT_GT(fs::file_size(path / "pictures" / all[1]), 1000U);
 
     fs::create_directory(folder / "host");
-    fs::copy_file(sourceFolder() / "tools/paywall/demo/cover.svg", folder / "host/q_premium_light.svg");
+    fs::copy_file(sourceFolder() / "tools/paywall/demo/resources/cover.svg",
+                  folder / "host/q_premium_light.svg");
     auto const withHost = small + Arguments{"--pictures", folder / "host"};
     expectOutcome(withHost, "4 drawn, 0 kept");
     expectOutcome(withHost, "0 drawn, 4 kept");
-    fs::copy_file(sourceFolder() / "tools/paywall/demo/logo.svg", folder / "host/q_premium_light.svg",
-                  fs::copy_options::overwrite_existing);
+    fs::copy_file(sourceFolder() / "tools/paywall/demo/resources/logo.svg",
+                  folder / "host/q_premium_light.svg", fs::copy_options::overwrite_existing);
     expectOutcome(withHost, "4 drawn, 0 kept");
 }
 

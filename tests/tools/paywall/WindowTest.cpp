@@ -108,7 +108,8 @@ TEST_F(Window, SellsThePlanThatIsClicked) {
 }
 
 TEST_F(Window, KeysAnswerAlertsAndCloseNothingElse) {
-    auto catalogue = json::parse(readText(sourceFolder() / "tools/paywall/demo/Demonstration.storekit"));
+    auto catalogue =
+        json::parse(readText(sourceFolder() / "tools/paywall/demo/resources/Demonstration.storekit"));
     catalogue["settings"]["_failTransactionsEnabled"] = true;
     ASSERT_NO_FATAL_FAILURE(show({"--catalogue", writeText(folder / "Failing.storekit", catalogue.dump())}));
     desktop.press("Escape");

@@ -1,8 +1,8 @@
 #include "tools/paywall/gallery/GalleryDrawing.h"
 
-#include "tools/paywall/Describe.h"
 #include "tools/paywall/Failure.h"
-#include "tools/paywall/Scene.h"
+#include "tools/paywall/output/Describe.h"
+#include "tools/paywall/stage/Scene.h"
 #include "trelundo/platform/graphics/PngWriter.h"
 #include "trelundo/platform/graphics/Surface.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/paywall/Json.h"
 #include "tools/paywall/gallery/GalleryPlan.h"
+#include "tools/paywall/output/Json.h"
 
 #include <filesystem>
 #include <map>

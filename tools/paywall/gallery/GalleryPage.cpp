@@ -1,6 +1,6 @@
 #include "tools/paywall/gallery/GalleryPage.h"
 
-#include "tools/paywall/Names.h"
+#include "tools/paywall/output/Names.h"
 #include "trelundo/platform/foundation/Bundle.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "tools/paywall/gallery/GalleryPlan.h"
 
-#include "tools/paywall/Languages.h"
-#include "tools/paywall/Names.h"
-#include "tools/paywall/Screens.h"
 #include "tools/paywall/gallery/Showcase.h"
+#include "tools/paywall/output/Names.h"
+#include "tools/paywall/screens/Screens.h"
+#include "tools/paywall/stage/Languages.h"
 
 #include <array>
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/paywall/Json.h"
+#include "tools/paywall/output/Json.h"
 
 #include <functional>
 #include <string>

@@ -1,9 +1,0 @@
-#include "tools/paywall/Json.h"
-
-namespace trelundo::paywall {
-
-std::string toText(Json const& json, int indent) {
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
-} // namespace trelundo::paywall

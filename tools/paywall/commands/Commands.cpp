@@ -1,0 +1,140 @@
+#include "tools/paywall/commands/Commands.h"
+
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/output/Describe.h"
+#include "tools/paywall/output/Names.h"
+#include "tools/paywall/screens/Screens.h"
+#include "tools/paywall/script/Player.h"
+#include "tools/paywall/script/Script.h"
+#include "tools/paywall/stage/Languages.h"
+#include "tools/paywall/stage/Scene.h"
+#include "tools/paywall/store/StoreAccess.h"
+#include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/window/WindowShell.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fmt/format.h>
+#include <fstream>
+#include <sstream>
+
+namespace trelundo::paywall {
+
+namespace {
+
+int printLine(std::string_view text) {
+    return std::printf("%.*s\n", static_cast<int>(text.size()), text.data());
+}
+
+std::string readFile(std::string const& path) {
+    std::ifstream file{path, std::ios::binary};
+    if (!file || std::filesystem::is_directory(path)) failInput(path + ": cannot be read");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+/// One transaction of a store file: identifier, product, state, and whether it is finished.
+std::string storedLine(SandboxStore::StoredTransaction const& stored) {
+    auto const& transaction = stored.transaction;
+    return fmt::format("{}  {}  {}{}", transaction.key, transaction.payment.productIdentifier,
+                       stored.isHeld ? "interrupted" : nameOf(transaction.state),
+                       stored.isFinished ? "  finished" : "");
+}
+
+/// Where a desktop pointer finds the points that `describe` tells of.
+Json placementFields(WindowPlacement const& placement) {
+    bool const isShown = placement.cause == WindowPlacement::Cause::shown;
+    return {{"cause", isShown ? "shown" : "resized"},
+            {"origin", {placement.origin.x, placement.origin.y}},
+            {"size", {placement.size.width, placement.size.height}},
+            {"zoom", placement.zoom}};
+}
+
+} // namespace
+
+int runCommand(Options const& options, int& argc, char** argv) {
+    if (options.command == "screens") return listScreens();
+    if (options.command == "devices") return listDevices();
+    if (options.command == "languages") return listLanguages();
+    if (options.command == "products") return printProducts(options);
+    if (options.command == "render") return renderScreen(options);
+    if (options.command == "describe") return describeScreen(options);
+    if (options.command == "run") return runScript(options);
+    if (options.command == "gallery") return makeGallery(options);
+    if (options.command == "show") return showScreen(options, argc, argv);
+    return manageStore(options);
+}
+
+int listScreens() {
+    for (auto const& screen : screens()) printLine(screen.name);
+    return statusOk;
+}
+
+int listDevices() {
+    for (auto const& device : DeviceProfile::all()) printLine(device.name);
+    return statusOk;
+}
+
+int listLanguages() {
+    for (auto const& language : languages()) printLine(language);
+    return statusOk;
+}
+
+int renderScreen(Options const& options) {
+    EventLog log{"/dev/null"};
+    Scene scene{options, log};
+    std::string reason;
+    if (!scene.shell.snapshot(*options.out, reason)) failInput(reason);
+    return statusOk;
+}
+
+int describeScreen(Options const& options) {
+    EventLog log{"/dev/null"};
+    Scene scene{options, log};
+    scene.shell.window().layoutWindow();
+    printLine(toText(describe(*scene.stage.screen()), 2));
+    return statusOk;
+}
+
+int runScript(Options const& options) {
+    auto const steps = parseScript(readFile(*options.script), *options.script);
+    EventLog log{options.log};
+    Scene scene{options, log};
+    Player{scene.shell, scene.stage}.play(steps);
+    log.requireWritten();
+    return statusOk;
+}
+
+int showScreen(Options const& options, int& argc, char** argv) {
+    if (!WindowShell::isAvailable())
+        failInput("there is no display to open a window on; `paywall render` and `paywall run` need none");
+    EventLog log{options.log};
+    log.setStart(Clock::current().now());
+    WindowShell shell{
+        argc, argv, {.device = options.device, .landscape = options.landscape, .title = options.screen}};
+    shell.setListener(
+        [&](WindowPlacement const& placement) { log.write("window", placementFields(placement)); });
+    Stage stage{options, log};
+    stage.show(shell.window());
+    log.setListener([&](Json const& line) {
+        if (line.at("kind") == "dismissed" && line.at("screen") == options.screen) shell.quit();
+    });
+    return shell.run();
+}
+
+int manageStore(Options const& options) {
+    if (!std::ifstream{*options.store}) failInput(*options.store + ": there is no such store file");
+    auto const store = openSandbox(options);
+    if (options.storeAction == "list") {
+        for (auto const& stored : store->transactions()) printLine(storedLine(stored));
+        return statusOk;
+    }
+    bool const isDone = options.storeAction == "clear"     ? store->clear()
+                        : options.storeAction == "approve" ? store->approve(options.transaction)
+                                                           : store->decline(options.transaction);
+    if (!isDone) failInput(*options.store + ": " + store->lastError());
+    return statusOk;
+}
+
+} // namespace trelundo::paywall

@@ -1,0 +1,103 @@
+#include "tools/paywall/screens/OfferScreens.h"
+
+#include "tools/paywall/screens/ScreenProperties.h"
+#include "trelundo/kit/screens/notice/BillingViewController.h"
+#include "trelundo/kit/screens/offer/OfferV2ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV3ViewController.h"
+#include "trelundo/kit/screens/offer/OfferV4ViewController.h"
+#include "trelundo/kit/screens/offer/OfferViewController.h"
+#include "trelundo/platform/uikit/views/UIImage.h"
+
+namespace trelundo::paywall {
+
+namespace {
+
+Ref<UIImage> parsePicture(std::string const& name) { return name == "none" ? nullptr : UIImage::named(name); }
+
+/// An offer of the product at the selected index. Its discount is the one given for that product, to be set
+/// first; without a product any one given counts.
+template <class Screen> ScreenType offer(std::string name, Properties own) {
+    own.emplace("product", property(&Screen::setProduct, parseProduct));
+    own.emplace("paymentDiscount", property(&Screen::setPaymentDiscount, parseDiscount));
+    return {.name = std::move(name),
+            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
+            .properties = withBase(std::move(own)),
+            .setDiscounts = [](auto&, auto&) {},
+            .setProducts =
+                [](UIViewController& screen, Products const& products, int select) {
+                    dynamic_cast<Screen&>(screen).setProduct(productAt(products, select));
+                },
+            .setDiscount =
+                [](UIViewController& screen, Ref<SKPaymentDiscount> const& discount) {
+                    dynamic_cast<Screen&>(screen).setPaymentDiscount(discount);
+                }};
+}
+
+Properties themed(Properties own) {
+    using Screen = ThemedOfferViewController;
+    own.merge(Properties{
+        {"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
+        {"textColor", property(&Screen::setTextColor, parseColor)},
+        {"buttonColor", property(&Screen::setButtonColor, parseColor)},
+        {"backgroundImageName", property(&Screen::setBackgroundImageName, parseText)},
+        {"backgroundTopShadowName", property(&Screen::setBackgroundTopShadowName, parseText)},
+        {"backgroundBottomShadowName", property(&Screen::setBackgroundBottomShadowName, parseText)},
+        {"premiumImageName", property(&Screen::setPremiumImageName, parseText)},
+    });
+    return own;
+}
+
+ScreenType::Setter preferredLanguage() {
+    return property(&PercentageOfferViewController::setPreferredLanguage, parseOptionalText);
+}
+
+} // namespace
+
+ScreenType offerSheet() {
+    auto type = offer<OfferViewController>("OfferViewController", {});
+    type.presentation = UIModalPresentationStyle::overFullScreen;
+    return type;
+}
+
+ScreenType percentageOfferWithBadge() {
+    return offer<OfferV2ViewController>(
+        "OfferV2ViewController",
+        themed({{"buttonTextColor", property(&OfferV2ViewController::setButtonTextColor, parseColor)},
+                {"preferredLanguage", preferredLanguage()}}));
+}
+
+ScreenType sentenceOffer() {
+    return offer<OfferV3ViewController>(
+        "OfferV3ViewController",
+        themed({{"buttonTextColor", property(&OfferV3ViewController::setButtonTextColor, parseColor)}}));
+}
+
+ScreenType percentageOffer() {
+    return offer<OfferV4ViewController>("OfferV4ViewController",
+                                        themed({{"preferredLanguage", preferredLanguage()}}));
+}
+
+ScreenType billingNotice() {
+    using Screen = BillingViewController;
+    return {.name = "BillingViewController",
+            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
+            .properties =
+                {
+                    {"mainBackgroundColor", property(&Screen::setMainBackgroundColor, parseColor)},
+                    {"warningBadgeImage", property(&Screen::setWarningBadgeImage, parsePicture)},
+                    {"headlineColor", property(&Screen::setHeadlineColor, parseColor)},
+                    {"updateDetailsTextColor", property(&Screen::setUpdateDetailsTextColor, parseColor)},
+                    {"updateDetailsBackgroundColor",
+                     property(&Screen::setUpdateDetailsBackgroundColor, parseColor)},
+                    {"appName", property(&Screen::setAppName, parseText)},
+                    {"headLineLabelText", property(&Screen::setHeadLineLabelText, parseText)},
+                    {"issueDetailsText", property(&Screen::setIssueDetailsText, parseText)},
+                    {"updateDetailsText", property(&Screen::setUpdateDetailsText, parseText)},
+                    {"closeBdageImage", property(&Screen::setCloseBdageImage, parsePicture)},
+                    {"isSmallScreen", property(&Screen::setSmallScreen, parseBool)},
+                },
+            .setDiscounts = [](auto&, auto&) {},
+            .setProducts = [](auto&, auto&, int) {}};
+}
+
+} // namespace trelundo::paywall

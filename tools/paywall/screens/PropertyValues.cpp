@@ -1,0 +1,56 @@
+#include "tools/paywall/screens/PropertyValues.h"
+
+#include "tools/paywall/Failure.h"
+#include "trelundo/platform/foundation/Strings.h"
+
+#include <charconv>
+#include <fmt/format.h>
+
+namespace trelundo::paywall {
+
+namespace {
+
+template <class Number> Number parse(std::string const& text, char const* kind) {
+    Number value{};
+    auto const* end = text.data() + text.size();
+    auto const result = std::from_chars(text.data(), end, value);
+    if (result.ec != std::errc{} || result.ptr != end) failUsage(fmt::format("\"{}\" is not {}", text, kind));
+    return value;
+}
+
+} // namespace
+
+bool parseBool(std::string const& text) {
+    if (text != "true" && text != "false") failUsage(fmt::format("\"{}\" is neither true nor false", text));
+    return text == "true";
+}
+
+int parseInteger(std::string const& text) { return parse<int>(text, "a whole number"); }
+
+double parseNumber(std::string const& text) { return parse<double>(text, "a number"); }
+
+UIColor parseColor(std::string const& text) {
+    bool const hasAlpha = text.size() == 9;
+    unsigned value = 0;
+    auto const* end = text.data() + text.size();
+    bool const isColor = (hasAlpha || text.size() == 7) && text.front() == '#' &&
+                         std::from_chars(text.data() + 1, end, value, 16).ptr == end;
+    if (!isColor) failUsage(fmt::format("\"{}\" is not a colour of the form #rrggbb or #rrggbbaa", text));
+    if (!hasAlpha) value = value << 8 | 0xFF;
+    auto const channel = [value](int shift) { return (value >> shift & 0xFF) / 255.0; };
+    return {channel(24), channel(16), channel(8), channel(0)};
+}
+
+std::vector<Feature> parseFeatures(std::string const& text) {
+    if (text == "none") failUsage("a feature carousel needs at least one feature");
+    std::vector<Feature> features;
+    for (auto const& entry : split(text, ';')) {
+        auto const colon = entry.rfind(':');
+        if (colon == std::string::npos)
+            failUsage(fmt::format("\"{}\" is not a feature of the form Text:picture", entry));
+        features.emplace_back(entry.substr(0, colon), entry.substr(colon + 1));
+    }
+    return features;
+}
+
+} // namespace trelundo::paywall

@@ -1,0 +1,225 @@
+#include "tools/paywall/script/Player.h"
+
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/output/Describe.h"
+#include "tools/paywall/screens/PropertyValues.h"
+#include "tools/paywall/script/PlayerSteps.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <fstream>
+#include <map>
+#include <ranges>
+
+namespace trelundo::paywall {
+
+namespace {
+
+constexpr int longestDrag = 1'000'000; // points
+
+std::string visibleText(UIView& view) {
+    if (auto* button = dynamic_cast<UIButton*>(&view)) {
+        auto const attributed = button->currentAttributedTitle();
+        return attributed ? attributed->string() : button->currentTitle().value_or("");
+    }
+    auto* label = dynamic_cast<UILabel*>(&view);
+    return label ? label->text().value_or("") : std::string{};
+}
+
+/// Depth first from the front; hidden subtrees do not count.
+Ref<UIView> findView(UIView& view, Step::Word const& word) {
+    if (view.isHidden() || word.text.empty()) return nullptr;
+    for (auto const& subview : std::views::reverse(view.subviews()))
+        if (auto const found = findView(*subview, word)) return found;
+    auto const& shown = word.isQuoted ? visibleText(view) : view.accessibilityIdentifier();
+    return shown == word.text ? strong(view) : nullptr;
+}
+
+} // namespace
+
+void fail(Step const& step, std::string const& reason) {
+    std::string words = step.command;
+    for (auto const& word : step.arguments)
+        words += word.isQuoted ? " \"" + word.text + "\"" : " " + word.text;
+    failInput(fmt::format("{}: {}: {}", step.place, words, reason));
+}
+
+bool choice(Step const& step, std::size_t index, std::string_view yes, std::string_view no) {
+    if (argument(step, index) == yes) return true;
+    if (argument(step, index) != no) fail(step, fmt::format("neither {} nor {}", yes, no));
+    return false;
+}
+
+void Player::play(std::vector<Step> const& steps) {
+    for (auto const& step : steps) perform(step);
+}
+
+void Player::perform(Step const& step) {
+    using Action = std::function<void(Player&, Step const&)>;
+    static std::map<std::string, Action, std::less<>> const actions{
+        {"tap", &Player::tap},
+        {"press", &Player::press},
+        {"release", &Player::release},
+        {"drag", &Player::drag},
+        {"alert", &Player::chooseAction},
+        {"advance", &Player::advance},
+        {"store", &Player::changeStore},
+        {"can-make-payments",
+         [](Player& player, Step const& s) {
+             player.stage_.store().setCanMakePayments(choice(s, 0, "on", "off"));
+         }},
+        {"rotate", &Player::rotate},
+        {"appearance", &Player::setAppearance},
+        {"snapshot", &Player::takeSnapshot},
+        {"describe", &Player::writeDescription},
+        {"expect", &Player::expect},
+        {"set", &Player::assign},
+        {"host", &Player::instructHost},
+        {"cover", &Player::cover},
+        {"uncover", &Player::uncover},
+        {"dismiss", &Player::dismissScreen},
+    };
+    actions.at(step.command)(*this, step);
+}
+
+// Touches
+
+Ref<UIView> Player::find(Step const& step) {
+    shell_.window().layoutWindow();
+    auto view = findView(shell_.window(), step.arguments.front());
+    if (!view) fail(step, "no such view is visible");
+    return view;
+}
+
+CGPoint Player::middleOf(UIView& view) const {
+    auto const bounds = view.bounds();
+    return view.convertPointTo({bounds.midX(), bounds.midY()}, nullptr);
+}
+
+void Player::tap(Step const& step) { shell_.tap(middleOf(*find(step))); }
+
+void Player::press(Step const& step) {
+    auto const place = middleOf(*find(step));
+    auto const [held, isNew] = presses_.try_emplace(argument(step, 0), nextTouch_);
+    if (!isNew) fail(step, "held already");
+    shell_.window().touchBegan(nextTouch_++, place);
+}
+
+void Player::release(Step const& step) {
+    if (presses_.empty()) fail(step, "nothing is held by a press");
+    auto const place = middleOf(*find(step));
+    auto held = presses_.find(argument(step, 0));
+    // Another name than the pressed one lifts the finger there.
+    if (held == presses_.end()) held = presses_.begin();
+    auto const touch = held->second;
+    presses_.erase(held);
+    shell_.window().touchEnded(touch, place);
+}
+
+void Player::drag(Step const& step) {
+    double const dx = parsed(step, 1, parseNumber);
+    double const dy = parsed(step, 2, parseNumber);
+    if (!(std::hypot(dx, dy) <= longestDrag))
+        fail(step, fmt::format("the way must not be longer than {} points", longestDrag));
+    shell_.drag(middleOf(*find(step)), dx, dy, 0);
+}
+
+void Player::chooseAction(Step const& step) {
+    auto const alert = cast<UIAlertController>(shell_.window().topViewController());
+    if (!alert) fail(step, "no alert is shown");
+    auto const action = std::ranges::find(alert->actions(), argument(step, 0), &UIAlertAction::title);
+    if (action == alert->actions().end()) fail(step, "the alert has no such action");
+    alert->performAction(**action);
+}
+
+// Surroundings
+
+void Player::advance(Step const& step) {
+    double const seconds = parsed(step, 0, parseNumber);
+    if (!(seconds >= 0 && seconds <= 86400)) fail(step, "the seconds must be between 0 and 86400");
+    shell_.advance(seconds);
+}
+
+void Player::rotate(Step const& step) { shell_.rotate(choice(step, 0, "landscape", "portrait")); }
+
+void Player::setAppearance(Step const& step) {
+    shell_.setUserInterfaceStyle(choice(step, 0, "dark", "light") ? UIUserInterfaceStyle::dark
+                                                                  : UIUserInterfaceStyle::light);
+}
+
+void Player::takeSnapshot(Step const& step) {
+    std::string reason;
+    if (!shell_.snapshot(argument(step, 0), reason)) fail(step, reason);
+}
+
+void Player::writeDescription(Step const& step) {
+    auto& shown = screen(step);
+    shell_.window().layoutWindow();
+    std::ofstream file{argument(step, 0)};
+    file << toText(describe(shown), 2) << "\n";
+    if (!file.flush()) fail(step, "the file cannot be written");
+}
+
+void Player::expect(Step const& step) {
+    std::vector<std::pair<std::string, std::string>> fields;
+    for (auto const& word : step.arguments | std::views::drop(1)) {
+        auto const separator = word.text.find('=');
+        if (separator == std::string::npos)
+            fail(step, fmt::format("\"{}\" is not of the form KEY=VALUE", word.text));
+        fields.emplace_back(word.text.substr(0, separator), word.text.substr(separator + 1));
+    }
+    if (!stage_.log().holds(argument(step, 0), fields)) fail(step, "the log holds no such line");
+}
+
+// The host
+
+UIViewController& Player::screen(Step const& step) const {
+    if (!stage_.screen()) fail(step, "the screen has gone");
+    return *stage_.screen();
+}
+
+void Player::assign(Step const& step) {
+    auto const& text = argument(step, 0);
+    auto const separator = text.find('=');
+    if (separator == std::string::npos) fail(step, "not of the form NAME=VALUE");
+    auto& shown = screen(step);
+    try {
+        setProperty(stage_.screenType(), shown, text.substr(0, separator), text.substr(separator + 1));
+    } catch (Failure const& failure) {
+        fail(step, failure.message);
+    }
+}
+
+void Player::instructHost(Step const& step) {
+    if (argument(step, 0) != "promote") fail(step, "the host can only be told to promote");
+    stage_.host().setAcceptsPromotions(choice(step, 1, "yes", "no"));
+}
+
+void Player::cover(Step const& step) {
+    if (isCovered()) fail(step, "the screen is covered already");
+    cover_ = make<UIViewController>();
+    cover_->view()->setBackgroundColor(UIColor::black());
+    cover_->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    shell_.window().topViewController()->present(cover_, true);
+    if (!isCovered()) fail(step, "a dismissal is under way; advance first");
+}
+
+bool Player::isCovered() const { return cover_ && cover_->presentingViewController(); }
+
+void Player::uncover(Step const& step) {
+    if (!isCovered()) fail(step, "nothing covers the screen");
+    // The dismissal would be refused.
+    if (cover_->isBeingPresented()) fail(step, "the covering screen is still arriving; advance first");
+    std::exchange(cover_, nullptr)->dismiss(true);
+}
+
+void Player::dismissScreen(Step const& step) {
+    if (!stage_.screen()) fail(step, "the screen has gone");
+    stage_.hostScreen().dismiss(true);
+}
+
+} // namespace trelundo::paywall

@@ -1,0 +1,72 @@
+#include "tools/paywall/store/StoreAccess.h"
+
+#include "tools/paywall/Failure.h"
+#include "tools/paywall/demo/Demonstration.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+namespace trelundo::paywall {
+
+namespace {
+
+/// Where a window keeps its purchases between runs.
+std::filesystem::path userStoreFile() {
+    auto const* data = std::getenv("XDG_DATA_HOME");
+    auto const* home = std::getenv("HOME");
+    std::filesystem::path const base = data && *data ? std::filesystem::path{data}
+                                       : home        ? std::filesystem::path{home} / ".local/share"
+                                                     : std::filesystem::temp_directory_path();
+    auto const folder = base / "trelundo-paywall";
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) failInput(folder.string() + ": cannot be made: " + error.message());
+    return folder / "store.sqlite";
+}
+
+std::filesystem::path storeFile(Options const& options) {
+    if (options.store) return *options.store;
+    return options.command == "show" ? userStoreFile() : std::filesystem::path{};
+}
+
+} // namespace
+
+StoreConfiguration loadCatalogue(std::optional<std::string> const& path) {
+    auto loaded = path ? StoreConfiguration::load(*path)
+                       : StoreConfiguration::parse(demonstrationCatalogue(), "demonstration catalogue");
+    if (!loaded.configuration) failInput(loaded.error);
+    for (auto const& warning : loaded.configuration->warnings())
+        std::fprintf(stderr, "paywall: warning: %s\n", warning.c_str());
+    return *std::move(loaded.configuration);
+}
+
+std::unique_ptr<SandboxStore> openSandbox(Options const& options) {
+    std::optional<StoreConfiguration> configuration;
+    if (options.command != "store") configuration = loadCatalogue(options.catalogue);
+    return openSandbox(options, std::move(configuration));
+}
+
+std::unique_ptr<SandboxStore> openSandbox(Options const& options,
+                                          std::optional<StoreConfiguration> configuration) {
+    SandboxStore::Options sandbox{.file = storeFile(options)};
+    sandbox.configuration = std::move(configuration);
+    static VirtualClock fixedDate;
+    if (options.fakeClock) sandbox.seed = options.seed;
+    // Where nothing is shown, all time is virtual.
+    if (options.fakeClock && options.command == "show") sandbox.clock = &fixedDate;
+    auto opened = SandboxStore::open(std::move(sandbox));
+    if (!opened.store) failInput(opened.error);
+    opened.store->setCanMakePayments(!options.cannotMakePayments);
+    return std::move(opened.store);
+}
+
+Ref<SKPaymentDiscount> signedDiscount(std::string const& offer) {
+    return make<SKPaymentDiscount>(SKPaymentDiscount::Fields{.identifier = offer,
+                                                             .keyIdentifier = "SANDBOX",
+                                                             .nonce = "00000000-0000-4000-8000-000000000000",
+                                                             .signature = "c2FuZGJveA==",
+                                                             .timestamp = 1});
+}
+
+} // namespace trelundo::paywall
