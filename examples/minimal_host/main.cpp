@@ -1,8 +1,7 @@
 // The smallest host: opens a window, loads two plans from a catalogue, and sells one of them.
 // usage: minimal_host CATALOGUE.storekit PRODUCT...
-#include "trelundo/kit/screens/subscription/PremiumViewController.h"
-#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
-#include "trelundo/platform/window/WindowShell.h"
+#include <trelundo/Premium.h>
+#include <trelundo/Window.h>
 
 #include <cstdio>
 

@@ -1,0 +1,6 @@
+#pragma once
+
+// The shells that a screen is shown in: a real window, and one without a display and with virtual time.
+#include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/window/OffscreenShell.h"
+#include "trelundo/platform/window/WindowShell.h"
