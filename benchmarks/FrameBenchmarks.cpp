@@ -1,6 +1,6 @@
 #include "benchmarks/Comparison.h"
 #include "benchmarks/StagedScreen.h"
-#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/internal/Compositor.h"
 #include "trelundo/platform/graphics/Surface.h"
 
 #include <cstring>

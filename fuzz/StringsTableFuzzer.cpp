@@ -1,4 +1,4 @@
-#include "trelundo/platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/internal/StringsTable.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/internal/StringsTable.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
-#include "trelundo/platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/internal/LayerAnimation.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
 #include "LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
-#include "trelundo/platform/coreanimation/Compositor.h"
-#include "trelundo/platform/coreanimation/PixelRect.h"
+#include "trelundo/platform/coreanimation/internal/Compositor.h"
+#include "trelundo/platform/coreanimation/internal/PixelRect.h"
 #include "trelundo/platform/graphics/Surface.h"
 
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
-#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/internal/Compositor.h"
 #include "trelundo/platform/graphics/Surface.h"
 
 namespace trelundo {

@@ -1,7 +1,7 @@
 #include "trelundo/platform/foundation/Locale.h"
 
 #include "tests/platform/foundation/ScopedState.h"
-#include "trelundo/platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/LanguageTags.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "trelundo/platform/foundation/Strings.h"
 
 #include "tests/platform/foundation/ScopedState.h"
-#include "trelundo/platform/foundation/Utf8.h"
+#include "trelundo/platform/foundation/internal/Utf8.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

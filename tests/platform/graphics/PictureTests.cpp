@@ -1,7 +1,7 @@
 #include "Drawing.h"
 
 #include "trelundo/platform/graphics/Picture.h"
-#include "trelundo/platform/graphics/RenditionCache.h"
+#include "trelundo/platform/graphics/internal/RenditionCache.h"
 
 #include <gtest/gtest.h>
 

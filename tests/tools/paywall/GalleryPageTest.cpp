@@ -1,9 +1,9 @@
 #include "tests/tools/paywall/Browser.h"
 #include "tools/paywall/output/Json.h"
 #include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
 #include "trelundo/platform/graphics/Picture.h"
 #include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

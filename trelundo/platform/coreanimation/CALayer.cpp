@@ -1,7 +1,7 @@
 #include "trelundo/platform/coreanimation/CALayer.h"
 
-#include "trelundo/platform/coreanimation/LayerAnimation.h"
-#include "trelundo/platform/coreanimation/LayerShape.h"
+#include "trelundo/platform/coreanimation/internal/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/internal/LayerShape.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/Log.h"
 

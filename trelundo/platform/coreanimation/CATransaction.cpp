@@ -1,6 +1,6 @@
 #include "trelundo/platform/coreanimation/CATransaction.h"
 
-#include "trelundo/platform/coreanimation/LayerAnimation.h"
+#include "trelundo/platform/coreanimation/internal/LayerAnimation.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"

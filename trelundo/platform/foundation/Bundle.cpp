@@ -1,9 +1,9 @@
 #include "trelundo/platform/foundation/Bundle.h"
 
-#include "trelundo/platform/foundation/LanguageTags.h"
 #include "trelundo/platform/foundation/Locale.h"
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/foundation/StringsTable.h"
+#include "trelundo/platform/foundation/internal/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/StringsTable.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include "trelundo/platform/foundation/Locale.h"
 
-#include "trelundo/platform/foundation/LanguageTags.h"
-#include "trelundo/platform/foundation/LocaleData.h"
+#include "trelundo/platform/foundation/internal/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/LocaleData.h"
 
 #include <array>
 #include <cstdlib>

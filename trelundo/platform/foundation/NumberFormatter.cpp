@@ -1,6 +1,6 @@
 #include "trelundo/platform/foundation/NumberFormatter.h"
 
-#include "trelundo/platform/foundation/LocaleData.h"
+#include "trelundo/platform/foundation/internal/LocaleData.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/foundation/Strings.h"
 
-#include "trelundo/platform/foundation/Utf8.h"
+#include "trelundo/platform/foundation/internal/Utf8.h"
 
 #include <algorithm>
 #include <limits>

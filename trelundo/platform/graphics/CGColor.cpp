@@ -1,6 +1,6 @@
 #include "trelundo/platform/graphics/CGColor.h"
 
-#include "trelundo/platform/graphics/ColorBytes.h"
+#include "trelundo/platform/graphics/internal/ColorBytes.h"
 
 #include <cmath>
 

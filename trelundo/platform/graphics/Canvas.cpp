@@ -1,7 +1,7 @@
 #include "trelundo/platform/graphics/Canvas.h"
 
-#include "trelundo/platform/graphics/CanvasState.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/internal/CanvasState.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 
 #include <QLinearGradient>
 

@@ -1,5 +1,5 @@
-#include "trelundo/platform/graphics/BoxBlur.h"
-#include "trelundo/platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/internal/BoxBlur.h"
+#include "trelundo/platform/graphics/internal/CanvasState.h"
 
 #include <array>
 #include <cmath>

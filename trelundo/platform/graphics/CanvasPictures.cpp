@@ -1,4 +1,4 @@
-#include "trelundo/platform/graphics/CanvasState.h"
+#include "trelundo/platform/graphics/internal/CanvasState.h"
 
 #include <cstring>
 

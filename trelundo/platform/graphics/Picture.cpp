@@ -1,11 +1,11 @@
 #include "trelundo/platform/graphics/Picture.h"
 
-#include "trelundo/platform/graphics/ColorBytes.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
-#include "trelundo/platform/graphics/PictureDecoder.h"
-#include "trelundo/platform/graphics/PixelMemory.h"
-#include "trelundo/platform/graphics/RenditionCache.h"
-#include "trelundo/platform/graphics/WholeFills.h"
+#include "trelundo/platform/graphics/internal/ColorBytes.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
+#include "trelundo/platform/graphics/internal/PictureDecoder.h"
+#include "trelundo/platform/graphics/internal/PixelMemory.h"
+#include "trelundo/platform/graphics/internal/RenditionCache.h"
+#include "trelundo/platform/graphics/internal/WholeFills.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

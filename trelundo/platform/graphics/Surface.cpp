@@ -1,7 +1,7 @@
 #include "trelundo/platform/graphics/Surface.h"
 
-#include "trelundo/platform/graphics/PixelMemory.h"
 #include "trelundo/platform/graphics/PngWriter.h"
+#include "trelundo/platform/graphics/internal/PixelMemory.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/internal/Compositor.h"
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"

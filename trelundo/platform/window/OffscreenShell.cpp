@@ -1,10 +1,10 @@
 #include "trelundo/platform/window/OffscreenShell.h"
 
 #include "trelundo/platform/coreanimation/CATransaction.h"
-#include "trelundo/platform/coreanimation/Compositor.h"
+#include "trelundo/platform/coreanimation/internal/Compositor.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
 #include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <algorithm>

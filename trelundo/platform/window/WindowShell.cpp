@@ -4,7 +4,7 @@
 #include "trelundo/platform/window/DeviceWindow.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <QGuiApplication>

@@ -1,9 +1,9 @@
 #include "trelundo/platform/graphics/text/TextLayout.h"
 
 #include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/GraphicsSystem.h"
-#include "trelundo/platform/graphics/text/TextLines.h"
-#include "trelundo/platform/graphics/text/TextPainter.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
+#include "trelundo/platform/graphics/text/internal/TextLines.h"
+#include "trelundo/platform/graphics/text/internal/TextPainter.h"
 
 #include <algorithm>
 

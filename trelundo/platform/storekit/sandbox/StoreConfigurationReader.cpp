@@ -1,6 +1,6 @@
 #include "trelundo/platform/storekit/sandbox/StoreConfigurationReader.h"
 
-#include "trelundo/platform/foundation/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/LanguageTags.h"
 
 #include <algorithm>
 #include <array>

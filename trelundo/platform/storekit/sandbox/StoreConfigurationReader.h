@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/foundation/JsonText.h"
+#include "trelundo/platform/foundation/internal/JsonText.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 namespace trelundo {

@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/views/ImageSet.h"
 
-#include "trelundo/platform/foundation/JsonText.h"
+#include "trelundo/platform/foundation/internal/JsonText.h"
 
 #include <algorithm>
 #include <array>

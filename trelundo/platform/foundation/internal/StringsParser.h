@@ -1,0 +1,52 @@
+#pragma once
+
+#include "trelundo/platform/foundation/internal/StringsTable.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace trelundo {
+
+/// Reads `"key" = "value";` pairs into a map. One parser reads one file.
+class StringsParser {
+public:
+    explicit StringsParser(StringsTable::Entries& entries)
+        : entries_(entries) {}
+
+    /// None when all of `bytes` was read; else the first error, and the entries before it.
+    std::optional<StringsTable::ParseError> parse(std::string_view bytes);
+
+private:
+    bool decode(std::string_view bytes);
+    bool decodeUtf16(std::string_view bytes, bool isBigEndian);
+    bool checkUtf8();
+
+    bool takePair();
+    bool skipSpace();
+    bool skipComment();
+    std::optional<std::string> takeText(char const* what);
+    std::optional<std::string> takeQuoted(char quote);
+    void takeEscape(std::string& text);
+    char16_t takeHexadecimal();
+    void takeUnicodeEscape(std::string& text);
+    unsigned takeOctal();
+
+    bool atEnd() const { return position_ == text_.size(); }
+    char peek() const { return text_[position_]; }
+    bool startsWith(std::string_view token) const {
+        return std::string_view{text_}.substr(position_).starts_with(token);
+    }
+
+    /// Notes an error at `position` and returns false.
+    bool fail(std::string reason, std::size_t position);
+    bool fail(std::string reason) { return fail(std::move(reason), position_); }
+
+    StringsTable::Entries& entries_;
+    std::string text_;
+    std::size_t position_ = 0;
+    std::optional<StringsTable::ParseError> error_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,258 @@
+#include "trelundo/platform/graphics/text/internal/FontLibrary.h"
+
+#include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/graphics/text/internal/FontFiles.h"
+
+#include <QFile>
+
+#include <unicode/uchar.h>
+#include <unicode/uscript.h>
+#include <unicode/utf16.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+namespace trelundo {
+
+namespace {
+
+constexpr auto emojiFamily = "Noto Color Emoji";
+constexpr auto japaneseFamily = "Noto Sans CJK JP";
+constexpr char32_t emojiSelector = 0xfe0f;
+constexpr char32_t textSelector = 0xfe0e;
+// Shown for characters that no font has, whichever comes first in the face.
+constexpr std::u16string_view missingSigns = u"\ufffd\u25a1?";
+
+template <class Visit> void forEachCharacter(std::u16string_view text, Visit visit) {
+    for (std::size_t i = 0; i < text.size();) {
+        UChar32 character;
+        U16_NEXT(text.data(), i, text.size(), character);
+        visit(static_cast<char32_t>(character));
+    }
+}
+
+void appendCharacter(std::u16string& text, char32_t character) {
+    std::array<char16_t, 2> units{};
+    std::size_t count = 0;
+    U16_APPEND_UNSAFE(units, count, static_cast<UChar32>(character));
+    text.append(units.data(), count);
+}
+
+/// What every font may lack: characters that show nothing by themselves.
+bool isInvisible(char32_t character) {
+    auto const c = static_cast<UChar32>(character);
+    return character < 0x20 || u_hasBinaryProperty(c, UCHAR_DEFAULT_IGNORABLE_CODE_POINT);
+}
+
+/// Maps the face's file, which the font refers to from then on.
+void open(FontFace& face) {
+    face.mapping = std::make_shared<QFile>(QString::fromStdString(face.file));
+    if (!face.mapping->open(QIODevice::ReadOnly)) return;
+    auto const size = face.mapping->size();
+    if (auto const* bytes = face.mapping->map(0, size))
+        face.reference.loadFromData(QByteArray::fromRawData(reinterpret_cast<char const*>(bytes), size),
+                                    FontLibrary::referenceSize, QFont::PreferNoHinting);
+}
+
+QRawFont const& opened(FontFace& face) {
+    if (!std::exchange(face.opened, true) && !face.file.empty()) open(face);
+    return face.reference;
+}
+
+bool covers(FontFace& face, std::u16string_view cluster) {
+    auto const& font = opened(face);
+    if (!font.isValid()) return false;
+    bool all = true;
+    forEachCharacter(cluster, [&](char32_t character) {
+        all = all && (isInvisible(character) || font.supportsCharacter(static_cast<uint>(character)));
+    });
+    return all;
+}
+
+bool isEastAsian(char32_t character, UScriptCode script) {
+    switch (script) {
+    case USCRIPT_HAN:
+    case USCRIPT_HIRAGANA:
+    case USCRIPT_KATAKANA:
+    case USCRIPT_HANGUL:
+    case USCRIPT_BOPOMOFO:
+        return true;
+    default:
+        return (character >= 0x3000 && character < 0x3400) || (character >= 0xff00 && character < 0xffe0);
+    }
+}
+
+/// The family that the script of `character` is set in; empty when only coverage can tell.
+std::string familyForScript(char32_t character) {
+    UErrorCode status = U_ZERO_ERROR;
+    auto const script = uscript_getScript(static_cast<UChar32>(character), &status);
+    if (U_FAILURE(status)) return {};
+    if (isEastAsian(character, script)) return japaneseFamily;
+    if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED || script == USCRIPT_UNKNOWN) return {};
+    std::string name = uscript_getName(script);
+    std::ranges::replace(name, '_', ' ');
+    if (name == "Latin" || name == "Greek" || name == "Cyrillic") return "Noto Sans";
+    return "Noto Sans " + name;
+}
+
+/// Punctuation and marks that several scripts share.
+bool isShared(char32_t character) {
+    UErrorCode status = U_ZERO_ERROR;
+    auto const script = uscript_getScript(static_cast<UChar32>(character), &status);
+    return script == USCRIPT_COMMON || script == USCRIPT_INHERITED;
+}
+
+char16_t missingSign(QRawFont const& font) {
+    auto const sign =
+        std::ranges::find_if(missingSigns, [&](char16_t s) { return font.supportsCharacter(uint{s}); });
+    return sign == missingSigns.end() ? u' ' : *sign;
+}
+
+char32_t firstCharacter(std::u16string_view cluster) {
+    char32_t first = 0;
+    forEachCharacter(cluster, [&](char32_t character) {
+        if (first == 0) first = character;
+    });
+    return first;
+}
+
+} // namespace
+
+bool isEmoji(std::u16string_view cluster) {
+    auto const first = firstCharacter(cluster);
+    if (first < 0x80) return cluster.find(char16_t{0x20e3}) != cluster.npos; // a keycap
+    auto const c = static_cast<UChar32>(first);
+    if (!u_hasBinaryProperty(c, UCHAR_EMOJI)) return false;
+    bool emoji = u_hasBinaryProperty(c, UCHAR_EMOJI_PRESENTATION);
+    forEachCharacter(cluster, [&](char32_t character) {
+        if (character == emojiSelector || (character >= 0x1f3fb && character <= 0x1f3ff)) emoji = true;
+        if (character == textSelector) emoji = false;
+    });
+    return emoji;
+}
+
+void appendShapeable(FontFace& face, std::u16string_view cluster, std::u16string& text) {
+    auto const& font = opened(face);
+    forEachCharacter(cluster, [&](char32_t character) {
+        // The face is chosen by now, and the shaping engine would tear sequences apart at a selector.
+        if (character == emojiSelector || character == textSelector) return;
+        if (font.isValid() && font.supportsCharacter(static_cast<uint>(character)))
+            appendCharacter(text, character);
+        else if (!isInvisible(character))
+            text += missingSign(font);
+    });
+}
+
+FontLibrary& FontLibrary::shared() {
+    // Never destroyed: fonts must not outlive or be outlived by the application object.
+    static auto& library = *new FontLibrary();
+    return library;
+}
+
+FontLibrary::FontLibrary() {
+    chooseSystemFamily();
+    displayFamily_ = systemFamily_ + " Display";
+    if (family(displayFamily_).empty()) displayFamily_ = systemFamily_;
+    for (auto const& name : {systemFamily_, displayFamily_})
+        for (auto& face : families_[name]) face.system = true;
+    if (systemFamily_ != "Inter")
+        logWarning("The system font Inter is missing; install the package fonts-inter. Using " +
+                   systemFamily_ + ".");
+}
+
+void FontLibrary::chooseSystemFamily() {
+    for (auto const* name : {"Inter", "Noto Sans", "DejaVu Sans"}) {
+        if (family(name).empty()) continue;
+        systemFamily_ = name;
+        return;
+    }
+    systemFamily_ = "any";
+    if (auto file = findFontFile(U'a', 400)) families_[systemFamily_].push_back({.file = file->path});
+}
+
+FontLibrary::Family& FontLibrary::family(std::string const& name) {
+    auto const [entry, isNew] = families_.try_emplace(name);
+    if (!isNew) return entry->second;
+    for (auto const& file : findFontFamily(name)) {
+        FontFace face{.file = file.path, .weight = file.weight, .italic = file.italic};
+        // Kana kern only in proportional setting, which nobody asked for.
+        face.kernsByItself = name != japaneseFamily;
+        entry->second.push_back(std::move(face));
+    }
+    return entry->second;
+}
+
+FontFace* FontLibrary::closest(Family& family, int weight, bool italic) {
+    auto const distance = [&](FontFace const& face) {
+        return std::pair(face.italic != italic, std::abs(face.weight - weight));
+    };
+    auto const best = std::ranges::min_element(family, {}, distance);
+    return best == family.end() ? nullptr : &*best;
+}
+
+FontFace& FontLibrary::systemFace(int weight, bool italic, double size) {
+    auto const& name = size < displaySize ? systemFamily_ : displayFamily_;
+    auto* const face = closest(families_[name], weight, italic);
+    return face ? *face : missing_;
+}
+
+FontFace* FontLibrary::faceOfFamily(std::string const& name, FontFace const& like) {
+    return closest(family(name), like.weight, like.italic);
+}
+
+FontFace& FontLibrary::faceFor(std::u16string_view cluster, FontFace& preferred, FontFace* previous) {
+    if (isEmoji(cluster)) {
+        auto* const emoji = faceOfFamily(emojiFamily, preferred);
+        if (emoji && covers(*emoji, cluster)) return *emoji;
+    }
+    if (covers(preferred, cluster)) return preferred;
+    // A mark stays with the text before it.
+    if (previous && isShared(firstCharacter(cluster)) && covers(*previous, cluster)) return *previous;
+    auto* const face = fallback(cluster, preferred);
+    return face ? *face : preferred;
+}
+
+FontFace* FontLibrary::fallback(std::u16string_view cluster, FontFace const& like) {
+    auto const character = firstCharacter(cluster);
+    auto const key = std::pair(character, like.weight >= 600);
+    if (auto const known = byCharacter_.find(key); known != byCharacter_.end()) return known->second;
+    FontFace* face = nullptr;
+    auto const fits = [&](FontFace* candidate) { return candidate && covers(*candidate, cluster); };
+    if (auto const name = familyForScript(character); !name.empty()) face = faceOfFamily(name, like);
+    if (!fits(face)) face = faceByCoverage(character, like);
+    if (cluster.size() <= 2) byCharacter_[key] = face;
+    return face;
+}
+
+FontFace* FontLibrary::faceByCoverage(char32_t character, FontFace const& like) {
+    std::u16string text;
+    appendCharacter(text, character);
+    for (auto const* name :
+         {"Noto Sans", "Noto Sans Symbols", "Noto Sans Symbols2", "Noto Sans Math", japaneseFamily}) {
+        auto* const face = faceOfFamily(name, like);
+        if (face && covers(*face, text)) return face;
+    }
+    auto const file = findFontFile(character, like.weight);
+    if (!file) return nullptr;
+    auto& others = families_["file:" + file->path];
+    if (others.empty()) others.push_back({.file = file->path, .weight = file->weight});
+    return covers(others.front(), text) ? &others.front() : nullptr;
+}
+
+QRawFont FontLibrary::fontFor(FontFace& face, double size) {
+    if (size == referenceSize) return opened(face);
+    // Far more sizes than any screen shows; animations of the size must not pile them up.
+    constexpr std::size_t most = 128;
+    if (sized_.size() >= most) sized_.clear();
+    auto const [entry, isNew] = sized_.try_emplace({&face, size});
+    if (isNew) {
+        entry->second = opened(face);
+        if (entry->second.isValid()) entry->second.setPixelSize(size);
+    }
+    return entry->second;
+}
+
+} // namespace trelundo

@@ -1,0 +1,230 @@
+#include "trelundo/platform/graphics/text/internal/TextPainter.h"
+
+#include "trelundo/platform/graphics/internal/CanvasState.h"
+#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+
+#include <QGlyphRun>
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace trelundo {
+
+namespace {
+
+constexpr int lineStyleBits = 0x0f;
+constexpr int patternBits = 0x700;
+
+bool hasBits(NSUnderlineStyle style, NSUnderlineStyle bits) {
+    return (static_cast<int>(style) & static_cast<int>(bits)) == static_cast<int>(bits);
+}
+
+NSTextAlignment physicalAlignment(SetLine const& line) {
+    auto const alignment = line.style.alignment;
+    if (alignment != NSTextAlignment::natural && alignment != NSTextAlignment::justified) return alignment;
+    return line.paragraph->rightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
+}
+
+double leftEdge(SetLine const& line, double width) {
+    auto const start = line.paragraph->rightToLeft ? line.trailing : line.leading;
+    auto const end = width - (line.paragraph->rightToLeft ? line.leading : line.trailing);
+    switch (physicalAlignment(line)) {
+    case NSTextAlignment::center:
+        return (start + end - line.width) / 2;
+    case NSTextAlignment::right:
+        return end - line.width;
+    default:
+        return start;
+    }
+}
+
+/// Spaces at the end of a line take no part in reordering: they stand at the paragraph's end.
+std::vector<std::uint8_t> lineLevels(SetLine const& line, std::size_t last) {
+    std::vector<std::uint8_t> levels;
+    levels.reserve(last - line.first);
+    for (auto i = line.first; i < last; ++i) levels.push_back(line.paragraph->characters[i].level);
+    for (auto i = last; i > line.first && line.paragraph->characters[i - 1].isSpace; --i)
+        levels[i - 1 - line.first] = line.paragraph->rightToLeft ? 1 : 0;
+    return levels;
+}
+
+/// Spaces at which the text goes on in the next line hang outside and are not drawn.
+std::size_t drawnEnd(SetLine const& line) {
+    auto last = line.last;
+    while (line.softEnd && last > line.first && line.paragraph->characters[last - 1].isSpace) --last;
+    return last;
+}
+
+} // namespace
+
+void TextPainter::draw(SetLine const& line, CGPoint origin, double width) {
+    auto const placed = place(line, origin.x + leftEdge(line, width), width);
+    auto const baseline = origin.y + line.baseline;
+    canvas_.painter().save();
+    drawBackgrounds(placed, origin.y + line.top, line.height);
+    drawDecorations(placed, baseline, Decoration::underline);
+    drawGlyphs(placed, baseline);
+    drawDecorations(placed, baseline, Decoration::strikethrough);
+    canvas_.painter().restore();
+}
+
+std::vector<TextPainter::Placed> TextPainter::place(SetLine const& line, double left, double width) const {
+    auto const extra = spaceForJustifying(line, width);
+    auto const levels = lineLevels(line, drawnEnd(line));
+    std::vector<Placed> placed;
+    placed.reserve(levels.size());
+    for (auto index : visualOrder(levels)) {
+        auto const& character = line.paragraph->characters[line.first + static_cast<std::size_t>(index)];
+        auto const advance = character.advance + (character.isSpace ? extra : 0);
+        placed.push_back({&character, left, advance});
+        left += advance;
+    }
+    return placed;
+}
+
+double TextPainter::spaceForJustifying(SetLine const& line, double width) const {
+    if (line.style.alignment != NSTextAlignment::justified || !line.softEnd) return 0;
+    auto const* characters = line.paragraph->characters.data();
+    auto const spaces = std::count_if(characters + line.first, characters + drawnEnd(line),
+                                      [](TextCharacter const& character) { return character.isSpace; });
+    auto const missing = width - line.leading - line.trailing - line.width;
+    return spaces > 0 && missing > 0 ? missing / static_cast<double>(spaces) : 0;
+}
+
+std::vector<TextPainter::Stretch> TextPainter::stretches(std::vector<Placed> const& placed,
+                                                         bool splitAtSpaces) const {
+    std::vector<Stretch> result;
+    for (auto const& [character, left, width] : placed) {
+        auto const isSpace = splitAtSpaces && character->isSpace;
+        if (!result.empty() && result.back().style == character->style && result.back().isSpace == isSpace)
+            result.back().right = left + width;
+        else
+            result.push_back({character->style, left, left + width, isSpace});
+    }
+    return result;
+}
+
+void TextPainter::drawBackgrounds(std::vector<Placed> const& placed, double top, double height) {
+    auto const any =
+        std::ranges::any_of(styles_, [](auto const& style) { return style.look.background.has_value(); });
+    if (!any) return;
+    for (auto const& stretch : stretches(placed, false))
+        if (auto const& color = styles_[stretch.style].look.background)
+            canvas_.fill({stretch.left, top, stretch.right - stretch.left, height}, *color);
+}
+
+void TextPainter::drawGlyphs(std::vector<Placed> const& placed, double baseline) {
+    TextCharacter const* head = nullptr;
+    std::vector<quint32> indexes;
+    std::vector<QPointF> places;
+    for (auto const& [character, left, width] : placed) {
+        if (head && (character->style != head->style || character->face != head->face)) {
+            drawGlyphRun(*head, indexes, places);
+            head = nullptr;
+        }
+        if (!head) head = character;
+        auto const& style = styles_[character->style];
+        auto const size = style.font.size;
+        auto const& shaped = character->word->characters[character->indexInWord];
+        for (auto i = shaped.firstGlyph; i < shaped.firstGlyph + shaped.glyphCount; ++i) {
+            auto const& glyph = character->word->glyphs[i];
+            indexes.push_back(glyph.index);
+            places.emplace_back(left + glyph.x * size, baseline - style.look.baselineOffset + glyph.y * size);
+        }
+    }
+    if (head) drawGlyphRun(*head, indexes, places);
+}
+
+void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& indexes,
+                               std::vector<QPointF>& places) {
+    auto const& style = styles_[head.style];
+    auto const font = FontLibrary::shared().fontFor(*head.face, style.font.size);
+    if (!indexes.empty() && style.font.size > 0 && font.isValid()) {
+        QGlyphRun run;
+        run.setRawFont(font);
+        run.setGlyphIndexes(QList<quint32>(indexes.begin(), indexes.end()));
+        run.setPositions(QList<QPointF>(places.begin(), places.end()));
+        canvas_.painter().setPen(toQColor(style.look.color));
+        canvas_.painter().drawGlyphRun(QPointF(), run);
+    }
+    indexes.clear();
+    places.clear();
+}
+
+void TextPainter::drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration) {
+    auto const below = decoration == Decoration::underline;
+    auto const styleOf = [&](ScaledStyle const& style) {
+        return below ? style.look.underline : style.look.strikethrough;
+    };
+    auto const drawn = [&](ScaledStyle const& style) { return styleOf(style) != NSUnderlineStyle::none; };
+    if (std::ranges::none_of(styles_, drawn)) return;
+    auto const byWord = std::ranges::any_of(
+        styles_, [&](auto const& style) { return hasBits(styleOf(style), NSUnderlineStyle::byWord); });
+    for (auto const& stretch : stretches(placed, byWord)) {
+        auto const& style = styles_[stretch.style];
+        if (!drawn(style) || (stretch.isSpace && hasBits(styleOf(style), NSUnderlineStyle::byWord))) continue;
+        auto const& color = below ? style.look.underlineColor : style.look.strikethroughColor;
+        auto const raised = baseline - style.look.baselineOffset;
+        auto const middle = below ? raised + style.font.size / 9 : raised - style.font.xHeight() / 2;
+        drawRule(stretch, styleOf(style), middle, color.value_or(style.look.color));
+    }
+}
+
+/// Lines are whole device pixels thick and lie on whole pixels, as far as the transform is upright.
+void TextPainter::drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle,
+                           CGColor const& color) {
+    auto const& transform = canvas_.painter().worldTransform();
+    auto const scale = deviceScale(canvas_.painter());
+    if (!(scale > 0)) return;
+    auto const isThick =
+        (static_cast<int>(style) & lineStyleBits) == static_cast<int>(NSUnderlineStyle::thick);
+    auto const wished = styles_[stretch.style].font.size / 18 * (isThick ? 2 : 1);
+    auto const pixels = std::max(1.0, std::round(wished * scale));
+    auto const thickness = pixels / scale;
+    auto const aligned = [&](double place, double shift) {
+        return (std::round(place * scale + shift) - shift) / scale;
+    };
+    auto const isDouble = hasBits(style, NSUnderlineStyle::doubleLine);
+    auto const top = aligned(middle - thickness / 2 - (isDouble ? thickness : 0), transform.dy());
+    auto const left = aligned(stretch.left, transform.dx());
+    auto const right = aligned(stretch.right, transform.dx());
+    for (int i = 0; i < (isDouble ? 2 : 1); ++i)
+        drawDashes(left, right, top + 2 * i * thickness, thickness, static_cast<int>(style) & patternBits,
+                   color);
+}
+
+void TextPainter::drawDashes(double left, double right, double top, double thickness, int pattern,
+                             CGColor const& color) {
+    // Lengths in thicknesses: drawn, left out, drawn and so on.
+    static constexpr std::array<double, 2> dot{1, 1};
+    static constexpr std::array<double, 2> dash{4, 2};
+    static constexpr std::array<double, 4> dashDot{4, 2, 1, 2};
+    static constexpr std::array<double, 6> dashDotDot{4, 2, 1, 2, 1, 2};
+    std::span<double const> lengths;
+    switch (pattern) {
+    case 0x100:
+        lengths = dot;
+        break;
+    case 0x200:
+        lengths = dash;
+        break;
+    case 0x300:
+        lengths = dashDot;
+        break;
+    case 0x400:
+        lengths = dashDotDot;
+        break;
+    default:
+        return canvas_.fill({left, top, right - left, thickness}, color);
+    }
+    for (std::size_t i = 0; left < right; ++i) {
+        auto const length = lengths[i % lengths.size()] * thickness;
+        if (i % 2 == 0) canvas_.fill({left, top, std::min(length, right - left), thickness}, color);
+        left += length;
+    }
+}
+
+} // namespace trelundo

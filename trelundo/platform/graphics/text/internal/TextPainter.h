@@ -1,0 +1,53 @@
+#pragma once
+
+#include "trelundo/platform/graphics/Canvas.h"
+#include "trelundo/platform/graphics/text/internal/TextLines.h"
+
+#include <QPointF>
+
+#include <vector>
+
+namespace trelundo {
+
+/// Draws set lines: backgrounds, then underlines, glyphs and strike-through.
+class TextPainter {
+public:
+    TextPainter(Canvas& canvas, std::vector<ScaledStyle> const& styles)
+        : canvas_(canvas)
+        , styles_(styles) {}
+
+    /// `origin` is the top left corner of the text, `width` what lines are aligned within.
+    void draw(SetLine const& line, CGPoint origin, double width);
+
+private:
+    /// A character at its place on the line.
+    struct Placed {
+        TextCharacter const* character;
+        double left;
+        double width;
+    };
+    /// Neighbours of one style.
+    struct Stretch {
+        std::size_t style;
+        double left;
+        double right;
+        bool isSpace;
+    };
+
+    std::vector<Placed> place(SetLine const& line, double left, double width) const;
+    double spaceForJustifying(SetLine const& line, double width) const;
+    std::vector<Stretch> stretches(std::vector<Placed> const& placed, bool splitAtSpaces) const;
+    void drawBackgrounds(std::vector<Placed> const& placed, double top, double height);
+    void drawGlyphs(std::vector<Placed> const& placed, double baseline);
+    void drawGlyphRun(TextCharacter const& head, std::vector<quint32>& indexes, std::vector<QPointF>& places);
+    enum class Decoration { underline, strikethrough };
+    void drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration);
+    void drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle, CGColor const& color);
+    void drawDashes(double left, double right, double top, double thickness, int pattern,
+                    CGColor const& color);
+
+    Canvas& canvas_;
+    std::vector<ScaledStyle> const& styles_;
+};
+
+} // namespace trelundo

@@ -1,0 +1,193 @@
+#include "trelundo/platform/graphics/text/internal/TextParagraph.h"
+
+#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+
+#include <unicode/uchar.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace trelundo {
+
+namespace {
+
+// Longer words are shaped in pieces, so that the time stays in proportion to the text.
+constexpr std::size_t longestWord = 256;
+
+struct TrackingStep {
+    double size;
+    double thousandths; // of an em
+};
+
+constexpr std::array trackingSteps{
+    TrackingStep{8, 26},   TrackingStep{9, 19},   TrackingStep{10, 12},  TrackingStep{11, 6},
+    TrackingStep{12, 0},   TrackingStep{13, -6},  TrackingStep{14, -11}, TrackingStep{15, -16},
+    TrackingStep{16, -20}, TrackingStep{17, -26}, TrackingStep{18, -25}, TrackingStep{19, -24},
+    TrackingStep{20, -23}, TrackingStep{24, 3},   TrackingStep{28, 14},  TrackingStep{34, 12},
+    TrackingStep{36, 10},  TrackingStep{40, 10},  TrackingStep{58, 6},   TrackingStep{80, 0},
+};
+
+double positive(double value) { return value > 0 && std::isfinite(value) ? value : 0; }
+double finite(double value) { return std::isfinite(value) ? value : 0; }
+
+/// What is shaped in place of a unit: a tab is a space, and other control characters show nothing.
+char16_t shown(char16_t unit) {
+    constexpr char16_t nothing = 0x200b;
+    if (unit == u'\t') return u' ';
+    return unit < 0x20 || unit == 0x7f ? nothing : unit;
+}
+
+bool isSpace(char16_t unit) {
+    constexpr char16_t noBreak[] = {0xa0, 0x202f, 0x2007};
+    return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
+}
+
+/// Whether the letters at two places are written in one stroke, as in Arabic.
+bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right) {
+    auto const joining = [&](std::size_t place) {
+        char32_t letter = 0;
+        U16_GET(text.data(), 0, place, text.size(), letter);
+        return u_getIntPropertyValue(static_cast<UChar32>(letter), UCHAR_JOINING_TYPE);
+    };
+    auto const first = joining(left);
+    auto const second = joining(right);
+    return (first == U_JT_DUAL_JOINING || first == U_JT_LEFT_JOINING || first == U_JT_JOIN_CAUSING) &&
+           (second == U_JT_DUAL_JOINING || second == U_JT_RIGHT_JOINING || second == U_JT_JOIN_CAUSING);
+}
+
+} // namespace
+
+double systemTracking(double size) {
+    auto const above =
+        std::ranges::find_if(trackingSteps, [&](auto const& step) { return step.size >= size; });
+    if (above == trackingSteps.end()) return 0;
+    if (above == trackingSteps.begin()) return above->thousandths * size / 1000;
+    auto const& below = *(above - 1);
+    auto const share = (size - below.size) / (above->size - below.size);
+    return (below.thousandths + (above->thousandths - below.thousandths) * share) * size / 1000;
+}
+
+ScaledStyle::ScaledStyle(TextRun const& run, double scale)
+    : look(run)
+    , font(run.font)
+    , kern(finite(run.kern.value_or(0) * scale))
+    , kerning(run.kern != 0.0) {
+    look.text.clear();
+    font.size = positive(run.font.size * scale);
+    tracking = systemTracking(font.size);
+    look.baselineOffset = finite(run.baselineOffset * scale);
+    ascent = font.ascender() + look.baselineOffset;
+    descent = -font.descender() - look.baselineOffset;
+}
+
+void StyledText::append(std::u16string_view more, std::size_t style) {
+    units += more;
+    styles.resize(units.size(), style);
+}
+
+StyledText StyledText::part(std::size_t start, std::size_t end) const {
+    StyledText result;
+    result.units = units.substr(start, end - start);
+    result.styles.assign(styles.begin() + static_cast<std::ptrdiff_t>(start),
+                         styles.begin() + static_cast<std::ptrdiff_t>(end));
+    return result;
+}
+
+TextParagraph::TextParagraph(StyledText source, std::vector<ScaledStyle> const& styles, bool isRightToLeft)
+    : text(std::move(source))
+    , rightToLeft(isRightToLeft) {
+    std::ranges::transform(text.units, text.units.begin(), shown);
+    splitCharacters(styles);
+    shape(styles);
+}
+
+std::size_t TextParagraph::end(std::size_t character) const {
+    return character + 1 < characters.size() ? characters[character + 1].start : text.units.size();
+}
+
+double TextParagraph::width(std::size_t first, std::size_t last) const {
+    double sum = 0;
+    for (auto i = first; i < last; ++i) sum += characters[i].advance;
+    return sum;
+}
+
+void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
+    auto const ends = characterEnds(text.units);
+    auto const breaks = lineBreaks(text.units);
+    auto const levels = embeddingLevels(text.units, rightToLeft);
+    auto& library = FontLibrary::shared();
+    characters.reserve(ends.size());
+    std::size_t start = 0;
+    FontFace* previous = nullptr;
+    for (auto const unsignedEnd : ends) {
+        auto const stop = static_cast<std::size_t>(unsignedEnd);
+        auto const style = text.styles[start];
+        auto const& font = styles[style].font;
+        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
+        auto& preferred = library.systemFace(font.weight, font.italic, styles[style].look.font.size);
+        auto& face =
+            library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
+        characters.push_back({.start = start,
+                              .style = style,
+                              .face = &face,
+                              .word = nullptr,
+                              .indexInWord = 0,
+                              .advance = 0,
+                              .level = levels[start],
+                              .isSpace = isSpace(text.units[start]),
+                              .mayBreakAfter = breaks.allowed[stop],
+                              .breaksWellAfter = breaks.preferred[stop]});
+        previous = &face;
+        start = stop;
+    }
+}
+
+std::size_t TextParagraph::wordEnd(std::size_t first) const {
+    auto const& head = characters[first];
+    auto last = first + 1;
+    for (; last < characters.size() && last - first < longestWord; ++last) {
+        auto const& next = characters[last];
+        if (next.style != head.style || next.face != head.face || next.level != head.level) break;
+        if (characters[last - 1].isSpace && !next.isSpace) break;
+    }
+    return last;
+}
+
+void TextParagraph::shape(std::vector<ScaledStyle> const& styles) {
+    for (std::size_t first = 0; first < characters.size();) {
+        auto const last = wordEnd(first);
+        shapeCharacters(first, last, styles);
+        first = last;
+    }
+}
+
+void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
+                                    std::vector<ScaledStyle> const& styles) {
+    auto const& head = characters[first];
+    auto const& style = styles[head.style];
+    WordToShape toShape{
+        .text = {}, .face = head.face, .kerning = style.kerning, .rightToLeft = head.level % 2 == 1};
+    std::vector<int> ends;
+    ends.reserve(last - first);
+    for (auto i = first; i < last; ++i) {
+        auto const cluster =
+            std::u16string_view(text.units).substr(characters[i].start, end(i) - characters[i].start);
+        appendShapeable(*head.face, cluster, toShape.text);
+        ends.push_back(static_cast<int>(toShape.text.size()));
+    }
+    auto const word = shapeWord(toShape, ends);
+    auto const extra = style.kern + (head.face->system ? style.tracking : 0);
+    for (auto i = first; i < last; ++i) {
+        auto& character = characters[i];
+        character.word = word;
+        character.indexInWord = i - first;
+        auto const ems = word->characters[i - first].advance;
+        // A gap inside a join would tear cursive writing apart.
+        bool const joins =
+            i + 1 < last && joinCursively(text.units, character.start, characters[i + 1].start);
+        character.advance = ems > 0 ? ems * style.font.size + (joins ? 0 : extra) : 0;
+    }
+}
+
+} // namespace trelundo
