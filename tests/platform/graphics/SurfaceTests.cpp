@@ -1,4 +1,5 @@
 #include "Drawing.h"
+#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +34,7 @@ TEST_F(PngFile, KeepsTranslucentPixels) {
         canvas.fillRounded({5, 8, 30, 20}, CornerRadii::all(6), {0.2, 0.4, 0.9, 0.5});
     });
     auto const read = written(*surface).convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    ASSERT_EQ(read.size(), surface->image().size());
+    ASSERT_EQ(read.size(), surface->pixels().image.size());
     for (int y = 0; y < read.height(); ++y)
         for (int x = 0; x < read.width(); ++x) {
             auto const wrote = surface->pixel(x, y);
@@ -52,7 +53,7 @@ TEST_F(PngFile, OpaquePixelsNeedNoAlphaAndStayExact) {
     ASSERT_TRUE(surface->isOpaque());
     auto const read = written(*surface);
     EXPECT_FALSE(read.hasAlphaChannel());
-    EXPECT_EQ(read.convertToFormat(QImage::Format_ARGB32_Premultiplied), surface->image());
+    EXPECT_EQ(read.convertToFormat(QImage::Format_ARGB32_Premultiplied), surface->pixels().image);
 }
 
 TEST(Surface, ReportsAFileThatCannotBeWritten) {

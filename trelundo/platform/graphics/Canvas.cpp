@@ -73,14 +73,19 @@ QPainterPath roundedPath(QRectF const& rect, CornerRadii const& radii) {
     return path;
 }
 
+Canvas::State::State(Surface& target)
+    : surface(target)
+    , painter(&target.pixels().image)
+    , clip(target.pixels().image.rect()) {
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                           QPainter::SmoothPixmapTransform);
+    painter.setPen(Qt::NoPen);
+    painter.scale(surface.scale(), surface.scale());
+}
+
 Canvas::Canvas(Surface& surface) {
     startGraphics();
     state_ = std::make_unique<State>(surface);
-    painter_ = std::make_unique<QPainter>(&surface.image());
-    painter_->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
-                             QPainter::SmoothPixmapTransform);
-    painter_->setPen(Qt::NoPen);
-    painter_->scale(surface.scale(), surface.scale());
 }
 
 Canvas::~Canvas() = default;
@@ -88,71 +93,71 @@ Canvas::~Canvas() = default;
 double Canvas::scale() const { return state_->surface.scale(); }
 
 void Canvas::save() {
-    painter_->save();
+    state_->painter.save();
     state_->saved.push_back(state_->clip);
 }
 
 void Canvas::restore() {
     if (state_->saved.empty()) return;
-    painter_->restore();
+    state_->painter.restore();
     state_->clip = state_->saved.back();
     state_->saved.pop_back();
 }
 
 void Canvas::concatenate(CGAffineTransform const& t) {
-    painter_->setWorldTransform(QTransform(t.a, t.b, t.c, t.d, t.tx, t.ty), true);
+    state_->painter.setWorldTransform(QTransform(t.a, t.b, t.c, t.d, t.tx, t.ty), true);
 }
 
 void Canvas::clip(CGRect const& rect) {
     auto const area = isDrawable(rect) ? toQRect(rect) : QRectF();
-    auto const pixels = devicePixels(*painter_, area);
+    auto const pixels = devicePixels(state_->painter, area);
     state_->clip = area.isEmpty() ? QRect(0, 0, 0, 0) : state_->clip & pixels;
-    if (painter_->worldTransform().type() > QTransform::TxScale && !area.isEmpty()) {
-        painter_->setClipRect(area, Qt::IntersectClip);
+    if (state_->painter.worldTransform().type() > QTransform::TxScale && !area.isEmpty()) {
+        state_->painter.setClipRect(area, Qt::IntersectClip);
         return;
     }
-    DevicePixels const device(*painter_);
-    painter_->setClipRect(state_->clip, Qt::IntersectClip);
+    DevicePixels const device(state_->painter);
+    state_->painter.setClipRect(state_->clip, Qt::IntersectClip);
 }
 
 CGRect Canvas::clipBounds() const {
     auto const& clip = state_->clip;
     if (clip.isEmpty()) return CGRect::null();
-    auto const bounds = painter_->worldTransform().inverted().mapRect(QRectF(clip));
+    auto const bounds = state_->painter.worldTransform().inverted().mapRect(QRectF(clip));
     return {bounds.x(), bounds.y(), bounds.width(), bounds.height()};
 }
 
 void Canvas::multiplyOpacity(double opacity) {
-    painter_->setOpacity(painter_->opacity() * (opacity > 0 ? std::min(opacity, 1.0) : 0.0));
+    state_->painter.setOpacity(state_->painter.opacity() * (opacity > 0 ? std::min(opacity, 1.0) : 0.0));
 }
 
 void Canvas::clear(CGRect const& rect) {
     if (!isDrawable(rect)) return;
-    auto const pixels = devicePixels(*painter_, toQRect(rect));
-    DevicePixels const device(*painter_);
-    auto const mode = painter_->compositionMode();
-    painter_->setCompositionMode(QPainter::CompositionMode_Clear);
-    painter_->fillRect(pixels, Qt::transparent);
-    painter_->setCompositionMode(mode);
+    auto const pixels = devicePixels(state_->painter, toQRect(rect));
+    DevicePixels const device(state_->painter);
+    auto const mode = state_->painter.compositionMode();
+    state_->painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    state_->painter.fillRect(pixels, Qt::transparent);
+    state_->painter.setCompositionMode(mode);
 }
 
 void Canvas::fill(CGRect const& rect, CGColor const& color) {
     if (!isDrawable(rect) || colorByte(color.alpha) == 0) return;
     auto const area = toQRect(rect);
-    auto const& transform = painter_->worldTransform();
+    auto const& transform = state_->painter.worldTransform();
     if (transform.type() > QTransform::TxScale || !isOnWholePixels(transform.mapRect(area))) {
-        painter_->fillRect(area, toQColor(color));
+        state_->painter.fillRect(area, toQColor(color));
         return;
     }
-    auto const pixels = devicePixels(*painter_, area) & state_->clip;
-    DevicePixels const device(*painter_);
-    painter_->fillRect(pixels, toQColor(color));
+    auto const pixels = devicePixels(state_->painter, area) & state_->clip;
+    DevicePixels const device(state_->painter);
+    state_->painter.fillRect(pixels, toQColor(color));
 }
 
 void Canvas::fillRounded(CGRect const& rect, CornerRadii const& radii, CGColor const& color) {
     if (radii.isZero()) return fill(rect, color);
     if (!isDrawable(rect) || colorByte(color.alpha) == 0) return;
-    painter_->fillPath(roundedPath(toQRect(rect), radii), toQColor(color));
+    state_->painter.fillPath(roundedPath(toQRect(rect), radii), toQColor(color));
 }
 
 void Canvas::strokeRounded(CGRect const& rect, CornerRadii const& radii, double width, CGColor const& color) {
@@ -167,7 +172,7 @@ void Canvas::strokeRounded(CGRect const& rect, CornerRadii const& radii, double 
                                   inner(radii.bottomRight)}));
         path.setFillRule(Qt::OddEvenFill);
     }
-    painter_->fillPath(path, toQColor(color));
+    state_->painter.fillPath(path, toQColor(color));
 }
 
 namespace {
@@ -205,9 +210,9 @@ void Canvas::fillGradient(CGRect const& rect, CornerRadii const& radii, std::spa
     gradient.setInterpolationMode(QGradient::ColorInterpolation);
     gradient.setStops(painterStops(stops));
     if (radii.isZero())
-        painter_->fillRect(area, gradient);
+        state_->painter.fillRect(area, gradient);
     else
-        painter_->fillPath(roundedPath(area, radii), gradient);
+        state_->painter.fillPath(roundedPath(area, radii), gradient);
 }
 
 void Canvas::fillPolygon(std::span<CGPoint const> points, CGColor const& color) {
@@ -217,7 +222,7 @@ void Canvas::fillPolygon(std::span<CGPoint const> points, CGColor const& color) 
     for (auto const& point : points.subspan(1)) path.lineTo(point.x, point.y);
     path.closeSubpath();
     path.setFillRule(Qt::WindingFill);
-    painter_->fillPath(path, toQColor(color));
+    state_->painter.fillPath(path, toQColor(color));
 }
 
 } // namespace trelundo

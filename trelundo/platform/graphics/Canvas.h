@@ -10,8 +10,6 @@
 #include <span>
 #include <vector>
 
-class QPainter;
-
 namespace trelundo {
 
 class Surface;
@@ -78,11 +76,11 @@ public:
     /// A wedge-shaped polygon in points, filled without outline (activity indicator, small marks).
     void fillPolygon(std::span<CGPoint const> points, CGColor const& color);
 
-    QPainter& painter() { return *painter_; }
+    /// For what the platform itself draws through the graphics library.
+    struct State;
+    State& state() { return *state_; }
 
 private:
-    struct State;
-    std::unique_ptr<QPainter> painter_;
     std::unique_ptr<State> state_;
 };
 

@@ -200,12 +200,12 @@ QImage bordered(BlurBuffer const& buffer) {
 void Canvas::drawShadow(CGRect const& rect, CornerRadii const& radii, double deviation, CGPoint offset,
                         CGColor const& color) {
     if (!isDrawable(rect) || !isShadowDrawable(deviation, offset, color)) return;
-    auto const scale = deviceScale(*painter_);
+    auto const scale = deviceScale(state_->painter);
     ShadowShape const shape{rect.width() * scale, rect.height() * scale, scaledRadii(radii, scale),
                             std::min(deviation * scale, largestDeviation), toQColor(color).rgba()};
     auto const reduction = blurReduction(shape.deviation);
     if (shape.width * shape.height > maximumShadowPixels * reduction * reduction || scale == 0) return;
-    placeShadow(*painter_, shadowFor(shape), {rect.minX() + offset.x, rect.minY() + offset.y}, scale);
+    placeShadow(state_->painter, shadowFor(shape), {rect.minX() + offset.x, rect.minY() + offset.y}, scale);
 }
 
 void Canvas::drawShadow(Surface const& source, CGPoint origin, double deviation, CGPoint offset,
@@ -215,20 +215,21 @@ void Canvas::drawShadow(Surface const& source, CGPoint origin, double deviation,
     Shadow shadow;
     shadow.reduction = blurReduction(pixels);
     shadow.margin = marginFor(pixels, shadow.reduction);
-    auto mask = reduced(source.image(), source.image().rect(), shadow.reduction, shadow.margin, 1);
+    auto mask =
+        reduced(source.pixels().image, source.pixels().image.rect(), shadow.reduction, shadow.margin, 1);
     boxBlur(mask, pixels / shadow.reduction);
     shadow.image = colored(mask, toQColor(color).rgba());
-    placeShadow(*painter_, shadow, {origin.x + offset.x, origin.y + offset.y}, source.scale());
+    placeShadow(state_->painter, shadow, {origin.x + offset.x, origin.y + offset.y}, source.scale());
 }
 
 void Canvas::blurBackdrop(CGRect const& rect, CornerRadii const& radii, double blurRadius, double saturation,
                           CGColor const& overlay) {
     if (!isDrawable(rect)) return;
-    auto const full = devicePixels(*painter_, toQRect(rect));
-    auto const& surface = *static_cast<QImage const*>(painter_->device());
+    auto const full = devicePixels(state_->painter, toQRect(rect));
+    auto const& surface = *static_cast<QImage const*>(state_->painter.device());
     auto const area = full & surface.rect();
     if (area.isEmpty()) return;
-    auto const scale = deviceScale(*painter_);
+    auto const scale = deviceScale(state_->painter);
     auto const deviation =
         std::clamp(std::isfinite(blurRadius) ? blurRadius * scale : 0, 0.0, largestDeviation);
     auto const reduction = blurReduction(deviation);
@@ -242,13 +243,13 @@ void Canvas::blurBackdrop(CGRect const& rect, CornerRadii const& radii, double b
     QBrush brush(bordered(buffer));
     brush.setTransform(QTransform::fromScale(reduction, reduction) *
                        QTransform::fromTranslate(area.x() - reduction, area.y() - reduction));
-    DevicePixels const device(*painter_);
-    painter_->save();
-    painter_->setClipRect(area, Qt::IntersectClip);
+    DevicePixels const device(state_->painter);
+    state_->painter.save();
+    state_->painter.setClipRect(area, Qt::IntersectClip);
     // The blurred picture takes the place of the sharp one, also where that is translucent.
-    painter_->setCompositionMode(QPainter::CompositionMode_Source);
-    painter_->fillPath(roundedPath(full, scaledRadii(radii, scale)), brush);
-    painter_->restore();
+    state_->painter.setCompositionMode(QPainter::CompositionMode_Source);
+    state_->painter.fillPath(roundedPath(full, scaledRadii(radii, scale)), brush);
+    state_->painter.restore();
 }
 
 } // namespace trelundo

@@ -1,4 +1,5 @@
 #include "trelundo/platform/graphics/internal/CanvasState.h"
+#include "trelundo/platform/graphics/internal/PictureState.h"
 
 #include <cstring>
 
@@ -69,43 +70,44 @@ void Canvas::drawPicture(Picture const& picture, CGRect const& rect, CGRect cons
                          CornerRadii const& radii, std::optional<CGColor> tint) {
     if (!isDrawable(rect) || !isDrawable(clip)) return;
     auto const area = toQRect(rect);
-    auto const& transform = painter_->worldTransform();
+    auto const& transform = state_->painter.worldTransform();
     auto const upright =
         transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
-    auto const scale = deviceScale(*painter_);
+    auto const scale = deviceScale(state_->painter);
     auto const pixels = area.width() * area.height() * scale * scale;
     if (upright && pixels <= maximumRenditionPixels) {
-        auto const target = devicePixels(*painter_, area);
-        auto const image = picture.rendition(target.width(), target.height(), tint);
-        if (!image.isNull()) drawUpright(*painter_, image, target, toQRect(clip), radii);
+        auto const target = devicePixels(state_->painter, area);
+        auto const image = picture.state_->rendition(target.width(), target.height(), tint);
+        if (!image.isNull()) drawUpright(state_->painter, image, target, toQRect(clip), radii);
         return;
     }
     auto const shrink = std::min(1.0, std::sqrt(maximumRenditionPixels / 4 / pixels));
-    auto const image = picture.rendition(pixelLength(std::min(area.width() * scale * shrink, 8192.0)),
-                                         pixelLength(std::min(area.height() * scale * shrink, 8192.0)), tint);
-    if (!image.isNull()) drawTransformed(*painter_, image, area, toQRect(clip), radii);
+    auto const image =
+        picture.state_->rendition(pixelLength(std::min(area.width() * scale * shrink, 8192.0)),
+                                  pixelLength(std::min(area.height() * scale * shrink, 8192.0)), tint);
+    if (!image.isNull()) drawTransformed(state_->painter, image, area, toQRect(clip), radii);
 }
 
 void Canvas::drawSurface(Surface const& source, CGPoint origin, CornerRadii const& radii) {
-    auto const& image = source.image();
-    auto const place = devicePixels(*painter_, QRectF(origin.x, origin.y, 0, 0)).topLeft();
+    auto const& image = source.pixels().image;
+    auto const place = devicePixels(state_->painter, QRectF(origin.x, origin.y, 0, 0)).topLeft();
     QRect const target(place, image.size());
     auto const visible = target & state_->clip;
     if (visible.isEmpty()) return;
-    auto const plain = radii.isZero() && painter_->opacity() >= 1 && source.isOpaque();
+    auto const plain = radii.isZero() && state_->painter.opacity() >= 1 && source.isOpaque();
     // A turned clip is known to the painter only.
-    if (plain && painter_->worldTransform().type() <= QTransform::TxScale)
-        return copyPixels(*static_cast<QImage*>(painter_->device()), image, visible, place);
+    if (plain && state_->painter.worldTransform().type() <= QTransform::TxScale)
+        return copyPixels(*static_cast<QImage*>(state_->painter.device()), image, visible, place);
     auto const corners = scaledRadii(radii, source.scale());
-    DevicePixels const device(*painter_);
+    DevicePixels const device(state_->painter);
     if (radii.isZero())
-        painter_->drawImage(visible.topLeft(), image, visible.translated(-place));
+        state_->painter.drawImage(visible.topLeft(), image, visible.translated(-place));
     else
-        fillWithTexture(*painter_, image, target, roundedPath(target, corners));
+        fillWithTexture(state_->painter, image, target, roundedPath(target, corners));
 }
 
 void Canvas::drawSurfaceScaled(Surface const& source, CGRect const& rect) {
-    if (isDrawable(rect)) painter_->drawImage(toQRect(rect), source.image());
+    if (isDrawable(rect)) state_->painter.drawImage(toQRect(rect), source.pixels().image);
 }
 
 } // namespace trelundo

@@ -1,52 +1,20 @@
 #include "trelundo/platform/graphics/Picture.h"
 
-#include "trelundo/platform/graphics/internal/ColorBytes.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
-#include "trelundo/platform/graphics/internal/PictureDecoder.h"
-#include "trelundo/platform/graphics/internal/PixelMemory.h"
+#include "trelundo/platform/graphics/internal/PictureState.h"
 #include "trelundo/platform/graphics/internal/RenditionCache.h"
-#include "trelundo/platform/graphics/internal/WholeFills.h"
 
-#include <QPainter>
 #include <QSvgRenderer>
 
-namespace trelundo {
+#include <cmath>
 
-struct Picture::State {
-    std::uint64_t identity;
-    DecodedPicture content;
-};
+namespace trelundo {
 
 namespace {
 
 std::uint64_t nextIdentity() {
     static std::uint64_t last = 0;
     return ++last;
-}
-
-QImage drawArtwork(QSvgRenderer& artwork, int width, int height) {
-    auto image = transparentPixels(width, height);
-    if (image.isNull()) return image;
-    drawInWholeFills([&] {
-        QPainter painter(&image);
-        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        artwork.render(&painter, QRectF(0, 0, width, height));
-    });
-    return image;
-}
-
-QImage scaledPixels(QImage const& pixels, int width, int height) {
-    if (pixels.width() == width && pixels.height() == height) return pixels;
-    return pixels.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
-
-QImage tinted(QImage image, CGColor const& tint) {
-    image.convertTo(QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&image);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(image.rect(), QColor(colorByte(tint.red), colorByte(tint.green), colorByte(tint.blue),
-                                          colorByte(tint.alpha)));
-    return image;
 }
 
 CGSize sizeInPoints(DecodedPicture const& content, double scale) {
@@ -75,18 +43,5 @@ Picture::Picture(std::unique_ptr<State> state, CGSize size, double scale)
 Picture::~Picture() { RenditionCache::shared().removePicture(state_->identity); }
 
 bool Picture::isScalable() const { return state_->content.artwork != nullptr; }
-
-QImage Picture::rendition(int width, int height, std::optional<CGColor> const& tint) const {
-    if (width <= 0 || height <= 0) return {};
-    auto& cache = RenditionCache::shared();
-    RenditionCache::Key const key{state_->identity, width, height, tint};
-    if (auto const kept = cache.find(key); !kept.isNull()) return kept;
-    auto const& content = state_->content;
-    auto image = content.artwork ? drawArtwork(*content.artwork, width, height)
-                                 : scaledPixels(content.pixels, width, height);
-    if (tint && !image.isNull()) image = tinted(std::move(image), *tint);
-    cache.insert(key, image);
-    return image;
-}
 
 } // namespace trelundo

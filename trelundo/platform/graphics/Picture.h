@@ -9,8 +9,6 @@
 #include <string>
 #include <string_view>
 
-class QImage;
-
 namespace trelundo {
 
 /// A decoded picture: pixels (PNG, JPEG) or scalable artwork (SVG). Immutable. Scaled renditions are cached
@@ -35,10 +33,6 @@ private:
     template <class T, class... A> friend Ref<T> make(A&&...);
     struct State;
     Picture(std::unique_ptr<State> state, CGSize size, double scale);
-
-    /// The picture stretched to a size in pixels, kept for the next time. With `tint` its alpha in that
-    /// colour.
-    QImage rendition(int width, int height, std::optional<CGColor> const& tint) const;
 
     std::unique_ptr<State> state_;
     CGSize size_;

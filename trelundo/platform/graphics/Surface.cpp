@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/graphics/PngWriter.h"
 #include "trelundo/platform/graphics/internal/PixelMemory.h"
+#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <algorithm>
 
@@ -18,35 +19,36 @@ bool isOpaqueRow(std::uint32_t const* pixels, int count) {
 } // namespace
 
 Surface::Surface(int pixelWidth, int pixelHeight, double scale)
-    : image_(std::make_unique<QImage>(transparentPixels(std::max(pixelWidth, 1), std::max(pixelHeight, 1))))
+    : pixels_(std::make_unique<Pixels>(
+          Pixels{transparentPixels(std::max(pixelWidth, 1), std::max(pixelHeight, 1))}))
     , scale_(scale > 0 ? scale : 1) {
     // More than memory holds gives a single pixel: nothing can be drawn, but nothing breaks.
-    if (image_->isNull()) *image_ = transparentPixels(1, 1);
+    if (pixels_->image.isNull()) pixels_->image = transparentPixels(1, 1);
 }
 
 Surface::~Surface() = default;
 
-int Surface::pixelWidth() const { return image_->width(); }
-int Surface::pixelHeight() const { return image_->height(); }
-std::uint8_t const* Surface::bytes() const { return image_->constBits(); }
-int Surface::bytesPerLine() const { return static_cast<int>(image_->bytesPerLine()); }
+int Surface::pixelWidth() const { return pixels_->image.width(); }
+int Surface::pixelHeight() const { return pixels_->image.height(); }
+std::uint8_t const* Surface::bytes() const { return pixels_->image.constBits(); }
+int Surface::bytesPerLine() const { return static_cast<int>(pixels_->image.bytesPerLine()); }
 
 std::uint32_t Surface::pixel(int x, int y) const {
     if (x < 0 || y < 0 || x >= pixelWidth() || y >= pixelHeight()) return 0;
-    return reinterpret_cast<std::uint32_t const*>(image_->constScanLine(y))[x];
+    return reinterpret_cast<std::uint32_t const*>(pixels_->image.constScanLine(y))[x];
 }
 
-QImage& Surface::image() {
+Surface::Pixels& Surface::pixels() {
     opaque_.reset();
-    return *image_;
+    return *pixels_;
 }
 
 bool Surface::isOpaque() const {
     if (!opaque_) {
         opaque_ = true;
         for (int y = 0; *opaque_ && y < pixelHeight(); ++y)
-            opaque_ =
-                isOpaqueRow(reinterpret_cast<std::uint32_t const*>(image_->constScanLine(y)), pixelWidth());
+            opaque_ = isOpaqueRow(reinterpret_cast<std::uint32_t const*>(pixels_->image.constScanLine(y)),
+                                  pixelWidth());
     }
     return *opaque_;
 }

@@ -7,8 +7,6 @@
 #include <optional>
 #include <string>
 
-class QImage;
-
 namespace trelundo {
 
 /// A rectangle of premultiplied 32-bit pixels. `scale` is pixels a point.
@@ -36,12 +34,14 @@ public:
     /// Whether no pixel lets anything through. Found once after each change.
     bool isOpaque() const;
 
-    /// For drawing; whoever calls this counts as having changed the pixels.
-    QImage& image();
-    QImage const& image() const { return *image_; }
+    /// For drawing by the platform itself; whoever asks for them on a surface that is not const counts as
+    /// having changed them.
+    struct Pixels;
+    Pixels& pixels();
+    Pixels const& pixels() const { return *pixels_; }
 
 private:
-    std::unique_ptr<QImage> image_;
+    std::unique_ptr<Pixels> pixels_;
     double scale_;
     mutable std::optional<bool> opaque_;
 };

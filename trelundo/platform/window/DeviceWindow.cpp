@@ -4,6 +4,7 @@
 
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <QGuiApplication>
@@ -125,7 +126,7 @@ void DeviceWindow::paintEvent(QPaintEvent* event) {
     auto const ratio = devicePixelRatio();
     for (auto const& rect : event->region()) {
         painter.drawImage(
-            QRectF(rect), surface_->image(),
+            QRectF(rect), surface_->pixels().image,
             QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio));
     }
     if (std::exchange(shown_, true)) return;

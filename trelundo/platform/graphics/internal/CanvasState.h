@@ -1,8 +1,8 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/graphics/internal/ColorBytes.h"
+#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <QColor>
 #include <QImage>
@@ -13,14 +13,12 @@
 
 namespace trelundo {
 
-/// What the painter does not tell back: the clip in whole device pixels.
 struct Canvas::State {
-    explicit State(Surface& target)
-        : surface(target)
-        , clip(target.image().rect()) {}
+    explicit State(Surface& target);
 
     Surface& surface;
-    QRect clip;
+    QPainter painter;
+    QRect clip; // in whole device pixels, which the painter does not tell back
     std::vector<QRect> saved;
 };
 

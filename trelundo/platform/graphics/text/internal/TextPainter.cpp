@@ -63,12 +63,12 @@ std::size_t drawnEnd(SetLine const& line) {
 void TextPainter::draw(SetLine const& line, CGPoint origin, double width) {
     auto const placed = place(line, origin.x + leftEdge(line, width), width);
     auto const baseline = origin.y + line.baseline;
-    canvas_.painter().save();
+    canvas_.state().painter.save();
     drawBackgrounds(placed, origin.y + line.top, line.height);
     drawDecorations(placed, baseline, Decoration::underline);
     drawGlyphs(placed, baseline);
     drawDecorations(placed, baseline, Decoration::strikethrough);
-    canvas_.painter().restore();
+    canvas_.state().painter.restore();
 }
 
 std::vector<TextPainter::Placed> TextPainter::place(SetLine const& line, double left, double width) const {
@@ -147,8 +147,8 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
         run.setRawFont(font);
         run.setGlyphIndexes(QList<quint32>(indexes.begin(), indexes.end()));
         run.setPositions(QList<QPointF>(places.begin(), places.end()));
-        canvas_.painter().setPen(toQColor(style.look.color));
-        canvas_.painter().drawGlyphRun(QPointF(), run);
+        canvas_.state().painter.setPen(toQColor(style.look.color));
+        canvas_.state().painter.drawGlyphRun(QPointF(), run);
     }
     indexes.clear();
     places.clear();
@@ -176,8 +176,8 @@ void TextPainter::drawDecorations(std::vector<Placed> const& placed, double base
 /// Lines are whole device pixels thick and lie on whole pixels, as far as the transform is upright.
 void TextPainter::drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle,
                            CGColor const& color) {
-    auto const& transform = canvas_.painter().worldTransform();
-    auto const scale = deviceScale(canvas_.painter());
+    auto const& transform = canvas_.state().painter.worldTransform();
+    auto const scale = deviceScale(canvas_.state().painter);
     if (!(scale > 0)) return;
     auto const isThick =
         (static_cast<int>(style) & lineStyleBits) == static_cast<int>(NSUnderlineStyle::thick);
