@@ -1,6 +1,6 @@
 #include "StoreTestSupport.h"
 
-#include "trelundo/platform/storekit/sandbox/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <fstream>

@@ -3,7 +3,7 @@
 #include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/storekit/SKError.h"
-#include "trelundo/platform/storekit/SKPaymentQueueState.h"
+#include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
 #include <algorithm>
 

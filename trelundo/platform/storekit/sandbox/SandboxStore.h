@@ -3,8 +3,8 @@
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
-#include "trelundo/platform/storekit/sandbox/OfferSignature.h"
-#include "trelundo/platform/storekit/sandbox/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <deque>

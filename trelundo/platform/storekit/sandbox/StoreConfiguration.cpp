@@ -1,6 +1,6 @@
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
-#include "trelundo/platform/storekit/sandbox/StoreConfigurationReader.h"
+#include "trelundo/platform/storekit/sandbox/internal/StoreConfigurationReader.h"
 
 #include <exception>
 #include <fstream>

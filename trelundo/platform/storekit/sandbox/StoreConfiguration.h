@@ -1,7 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/storekit/SKProduct.h"
-#include "trelundo/platform/storekit/sandbox/Storefront.h"
+#include "trelundo/platform/storekit/sandbox/internal/Storefront.h"
 
 #include <filesystem>
 #include <map>

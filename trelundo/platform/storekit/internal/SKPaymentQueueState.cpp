@@ -1,4 +1,4 @@
-#include "trelundo/platform/storekit/SKPaymentQueueState.h"
+#include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 

@@ -1,4 +1,4 @@
-#include "trelundo/platform/storekit/sandbox/StoreConfigurationReader.h"
+#include "trelundo/platform/storekit/sandbox/internal/StoreConfigurationReader.h"
 
 #include "trelundo/platform/foundation/internal/LanguageTags.h"
 

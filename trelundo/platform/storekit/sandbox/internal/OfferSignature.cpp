@@ -1,4 +1,4 @@
-#include "trelundo/platform/storekit/sandbox/OfferSignature.h"
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "trelundo/platform/storekit/sandbox/Storefront.h"
+#include "trelundo/platform/storekit/sandbox/internal/Storefront.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
-#include "trelundo/platform/storekit/sandbox/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include "trelundo/platform/storekit/SKError.h"
-#include "trelundo/platform/storekit/sandbox/SandboxLedgerDatabase.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedgerDatabase.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <exception>
