@@ -60,7 +60,8 @@ struct Variant {
 };
 
 /// Every kind of operation once or more, on a store that calls `hook` at each step.
-void performScenario(std::filesystem::path const& folder, Variant variant, SandboxLedger::StepHook hook) {
+void performScenario(std::filesystem::path const& folder, Variant variant,
+                     std::function<void(std::string_view)> hook) {
     Journal journal{folder / "journal"};
     auto const opened = SandboxStore::open(
         {.file = folder / "store.db", .configuration = catalogue(), .seed = 0, .stepHook = std::move(hook)});

@@ -12,7 +12,7 @@
 namespace trelundo {
 namespace {
 
-using State = SKPaymentTransactionState;
+using State = LedgerState;
 
 std::string contentsOf(std::filesystem::path const& file) {
     std::ifstream stream{file, std::ios::binary};

@@ -1,5 +1,7 @@
 #include "SandboxStoreTest.h"
 
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
+
 namespace trelundo {
 namespace {
 

@@ -257,7 +257,7 @@ TEST(StoreConfigurationTest, ReadsSettings) {
     EXPECT_EQ(settings.transactionError, 3);
     EXPECT_TRUE(settings.failsLoadingProducts);
     EXPECT_TRUE(settings.failsRestoring);
-    EXPECT_EQ(settings.storefront.code, "FRA");
+    EXPECT_EQ(settings.storefront, "FRA");
     auto const other =
         read(R"({"settings": {"_storeKitErrors": [{"name": "Purchase", "enabled": true}]}})").settings();
     EXPECT_TRUE(other.failsTransactions);

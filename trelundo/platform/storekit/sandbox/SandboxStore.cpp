@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <algorithm>
 #include <charconv>
@@ -51,7 +52,7 @@ SandboxStore::SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledge
     , clock_(options.clock)
     , delay_(options.delay)
     , offerKey_(std::move(options.offerKey))
-    , storefront_(configuration_.settings().storefront.code) {}
+    , storefront_(configuration_.settings().storefront) {}
 
 SandboxStore::~SandboxStore() = default;
 
@@ -114,11 +115,11 @@ void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
 
 void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
     auto const record = ledger_->find(identifier);
-    if (!record || record->state != static_cast<int>(State::purchasing)) {
+    if (!record || record->state != LedgerState::purchasing) {
         inProgress_.erase(identifier); // cleared meanwhile
         return;
     }
-    if (!ledger_->settle("outcome", identifier, State::purchasing, ledgerOutcome(outcome))) {
+    if (!ledger_->settle("outcome", identifier, LedgerState::purchasing, ledgerOutcome(outcome))) {
         reportFailure();
         return later(retryDelay, [this, identifier, outcome] { settle(identifier, outcome); });
     }
@@ -128,7 +129,7 @@ void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
 
 std::optional<std::string> SandboxStore::buyAtOnce(SKPayment::Fields const& payment) {
     auto const record = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
-    if (record && ledger_->settle("outcome", record->identifier, State::purchasing, ledgerOutcome({})))
+    if (record && ledger_->settle("outcome", record->identifier, LedgerState::purchasing, ledgerOutcome({})))
         return std::to_string(record->identifier);
     reportFailure();
     return std::nullopt;
@@ -145,7 +146,7 @@ void SandboxStore::synchronize() {
     tell("synchronize", waiting);
     for (auto const& record : waiting) {
         // A purchase that the last run could not end goes on in this one.
-        bool const isLeftOver = record.state == static_cast<int>(State::purchasing);
+        bool const isLeftOver = record.state == LedgerState::purchasing;
         if (isLeftOver && !inProgress_.contains(record.identifier))
             plan(record.identifier, decide(record.payment));
     }
@@ -184,7 +185,7 @@ void SandboxStore::performRestore() {
 
 // Reports
 
-void SandboxStore::tell(std::string_view operation, std::vector<SandboxLedger::Record> const& records) {
+void SandboxStore::tell(std::string_view operation, std::vector<LedgerRecord> const& records) {
     std::vector<StoreTransaction> reports;
     for (auto const& record : records) reports.push_back(record.report());
     if (listener_ && !reports.empty()) listener_->transactionsUpdated(std::move(reports));

@@ -3,8 +3,7 @@
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
-#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
-#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
+#include "trelundo/platform/storekit/sandbox/OfferKey.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <deque>
@@ -17,6 +16,10 @@
 #include <vector>
 
 namespace trelundo {
+
+class SandboxLedger;
+struct LedgerOutcome;
+struct LedgerRecord;
 
 /// The embedded store: sells the catalogue of a StoreKit configuration without network, account or money, and
 /// keeps its transactions in a file. Whatever it reports is on the disk already. It is a stage for trying and
@@ -51,7 +54,7 @@ public:
         /// With a key, promotional offers must be signed by it (else code 12). Without, any signature but an
         /// empty one will do.
         std::optional<OfferKey> offerKey = std::nullopt;
-        SandboxLedger::StepHook stepHook = nullptr;
+        std::function<void(std::string_view)> stepHook = nullptr;
     };
     struct Opened {
         std::unique_ptr<SandboxStore> store = nullptr;
@@ -117,15 +120,15 @@ private:
     Outcome decide(SKPayment::Fields const& payment);
     std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment) const;
     std::optional<SKErrorCode> offerRefusal(SKPayment::Fields const& payment, SKProduct const& product) const;
-    SandboxLedger::Outcome ledgerOutcome(Outcome const& outcome) const;
+    LedgerOutcome ledgerOutcome(Outcome const& outcome) const;
     bool isRestorable(std::string const& product) const;
     ProductsResult productsFor(std::set<std::string> const& identifiers) const;
 
     void plan(std::int64_t identifier, Outcome outcome);
     void settle(std::int64_t identifier, Outcome const& outcome);
-    bool decideDeferred(std::optional<std::string> const& key, SandboxLedger::Outcome const& outcome);
+    bool decideDeferred(std::optional<std::string> const& key, LedgerOutcome const& outcome);
     void performRestore();
-    void tell(std::string_view operation, std::vector<SandboxLedger::Record> const& records);
+    void tell(std::string_view operation, std::vector<LedgerRecord> const& records);
     void tellUnrecorded(SKPayment::Fields const& payment);
     bool reportFailure();
     void later(double seconds, std::function<void()> work) const;

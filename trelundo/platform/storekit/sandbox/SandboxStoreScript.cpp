@@ -1,4 +1,6 @@
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <algorithm>
 
@@ -6,7 +8,7 @@ namespace trelundo {
 
 namespace {
 
-using State = SKPaymentTransactionState;
+using State = LedgerState;
 
 bool isFailure(SandboxStore::Outcome const& outcome) {
     using Kind = SandboxStore::Outcome::Kind;
@@ -54,10 +56,10 @@ std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPayment::Fields const& p
     return std::nullopt;
 }
 
-SandboxLedger::Outcome SandboxStore::ledgerOutcome(Outcome const& outcome) const {
+LedgerOutcome SandboxStore::ledgerOutcome(Outcome const& outcome) const {
     using Kind = Outcome::Kind;
     auto const failure = [](SKErrorCode code) {
-        return SandboxLedger::Outcome{.state = State::failed, .error = makeStoreError(code)};
+        return LedgerOutcome{.state = State::failed, .error = makeStoreError(code)};
     };
     switch (outcome.kind) {
     case Kind::purchased:
@@ -98,12 +100,10 @@ bool SandboxStore::decline(std::optional<std::string> const& key) {
                           {.state = State::failed, .error = makeStoreError(SKErrorCode::paymentNotAllowed)});
 }
 
-bool SandboxStore::decideDeferred(std::optional<std::string> const& key,
-                                  SandboxLedger::Outcome const& outcome) {
+bool SandboxStore::decideDeferred(std::optional<std::string> const& key, LedgerOutcome const& outcome) {
     auto const waiting = ledger_->unfinished();
     auto const deferred = std::ranges::find_if(waiting, [&](auto const& record) {
-        return record.state == static_cast<int>(State::deferred) &&
-               (!key || *key == std::to_string(record.identifier));
+        return record.state == State::deferred && (!key || *key == std::to_string(record.identifier));
     });
     if (deferred == waiting.end()) {
         lastError_ = key ? "no deferred transaction " + *key : "no deferred transaction";
@@ -134,10 +134,8 @@ void SandboxStore::setStorefront(std::string code) {
 std::vector<SandboxStore::StoredTransaction> SandboxStore::transactions() const {
     std::vector<StoredTransaction> found;
     for (auto const& record : ledger_->records()) {
-        bool const isHeld = record.state == SandboxLedger::heldState;
-        auto transaction = record.report();
-        if (isHeld) transaction.state = State::purchasing;
-        found.push_back({std::move(transaction), record.isFinished, isHeld});
+        bool const isHeld = record.state == State::held;
+        found.push_back({record.report(), record.isFinished, isHeld});
     }
     return found;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "trelundo/platform/storekit/SKProduct.h"
-#include "trelundo/platform/storekit/sandbox/internal/Storefront.h"
 
 #include <filesystem>
 #include <map>
@@ -33,9 +32,9 @@ public:
     };
 
     struct Settings {
-        Storefront storefront = {};
-        std::string locale = "en_US"; // which localisation is delivered
-        bool asksToBuy = false;       // every purchase waits for approval
+        std::string storefront = "USA"; // three-letter country code
+        std::string locale = "en_US";   // which localisation is delivered
+        bool asksToBuy = false;         // every purchase waits for approval
         bool failsTransactions = false;
         int transactionError = 0; // the code that they fail with
         bool failsLoadingProducts = false;

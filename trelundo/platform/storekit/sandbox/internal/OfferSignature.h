@@ -1,17 +1,11 @@
 #pragma once
 
 #include "trelundo/platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/sandbox/OfferKey.h"
 
 #include <string>
 
 namespace trelundo {
-
-/// The public half of the key that signs promotional offers, and the application that they are signed for.
-struct OfferKey {
-    std::string identifier = {};       // must match the discount's key identifier
-    std::string publicKey = {};        // PEM, elliptic curve P-256
-    std::string bundleIdentifier = {}; // of the application
-};
 
 /// The text that a server signs for a payment with a discount, by the platform's published rule: bundle, key,
 /// product, offer, account token (empty when absent), nonce and timestamp, with U+2063 between them.

@@ -11,7 +11,7 @@ namespace trelundo {
 
 namespace {
 
-using State = SKPaymentTransactionState;
+using State = LedgerState;
 
 #define SELECT_RECORDS                                                                                       \
     "SELECT t.id, t.product, t.quantity, t.username, t.ask_to_buy, t.offer, t.offer_key, t.offer_nonce, "    \
@@ -34,12 +34,12 @@ Ref<NSError> readError(SQLite::Statement const& row) {
     return domain == SKErrorDomain ? makeStoreError(code) : make<NSError>(domain, code);
 }
 
-SandboxLedger::Record readRecord(SQLite::Statement const& row) {
-    SandboxLedger::Record record{.identifier = row.getColumn(0).getInt64(),
-                                 .state = row.getColumn(10).getInt(),
-                                 .isRestorable = row.getColumn(11).getInt() != 0,
-                                 .isFinished = row.getColumn(12).getInt() != 0,
-                                 .error = readError(row)};
+LedgerRecord readRecord(SQLite::Statement const& row) {
+    LedgerRecord record{.identifier = row.getColumn(0).getInt64(),
+                        .state = static_cast<State>(row.getColumn(10).getInt()),
+                        .isRestorable = row.getColumn(11).getInt() != 0,
+                        .isFinished = row.getColumn(12).getInt() != 0,
+                        .error = readError(row)};
     record.payment = {.productIdentifier = row.getColumn(1).getString(),
                       .quantity = row.getColumn(2).getInt(),
                       .simulatesAskToBuyInSandbox = row.getColumn(4).getInt() != 0,
@@ -107,21 +107,8 @@ bool SandboxLedger::commit(std::string_view operation, std::function<void()> con
 
 // Records
 
-StoreTransaction SandboxLedger::Record::report() const {
-    StoreTransaction report{.key = std::to_string(identifier),
-                            .payment = payment,
-                            .state = static_cast<State>(state),
-                            .error = error};
-    if (report.state == State::purchased || report.state == State::restored)
-        report.transactionIdentifier = report.key;
-    report.date = date.value_or(0);
-    if (original) report.originalKey = report.originalIdentifier = std::to_string(*original);
-    report.originalDate = originalDate;
-    return report;
-}
-
-std::vector<SandboxLedger::Record> SandboxLedger::select(char const* sql, std::int64_t argument) const {
-    std::vector<Record> found;
+std::vector<LedgerRecord> SandboxLedger::select(char const* sql, std::int64_t argument) const {
+    std::vector<LedgerRecord> found;
     try {
         auto& query = statement(sql);
         if (query.getBindParameterCount() > 0) query.bind(1, argument);
@@ -132,24 +119,23 @@ std::vector<SandboxLedger::Record> SandboxLedger::select(char const* sql, std::i
     return found;
 }
 
-std::vector<SandboxLedger::Record> SandboxLedger::records() const {
-    return select(SELECT_RECORDS "ORDER BY t.id", 0);
+std::vector<LedgerRecord> SandboxLedger::records() const { return select(SELECT_RECORDS "ORDER BY t.id", 0); }
+
+std::vector<LedgerRecord> SandboxLedger::unfinished() const {
+    return select(SELECT_RECORDS "WHERE t.finished = 0 AND t.state <> ?1 ORDER BY t.id",
+                  static_cast<int>(State::held));
 }
 
-std::vector<SandboxLedger::Record> SandboxLedger::unfinished() const {
-    return select(SELECT_RECORDS "WHERE t.finished = 0 AND t.state <> ?1 ORDER BY t.id", heldState);
-}
-
-std::optional<SandboxLedger::Record> SandboxLedger::find(std::int64_t identifier) const {
+std::optional<LedgerRecord> SandboxLedger::find(std::int64_t identifier) const {
     auto const found = select(SELECT_RECORDS "WHERE t.id = ?1", identifier);
     return found.empty() ? std::nullopt : std::optional{found.front()};
 }
 
 // Operations
 
-std::optional<SandboxLedger::Record> SandboxLedger::recordPurchase(SKPayment::Fields const& payment,
-                                                                   bool isRestorable) {
-    Record record{.identifier = nextIdentifier_, .payment = payment, .isRestorable = isRestorable};
+std::optional<LedgerRecord> SandboxLedger::recordPurchase(SKPayment::Fields const& payment,
+                                                          bool isRestorable) {
+    LedgerRecord record{.identifier = nextIdentifier_, .payment = payment, .isRestorable = isRestorable};
     bool const isRecorded = commit("purchase", [&] {
         auto& query =
             statement("INSERT INTO transactions (id, product, quantity, username, ask_to_buy, offer, "
@@ -166,7 +152,7 @@ std::optional<SandboxLedger::Record> SandboxLedger::recordPurchase(SKPayment::Fi
 }
 
 bool SandboxLedger::settle(std::string_view operation, std::int64_t identifier, State expected,
-                           Outcome const& outcome) {
+                           LedgerOutcome const& outcome) {
     bool isSettled = false;
     bool const isCommitted = commit(operation, [&] {
         auto& query =
@@ -181,7 +167,7 @@ bool SandboxLedger::settle(std::string_view operation, std::int64_t identifier, 
         isSettled = query.exec() == 1;
         if (!isSettled) return;
         if (outcome.state == State::purchased) own(identifier);
-        if (outcome.isInterrupted) insertCopy(identifier, heldState, std::nullopt);
+        if (outcome.isInterrupted) insertCopy(identifier, State::held, std::nullopt);
     });
     if (isCommitted && !isSettled)
         lastError_ = "transaction " + std::to_string(identifier) + " is not waiting";
@@ -199,7 +185,7 @@ bool SandboxLedger::finish(std::int64_t identifier) {
     return isCommitted && isFinished;
 }
 
-std::optional<std::vector<SandboxLedger::Record>> SandboxLedger::restore(double date) {
+std::optional<std::vector<LedgerRecord>> SandboxLedger::restore(double date) {
     bool const isRestored = commit("restore", [&] {
         auto& query =
             statement("SELECT original FROM owned WHERE original NOT IN (SELECT original FROM transactions "
@@ -207,7 +193,7 @@ std::optional<std::vector<SandboxLedger::Record>> SandboxLedger::restore(double 
         std::vector<std::int64_t> originals;
         while (query.executeStep()) originals.push_back(query.getColumn(0).getInt64());
         for (auto const original : originals) {
-            auto const restored = insertCopy(original, static_cast<int>(State::restored), date);
+            auto const restored = insertCopy(original, State::restored, date);
             auto& link = statement("UPDATE transactions SET original = ? WHERE id = ?");
             link.bind(1, original);
             link.bind(2, restored);
@@ -216,11 +202,11 @@ std::optional<std::vector<SandboxLedger::Record>> SandboxLedger::restore(double 
     });
     if (!isRestored) return std::nullopt;
     return select(SELECT_RECORDS "WHERE t.finished = 0 AND t.state = ?1 ORDER BY t.original",
-                  static_cast<std::int64_t>(State::restored));
+                  static_cast<int>(State::restored));
 }
 
-std::optional<std::vector<SandboxLedger::Record>> SandboxLedger::resume(double date) {
-    auto held = select(SELECT_RECORDS "WHERE t.state = ?1 ORDER BY t.id", heldState);
+std::optional<std::vector<LedgerRecord>> SandboxLedger::resume(double date) {
+    auto held = select(SELECT_RECORDS "WHERE t.state = ?1 ORDER BY t.id", static_cast<int>(State::held));
     bool const isResumed = commit("resume", [&] {
         for (auto& record : held) {
             auto& query = statement("UPDATE transactions SET state = 1, date = ? WHERE id = ?");
@@ -228,7 +214,7 @@ std::optional<std::vector<SandboxLedger::Record>> SandboxLedger::resume(double d
             query.bind(2, record.identifier);
             query.exec();
             own(record.identifier);
-            record.state = static_cast<int>(State::purchased);
+            record.state = State::purchased;
             record.date = date;
         }
     });
@@ -242,14 +228,14 @@ bool SandboxLedger::clear() {
     });
 }
 
-std::int64_t SandboxLedger::insertCopy(std::int64_t source, int state, std::optional<double> date) {
+std::int64_t SandboxLedger::insertCopy(std::int64_t source, State state, std::optional<double> date) {
     auto& query =
         statement("INSERT INTO transactions (id, product, quantity, username, ask_to_buy, offer, offer_key, "
                   "offer_nonce, offer_signature, offer_time, state, restorable, finished, date) "
                   "SELECT ?1, product, quantity, username, ask_to_buy, offer, offer_key, offer_nonce, "
                   "offer_signature, offer_time, ?2, restorable, 0, ?3 FROM transactions WHERE id = ?4");
     query.bind(1, nextIdentifier_);
-    query.bind(2, state);
+    query.bind(2, static_cast<int>(state));
     if (date) query.bind(3, *date);
     query.bind(4, source);
     query.exec();

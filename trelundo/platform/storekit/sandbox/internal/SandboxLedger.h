@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/storekit/StoreBackend.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerRecord.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -23,32 +23,6 @@ namespace trelundo {
 /// explains itself in lastError().
 class SandboxLedger {
 public:
-    /// The states of SKPaymentTransactionState, and one more: a purchase held back until an interruption is
-    /// resolved.
-    static constexpr int heldState = 5;
-
-    struct Record {
-        std::int64_t identifier = 0;
-        SKPayment::Fields payment = {};
-        int state = 0;
-        bool isRestorable = false;
-        bool isFinished = false;
-        Ref<NSError> error = nullptr;
-        std::optional<double> date = std::nullopt; // seconds since 2001-01-01 00:00 UTC
-        std::optional<std::int64_t> original = std::nullopt;
-        double originalDate = 0;
-
-        /// What the store tells the queue; the key is the identifier's text.
-        StoreTransaction report() const;
-    };
-
-    struct Outcome {
-        SKPaymentTransactionState state = SKPaymentTransactionState::purchased;
-        Ref<NSError> error = nullptr;
-        double date = 0;
-        bool isInterrupted = false; // beside the failure, a purchase is held back
-    };
-
     /// Called with the name of every step around a commit, such as `purchase.written`; a test may end the
     /// process there.
     using StepHook = std::function<void(std::string_view)>;
@@ -69,21 +43,21 @@ public:
     static Opened open(Options options);
     ~SandboxLedger();
 
-    std::optional<Record> recordPurchase(SKPayment::Fields const& payment, bool isRestorable);
+    std::optional<LedgerRecord> recordPurchase(SKPayment::Fields const& payment, bool isRestorable);
     /// Moves a transaction on from `expected`; false also when it is not in that state. `operation` names the
     /// steps.
-    bool settle(std::string_view operation, std::int64_t identifier, SKPaymentTransactionState expected,
-                Outcome const& outcome);
+    bool settle(std::string_view operation, std::int64_t identifier, LedgerState expected,
+                LedgerOutcome const& outcome);
     bool finish(std::int64_t identifier);
     /// One restored transaction for everything owned; those still unfinished from earlier are used again.
-    std::optional<std::vector<Record>> restore(double date);
+    std::optional<std::vector<LedgerRecord>> restore(double date);
     /// Completes the purchases that were held back.
-    std::optional<std::vector<Record>> resume(double date);
+    std::optional<std::vector<LedgerRecord>> resume(double date);
     bool clear();
 
-    std::vector<Record> records() const; // all, oldest first
-    std::vector<Record> unfinished() const;
-    std::optional<Record> find(std::int64_t identifier) const;
+    std::vector<LedgerRecord> records() const; // all, oldest first
+    std::vector<LedgerRecord> unfinished() const;
+    std::optional<LedgerRecord> find(std::int64_t identifier) const;
     std::string const& lastError() const { return lastError_; }
     /// Calls the hook, for the steps outside a commit.
     void step(std::string_view operation, char const* moment) const;
@@ -101,8 +75,8 @@ private:
 
     bool commit(std::string_view operation, std::function<void()> const& work);
     SQLite::Statement& statement(char const* sql) const;
-    std::vector<Record> select(char const* sql, std::int64_t argument) const;
-    std::int64_t insertCopy(std::int64_t source, int state, std::optional<double> date);
+    std::vector<LedgerRecord> select(char const* sql, std::int64_t argument) const;
+    std::int64_t insertCopy(std::int64_t source, LedgerState state, std::optional<double> date);
     void own(std::int64_t identifier);
 
     struct Statements;

@@ -130,7 +130,8 @@ void StoreConfigurationReader::readSettings(JsonValue const& root) {
         auto const storefront = entry->string("_storefront");
         if (!storefront.empty() && !Storefront::isKnown(storefront))
             warn("key \"_storefront\": unknown storefront \"" + std::string{storefront} + "\"; USA is used");
-        settings.storefront = Storefront::of(storefront);
+        storefront_ = Storefront::of(storefront);
+        settings.storefront = storefront_.code;
         if (auto const locale = entry->string("_locale"); !locale.empty()) settings.locale = locale;
         settings.asksToBuy = entry->isSet("_askToBuyEnabled");
         settings.failsTransactions = entry->isSet("_failTransactionsEnabled");
@@ -138,11 +139,11 @@ void StoreConfigurationReader::readSettings(JsonValue const& root) {
         readStoreErrors(*entry);
     }
     if (options_.locale) settings.locale = *options_.locale;
-    priceLocale_ = Locale{settings.storefront.priceLocale(settings.locale)};
+    priceLocale_ = Locale{storefront_.priceLocale(settings.locale)};
     if (!priceLocale_.identifier().empty()) return;
     warn("key \"_locale\": no usable locale; en_US is used");
     settings.locale = "en_US";
-    priceLocale_ = Locale{settings.storefront.priceLocale(settings.locale)};
+    priceLocale_ = Locale{storefront_.priceLocale(settings.locale)};
 }
 
 void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {

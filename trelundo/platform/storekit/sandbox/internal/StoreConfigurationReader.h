@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/internal/JsonText.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
+#include "trelundo/platform/storekit/sandbox/internal/Storefront.h"
 
 namespace trelundo {
 
@@ -40,6 +41,7 @@ private:
     std::string file_;
     StoreConfiguration::Options options_;
     std::string subject_; // what warnings are about: a product
+    Storefront storefront_;
     Locale priceLocale_{"en_US"};
     StoreConfiguration configuration_;
     std::string error_;
