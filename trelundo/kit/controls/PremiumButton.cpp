@@ -2,9 +2,9 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/controls/TotalBlock.h"
-#include "trelundo/kit/plans/PlanTerms.h"
-#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/controls/internal/TotalBlock.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {

@@ -1,8 +1,8 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/controls/PremiumButton.h"
-#include "trelundo/kit/plans/DiscountTexts.h"
-#include "trelundo/kit/plans/PlanTerms.h"
-#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/plans/internal/DiscountTexts.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/platform/foundation/Lazy.h"
 #include "trelundo/platform/foundation/Strings.h"
 

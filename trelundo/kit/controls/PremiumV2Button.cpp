@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/plans/internal/PlanTexts.h"
 
 #include <array>
 
@@ -91,6 +92,8 @@ void PremiumV2Button::setSelected(bool selected) {
     UIButton::setSelected(selected);
     selectionDidChange();
 }
+
+PlanTexts PremiumV2Button::texts() const { return {*product_, products_, introductoryPriceWasOffered_}; }
 
 void PremiumV2Button::productsDidChange() {
     if (products_.size() < 2) return;

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "trelundo/kit/controls/PremiumV2ButtonDelegate.h"
-#include "trelundo/kit/plans/PlanTexts.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/NSCoder.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
+
+class PlanTexts;
 
 /// One plan as a selectable row in the colours of its screen. Assign in this order: the colours,
 /// introductoryPriceWasOffered, abTest, products, product, delegate, selected. Its texts are built when
@@ -51,7 +52,7 @@ private:
     void productDidChange();
     void selectionDidChange();
 
-    PlanTexts texts() const { return {*product_, products_, introductoryPriceWasOffered_}; }
+    PlanTexts texts() const;
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
     // The button's own title (PremiumV2ButtonTitle.cpp).
     void removeTotalBlock();

@@ -1,6 +1,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/controls/PremiumV2Button.h"
-#include "trelundo/kit/controls/TotalBlock.h"
+#include "trelundo/kit/controls/internal/TotalBlock.h"
+#include "trelundo/kit/plans/internal/PlanTexts.h"
 #include "trelundo/platform/foundation/Lazy.h"
 
 #include <algorithm>

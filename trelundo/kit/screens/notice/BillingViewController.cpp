@@ -3,7 +3,7 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"

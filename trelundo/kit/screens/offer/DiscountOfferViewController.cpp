@@ -1,8 +1,8 @@
 #include "trelundo/kit/screens/offer/DiscountOfferViewController.h"
 
-#include "trelundo/kit/plans/PlanTerms.h"
-#include "trelundo/kit/screens/base/LinksRow.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/screens/base/internal/LinksRow.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 
 namespace trelundo {
 

@@ -1,8 +1,8 @@
 #include "trelundo/kit/screens/offer/OfferViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/plans/DiscountTexts.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/plans/internal/DiscountTexts.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 

@@ -2,9 +2,9 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/screens/base/ContinueButton.h"
-#include "trelundo/kit/screens/base/LinksRow.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ContinueButton.h"
+#include "trelundo/kit/screens/base/internal/LinksRow.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 
 namespace trelundo {
 

@@ -1,6 +1,6 @@
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 

@@ -1,8 +1,8 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/controls/PremiumCollectionViewCell.h"
-#include "trelundo/kit/screens/base/ContinueButton.h"
-#include "trelundo/kit/screens/base/LinksRow.h"
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ContinueButton.h"
+#include "trelundo/kit/screens/base/internal/LinksRow.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 

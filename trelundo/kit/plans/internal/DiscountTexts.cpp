@@ -1,8 +1,8 @@
-#include "trelundo/kit/plans/DiscountTexts.h"
+#include "trelundo/kit/plans/internal/DiscountTexts.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
-#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"
 

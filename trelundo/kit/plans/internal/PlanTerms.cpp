@@ -1,4 +1,4 @@
-#include "trelundo/kit/plans/PlanTerms.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
 

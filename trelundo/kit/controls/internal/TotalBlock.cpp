@@ -1,4 +1,4 @@
-#include "trelundo/kit/controls/TotalBlock.h"
+#include "trelundo/kit/controls/internal/TotalBlock.h"
 
 #include <algorithm>
 

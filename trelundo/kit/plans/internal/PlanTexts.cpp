@@ -1,9 +1,9 @@
-#include "trelundo/kit/plans/PlanTexts.h"
+#include "trelundo/kit/plans/internal/PlanTexts.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
-#include "trelundo/kit/plans/PlanTerms.h"
-#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"
 

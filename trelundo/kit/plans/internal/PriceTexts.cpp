@@ -1,4 +1,4 @@
-#include "trelundo/kit/plans/PriceTexts.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/foundation/Strings.h"

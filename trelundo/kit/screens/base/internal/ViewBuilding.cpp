@@ -1,4 +1,4 @@
-#include "trelundo/kit/screens/base/ViewBuilding.h"
+#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"

@@ -1,4 +1,4 @@
-#include "trelundo/kit/screens/base/LinksRow.h"
+#include "trelundo/kit/screens/base/internal/LinksRow.h"
 
 #include "trelundo/kit/common/Texts.h"
 

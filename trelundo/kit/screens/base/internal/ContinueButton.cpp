@@ -1,4 +1,4 @@
-#include "trelundo/kit/screens/base/ContinueButton.h"
+#include "trelundo/kit/screens/base/internal/ContinueButton.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/foundation/Strings.h"
