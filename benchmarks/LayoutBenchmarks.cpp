@@ -2,7 +2,7 @@
 #include "benchmarks/StagedScreen.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/collection/UICollectionView.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 
 #include <stdexcept>
 

@@ -1,4 +1,4 @@
-#include "trelundo/platform/window/AccessibleTree.h"
+#include "trelundo/platform/window/internal/AccessibleTree.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
 #include "trelundo/platform/uikit/controls/UIButton.h"

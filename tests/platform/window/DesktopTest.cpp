@@ -1,6 +1,6 @@
-#include "trelundo/platform/window/DesktopDisplay.h"
 #include "trelundo/platform/window/OffscreenShell.h"
-#include "trelundo/platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/internal/DesktopDisplay.h"
+#include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 

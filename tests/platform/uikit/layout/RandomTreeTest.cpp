@@ -1,5 +1,5 @@
 #include "tests/platform/uikit/layout/LayoutStage.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 
 #include <random>
 

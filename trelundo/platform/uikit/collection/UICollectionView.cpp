@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/uikit/collection/UICollectionViewState.h"
+#include "trelundo/platform/uikit/collection/internal/UICollectionViewState.h"
 
 namespace trelundo {
 

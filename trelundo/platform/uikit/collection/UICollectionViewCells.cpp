@@ -1,5 +1,5 @@
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
-#include "trelundo/platform/uikit/collection/UICollectionViewState.h"
+#include "trelundo/platform/uikit/collection/internal/UICollectionViewState.h"
 
 namespace trelundo {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
@@ -94,15 +93,9 @@ protected:
     virtual void sizeDidChange(CGSize before);
 
 private:
+    struct OffsetRanges;
     struct State;
 
-    struct OffsetRanges {
-        scroll::Range horizontal;
-        scroll::Range vertical;
-        CGPoint clamped(CGPoint offset) const {
-            return {horizontal.clamped(offset.x), vertical.clamped(offset.y)};
-        }
-    };
     OffsetRanges offsetRanges() const;
     void applyOffset(CGPoint offset);
     void showIndicators();

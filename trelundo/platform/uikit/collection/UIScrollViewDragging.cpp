@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/collection/UIScrollViewState.h"
+#include "trelundo/platform/uikit/collection/internal/UIScrollViewState.h"
 
 #include <algorithm>
 #include <cmath>

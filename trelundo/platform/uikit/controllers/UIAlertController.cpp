@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
-#include "trelundo/platform/uikit/controllers/AlertViews.h"
+#include "trelundo/platform/uikit/controllers/internal/AlertViews.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 

@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 
-#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
+#include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 

@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/controls/UIButton.h"
 
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
-#include "trelundo/platform/uikit/controls/UIButtonState.h"
+#include "trelundo/platform/uikit/controls/internal/UIButtonState.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {

@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/controls/UIButtonState.h"
+#include "trelundo/platform/uikit/controls/internal/UIButtonState.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 

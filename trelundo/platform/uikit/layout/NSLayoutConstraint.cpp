@@ -1,9 +1,9 @@
 #include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
-#include "trelundo/platform/uikit/layout/LayoutItem.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutItem.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 #include <fmt/core.h>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
-#include "trelundo/platform/uikit/layout/LayoutItem.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutItem.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {

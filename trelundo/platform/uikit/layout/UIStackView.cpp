@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 
-#include "trelundo/platform/uikit/layout/StackArrangement.h"
+#include "trelundo/platform/uikit/layout/internal/StackArrangement.h"
 
 namespace trelundo {
 

@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/text/UILabel.h"
 
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
-#include "trelundo/platform/uikit/text/UILabelState.h"
+#include "trelundo/platform/uikit/text/internal/UILabelState.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {

@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/text/UILabelState.h"
+#include "trelundo/platform/uikit/text/internal/UILabelState.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 

@@ -1,8 +1,8 @@
 #include "trelundo/platform/uikit/views/UIImage.h"
 
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/uikit/views/ImageSet.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/internal/ImageSet.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 

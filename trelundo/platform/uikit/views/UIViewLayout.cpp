@@ -1,8 +1,8 @@
-#include "trelundo/platform/uikit/layout/Autoresizing.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
-#include "trelundo/platform/uikit/layout/LayoutPass.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/layout/internal/Autoresizing.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutPass.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {

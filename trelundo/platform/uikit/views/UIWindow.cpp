@@ -1,9 +1,9 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
-#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 namespace trelundo {
 

@@ -1,5 +1,5 @@
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
-#include "trelundo/platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 #include <algorithm>
 

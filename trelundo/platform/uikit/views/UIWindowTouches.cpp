@@ -1,5 +1,5 @@
 #include "trelundo/platform/foundation/Clock.h"
-#include "trelundo/platform/uikit/views/UIWindowState.h"
+#include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 #include <algorithm>
 

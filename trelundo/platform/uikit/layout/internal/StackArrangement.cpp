@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/layout/StackArrangement.h"
+#include "trelundo/platform/uikit/layout/internal/StackArrangement.h"
 
 namespace trelundo {
 

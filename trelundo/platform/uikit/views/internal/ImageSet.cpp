@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/views/ImageSet.h"
+#include "trelundo/platform/uikit/views/internal/ImageSet.h"
 
 #include "trelundo/platform/foundation/internal/JsonText.h"
 

@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/layout/Solver.h"
+#include "trelundo/platform/uikit/layout/internal/Solver.h"
 
 #include <tuple>
 

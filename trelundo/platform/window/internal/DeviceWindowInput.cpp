@@ -1,6 +1,6 @@
-#include "trelundo/platform/window/DeviceWindow.h"
+#include "trelundo/platform/window/internal/DeviceWindow.h"
 
-#include "trelundo/platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
-#include "trelundo/platform/window/DeviceWindow.h"
+#include "trelundo/platform/window/internal/DeviceWindow.h"
 
-#include "trelundo/platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/internal/DesktopDisplay.h"
 
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"

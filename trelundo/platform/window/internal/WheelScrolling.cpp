@@ -1,4 +1,4 @@
-#include "trelundo/platform/window/WheelScrolling.h"
+#include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 

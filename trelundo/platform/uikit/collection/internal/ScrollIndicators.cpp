@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/collection/ScrollIndicators.h"
+#include "trelundo/platform/uikit/collection/internal/ScrollIndicators.h"
 
 #include "trelundo/platform/coreanimation/CATransaction.h"
 

@@ -4,8 +4,8 @@
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
-#include "trelundo/platform/window/AccessibleTree.h"
 #include "trelundo/platform/window/WindowPlacement.h"
+#include "trelundo/platform/window/internal/AccessibleTree.h"
 
 #include <QRasterWindow>
 #include <QTimer>

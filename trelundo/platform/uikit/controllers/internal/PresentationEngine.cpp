@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/controllers/PresentationEngine.h"
+#include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"

@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/layout/Autoresizing.h"
+#include "trelundo/platform/uikit/layout/internal/Autoresizing.h"
 
 #include "trelundo/platform/uikit/views/UIView.h"
 

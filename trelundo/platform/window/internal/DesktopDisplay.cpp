@@ -1,4 +1,4 @@
-#include "trelundo/platform/window/DesktopDisplay.h"
+#include "trelundo/platform/window/internal/DesktopDisplay.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/uikit/layout/SolverRow.h"
+#include "trelundo/platform/uikit/layout/internal/SolverRow.h"
 
 #include <cstdint>
 #include <span>

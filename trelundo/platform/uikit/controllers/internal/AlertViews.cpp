@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/controllers/AlertViews.h"
+#include "trelundo/platform/uikit/controllers/internal/AlertViews.h"
 
 #include "trelundo/platform/uikit/text/UILabel.h"
 

@@ -1,12 +1,20 @@
 #pragma once
 
-#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
-#include "trelundo/platform/uikit/collection/ScrollIndicators.h"
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
+#include "trelundo/platform/uikit/collection/internal/ScrollArithmetic.h"
+#include "trelundo/platform/uikit/collection/internal/ScrollIndicators.h"
 
 #include <deque>
 
 namespace trelundo {
+
+struct UIScrollView::OffsetRanges {
+    scroll::Range horizontal;
+    scroll::Range vertical;
+    CGPoint clamped(CGPoint offset) const {
+        return {horizontal.clamped(offset.x), vertical.clamped(offset.y)};
+    }
+};
 
 /// What a scroll view knows of its finger and of its movement by itself.
 struct UIScrollView::State {

@@ -1,7 +1,7 @@
-#include "trelundo/platform/uikit/layout/FittingScope.h"
+#include "trelundo/platform/uikit/layout/internal/FittingScope.h"
 
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {

@@ -2,9 +2,9 @@
 
 #include "trelundo/platform/foundation/Weak.h"
 #include "trelundo/platform/graphics/Geometry.h"
-#include "trelundo/platform/uikit/layout/LayoutNode.h"
 #include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
-#include "trelundo/platform/uikit/layout/Solver.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutNode.h"
+#include "trelundo/platform/uikit/layout/internal/Solver.h"
 
 #include <array>
 #include <optional>

@@ -1,9 +1,9 @@
-#include "trelundo/platform/uikit/layout/LayoutPass.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutPass.h"
 
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
-#include "trelundo/platform/uikit/layout/FittingScope.h"
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/FittingScope.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 

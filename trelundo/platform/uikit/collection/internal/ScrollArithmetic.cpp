@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/collection/ScrollArithmetic.h"
+#include "trelundo/platform/uikit/collection/internal/ScrollArithmetic.h"
 
 #include <algorithm>
 #include <cmath>

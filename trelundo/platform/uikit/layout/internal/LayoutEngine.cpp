@@ -1,4 +1,4 @@
-#include "trelundo/platform/uikit/layout/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 #include "trelundo/platform/uikit/views/UIView.h"
