@@ -95,17 +95,6 @@ private:
 
 } // namespace
 
-UIAlertAction::UIAlertAction(std::string title, UIAlertActionStyle style,
-                             std::function<void(UIAlertAction&)> handler)
-    : title_(std::move(title))
-    , style_(style)
-    , handler_(std::move(handler)) {}
-
-void UIAlertAction::setEnabled(bool enabled) {
-    enabled_ = enabled;
-    if (auto alert = alert_.lock()) alert->contentDidChange();
-}
-
 UIAlertController::UIAlertController(std::optional<std::string> title, std::optional<std::string> message,
                                      UIAlertControllerStyle style)
     : state_(std::make_unique<State>())
@@ -131,7 +120,9 @@ void UIAlertController::addAction(Ref<UIAlertAction> action) {
     if (!action) return;
     if (action->style() == UIAlertActionStyle::cancel && actionWithStyle(UIAlertActionStyle::cancel))
         fatalError("An alert can have one cancel action at most.");
-    action->alert_ = this;
+    action->enabledDidChange_ = [alert = Weak<UIAlertController>{this}] {
+        if (auto const shown = alert.lock()) shown->contentDidChange();
+    };
     actions_.push_back(std::move(action));
     contentDidChange();
 }
@@ -242,10 +233,13 @@ void UIAlertController::rebuildCard() {
 
     bool const isAlert = style_ == UIAlertControllerStyle::alert;
     bool const sideBySide = isAlert && fitsSideBySide();
+    auto const choose = [alert = Weak<UIAlertController>{this}](UIAlertAction& action) {
+        if (auto const shown = alert.lock()) shown->performAction(action);
+    };
     CardRows rows(*card, *text, isAlert ? alertButtonHeight : sheetButtonHeight);
     std::vector<Ref<AlertButton>> row;
     for (auto const& action : orderedActions(sideBySide)) {
-        row.push_back(make<AlertButton>(*this, *action, isEmphasised(*action)));
+        row.push_back(make<AlertButton>(*action, isEmphasised(*action), choose));
         if (sideBySide && row.size() < 2) continue;
         rows.add(row);
         row.clear();

@@ -1,32 +1,11 @@
 #pragma once
 
+#include "trelundo/platform/uikit/controllers/UIAlertAction.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 namespace trelundo {
 
 enum class UIAlertControllerStyle : int { actionSheet = 0, alert = 1 };
-enum class UIAlertActionStyle : int { defaultStyle = 0, cancel = 1, destructive = 2 };
-
-/// One choice of an alert.
-class UIAlertAction : public NSObject {
-public:
-    UIAlertAction(std::string title, UIAlertActionStyle style,
-                  std::function<void(UIAlertAction&)> handler = nullptr);
-
-    std::string const& title() const { return title_; }
-    UIAlertActionStyle style() const { return style_; }
-    bool isEnabled() const { return enabled_; }
-    /// A disabled action is dimmed and cannot be chosen.
-    void setEnabled(bool enabled);
-
-private:
-    friend class UIAlertController;
-    std::string title_;
-    UIAlertActionStyle style_;
-    bool enabled_ = true;
-    std::function<void(UIAlertAction&)> handler_;
-    Weak<UIAlertController> alert_;
-};
 
 /// A message in a card over everything, left by one of its actions. A tap dismisses it animated and then
 /// calls the action's handler once; a dismissal by program calls none.
@@ -68,7 +47,6 @@ protected:
     double transitionDuration() const override;
 
 private:
-    friend class UIAlertAction;
     struct State;
 
     void contentDidChange();

@@ -2,12 +2,11 @@
 
 #include "trelundo/platform/foundation/Bundle.h"
 #include "trelundo/platform/graphics/Picture.h"
+#include "trelundo/platform/uikit/views/UIImageRenderingMode.h"
 
 #include <string>
 
 namespace trelundo {
-
-enum class UIImageRenderingMode : int { automatic = 0, alwaysOriginal = 1, alwaysTemplate = 2 };
 
 /// A picture as views show it. Immutable; withRenderingMode gives another one.
 class UIImage : public NSObject {

@@ -60,9 +60,9 @@ void AlertText::layoutSubviews() {
     if (content != contentSize()) setContentSize(content); // an assignment asks for another layout
 }
 
-AlertButton::AlertButton(UIAlertController& alert, UIAlertAction& action, bool isEmphasised)
-    : alert_(&alert)
-    , action_(&action) {
+AlertButton::AlertButton(UIAlertAction& action, bool isEmphasised, std::function<void(UIAlertAction&)> chosen)
+    : action_(&action)
+    , chosen_(std::move(chosen)) {
     bool const destroys = action.style() == UIAlertActionStyle::destructive;
     setTitle(action.title(), UIControlState::normal);
     setTitleColor(destroys ? UIColor::systemRed() : UIColor::systemBlue(), UIControlState::normal);
@@ -95,9 +95,7 @@ void AlertButton::setHighlighted(bool highlighted) {
 }
 
 void AlertButton::choose() {
-    auto const alert = alert_.lock();
-    auto const action = action_.lock();
-    if (alert && action) alert->performAction(*action);
+    if (auto const action = action_.lock()) chosen_(*action);
 }
 
 } // namespace trelundo

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
-#include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controllers/UIAlertAction.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
@@ -33,7 +33,8 @@ private:
 /// The button of one action.
 class AlertButton : public UIButton {
 public:
-    AlertButton(UIAlertController& alert, UIAlertAction& action, bool isEmphasised);
+    /// `chosen` runs with the action when the button is tapped.
+    AlertButton(UIAlertAction& action, bool isEmphasised, std::function<void(UIAlertAction&)> chosen);
 
     static UIFont font(bool isEmphasised);
     /// The width in points that an action's title takes on one line.
@@ -44,8 +45,8 @@ public:
 private:
     void choose();
 
-    Weak<UIAlertController> alert_;
     Weak<UIAlertAction> action_;
+    std::function<void(UIAlertAction&)> chosen_;
 };
 
 } // namespace trelundo

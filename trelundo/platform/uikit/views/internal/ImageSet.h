@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/uikit/views/UIImage.h"
+#include "trelundo/platform/uikit/views/UIImageRenderingMode.h"
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
 
 #include <string>
