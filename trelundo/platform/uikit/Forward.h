@@ -4,6 +4,11 @@ namespace trelundo {
 
 class CALayer;
 class Canvas;
+class FittingScope;
+class LayoutEngine;
+class LayoutItem;
+class LayoutNode;
+class LayoutPass;
 class NSLayoutConstraint;
 class NSLayoutDimension;
 class NSLayoutXAxisAnchor;
@@ -34,9 +39,6 @@ class UITraitCollection;
 class UIView;
 class UIViewController;
 class UIWindow;
-class FittingScope;
-class LayoutEngine;
-class LayoutNode;
-class LayoutPass;
+class ViewOwner;
 
 } // namespace trelundo

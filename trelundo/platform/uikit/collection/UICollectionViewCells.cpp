@@ -1,5 +1,6 @@
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
 #include "trelundo/platform/uikit/collection/internal/UICollectionViewState.h"
+#include "trelundo/platform/uikit/views/UITouch.h"
 
 namespace trelundo {
 

@@ -89,6 +89,8 @@ public:
 protected:
     /// The offset has changed (by whom ever). Overrides call the superclass.
     virtual void offsetDidChange();
+    /// What scrolls stays in the user's hand while an animation makes it drift.
+    bool refusesTouchesInAnimations() const override { return false; }
     /// Layout has found another size than `before`: brings back what now lies beyond the far edge.
     virtual void sizeDidChange(CGSize before);
 

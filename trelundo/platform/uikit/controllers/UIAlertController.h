@@ -33,8 +33,8 @@ public:
     /// The action that the user has chosen; null before, and after a dismissal by program.
     Ref<UIAlertAction> performedAction() const { return performedAction_; }
     /// Return: the preferred action, or the only one. Escape: the cancel action, or the only one.
-    void performReturnKey();
-    void performEscapeKey();
+    void performReturnKey() override;
+    void performEscapeKey() override;
 
     void loadView() override;
     void viewDidLoad() override;

@@ -17,8 +17,8 @@ UIApplication& UIApplication::shared() {
 }
 
 void UIApplication::setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) {
-    if (direction_ == direction) return;
-    direction_ = direction;
+    if (userInterfaceLayoutDirection() == direction) return;
+    UIScreen::main().setUserInterfaceLayoutDirection(direction);
     for (auto const& window : strongWindows()) window->screenDidChange();
 }
 
@@ -41,7 +41,7 @@ void UIApplication::layoutWindows() {
 /// Callbacks during a walk over the windows may close any of them.
 std::vector<Ref<UIWindow>> UIApplication::strongWindows() const {
     std::vector<Ref<UIWindow>> result;
-    for (auto* window : windows_) result.push_back(strong(*window));
+    for (auto* window : windows()) result.push_back(strong(*window));
     return result;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <vector>
@@ -13,12 +13,14 @@ public:
     static UIApplication& shared();
 
     /// Direction of the first preferred language that the application is localised in.
-    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
+    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
+        return UIScreen::main().userInterfaceLayoutDirection();
+    }
     /// Windows take the new direction over at once.
     void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction);
 
-    std::vector<UIWindow*> const& windows() const { return windows_; }
-    UIWindow* keyWindow() const { return keyWindow_; }
+    std::vector<UIWindow*> const& windows() const { return UIWindow::visibleWindows(); }
+    UIWindow* keyWindow() const { return UIWindow::keyWindow(); }
 
     /// One frame at Clock::current(): animations advance, display links fire, the main queue has its turn,
     /// and layout is brought up to date. Shells call it once per displayed frame.
@@ -29,13 +31,9 @@ public:
     bool needsFrames() const;
 
 private:
-    friend class UIWindow;
     UIApplication();
     void layoutWindows();
     std::vector<Ref<UIWindow>> strongWindows() const;
-    UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
-    std::vector<UIWindow*> windows_;
-    UIWindow* keyWindow_ = nullptr;
 };
 
 } // namespace trelundo

@@ -10,7 +10,7 @@ UIViewController::UIViewController() = default;
 
 UIViewController::~UIViewController() {
     PresentationEngine::abandon(*this);
-    if (view_) view_->viewController_ = nullptr;
+    if (view_) view_->owner_ = nullptr;
 }
 
 Ref<UIView> const& UIViewController::view() {
@@ -25,9 +25,9 @@ Ref<UIView> const& UIViewController::view() {
 }
 
 void UIViewController::setView(Ref<UIView> view) {
-    if (view_) view_->viewController_ = nullptr;
+    if (view_) view_->owner_ = nullptr;
     view_ = std::move(view);
-    if (view_) view_->viewController_ = this;
+    if (view_) view_->owner_ = this;
 }
 
 void UIViewController::loadView() {
@@ -59,11 +59,11 @@ void UIViewController::applyTransition(TransitionStage stage, UIView& carrier) {
 }
 
 UITraitCollection const& UIViewController::traitCollection() const {
-    if (view_ && view_->window()) return static_cast<UIView const&>(*view_).traitCollection();
+    if (view_ && view_->window()) return view_->traitCollection();
     return lastTraits_ ? *lastTraits_ : UIView::predictedTraits();
 }
 
-void UIViewController::reportTraits(UITraitCollection const& traits) {
+void UIViewController::viewTraitsWillChange(UITraitCollection const& traits) {
     if (lastTraits_ == traits) return;
     auto const previous = std::exchange(lastTraits_, traits);
     UITraitScope const scope(traits);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/views/ViewOwner.h"
 
 #include <functional>
 #include <memory>
@@ -30,7 +31,7 @@ enum class UIStatusBarStyle : int { defaultStyle = 0, lightContent = 1, darkCont
 struct Presentation;
 
 /// Owns one screen's view and its life cycle. Overrides of the callbacks call the superclass.
-class UIViewController : public UIResponder {
+class UIViewController : public ViewOwner {
 public:
     UIViewController();
     ~UIViewController() override;
@@ -48,14 +49,17 @@ public:
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
-    virtual void viewWillLayoutSubviews() {}
-    virtual void viewDidLayoutSubviews() {}
-    virtual void viewSafeAreaInsetsDidChange() {}
+    void viewWillLayoutSubviews() override {}
+    void viewDidLayoutSubviews() override {}
+    void viewSafeAreaInsetsDidChange() override {}
     /// The window is about to change to `size` (rotation, resize); traits and layout follow.
     virtual void viewWillTransitionToSize(CGSize /*size*/) {}
     virtual UIStatusBarStyle preferredStatusBarStyle() const { return UIStatusBarStyle::defaultStyle; }
     virtual bool prefersStatusBarHidden() const { return false; }
     virtual bool prefersHomeIndicatorAutoHidden() const { return false; }
+    /// The keys of the topmost controller: Return while no control has the focus, and Escape.
+    virtual void performReturnKey() {}
+    virtual void performEscapeKey() {}
 
     std::string const& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
@@ -100,7 +104,7 @@ private:
     friend class PresentationEngine;
     friend class UIAlertController;
 
-    void reportTraits(UITraitCollection const& traits);
+    void viewTraitsWillChange(UITraitCollection const& traits) override;
 
     Ref<UIView> view_;
     bool isLoadingView_ = false;

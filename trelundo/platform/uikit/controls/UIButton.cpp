@@ -2,7 +2,6 @@
 
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/uikit/controls/internal/UIButtonState.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 
@@ -219,7 +218,7 @@ void UIButton::reportTitle() {
     auto title = shownTitle();
     if (title == state_->shownTitle) return;
     state_->shownTitle = title;
-    if (window() && window()->isVisible()) textDidChange(*this, title);
+    if (isInVisibleWindow()) textDidChange(*this, title);
 }
 
 void UIButton::tintColorDidChange() {

@@ -1,6 +1,5 @@
 #include "trelundo/platform/uikit/controls/internal/UIButtonState.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 

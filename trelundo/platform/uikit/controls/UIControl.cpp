@@ -1,5 +1,7 @@
 #include "trelundo/platform/uikit/controls/UIControl.h"
 
+#include "trelundo/platform/uikit/views/UITouch.h"
+
 #include <algorithm>
 
 namespace trelundo {

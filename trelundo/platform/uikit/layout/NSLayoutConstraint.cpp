@@ -1,9 +1,8 @@
 #include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
-#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
 #include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
-#include "trelundo/platform/uikit/layout/internal/LayoutItem.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 #include <fmt/core.h>
@@ -43,11 +42,13 @@ bool combine(NSLayoutAttribute first, NSLayoutAttribute second) {
     return bothOnX && (first == NSLayoutAttribute::centerX || second == NSLayoutAttribute::centerX);
 }
 
+LayoutItem* layoutItem(NSObject* object) { return dynamic_cast<LayoutItem*>(object); }
+
 void requireSense(NSLayoutConstraint::Parameters const& parameters) {
-    if (!parameters.firstItem || !isLayoutItem(*parameters.firstItem))
+    if (!layoutItem(parameters.firstItem.get()))
         fatalError("A constraint needs a view or a layout guide as its first item");
     if (parameters.secondItem) {
-        if (!isLayoutItem(*parameters.secondItem))
+        if (!layoutItem(parameters.secondItem.get()))
             fatalError("A constraint needs a view or a layout guide as its second item");
         if (!combine(parameters.firstAttribute, parameters.secondAttribute))
             fatalError("A constraint cannot combine these two attributes");
@@ -104,9 +105,8 @@ void NSLayoutConstraint::setActive(bool active) {
 }
 
 NSLayoutConstraint::Item NSLayoutConstraint::resolve(NSObject* object) {
-    if (!object) return {};
-    auto* const guide = layoutGuide(*object);
-    return {guide ? guide->owningView() : dynamic_cast<UIView*>(object), guide};
+    auto* const item = layoutItem(object);
+    return item ? Item{item->layoutView(), item->layoutGuide()} : Item{};
 }
 
 void NSLayoutConstraint::install() {
@@ -137,8 +137,8 @@ void NSLayoutConstraint::uninstall() {
 /// Items may already be gone when the owner is being destroyed.
 void NSLayoutConstraint::detachFromOwner() {
     auto const forget = [this](Ref<NSObject> const& object, Item& item) {
-        auto const* const view = item.guide && object ? item.guide->owningView() : item.view;
-        auto* const node = object && view ? LayoutNode::existing(*view) : nullptr;
+        auto const* const view = object ? layoutItem(object.get())->layoutView() : nullptr;
+        auto* const node = view ? LayoutNode::existing(*view) : nullptr;
         if (node) std::erase(node->mentions, this);
         item = {};
     };
@@ -169,7 +169,7 @@ std::string NSLayoutConstraint::description() const {
         "",      "left",   "right",   "top",     "bottom",       "leading",      "trailing",
         "width", "height", "centerX", "centerY", "lastBaseline", "firstBaseline"};
     auto const side = [](Ref<NSObject> const& item, NSLayoutAttribute attribute) {
-        return fmt::format("{}.{}", item ? layoutItemName(*item) : "(destroyed)",
+        return fmt::format("{}.{}", item ? layoutItem(item.get())->layoutName() : "(destroyed)",
                            names[static_cast<std::size_t>(attribute)]);
     };
     static constexpr std::array<std::string_view, 3> relations{"<=", "==", ">="};

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "trelundo/platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 
 /// A rectangle with anchors and no view. Belongs to the view it was added to.
-class UILayoutGuide : public NSObject {
+class UILayoutGuide : public NSObject, public LayoutItem {
 public:
     explicit UILayoutGuide(std::string identifier = {})
         : identifier_(std::move(identifier)) {}
@@ -15,6 +16,10 @@ public:
     std::string const& identifier() const { return identifier_; }
     /// In the owning view's coordinates, as last solved.
     CGRect layoutFrame() const;
+
+    UIView* layoutView() override { return owningView_; }
+    UILayoutGuide* layoutGuide() override { return this; }
+    std::string layoutName() const override;
 
     NSLayoutXAxisAnchor leadingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::leading}; }
     NSLayoutXAxisAnchor trailingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::trailing}; }

@@ -99,8 +99,10 @@ void UIStackView::arrangementDidChange() {
     setNeedsLayout();
 }
 
+void UIStackView::subviewHiddenDidChange(UIView& /*view*/) { arrangementDidChange(); }
+
 /// Only proportions are read from the contents; all else follows through the content sizes.
-void UIStackView::contentOfArrangedDidChange() {
+void UIStackView::subviewContentSizeDidChange(UIView& /*view*/) {
     if (distribution_ == UIStackViewDistribution::fillProportionally) arrangementDidChange();
 }
 

@@ -51,9 +51,9 @@ public:
     void willRemoveSubview(UIView& view) override;
 
 private:
-    friend class UIView;
+    void subviewHiddenDidChange(UIView& view) override;
+    void subviewContentSizeDidChange(UIView& view) override;
     void arrangementDidChange();
-    void contentOfArrangedDidChange();
     double spacingAfter(UIView const& view) const;
 
     struct State;

@@ -2,7 +2,6 @@
 
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/uikit/text/internal/UILabelState.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 namespace trelundo {
 
@@ -143,7 +142,7 @@ void UILabel::reportText() {
     auto text = this->text().value_or("");
     if (text == state_->shownText) return;
     state_->shownText = text;
-    if (window() && window()->isVisible()) textDidChange(*this, text);
+    if (isInVisibleWindow()) textDidChange(*this, text);
 }
 
 void UILabel::forgetLayouts() {

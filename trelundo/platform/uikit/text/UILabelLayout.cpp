@@ -1,6 +1,5 @@
 #include "trelundo/platform/uikit/text/internal/UILabelState.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 
@@ -22,7 +21,7 @@ bool isSame(TextLimits const& a, TextLimits const& b) {
 } // namespace
 
 double UILabel::pixelScale() const {
-    double const scale = window() ? window()->traitCollection().displayScale : 0;
+    double const scale = window() ? traitCollection().displayScale : 0;
     return scale > 0 ? scale : UIScreen::main().scale();
 }
 

@@ -1,10 +1,6 @@
 #include "trelundo/platform/uikit/views/UIResponder.h"
 
-#include "trelundo/platform/uikit/views/UIView.h"
-
 namespace trelundo {
-
-CGPoint UITouch::locationIn(UIView const& view) const { return view.convertPointFrom(location_, nullptr); }
 
 void UIResponder::touchesBegan(UITouch& touch) {
     if (auto* next = nextResponder()) next->touchesBegan(touch);

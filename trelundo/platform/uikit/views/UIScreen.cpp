@@ -1,7 +1,5 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
-
 #include <algorithm>
 
 namespace trelundo {
@@ -91,7 +89,9 @@ DeviceProfile const* DeviceProfile::find(std::string_view name) {
 }
 
 UIScreen::UIScreen()
-    : device_(*DeviceProfile::find("phone-390x844")) {}
+    : device_(*DeviceProfile::find("phone-390x844")) {
+    traitsDidChange();
+}
 
 UIScreen& UIScreen::main() {
     static UIScreen screen;
@@ -101,7 +101,20 @@ UIScreen& UIScreen::main() {
 void UIScreen::configure(DeviceProfile const& device, bool landscape) {
     device_ = device;
     landscape_ = landscape;
+    traitsDidChange();
 }
+
+void UIScreen::setUserInterfaceStyle(UIUserInterfaceStyle style) {
+    style_ = style;
+    traitsDidChange();
+}
+
+void UIScreen::setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) {
+    direction_ = direction;
+    traitsDidChange();
+}
+
+void UIScreen::traitsDidChange() { UITraitCollection::setScreenTraits(traitCollection()); }
 
 CGRect UIScreen::bounds() const {
     auto const points = device_.points;
@@ -114,10 +127,9 @@ UITraitCollection UIScreen::traitCollection() const {
     traits.horizontalSizeClass = landscape_ ? device_.landscapeHorizontal : device_.portraitHorizontal;
     traits.verticalSizeClass = landscape_ ? device_.landscapeVertical : device_.portraitVertical;
     traits.userInterfaceStyle = style_;
-    traits.layoutDirection =
-        UIApplication::shared().userInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft
-            ? UITraitLayoutDirection::rightToLeft
-            : UITraitLayoutDirection::leftToRight;
+    traits.layoutDirection = direction_ == UIUserInterfaceLayoutDirection::rightToLeft
+                                 ? UITraitLayoutDirection::rightToLeft
+                                 : UITraitLayoutDirection::leftToRight;
     traits.displayScale = device_.scale;
     return traits;
 }

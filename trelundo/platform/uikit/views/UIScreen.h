@@ -44,7 +44,10 @@ public:
     bool isLandscape() const { return landscape_; }
     /// Takes effect for windows through UIWindow::screenDidChange().
     void configure(DeviceProfile const& device, bool landscape);
-    void setUserInterfaceStyle(UIUserInterfaceStyle style) { style_ = style; }
+    void setUserInterfaceStyle(UIUserInterfaceStyle style);
+    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
+    /// For UIApplication, which tells the windows.
+    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction);
 
     CGRect bounds() const;
     CGRect nativeBounds() const { return {0, 0, device_.nativePixels.width, device_.nativePixels.height}; }
@@ -57,9 +60,12 @@ public:
 
 private:
     UIScreen();
+    void traitsDidChange();
+
     DeviceProfile device_;
     bool landscape_ = false;
     UIUserInterfaceStyle style_ = UIUserInterfaceStyle::light;
+    UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
 };
 
 } // namespace trelundo

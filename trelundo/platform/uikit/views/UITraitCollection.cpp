@@ -1,7 +1,5 @@
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
 
-#include "trelundo/platform/uikit/views/UIScreen.h"
-
 namespace trelundo {
 
 namespace {
@@ -11,16 +9,18 @@ std::optional<UITraitCollection>& chosenTraits() {
     return traits;
 }
 
+UITraitCollection& screenTraits() {
+    static UITraitCollection traits;
+    return traits;
+}
+
 } // namespace
 
 UITraitCollection const& UITraitCollection::current() {
-    if (chosenTraits()) return *chosenTraits();
-    static UITraitCollection screenTraits;
-    screenTraits = UIScreen::main().traitCollection();
-    return screenTraits;
+    return chosenTraits() ? *chosenTraits() : screenTraits();
 }
 
-void UITraitCollection::setCurrent(UITraitCollection const& traits) { chosenTraits() = traits; }
+void UITraitCollection::setScreenTraits(UITraitCollection const& traits) { screenTraits() = traits; }
 
 UITraitScope::UITraitScope(UITraitCollection const& traits)
     : previous_(chosenTraits()) {

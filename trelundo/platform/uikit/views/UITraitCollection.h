@@ -15,6 +15,7 @@ enum class UIUserInterfaceIdiom : int {
 };
 enum class UIUserInterfaceSizeClass : int { unspecified = 0, compact = 1, regular = 2 };
 enum class UIUserInterfaceStyle : int { unspecified = 0, light = 1, dark = 2 };
+enum class UIUserInterfaceLayoutDirection : int { leftToRight = 0, rightToLeft = 1 };
 enum class UITraitLayoutDirection : int { unspecified = -1, leftToRight = 0, rightToLeft = 1 };
 
 /// The environment of a view or controller. Immutable by convention: a change is a new value.
@@ -32,7 +33,8 @@ public:
     /// The traits by which dynamic colours resolve just now (those of the view being drawn or notified, else
     /// the main screen's).
     static UITraitCollection const& current();
-    static void setCurrent(UITraitCollection const& traits);
+    /// What current() is outside any UITraitScope.
+    static void setScreenTraits(UITraitCollection const& traits);
 };
 
 /// Makes traits current for its own lifetime; scopes nest.

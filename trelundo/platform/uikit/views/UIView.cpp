@@ -1,6 +1,5 @@
 #include "trelundo/platform/uikit/views/UIView.h"
 
-#include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
 namespace trelundo {
@@ -32,7 +31,7 @@ void UIView::setHidden(bool hidden) {
     bool const changes = hidden != isHidden();
     layer_->setHidden(hidden);
     if (!changes) return;
-    if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->arrangementDidChange();
+    if (superview_) superview_->subviewHiddenDidChange(*this);
 }
 
 void UIView::setBackgroundColor(std::optional<UIColor> color) {

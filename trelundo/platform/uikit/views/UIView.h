@@ -2,7 +2,9 @@
 
 #include "trelundo/platform/coreanimation/CALayer.h"
 #include "trelundo/platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/layout/LayoutItem.h"
 #include "trelundo/platform/uikit/layout/NSLayoutConstraint.h"
+#include "trelundo/platform/uikit/layout/UIViewAutoresizing.h"
 #include "trelundo/platform/uikit/views/UIColor.h"
 #include "trelundo/platform/uikit/views/UIResponder.h"
 
@@ -29,18 +31,6 @@ enum class UIViewContentMode : int {
     bottomLeft = 11,
     bottomRight = 12,
 };
-enum class UIViewAutoresizing : unsigned {
-    none = 0,
-    flexibleLeftMargin = 1,
-    flexibleWidth = 2,
-    flexibleRightMargin = 4,
-    flexibleTopMargin = 8,
-    flexibleHeight = 16,
-    flexibleBottomMargin = 32,
-};
-constexpr UIViewAutoresizing operator|(UIViewAutoresizing a, UIViewAutoresizing b) {
-    return static_cast<UIViewAutoresizing>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
-}
 enum class UIViewTintAdjustmentMode : int { automatic = 0, normal = 1, dimmed = 2 };
 enum class UISemanticContentAttribute : int {
     unspecified = 0,
@@ -49,7 +39,6 @@ enum class UISemanticContentAttribute : int {
     forceLeftToRight = 3,
     forceRightToLeft = 4,
 };
-enum class UIUserInterfaceLayoutDirection : int { leftToRight = 0, rightToLeft = 1 };
 
 enum class UIViewAnimationOptions : unsigned {
     none = 0,
@@ -85,7 +74,7 @@ constexpr UIAccessibilityTraits operator|(UIAccessibilityTraits a, UIAccessibili
 
 /// A rectangle on screen with its layer, its subviews and its constraints. Geometry, alpha and hidden live in
 /// the layer; views in constraint-driven layouts get their frames from the layout pass. Main thread only.
-class UIView : public UIResponder, public CALayerDelegate {
+class UIView : public UIResponder, public CALayerDelegate, public LayoutItem {
 public:
     static constexpr CGFloat noIntrinsicMetric = -1;
 
@@ -136,7 +125,7 @@ public:
     // The tree. Subviews are in drawing order, back to front; adding a view elsewhere moves it.
     std::vector<Ref<UIView>> const& subviews() const { return subviews_; }
     UIView* superview() const { return superview_; }
-    UIWindow* window() const { return window_; }
+    UIWindow* window() const { return window_ ? window_->asWindow() : nullptr; }
     void addSubview(Ref<UIView> view);
     void insertSubview(Ref<UIView> view, std::size_t index);
     void insertSubviewAbove(Ref<UIView> view, UIView const& sibling);
@@ -253,14 +242,18 @@ public:
     static void setAnimationsEnabled(bool enabled);
     static bool areAnimationsEnabled();
 
-    /// The controller whose root view this is; null otherwise.
-    UIViewController* viewController() const { return viewController_; }
-
 protected:
     /// For subclasses with a layer of their own class, which is asked for once, at creation.
     UIView(CGRect frame, Ref<CALayer> layer);
     /// The text colour, tint or picture may resolve differently: redraw. Overrides call the superclass.
     virtual void appearanceDidChange();
+    /// A direct subview was hidden or shown again.
+    virtual void subviewHiddenDidChange(UIView& /*view*/) {}
+    /// A direct subview that constraints place has invalidated its intrinsic size.
+    virtual void subviewContentSizeDidChange(UIView& /*view*/) {}
+    /// Whether touches pass the view by while an animation moves it that does not allow them.
+    virtual bool refusesTouchesInAnimations() const { return true; }
+    bool isInVisibleWindow() const { return window_ && !window_->isHidden(); }
 
 private:
     friend class FittingScope;
@@ -271,18 +264,27 @@ private:
     friend class UILayoutGuide;
     friend class UIWindow;
     friend class UIViewController;
-    friend class UIStackView;
     friend class PresentationEngine;
+
+    // What a window is to the views in it.
+    virtual UIWindow* asWindow() { return nullptr; }
+    virtual UIEdgeInsets windowSafeAreaInsets() const { return {}; }
+    virtual void cancelTouchesIn(UIView const& /*subtree*/) {}
+
+    // An item of constraints.
+    UIView* layoutView() override { return this; }
+    UILayoutGuide* layoutGuide() override { return nullptr; }
+    std::string layoutName() const override;
 
     // Changes of the tree (UIViewTree.cpp).
     bool mayContain(UIView const& view) const;
     void restack(Ref<UIView> const& view, std::size_t index);
     void place(Ref<UIView> const& view, std::size_t index);
     void detach(UIView& view);
-    void announceWindow(UIWindow* window);
-    void adoptWindow(UIWindow* window);
-    void reportWindow(UIWindow const* window);
-    void moveToWindow(UIWindow* window);
+    void announceWindow(UIView* window);
+    void adoptWindow(UIView* window);
+    void reportWindow(UIView const* window);
+    void moveToWindow(UIView* window);
 
     // Conversions between this view's coordinates and the superview's or the root's (UIViewGeometry.cpp).
     CGAffineTransform transformToSuperview() const;
@@ -309,6 +311,7 @@ private:
     void marginsDidChange();
     void contentPriorityDidChange();
     void dropConstraintsAcross(UIView const& border);
+    CGRect untransformedFrame() const;
     void autoresize(CGSize superviewSizeBefore);
     Ref<UILayoutGuide> makeInsetGuide(std::string identifier, bool followsSafeArea);
     bool updateSafeAreaInsets(); // true when they are other ones now; reports them
@@ -327,8 +330,10 @@ private:
     int tag_ = 0;
 
     UIView* superview_ = nullptr; // the superview owns this one
-    UIWindow* window_ = nullptr;
-    UIViewController* viewController_ = nullptr;
+    UIView* window_ = nullptr;    // the window at the root of the tree
+    ViewOwner* owner_ = nullptr;  // the controller whose root view this is
+    /// The window in which views outside any window expect to be shown.
+    static inline UIView* keyWindow_ = nullptr;
     std::vector<Ref<UIView>> subviews_;
 
     bool translatesAutoresizingMask_ = true;

@@ -1,5 +1,4 @@
 #include "trelundo/platform/coreanimation/CATransaction.h"
-#include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
@@ -85,10 +84,7 @@ void UIView::setAnimationsEnabled(bool enabled) { CATransaction::setAnimationsEn
 
 bool UIView::areAnimationsEnabled() { return CATransaction::areAnimationsEnabled(); }
 
-/// What scrolls stays in the user's hand while an animation makes it drift.
-bool UIView::refusesTouches() const {
-    return refusingAnimations_ > 0 && !dynamic_cast<UIScrollView const*>(this);
-}
+bool UIView::refusesTouches() const { return refusingAnimations_ > 0 && refusesTouchesInAnimations(); }
 
 /// To be called before an animatable property of the layer changes.
 void UIView::noteAnimatedChange() {

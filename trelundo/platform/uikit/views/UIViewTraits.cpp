@@ -1,8 +1,6 @@
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
-#include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/ViewOwner.h"
 
 namespace trelundo {
 
@@ -10,7 +8,7 @@ namespace trelundo {
 
 /// What a view outside any window has reason to expect.
 UITraitCollection const& UIView::predictedTraits() {
-    if (auto const* window = UIApplication::shared().keyWindow()) return window->traitCollection();
+    if (keyWindow_) return keyWindow_->traitCollection();
     static UITraitCollection screenTraits;
     screenTraits = UIScreen::main().traitCollection();
     return screenTraits;
@@ -20,12 +18,12 @@ UITraitCollection const& UIView::traitCollection() const {
     for (auto const* view = this; view; view = view->superview_) {
         if (view->traitsOverride_) return *view->traitsOverride_;
     }
-    if (window_) return static_cast<UIView const*>(window_)->traitCollection();
+    if (window_) return window_->traitCollection();
     return lastTraits_ ? *lastTraits_ : predictedTraits();
 }
 
 UIResponder* UIView::nextResponder() const {
-    if (viewController_) return viewController_;
+    if (owner_) return owner_;
     return superview_;
 }
 
@@ -33,7 +31,7 @@ UIResponder* UIView::nextResponder() const {
 void UIView::traitsDidPropagate() {
     auto const self = strong(*this);
     auto const traits = traitCollection();
-    if (viewController_) viewController_->reportTraits(traits);
+    if (owner_) owner_->viewTraitsWillChange(traits);
     reportTraits(traits);
     auto const children = subviews_;
     for (auto const& child : children) {
@@ -64,7 +62,7 @@ void UIView::appearanceDidChange() {
 UIUserInterfaceLayoutDirection UIView::userInterfaceLayoutDirection(UISemanticContentAttribute attribute) {
     switch (attribute) {
     case UISemanticContentAttribute::unspecified:
-        return UIApplication::shared().userInterfaceLayoutDirection();
+        return UIScreen::main().userInterfaceLayoutDirection();
     case UISemanticContentAttribute::forceRightToLeft:
         return UIUserInterfaceLayoutDirection::rightToLeft;
     default:

@@ -1,6 +1,5 @@
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/uikit/views/UIView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
 
@@ -95,26 +94,26 @@ void UIView::removeFromSuperview() {
     didMoveToSuperview();
 }
 
-void UIView::announceWindow(UIWindow* window) {
-    willMoveToWindow(window);
+void UIView::announceWindow(UIView* window) {
+    willMoveToWindow(window ? window->asWindow() : nullptr);
     auto const children = subviews_;
     for (auto const& child : children) child->announceWindow(window);
 }
 
 /// The whole subtree stands in its new window before the first view hears of it.
-void UIView::moveToWindow(UIWindow* window) {
+void UIView::moveToWindow(UIView* window) {
     if (window_ == window) return;
     if (window_) window_->cancelTouchesIn(*this);
     adoptWindow(window);
     reportWindow(window);
 }
 
-void UIView::adoptWindow(UIWindow* window) {
+void UIView::adoptWindow(UIView* window) {
     window_ = window;
     for (auto const& child : subviews_) child->adoptWindow(window);
 }
 
-void UIView::reportWindow(UIWindow const* window) {
+void UIView::reportWindow(UIView const* window) {
     if (window_ != window) return;
     didMoveToWindow();
     auto const children = subviews_;

@@ -1,11 +1,21 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 namespace trelundo {
+
+namespace {
+
+std::vector<UIWindow*>& shownWindows() {
+    static std::vector<UIWindow*> windows;
+    return windows;
+}
+
+} // namespace
+
+std::vector<UIWindow*> const& UIWindow::visibleWindows() { return shownWindows(); }
 
 UIWindow::UIWindow()
     : UIWindow(UIScreen::main().bounds()) {}
@@ -21,8 +31,8 @@ UIWindow::UIWindow(CGRect frame)
 
 UIWindow::~UIWindow() {
     state_->touches.clear();
-    std::erase(UIApplication::shared().windows_, this);
-    if (UIApplication::shared().keyWindow_ == this) UIApplication::shared().keyWindow_ = nullptr;
+    std::erase(shownWindows(), this);
+    if (keyWindow_ == this) keyWindow_ = nullptr;
     if (root_) PresentationEngine::abandon(*root_);
     while (!subviews().empty()) subviews().back()->removeFromSuperview();
 }
@@ -58,11 +68,10 @@ void UIWindow::hideRoot() {
 }
 
 void UIWindow::makeKeyAndVisible() {
-    auto& application = UIApplication::shared();
-    application.keyWindow_ = this;
+    keyWindow_ = this;
     if (visible_) return;
     visible_ = true;
-    application.windows_.push_back(this);
+    shownWindows().push_back(this);
     layer().setHidden(false);
     layer().setDisplayRoot(true);
     traits_ = UIScreen::main().traitCollection();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
+#include "trelundo/platform/uikit/views/UITouch.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 #include <map>
@@ -21,6 +22,10 @@ public:
     void setRootViewController(Ref<UIViewController> controller);
     void makeKeyAndVisible();
     bool isVisible() const { return visible_; }
+    /// Every visible window, in the order in which they became visible.
+    static std::vector<UIWindow*> const& visibleWindows();
+    /// The one that makeKeyAndVisible() was last called on; null without one.
+    static UIWindow* keyWindow() { return keyWindow_ ? keyWindow_->asWindow() : nullptr; }
     /// The topmost presented controller, or the root.
     Ref<UIViewController> topViewController() const;
     /// What the top controller's status bar or home indicator preferences say has changed: the safe area
@@ -30,7 +35,7 @@ public:
     /// The screen's size, orientation, safe area or style changed: sizes, traits and layout follow.
     void screenDidChange();
     UITraitCollection const& traitCollection() const override { return traits_; }
-    UIEdgeInsets windowSafeAreaInsets() const { return windowSafeArea_; }
+    UIEdgeInsets windowSafeAreaInsets() const override { return windowSafeArea_; }
 
     // Pointer and touch input, in window points. One touch id at a time per finger.
     void touchBegan(int id, CGPoint location);
@@ -47,14 +52,14 @@ public:
     UIResponder* nextResponder() const override { return nullptr; }
 
 private:
-    friend class UIView;
     struct ActiveTouch;
     struct State;
 
     void showRoot();
     void hideRoot();
     void updateSafeArea();
-    void cancelTouchesIn(UIView const& view);
+    UIWindow* asWindow() override { return this; }
+    void cancelTouchesIn(UIView const& subtree) override;
     void deliver(ActiveTouch& active, UITouchPhase phase);
     void takeOver(ActiveTouch& active, UIScrollView& taker);
     void moveFocus(int step);

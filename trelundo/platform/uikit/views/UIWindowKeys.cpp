@@ -1,4 +1,3 @@
-#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 #include <algorithm>
@@ -27,14 +26,11 @@ void UIWindow::keyPressed(Key key) {
     auto const focused = state_->focused.lock();
     if (focused && !focused->isDescendantOf(*top->view())) state_->focused = nullptr;
     placeFocusRing();
-    auto const alert = cast<UIAlertController>(top);
     switch (key) {
     case Key::returnKey:
-        if (!state_->focused.lock() && alert) return alert->performReturnKey();
-        return pressFocused();
+        return state_->focused.lock() ? pressFocused() : top->performReturnKey();
     case Key::escape:
-        if (alert) alert->performEscapeKey();
-        return;
+        return top->performEscapeKey();
     case Key::tab:
         return moveFocus(1);
     case Key::backtab:

@@ -3,6 +3,7 @@
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/collection/internal/ScrollArithmetic.h"
 #include "trelundo/platform/uikit/collection/internal/ScrollIndicators.h"
+#include "trelundo/platform/uikit/views/UITouch.h"
 
 #include <deque>
 

@@ -1,7 +1,6 @@
 #include "trelundo/platform/uikit/layout/internal/Autoresizing.h"
 
-#include "trelundo/platform/uikit/views/UIView.h"
-
+#include <algorithm>
 #include <array>
 
 namespace trelundo {
@@ -14,11 +13,10 @@ bool has(UIViewAutoresizing mask, UIViewAutoresizing bit) {
 
 } // namespace
 
-AutoresizingShares autoresizingShares(UIView const& view, CGSize superviewSize, bool vertical) {
+AutoresizingShares autoresizingShares(UIViewAutoresizing mask, CGRect frame, CGSize superviewSize,
+                                      bool vertical) {
     using enum UIViewAutoresizing;
-    auto const mask = view.autoresizingMask();
     if (mask == none) return {};
-    auto const frame = untransformedFrame(view);
     double const start = vertical ? frame.origin.y : frame.origin.x;
     double const length = vertical ? frame.size.height : frame.size.width;
     double const whole = vertical ? superviewSize.height : superviewSize.width;
@@ -39,13 +37,6 @@ AutoresizingShares autoresizingShares(UIView const& view, CGSize superviewSize, 
         return sum > 0 ? std::max(parts[i], 0.0) / sum : 1.0 / count;
     };
     return {share(0), share(1)};
-}
-
-CGRect untransformedFrame(UIView const& view) {
-    auto const size = view.bounds().size;
-    auto const anchor = view.layer().anchorPoint();
-    auto const center = view.center();
-    return {center.x - anchor.x * size.width, center.y - anchor.y * size.height, size.width, size.height};
 }
 
 } // namespace trelundo

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Geometry.h"
-#include "trelundo/platform/uikit/Forward.h"
+#include "trelundo/platform/uikit/layout/UIViewAutoresizing.h"
 
 namespace trelundo {
 
@@ -11,11 +11,9 @@ struct AutoresizingShares {
     double length = 0;
 };
 
-/// By the view's mask, for its present frame in a superview of `superviewSize`: the flexible parts take
-/// shares in proportion to their lengths.
-AutoresizingShares autoresizingShares(UIView const& view, CGSize superviewSize, bool vertical);
-
-/// The frame that the view would have without its transform.
-CGRect untransformedFrame(UIView const& view);
+/// Of a view with `mask` that has `frame` in a superview of `superviewSize`: the flexible parts take shares
+/// in proportion to their lengths.
+AutoresizingShares autoresizingShares(UIViewAutoresizing mask, CGRect frame, CGSize superviewSize,
+                                      bool vertical);
 
 } // namespace trelundo

@@ -80,6 +80,9 @@ private:
         lastBaseline,
         measureCount,
     };
+    /// Points beyond which a length says no more than "as much as possible".
+    static constexpr double farAway = 1e7;
+
     struct Measured {
         Solver::Variable variable = -1;
         Solver::Constraint pin = -1; // fixes it to what was read; none for what the constraints determine
@@ -125,6 +128,7 @@ private:
 
     // Constraints as linear rules (LayoutEngineRules.cpp).
     void addRule(NSLayoutConstraint& constraint);
+    static double sane(double points);
     static unsigned directions(NSLayoutConstraint const& constraint);
     using Item = NSLayoutConstraint::Item;
     void addSide(Item const& item, NSLayoutAttribute attribute, double factor, bool mirrored,

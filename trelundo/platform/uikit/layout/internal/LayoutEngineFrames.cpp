@@ -1,9 +1,7 @@
 #include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
-#include "trelundo/platform/uikit/layout/internal/LayoutItem.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
@@ -29,8 +27,7 @@ bool isSame(CGRect const& a, CGRect const& b) {
 } // namespace
 
 bool LayoutEngine::applicationIsRightToLeft() {
-    return UIApplication::shared().userInterfaceLayoutDirection() ==
-           UIUserInterfaceLayoutDirection::rightToLeft;
+    return UIScreen::main().userInterfaceLayoutDirection() == UIUserInterfaceLayoutDirection::rightToLeft;
 }
 
 bool LayoutEngine::needsUpdate() const {
@@ -98,7 +95,7 @@ void LayoutEngine::restoreWidths(UIView& view) {
 std::string LayoutEngine::nameOf(Solver::Constraint handle) const {
     auto const& source = sources_[static_cast<std::size_t>(handle)];
     if (source.constraint) return source.constraint->description();
-    return fmt::format("{} of {}", source.part, layoutItemName(const_cast<UIView&>(*source.view)));
+    return fmt::format("{} of {}", source.part, source.view->layoutName());
 }
 
 /// A conflict that a retry only meets again is reported once.
@@ -186,8 +183,8 @@ CGSize LayoutEngine::fittingSize(CGSize target) {
         add(Solver::equal({&term, 1}, length, UILayoutPriority::fittingSizeLevel.value),
             {.constraint = nullptr, .view = &root_, .part = "fitting size", .reported = {}});
     };
-    pull(width, std::clamp(target.width, 0.0, 1e7));
-    pull(height, std::clamp(target.height, 0.0, 1e7));
+    pull(width, std::clamp(target.width, 0.0, farAway));
+    pull(height, std::clamp(target.height, 0.0, farAway));
     update();
     double const scale = UIScreen::main().scale();
     auto const fitted = [&](Measure measure) {

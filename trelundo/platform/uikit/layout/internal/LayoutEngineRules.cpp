@@ -8,12 +8,6 @@ namespace trelundo {
 
 namespace {
 
-/// Points beyond which a length says no more than "as much as possible".
-constexpr double farAway = 1e7;
-
-/// What the solver can work with: not a number counts as zero.
-double sane(double points) { return std::isnan(points) ? 0 : std::clamp(points, -farAway, farAway); }
-
 bool isDirectional(NSLayoutAttribute attribute) {
     return attribute == NSLayoutAttribute::leading || attribute == NSLayoutAttribute::trailing;
 }
@@ -54,6 +48,11 @@ double solverPriority(UILayoutPriority priority) {
 }
 
 } // namespace
+
+/// What the solver can work with: not a number counts as zero.
+double LayoutEngine::sane(double points) {
+    return std::isnan(points) ? 0 : std::clamp(points, -farAway, farAway);
+}
 
 unsigned LayoutEngine::directions(NSLayoutConstraint const& constraint) {
     auto const bit = [](NSLayoutAttribute attribute, UIView const* view) {
@@ -187,13 +186,15 @@ double LayoutEngine::shareOfSuperview(Box const& box, Measure measure) const {
         superview == &root_ ? purpose_ == Purpose::fitting : !superview->translatesAutoresizingMask_;
     if (!isSolved) return 0;
     bool const isVertical = measure == minY || measure == height;
-    auto const shares = autoresizingShares(*box.view, superview->bounds().size, isVertical);
+    auto const& view = *box.view;
+    auto const shares = autoresizingShares(view.autoresizingMask_, view.untransformedFrame(),
+                                           superview->bounds().size, isVertical);
     return measure == minX || measure == minY ? shares.position : shares.length;
 }
 
 double LayoutEngine::reading(Box const& box, Measure measure) const {
     auto const& view = *box.view;
-    auto const frame = untransformedFrame(view);
+    auto const frame = view.untransformedFrame();
     auto const superviewSize = view.superview_ ? view.superview_->bounds().size : CGSize{};
     auto const share = shareOfSuperview(box, measure);
     switch (measure) {

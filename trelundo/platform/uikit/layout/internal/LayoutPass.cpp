@@ -1,11 +1,10 @@
 #include "trelundo/platform/uikit/layout/internal/LayoutPass.h"
 
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/layout/internal/FittingScope.h"
 #include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/views/UIView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/ViewOwner.h"
 
 namespace trelundo {
 
@@ -53,8 +52,7 @@ void LayoutPass::updateConstraintsBelow(UIView& view) {
 }
 
 void LayoutPass::checkWindowSafeArea(UIView& root, LayoutEngine& engine) {
-    auto const* window = root.window_;
-    auto const insets = window ? window->windowSafeAreaInsets() : UIEdgeInsets{};
+    auto const insets = root.window_ ? root.window_->windowSafeAreaInsets() : UIEdgeInsets{};
     if (std::exchange(engine.lastWindowSafeArea, insets) != insets) {
         root.safeAreaIsStale_ = true;
         root.markSubtreeForLayout();
@@ -86,12 +84,12 @@ void LayoutPass::visit(UIView& view, bool superviewIsStale) {
 
 void LayoutPass::layOut(UIView& view) {
     auto const self = strong(view);
-    auto const controller = view.viewController_ ? strong(*view.viewController_) : Ref<UIViewController>{};
+    auto const owner = view.owner_ ? strong(*view.owner_) : Ref<ViewOwner>{};
     view.needsLayout_ = false;
     view.isLayingOut_ = true;
-    if (controller) controller->viewWillLayoutSubviews();
+    if (owner) owner->viewWillLayoutSubviews();
     view.layoutSubviews();
-    if (controller) controller->viewDidLayoutSubviews();
+    if (owner) owner->viewDidLayoutSubviews();
     view.isLayingOut_ = false;
     if (view.needsLayout_) view.markSubtreeForLayout();
 }

@@ -1,8 +1,7 @@
-#include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 #include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/views/UIView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/ViewOwner.h"
 
 namespace trelundo {
 
@@ -40,7 +39,7 @@ bool UIView::updateSafeAreaInsets() {
     marginsDidChange();
     auto const self = strong(*this);
     safeAreaInsetsDidChange();
-    if (viewController_) strong(*viewController_)->viewSafeAreaInsetsDidChange();
+    if (owner_) strong(*owner_)->viewSafeAreaInsetsDidChange();
     return true;
 }
 
@@ -49,7 +48,7 @@ bool UIView::updateSafeAreaInsets() {
 UIEdgeInsets UIView::layoutMargins() const {
     auto margins = layoutMargins_;
     if (marginsAreDirectional_ && isRightToLeft()) std::swap(margins.left, margins.right);
-    if (viewController_) {
+    if (owner_) {
         double const minimum = systemMinimumMargin(bounds().size.width);
         if (!layoutMarginsWereSet_) margins = {};
         margins.left = std::max(margins.left, minimum);

@@ -1,5 +1,4 @@
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
-#include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/layout/internal/Autoresizing.h"
 #include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
 #include "trelundo/platform/uikit/layout/internal/LayoutPass.h"
@@ -50,7 +49,7 @@ void UIView::invalidateIntrinsicContentSize() {
     if (auto* engine = interestedEngine(layoutNode_.get())) engine->contentDidChange(*layoutNode_);
     if (!superview_ || translatesAutoresizingMask_) return;
     superview_->setNeedsLayout();
-    if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->contentOfArrangedDidChange();
+    superview_->subviewContentSizeDidChange(*this);
 }
 
 UILayoutPriority UIView::contentHuggingPriority(NSLayoutConstraintAxis axis) const {
@@ -129,8 +128,16 @@ void UIView::layoutSizeDidChange() {
     auto const children = subviews_;
     for (auto const& child : children)
         if (child->translatesAutoresizingMask_ && child->superview_ == this) child->autoresize(before);
-    if (viewController_) marginsDidChange();
+    if (owner_) marginsDidChange();
     setNeedsLayout();
+}
+
+/// The frame that the view would have without its transform.
+CGRect UIView::untransformedFrame() const {
+    auto const size = bounds().size;
+    auto const anchor = layer_->anchorPoint();
+    auto const position = center();
+    return {position.x - anchor.x * size.width, position.y - anchor.y * size.height, size.width, size.height};
 }
 
 void UIView::autoresize(CGSize superviewSizeBefore) {
@@ -138,9 +145,9 @@ void UIView::autoresize(CGSize superviewSizeBefore) {
     auto const now = superview_->bounds().size;
     double const dx = now.width - superviewSizeBefore.width;
     double const dy = now.height - superviewSizeBefore.height;
-    auto const x = autoresizingShares(*this, superviewSizeBefore, false);
-    auto const y = autoresizingShares(*this, superviewSizeBefore, true);
-    auto const old = untransformedFrame(*this);
+    auto const old = untransformedFrame();
+    auto const x = autoresizingShares(autoresizingMask_, old, superviewSizeBefore, false);
+    auto const y = autoresizingShares(autoresizingMask_, old, superviewSizeBefore, true);
     CGRect const resized{old.origin.x + x.position * dx, old.origin.y + y.position * dy,
                          std::max(old.size.width + x.length * dx, 0.0),
                          std::max(old.size.height + y.length * dy, 0.0)};
@@ -159,6 +166,10 @@ void UIView::layoutFrameWasSet() {
 }
 
 // Anchors.
+
+std::string UIView::layoutName() const {
+    return accessibilityIdentifier_.empty() ? className() : accessibilityIdentifier_;
+}
 
 NSLayoutXAxisAnchor UIView::leadingAnchor() { return {strong<NSObject>(*this), NSLayoutAttribute::leading}; }
 NSLayoutXAxisAnchor UIView::trailingAnchor() {
