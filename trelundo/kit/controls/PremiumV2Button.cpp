@@ -2,9 +2,13 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
+#include "trelundo/platform/foundation/Lazy.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace trelundo {
 
@@ -58,6 +62,82 @@ std::string continueWord(ContinueWord word, bool hasTrial) {
     auto const subscribe = Texts::text("Subscribe");
     if (word == ContinueWord::subscribe || !hasTrial) return subscribe;
     return Texts::text("Try Free") + " & " + subscribe;
+}
+
+enum class Headline { billedAmount, planName, brand };
+enum class Detail { none, saving, share, startTrial, getTrial, tryTrial, badge };
+
+/// One way to write the two lines. The second line says the first of `details` that the plan has, else the
+/// plan's name where the headline does not say it.
+struct TitleLayout {
+    std::string_view abTest;
+    Headline headline;
+    std::array<Detail, 3> details;
+    double detailSize = 13;
+    bool hasTotalBlock = false; // the billed amount at the trailing edge
+};
+
+constexpr std::array titleLayouts{
+    TitleLayout{"V2_A1", Headline::billedAmount, {Detail::saving, Detail::getTrial, Detail::share}},
+    TitleLayout{"V2_A2", Headline::billedAmount, {Detail::startTrial, Detail::saving, Detail::share}},
+    TitleLayout{"V2_A3", Headline::billedAmount, {Detail::share, Detail::tryTrial}},
+    TitleLayout{"V2_A4", Headline::billedAmount, {Detail::getTrial, Detail::saving, Detail::share}},
+    TitleLayout{"V2_B1", Headline::planName, {Detail::badge, Detail::tryTrial}, 11, true},
+    TitleLayout{"V2_B2", Headline::billedAmount, {Detail::tryTrial, Detail::share}},
+    TitleLayout{"V2_B3", Headline::brand, {}, 13, true},
+};
+
+/// Every other tag counts as the first.
+TitleLayout const& titleLayout(std::string_view abTest) {
+    for (auto const& layout : titleLayouts)
+        if (layout.abTest == abTest) return layout;
+    return titleLayouts.front();
+}
+
+TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) {
+    TextAttributes attributes;
+    attributes.set(NSAttributedStringKey::font, UIFont::system(size, weight));
+    attributes.set(NSAttributedStringKey::foregroundColor, std::move(color));
+    attributes.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = 4});
+    return attributes;
+}
+
+std::string headlineText(Headline headline, PlanTexts const& plan) {
+    switch (headline) {
+    case Headline::billedAmount:
+        return plan.billedAmount();
+    case Headline::planName:
+        return plan.name();
+    case Headline::brand:
+        break;
+    }
+    return Texts::text("Darno Premium");
+}
+
+std::string detailText(Detail detail, PlanTexts const& plan) {
+    switch (detail) {
+    case Detail::saving:
+        return plan.saving();
+    case Detail::share:
+        return plan.share();
+    case Detail::startTrial:
+        return plan.trial("Start your %%% free trial");
+    case Detail::getTrial:
+        return plan.trial("Get %%% for FREE!");
+    case Detail::tryTrial:
+        return plan.trial("Try %%% Free");
+    case Detail::badge:
+        return plan.isYearly() ? Texts::text("Most Popular") : std::string{};
+    case Detail::none:
+        break;
+    }
+    return {};
+}
+
+/// With room at both ends for the ground of a badge.
+std::string padded(std::string const& text) {
+    constexpr char const* noBreakSpace = "\u00A0";
+    return noBreakSpace + text + noBreakSpace;
 }
 
 } // namespace
@@ -131,6 +211,61 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     if (layout.showsTrial && !trial.empty()) title.append("\n" + trial, second);
     bool const isYearly = product_ && texts().isYearly();
     return {std::move(title), subtitleText(isYearly ? layout.yearly : layout.other)};
+}
+
+void PremiumV2Button::productDidChange() {
+    if (!product_) return;
+    auto const plan = texts();
+    auto const& layout = titleLayout(abTest_);
+    using Weight = UIFont::Weight;
+    NSAttributedString title{headlineText(layout.headline, plan),
+                             lineAttributes(15, Weight::bold, textColor_)};
+    auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor_);
+    auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
+    auto const detail = std::ranges::find_if(layout.details, hasText);
+    if (detail == layout.details.end()) {
+        auto const name = layout.headline == Headline::planName ? std::string{} : plan.name();
+        if (!name.empty()) title.append("\n" + name, plain);
+    } else if (*detail == Detail::badge) {
+        auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor_)
+                               .with(NSAttributedStringKey::backgroundColor, buttonColor_);
+        title.append("\n", plain).append(padded(detailText(*detail, plan)), badge);
+    } else {
+        title.append("\n" + detailText(*detail, plan), plain);
+    }
+    setAttributedTitle(title, UIControlState::normal);
+    removeTotalBlock();
+    if (layout.hasTotalBlock) addTotalBlock(plan.price());
+}
+
+void PremiumV2Button::removeTotalBlock() {
+    if (totalSeparatorView_) totalSeparatorView_->removeFromSuperview();
+    if (totalLabel_) totalLabel_->removeFromSuperview();
+    totalSeparatorView_ = nullptr;
+    totalLabel_ = nullptr;
+}
+
+void PremiumV2Button::addTotalBlock(std::string const& amount) {
+    totalSeparatorView_ = named("totalSeparatorView", make<UIView>());
+    totalSeparatorView_->setBackgroundColor(termsColor_);
+    addSubview(totalSeparatorView_);
+    totalLabel_ = named("totalLabel", make<UILabel>());
+    totalLabel_->setAttributedText(
+        NSAttributedString{amount, lineAttributes(13, UIFont::Weight::bold, textColor_)});
+    addSubview(totalLabel_);
+}
+
+void PremiumV2Button::layoutSubviews() {
+    UIButton::layoutSubviews();
+    if (!totalSeparatorView_ || !totalLabel_) return;
+    auto const natural =
+        boundingRect(*totalLabel_->attributedText(), {greatestFiniteMagnitude, greatestFiniteMagnitude});
+    TotalBlock{.separator = *totalSeparatorView_,
+               .label = *totalLabel_,
+               .labelSize = {std::ceil(natural.width()), std::ceil(natural.height())},
+               .labelMargin = 16,
+               .separatorMargin = 32}
+        .place(*this);
 }
 
 } // namespace trelundo

@@ -54,7 +54,6 @@ private:
 
     PlanTexts texts() const;
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
-    // The button's own title (PremiumV2ButtonTitle.cpp).
     void removeTotalBlock();
     void addTotalBlock(std::string const& amount);
 
