@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/plans/internal/PlanTerms.h"
@@ -166,21 +167,16 @@ void PremiumButton::addTotalBlock() {
 
     totalLabel_ = named("totalLabel", make<UILabel>());
     totalLabel_->setNumberOfLines(2);
-    auto style = attributes(textBoldFont_);
-    style.set(NSAttributedStringKey::paragraphStyle,
-              {.alignment = NSTextAlignment::center, .lineSpacing = titleLineSpacing});
-    totalLabel_->setAttributedText(NSAttributedString{
-        filledWithPrice("Total:\n$$$", PremiumManager::price(*product_)), std::move(style)});
+    NSParagraphStyle const centred{.alignment = NSTextAlignment::center, .lineSpacing = titleLineSpacing};
+    totalLabel_->setAttributedText(
+        NSAttributedString{filledWithPrice("Total:\n$$$", PremiumManager::price(*product_)),
+                           textAttributes(textBoldFont_, textColor_, centred)});
     totalLabel_->sizeToFit();
     addSubview(totalLabel_);
 }
 
 TextAttributes PremiumButton::attributes(UIFont font) const {
-    TextAttributes result;
-    result.set(NSAttributedStringKey::font, font);
-    result.set(NSAttributedStringKey::foregroundColor, textColor_);
-    result.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = titleLineSpacing});
-    return result;
+    return textAttributes(font, textColor_, NSParagraphStyle{.lineSpacing = titleLineSpacing});
 }
 
 } // namespace trelundo

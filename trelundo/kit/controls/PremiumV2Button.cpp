@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
 #include "trelundo/platform/foundation/Lazy.h"
@@ -95,11 +96,7 @@ TitleLayout const& titleLayout(std::string_view abTest) {
 }
 
 TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) {
-    TextAttributes attributes;
-    attributes.set(NSAttributedStringKey::font, UIFont::system(size, weight));
-    attributes.set(NSAttributedStringKey::foregroundColor, std::move(color));
-    attributes.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = 4});
-    return attributes;
+    return textAttributes(UIFont::system(size, weight), std::move(color), NSParagraphStyle{.lineSpacing = 4});
 }
 
 std::string headlineText(Headline headline, PlanTexts const& plan) {
@@ -198,11 +195,8 @@ void PremiumV2Button::selectionDidChange() {
 }
 
 PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
-    TextAttributes first;
-    first.set(NSAttributedStringKey::font, UIFont::system(15, UIFont::Weight::bold));
-    first.set(NSAttributedStringKey::foregroundColor, buttonTextColor_);
-    first.set(NSAttributedStringKey::paragraphStyle,
-              {.alignment = NSTextAlignment::center, .lineSpacing = 6});
+    NSParagraphStyle const centred{.alignment = NSTextAlignment::center, .lineSpacing = 6};
+    auto const first = textAttributes(UIFont::system(15, UIFont::Weight::bold), buttonTextColor_, centred);
     auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
 
     auto const& layout = continueLayout(abTest_);

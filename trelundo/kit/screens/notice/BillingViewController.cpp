@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/platform/foundation/Strings.h"
@@ -156,10 +157,8 @@ Ref<UILabel> const& BillingViewController::headLineLabel() {
 
 Ref<UILabel> const& BillingViewController::issueDetailsLabel() {
     return issueDetailsLabel_([this] {
-        TextAttributes attributes;
-        attributes.set(NSAttributedStringKey::font, UIFont::system(isSmallScreen_ ? 12 : 17));
-        attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
-        attributes.set(NSAttributedStringKey::paragraphStyle, {.lineSpacing = 2});
+        auto const attributes = textAttributes(UIFont::system(isSmallScreen_ ? 12 : 17), UIColor::white(),
+                                               NSParagraphStyle{.lineSpacing = 2});
         auto label = constraintDriven(make<UILabel>());
         label->setNumberOfLines(0);
         label->setAttributedText(NSAttributedString{issueDetailsText(), attributes});

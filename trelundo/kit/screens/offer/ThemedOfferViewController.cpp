@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/screens/base/internal/ViewBuilding.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
@@ -63,11 +64,7 @@ DiscountOfferViewController::LinksStyle ThemedOfferViewController::linksStyle() 
 }
 
 TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) const {
-    TextAttributes result;
-    result.set(NSAttributedStringKey::font, font);
-    result.set(NSAttributedStringKey::foregroundColor,
-               alpha < 1 ? theme_.textColor.withAlphaComponent(alpha) : theme_.textColor);
-    return result;
+    return textAttributes(font, alpha < 1 ? theme_.textColor.withAlphaComponent(alpha) : theme_.textColor);
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
@@ -139,10 +136,9 @@ Ref<PaddingLabel> ThemedOfferViewController::makeBadge(bool isSmallScreen) {
     auto badge = constraintDriven(make<PaddingLabel>());
     badge->setContentInset({8, 12, 8, 12});
     badge->setBackgroundColor(UIColor::white());
-    TextAttributes style;
-    style.set(NSAttributedStringKey::font, UIFont::system(isSmallScreen ? 11 : 15, UIFont::Weight::regular));
-    style.set(NSAttributedStringKey::foregroundColor, UIColor::black());
-    style.set(NSAttributedStringKey::kern, 2.4);
+    auto const style =
+        textAttributes(UIFont::system(isSmallScreen ? 11 : 15, UIFont::Weight::regular), UIColor::black())
+            .with(NSAttributedStringKey::kern, 2.4);
     badge->setAttributedText(NSAttributedString{Texts::text("Limited Time Offer"), style});
     badge->layer().setShadowColor({0, 0, 0, 1});
     badge->layer().setShadowOffset({0, 0});

@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 #include "trelundo/kit/screens/base/internal/ViewBuilding.h"
@@ -61,10 +62,8 @@ void PlanPaywallViewController::purchaseProduct() {
 
 Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
     auto button = constraintDriven(make<UIButton>(UIButtonType::system));
-    TextAttributes attributes;
-    attributes.set(NSAttributedStringKey::font, UIFont::system(fontSize, UIFont::Weight::medium));
-    attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
-    attributes.set(NSAttributedStringKey::underlineStyle, NSUnderlineStyle::single);
+    auto const attributes = textAttributes(UIFont::system(fontSize, UIFont::Weight::medium), UIColor::white())
+                                .with(NSAttributedStringKey::underlineStyle, NSUnderlineStyle::single);
     button->setAttributedTitle(NSAttributedString{Texts::text("Already Paid?"), attributes},
                                UIControlState::normal);
     button->addTarget(this, &PlanPaywallViewController::restorePurchases, UIControlEvents::touchUpInside);

@@ -1,6 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
@@ -22,10 +23,7 @@ Ref<UILabel> makeHeadline(char const* key, UIFont::Weight weight) {
 }
 
 TextAttributes priceAttributes(double size, UIColor color) {
-    TextAttributes attributes;
-    attributes.set(NSAttributedStringKey::font, UIFont::system(size, UIFont::Weight::medium));
-    attributes.set(NSAttributedStringKey::foregroundColor, std::move(color));
-    return attributes;
+    return textAttributes(UIFont::system(size, UIFont::Weight::medium), std::move(color));
 }
 
 } // namespace

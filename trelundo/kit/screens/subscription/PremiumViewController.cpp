@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/controls/PremiumCollectionViewCell.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
@@ -82,12 +83,8 @@ struct OfferTexts {
 };
 
 TextAttributes offerAttributes(double size) {
-    TextAttributes attributes;
-    attributes.set(NSAttributedStringKey::font, UIFont::system(size, UIFont::Weight::semibold));
-    attributes.set(NSAttributedStringKey::foregroundColor, UIColor::white());
-    attributes.set(NSAttributedStringKey::paragraphStyle,
-                   {.alignment = NSTextAlignment::center, .lineSpacing = 4});
-    return attributes;
+    return textAttributes(UIFont::system(size, UIFont::Weight::semibold), UIColor::white(),
+                          NSParagraphStyle{.alignment = NSTextAlignment::center, .lineSpacing = 4});
 }
 
 } // namespace
