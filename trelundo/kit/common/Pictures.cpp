@@ -9,8 +9,9 @@ Ref<UIImage> Pictures::loadImageBundle(std::string const& name, Bundle& bundle,
     return UIImage::named(name, bundle);
 }
 
-Ref<UIImage> Pictures::image(std::string const& name) {
-    return loadImageBundle(name, Texts::kitBundle(), "Premium");
+Ref<UIImage> Pictures::image(std::string const& name, UIImageRenderingMode mode) {
+    auto const image = loadImageBundle(name, Texts::kitBundle(), "Premium");
+    return image && mode != UIImageRenderingMode::automatic ? image->withRenderingMode(mode) : image;
 }
 
 } // namespace trelundo

@@ -15,8 +15,9 @@ public:
     /// by `resource`: a bundle keeps them in one place.
     static Ref<UIImage> loadImageBundle(std::string const& name, Bundle& bundle, std::string_view resource);
 
-    /// loadImageBundle() with the kit's bundle and the resource "Premium".
-    static Ref<UIImage> image(std::string const& name);
+    /// loadImageBundle() with the kit's bundle and the resource "Premium", shown in `mode`.
+    static Ref<UIImage> image(std::string const& name,
+                              UIImageRenderingMode mode = UIImageRenderingMode::automatic);
 };
 
 } // namespace trelundo

@@ -1,18 +1,10 @@
 #include "trelundo/kit/controls/FeatureCell.h"
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/Strings.h"
 
 namespace trelundo {
-
-namespace {
-
-void roundCorners(UIView& view) {
-    view.layer().setCornerRadius(8);
-    view.layer().setMasksToBounds(true);
-}
-
-} // namespace
 
 FeatureCell::FeatureCell(CGRect frame)
     : UICollectionViewCell(frame) {
@@ -21,22 +13,15 @@ FeatureCell::FeatureCell(CGRect frame)
     dimmView_->setAlpha(0.4);
     roundCorners(*dimmView_);
     for (Ref<UIView> const& view : {Ref<UIView>{imageView_}, dimmView_}) {
-        view->setTranslatesAutoresizingMaskIntoConstraints(false);
-        contentView()->addSubview(view);
-        activate({
-            view->topAnchor() == contentView()->topAnchor(),
-            view->leadingAnchor() == contentView()->leadingAnchor(),
-            view->trailingAnchor() == contentView()->trailingAnchor(),
-            view->bottomAnchor() == contentView()->bottomAnchor(),
-        });
+        contentView()->addSubview(usingAutoLayout(view));
+        pinEdges(*view, *contentView());
     }
 }
 
 FeatureCell::FeatureCell(NSCoder const& /*archive*/) { fatalError("init(coder:) has not been implemented"); }
 
 Ref<UILabel> FeatureCell::makeLabel(UIFont font) {
-    auto label = named("label", make<UILabel>());
-    label->setTranslatesAutoresizingMaskIntoConstraints(false);
+    auto label = named("label", usingAutoLayout(make<UILabel>()));
     label->setFont(font);
     label->setTextColor(UIColor::white());
     label->setAdjustsFontSizeToFitWidth(true);

@@ -1,5 +1,6 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
@@ -31,8 +32,7 @@ PremiumButton::PremiumButton(CGRect frame)
 PremiumButton::PremiumButton(NSCoder const& /*archive*/) {}
 
 void PremiumButton::setup() {
-    layer().setCornerRadius(8);
-    layer().setMasksToBounds(true);
+    roundCorners(*this);
     titleLabel()->setFont(textBoldFont_);
     titleLabel()->setNumberOfLines(2);
     // Long words beside the total block on small phones shrink before they are cut.

@@ -1,5 +1,6 @@
 #include "trelundo/kit/controls/PremiumV2Button.h"
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
@@ -147,8 +148,7 @@ PremiumV2Button::PremiumV2Button(CGRect frame)
 PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) {}
 
 void PremiumV2Button::setup() {
-    layer().setCornerRadius(8);
-    layer().setMasksToBounds(true);
+    roundCorners(*this);
     titleLabel()->setNumberOfLines(2);
     setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
     setContentEdgeInsets({0, 16, 0, 16});
@@ -174,13 +174,9 @@ PlanTexts PremiumV2Button::texts() const { return {*product_, products_, introdu
 
 void PremiumV2Button::productsDidChange() {
     if (products_.size() < 2) return;
-    auto const templateImage = [](char const* name) -> Ref<UIImage> {
-        auto const image = Pictures::image(name);
-        return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
-    };
     using enum UIControlState;
-    auto const unchecked = templateImage("unchecked");
-    auto const checked = templateImage("checked");
+    auto const unchecked = Pictures::image("unchecked", UIImageRenderingMode::alwaysTemplate);
+    auto const checked = Pictures::image("checked", UIImageRenderingMode::alwaysTemplate);
     setImage(unchecked, normal);
     setImage(unchecked, highlighted);
     setImage(checked, selected);

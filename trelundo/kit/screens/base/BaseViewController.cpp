@@ -1,5 +1,6 @@
 #include "trelundo/kit/screens/base/BaseViewController.h"
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
@@ -50,8 +51,7 @@ void BaseViewController::viewDidLoad() {
 
 Ref<UIView> const& BaseViewController::dimmView() {
     return dimmView_([this] {
-        auto view = make<UIView>();
-        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        auto view = usingAutoLayout(make<UIView>());
         view->setBackgroundColor(UIColor::gray(0.0, 0.7));
         view->setHidden(true);
         view->addSubview(activityIndicatorView_);
@@ -84,12 +84,7 @@ void BaseViewController::addTerms(Ref<UIView> const& links) {
 
 void BaseViewController::addDimmView() {
     view()->addSubview(dimmView());
-    activate({
-        dimmView()->topAnchor() == view()->topAnchor(),
-        dimmView()->leadingAnchor() == view()->leadingAnchor(),
-        dimmView()->trailingAnchor() == view()->trailingAnchor(),
-        dimmView()->bottomAnchor() == view()->bottomAnchor(),
-    });
+    pinEdges(*dimmView(), *view());
 }
 
 void BaseViewController::setProgressShown(bool shown) {

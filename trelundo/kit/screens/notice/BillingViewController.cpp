@@ -4,7 +4,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
@@ -22,17 +22,13 @@ constexpr char const* issueDetailsKey = "There seems to be billing problem with 
 /// Below the resistance of texts.
 constexpr double pictureResistance = 500;
 
-Ref<UIImage> templateOf(Ref<UIImage> const& image) {
-    return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
-}
-
 } // namespace
 
 BillingViewController::BillingViewController()
     : warningBadgeImage_(Pictures::image("warning_envelope"))
     , headLineLabelText_(Texts::text("Oops! Something is wrong."))
     , updateDetailsText_(Texts::text("Update Details"))
-    , closeBdageImage_(templateOf(Pictures::image("x")))
+    , closeBdageImage_(Pictures::image("x", UIImageRenderingMode::alwaysTemplate))
     , isSmallScreen_(BaseViewController::isMainScreenSmall()) {}
 
 std::string const& BillingViewController::issueDetailsText() {
@@ -117,21 +113,15 @@ void BillingViewController::updateDetails() {
 
 Ref<UIButton> const& BillingViewController::closeButton() {
     return closeButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
-        button->setImage(closeBdageImage_, UIControlState::normal);
-        button->setContentEdgeInsets({10, 10, 10, 10});
-        button->UIView::setTintColor(headlineColor_); // legible on the notice's own ground
-        button->setAccessibilityLabel(Texts::text("Close"));
-        button->addTarget(this, &BillingViewController::close, UIControlEvents::touchUpInside);
+        auto button = makeCloseButton(*this, closeBdageImage_, 10);
+        button->setTintColor(headlineColor_); // legible on the notice's own ground
         return button;
     });
 }
 
 Ref<UIImageView> const& BillingViewController::warningBadgeImageView() {
     return warningBadgeImageView_([this] {
-        auto picture = constraintDriven(make<UIImageView>());
-        picture->setContentMode(UIViewContentMode::scaleAspectFit);
-        picture->setImage(warningBadgeImage_);
+        auto picture = makePicture(warningBadgeImage_, UIViewContentMode::scaleAspectFit);
         // On a low screen the picture gives way, never the texts or the button.
         picture->setContentCompressionResistancePriority(pictureResistance, NSLayoutConstraintAxis::vertical);
         return picture;
@@ -159,7 +149,7 @@ Ref<UILabel> const& BillingViewController::issueDetailsLabel() {
     return issueDetailsLabel_([this] {
         auto const attributes = textAttributes(UIFont::system(isSmallScreen_ ? 12 : 17), UIColor::white(),
                                                NSParagraphStyle{.lineSpacing = 2});
-        auto label = constraintDriven(make<UILabel>());
+        auto label = usingAutoLayout(make<UILabel>());
         label->setNumberOfLines(0);
         label->setAttributedText(NSAttributedString{issueDetailsText(), attributes});
         return label;
@@ -168,7 +158,7 @@ Ref<UILabel> const& BillingViewController::issueDetailsLabel() {
 
 Ref<UIButton> const& BillingViewController::updateDetailsButton() {
     return updateDetailsButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
         button->setTitle(updateDetailsText_, UIControlState::normal);
         button->setTitleColor(updateDetailsTextColor_, UIControlState::normal);
         button->titleLabel()->setFont(UIFont::boldSystem(17));

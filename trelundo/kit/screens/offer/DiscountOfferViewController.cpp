@@ -2,7 +2,7 @@
 
 #include "trelundo/kit/plans/internal/PlanTerms.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
 

@@ -2,20 +2,10 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
-
-namespace {
-
-Ref<UILabel> makeLabel(NSTextAlignment alignment) {
-    auto label = constraintDriven(make<UILabel>());
-    label->setTextAlignment(alignment);
-    return label;
-}
-
-} // namespace
 
 OfferV3ViewController::OfferV3ViewController()
     : ThemedOfferViewController({.backgroundColor = UIColor::black(),

@@ -2,7 +2,7 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
@@ -15,9 +15,8 @@ constexpr CGSize cardSize{320, 420};
 UIColor accent() { return {83 / 255.0, 0, 1}; }
 
 Ref<UIView> makeCard() {
-    auto card = constraintDriven(make<UIView>());
-    card->layer().setCornerRadius(15);
-    card->setClipsToBounds(true);
+    auto card = usingAutoLayout(make<UIView>());
+    roundCorners(*card, 15);
     auto gradient = make<CAGradientLayer>();
     gradient->setFrame({{}, cardSize});
     gradient->setColors(std::vector<CGColor>{{1, 89 / 255.0, 137 / 255.0}, {1, 108 / 255.0, 125 / 255.0}});
@@ -29,7 +28,7 @@ Ref<UIView> makeCard() {
 }
 
 Ref<PaddingLabel> makeBadge() {
-    auto badge = constraintDriven(make<PaddingLabel>());
+    auto badge = usingAutoLayout(make<PaddingLabel>());
     badge->setContentInset({10, 15, 10, 15});
     badge->setBackgroundColor(accent());
     badge->setClipsToBounds(true);
@@ -54,7 +53,7 @@ Ref<UIStackView> makeInnerStack(std::vector<Ref<UIView>> arranged, double spacin
 }
 
 Ref<UIButton> makeCardButton(char const* title, UIFont::Weight weight, UIColor color) {
-    auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+    auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
     button->titleLabel()->setFont(UIFont::system(16, weight));
     button->setTitleColor(std::move(color), UIControlState::normal);
     button->setTitle(Texts::text(title), UIControlState::normal);
@@ -64,7 +63,7 @@ Ref<UIButton> makeCardButton(char const* title, UIFont::Weight weight, UIColor c
 } // namespace
 
 OfferViewController::OfferViewController()
-    : visualEffectView_(named("visualEffectView", constraintDriven(make<UIVisualEffectView>(
+    : visualEffectView_(named("visualEffectView", usingAutoLayout(make<UIVisualEffectView>(
                                                       UIBlurEffect{UIBlurEffectStyle::dark}))))
     , offerView_(named("offerView", makeCard()))
     , limitedTimeOnlyLabel_(named("limitedTimeOnlyLabel", makeBadge()))
@@ -74,12 +73,7 @@ OfferViewController::OfferViewController()
 void OfferViewController::viewDidLoad() {
     DiscountOfferViewController::viewDidLoad();
     view()->addSubview(visualEffectView_);
-    activate({
-        visualEffectView_->leadingAnchor() == view()->leadingAnchor(),
-        visualEffectView_->trailingAnchor() == view()->trailingAnchor(),
-        visualEffectView_->topAnchor() == view()->topAnchor(),
-        visualEffectView_->bottomAnchor() == view()->bottomAnchor(),
-    });
+    pinEdges(*visualEffectView_, *view());
     addCard();
     addTerms(termsStackView());
     addDimmView();

@@ -2,7 +2,7 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/Locale.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
@@ -13,12 +13,6 @@
 namespace trelundo {
 
 namespace {
-
-Ref<UILabel> makeCentredLabel() {
-    auto label = constraintDriven(make<UILabel>());
-    label->setTextAlignment(NSTextAlignment::center);
-    return label;
-}
 
 std::optional<UIFont> headlineFont(double size) {
     using enum UIFontDescriptorSymbolicTraits;
@@ -50,8 +44,8 @@ PercentageOfferViewController::PercentageOfferViewController()
                                  .backgroundBottomShadowName = "shadow_down",
                                  .premiumImageName = "q_premium_light"})
     , preferredLanguage_(firstPreferredLanguage())
-    , infoLine1Label_(named("infoLine1Label", makeCentredLabel()))
-    , infoLine2Label_(named("infoLine2Label", makeCentredLabel())) {}
+    , infoLine1Label_(named("infoLine1Label", makeLabel(NSTextAlignment::center)))
+    , infoLine2Label_(named("infoLine2Label", makeLabel(NSTextAlignment::center))) {}
 
 bool PercentageOfferViewController::isEnglish() const {
     return preferredLanguage_ && preferredLanguage_->find("en") != std::string::npos;
@@ -92,7 +86,7 @@ Ref<UIStackView> PercentageOfferViewController::makeStack() {
 }
 
 Ref<UILabel> PercentageOfferViewController::makeHeadline() {
-    auto label = makeCentredLabel();
+    auto label = makeLabel(NSTextAlignment::center);
     activate({label->heightAnchor() == (isEnglish() ? 70 : 35)});
     return label;
 }

@@ -3,10 +3,19 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
+
+namespace {
+
+Ref<UIImageView> makeShadow(std::string const& pictureName) {
+    return makePicture(pictureName.empty() ? nullptr : UIImage::named(pictureName),
+                       UIViewContentMode::scaleAspectFill);
+}
+
+} // namespace
 
 void ThemedOfferViewController::viewDidLoad() {
     DiscountOfferViewController::viewDidLoad();
@@ -69,20 +78,11 @@ TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) 
 
 Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
     return backgroundImageView_([this] {
-        auto picture = constraintDriven(make<UIImageView>());
-        picture->setContentMode(UIViewContentMode::scaleAspectFill);
+        auto picture = makePicture(UIImage::named(theme_.backgroundImageName), UIViewContentMode::scaleAspectFill);
         picture->setBackgroundColor(theme_.backgroundColor);
         picture->setAlpha(0.9);
-        picture->setImage(UIImage::named(theme_.backgroundImageName));
         return picture;
     });
-}
-
-Ref<UIImageView> ThemedOfferViewController::makeShadow(std::string const& pictureName) {
-    auto picture = constraintDriven(make<UIImageView>());
-    picture->setContentMode(UIViewContentMode::scaleAspectFill);
-    if (!pictureName.empty()) picture->setImage(UIImage::named(pictureName));
-    return picture;
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::shadowTopImageView() {
@@ -95,19 +95,15 @@ Ref<UIImageView> const& ThemedOfferViewController::shadowBottomImageView() {
 
 Ref<UIButton> const& ThemedOfferViewController::closeButton() {
     return closeButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
-        button->setContentEdgeInsets({16, 16, 16, 16});
-        button->UIView::setTintColor(theme_.textColor);
-        button->setImage(Pictures::image("x"), UIControlState::normal);
-        button->setAccessibilityLabel(Texts::text("Close"));
-        button->addTarget(this, &ThemedOfferViewController::close, UIControlEvents::touchUpInside);
+        auto button = makeCloseButton(*this, Pictures::image("x"), 16);
+        button->setTintColor(theme_.textColor);
         return button;
     });
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::premiumImageView() {
     return premiumImageView_(
-        [this] { return constraintDriven(make<UIImageView>(UIImage::named(theme_.premiumImageName))); });
+        [this] { return usingAutoLayout(make<UIImageView>(UIImage::named(theme_.premiumImageName))); });
 }
 
 Ref<UIStackView> const& ThemedOfferViewController::stackView() {
@@ -120,7 +116,7 @@ Ref<UIStackView> const& ThemedOfferViewController::stackView() {
 
 Ref<UIButton> const& ThemedOfferViewController::continueButton() {
     return continueButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+        auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
         button->setBackgroundColor(theme_.buttonColor);
         button->layer().setCornerRadius(8);
         button->setClipsToBounds(true);
@@ -133,7 +129,7 @@ Ref<UIButton> const& ThemedOfferViewController::continueButton() {
 }
 
 Ref<PaddingLabel> ThemedOfferViewController::makeBadge(bool isSmallScreen) {
-    auto badge = constraintDriven(make<PaddingLabel>());
+    auto badge = usingAutoLayout(make<PaddingLabel>());
     badge->setContentInset({8, 12, 8, 12});
     badge->setBackgroundColor(UIColor::white());
     auto const style =

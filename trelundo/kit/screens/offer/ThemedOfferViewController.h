@@ -61,7 +61,6 @@ private:
     void addPictures();
     void addTopBar();
     void addStack();
-    Ref<UIImageView> makeShadow(std::string const& pictureName);
 
     Ref<UIImageView> const& backgroundImageView();
     Ref<UIImageView> const& shadowTopImageView();

@@ -5,7 +5,7 @@
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>
@@ -61,7 +61,7 @@ void PlanPaywallViewController::purchaseProduct() {
 // Views
 
 Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
-    auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+    auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
     auto const attributes = textAttributes(UIFont::system(fontSize, UIFont::Weight::medium), UIColor::white())
                                 .with(NSAttributedStringKey::underlineStyle, NSUnderlineStyle::single);
     button->setAttributedTitle(NSAttributedString{Texts::text("Already Paid?"), attributes},
@@ -72,9 +72,7 @@ Ref<UIButton> PlanPaywallViewController::makeRestoreLink(double fontSize) {
 
 Ref<UIButton> const& PlanPaywallViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(neverTinted(Pictures::image("x")), 16);
-        button->addTarget(this, &PlanPaywallViewController::close, UIControlEvents::touchUpInside);
-        return button;
+        return makeCloseButton(*this, Pictures::image("x", UIImageRenderingMode::alwaysOriginal), 16);
     });
 }
 
@@ -88,7 +86,7 @@ std::vector<Ref<PremiumV2Button>> const& PlanPaywallViewController::premiumButto
 }
 
 Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> const& product, int index) {
-    auto button = constraintDriven(make<PremiumV2Button>());
+    auto button = usingAutoLayout(make<PremiumV2Button>());
     button->UIView::setTintColor(tintColor_);
     button->setSelectedColor(selectedColor_);
     button->setTextColor(textColor_);
@@ -108,7 +106,7 @@ Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> co
 
 Ref<UIButton> const& PlanPaywallViewController::continueButton() {
     return continueButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::custom));
+        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
         button->layer().setCornerRadius(8);
         button->layer().setMasksToBounds(true);
         button->setBackgroundColor(buttonColor_);

@@ -1,16 +1,14 @@
 #include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
 
 namespace {
 
 Ref<UIImageView> makeLogo() {
-    auto logo = constraintDriven(make<UIImageView>());
-    logo->setContentMode(UIViewContentMode::scaleAspectFit);
-    logo->setImage(UIImage::named("premium_logo"));
+    auto logo = makePicture(UIImage::named("premium_logo"), UIViewContentMode::scaleAspectFit);
     activate({logo->widthAnchor() <= 400});
     if (auto const image = logo->image())
         activate(

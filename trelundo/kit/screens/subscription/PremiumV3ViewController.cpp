@@ -1,6 +1,6 @@
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
 
@@ -9,10 +9,8 @@ namespace {
 UIColor headlineColor() { return {0.9764705882352941, 0.9411764705882353, 0.9215686274509803}; }
 
 Ref<UIImageView> makeLogo() {
-    auto logo = constraintDriven(make<UIImageView>());
-    logo->setContentMode(UIViewContentMode::scaleAspectFit);
+    auto logo = makePicture(UIImage::named("logo"), UIViewContentMode::scaleAspectFit);
     logo->setClipsToBounds(true);
-    logo->setImage(UIImage::named("logo"));
     activate({logo->widthAnchor() == 138});
     return logo;
 }

@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
 
 #include "trelundo/kit/common/Pictures.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 namespace trelundo {

@@ -6,7 +6,7 @@
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
@@ -156,7 +156,7 @@ Ref<UIImageView> const& PremiumV6ViewController::backgroundImageView() {
 
 Ref<GradientView> const& PremiumV6ViewController::gradientView() {
     return gradientView_([] {
-        auto gradient = constraintDriven(make<GradientView>());
+        auto gradient = usingAutoLayout(make<GradientView>());
         gradient->setStartColor(UIColor::gray(0, 0));
         gradient->setEndColor(UIColor::gray(0, 1));
         return gradient;
@@ -165,9 +165,7 @@ Ref<GradientView> const& PremiumV6ViewController::gradientView() {
 
 Ref<UIButton> const& PremiumV6ViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(UIImage::named("paywall_x"), 20);
-        button->addTarget(this, &PremiumV6ViewController::close, UIControlEvents::touchUpInside);
-        return button;
+        return makeCloseButton(*this, UIImage::named("paywall_x"), 20);
     });
 }
 
@@ -193,7 +191,7 @@ Ref<UICollectionView> const& PremiumV6ViewController::collectionView() {
 
 Ref<UIButton> const& PremiumV6ViewController::continueButton() {
     return continueButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::custom));
+        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
         button->layer().setCornerRadius(8);
         button->layer().setMasksToBounds(true);
         button->setBackgroundColor(buttonColor_);
@@ -207,8 +205,7 @@ Ref<UIButton> const& PremiumV6ViewController::continueButton() {
 
 Ref<UILabel> const& PremiumV6ViewController::subtitleLabel() {
     return subtitleLabel_([] {
-        auto label = constraintDriven(make<UILabel>());
-        label->setTextAlignment(NSTextAlignment::center);
+        auto label = makeLabel(NSTextAlignment::center);
         label->setNumberOfLines(2);
         return label;
     });

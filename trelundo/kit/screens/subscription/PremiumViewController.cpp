@@ -6,7 +6,7 @@
 #include "trelundo/kit/controls/PremiumCollectionViewCell.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
@@ -184,9 +184,7 @@ PremiumViewController::PremiumViewController()
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
     return closeButton_([this] {
-        auto button = makeCloseButton(neverTinted(Pictures::image("close_bg")), 8);
-        button->addTarget(this, &PremiumViewController::close, UIControlEvents::touchUpInside);
-        return button;
+        return makeCloseButton(*this, Pictures::image("close_bg", UIImageRenderingMode::alwaysOriginal), 8);
     });
 }
 
@@ -200,7 +198,7 @@ std::vector<Ref<PremiumButton>> const& PremiumViewController::premiumButtons() {
 }
 
 Ref<PremiumButton> PremiumViewController::makePremiumButton(Ref<SKProduct> const& product, int index) {
-    auto button = constraintDriven(make<PremiumButton>());
+    auto button = usingAutoLayout(make<PremiumButton>());
     button->setSmallScreen(isSmallScreen());
     if (isSmallScreen()) {
         button->setTextFont(UIFont::system(9, UIFont::Weight::semibold));
@@ -231,7 +229,7 @@ Ref<UIStackView> const& PremiumViewController::premiumButtonsStackView() {
 
 Ref<UIButton> const& PremiumViewController::continueButton() {
     return continueButton_([this] {
-        auto button = constraintDriven(make<UIButton>(UIButtonType::custom));
+        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
         button->layer().setCornerRadius(8);
         button->layer().setMasksToBounds(true);
         button->setBackgroundColor(UIColor{1, 0.44313725490196076, 0.41568627450980394});
@@ -248,10 +246,9 @@ Ref<UIButton> const& PremiumViewController::continueButton() {
 
 Ref<UILabel> const& PremiumViewController::subtitleLabel() {
     return subtitleLabel_([] {
-        auto label = constraintDriven(make<UILabel>());
+        auto label = makeLabel(NSTextAlignment::center);
         label->setFont(UIFont::system(11, UIFont::Weight::regular));
         label->setNumberOfLines(2);
-        label->setTextAlignment(NSTextAlignment::center);
         label->setTextColor(UIColor::black());
         label->setText("\n"); // keeps the height of two lines
         return label;

@@ -1,5 +1,6 @@
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Texts.h"
 
 namespace trelundo {
@@ -45,8 +46,7 @@ Ref<UILabel> makeSeparator(LinksRow const& row) {
 } // namespace
 
 Ref<UIStackView> LinksRow::make(BaseViewController& screen) const {
-    auto stack = trelundo::make<UIStackView>();
-    stack->setTranslatesAutoresizingMaskIntoConstraints(false);
+    auto stack = usingAutoLayout(trelundo::make<UIStackView>());
     stack->setSpacing(4);
     stack->setAlignment(alignment);
     for (auto const link : links) {

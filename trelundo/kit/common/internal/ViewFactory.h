@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/text/UILabel.h"
@@ -11,26 +12,31 @@
 
 namespace trelundo {
 
-/// `view`, placed by constraints only.
-template <class View> Ref<View> constraintDriven(Ref<View> view) {
-    view->setTranslatesAutoresizingMaskIntoConstraints(false);
-    return view;
-}
+// Views as several screens show them, all placed by constraints only.
 
-/// A vertical stack, placed by constraints only.
 Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged);
+
+Ref<UILabel> makeLabel(NSTextAlignment alignment);
 
 /// A label with the localised text of `key` that shrinks to half its size before it is cut.
 Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color);
 
+/// `image`, nothing when null.
+Ref<UIImageView> makePicture(Ref<UIImage> image, UIViewContentMode contentMode);
+
 /// The host's picture `name`, filling its view and cut to it; its height yields to everything around it.
 Ref<UIImageView> makeFillingPicture(std::string const& name);
 
-/// `image` in its own colours wherever it is shown; null stays null.
-Ref<UIImage> neverTinted(Ref<UIImage> const& image);
-
-/// A close button: system-type, so that `image` (nothing when null) is tinted unless it says otherwise,
-/// within insets of `contentInset` points.
+/// A system-type button, so that `image` (nothing when null) is tinted unless it says otherwise, within
+/// insets of `contentInset` points.
 Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset);
+
+/// The same, closing `screen`.
+template <class Screen>
+Ref<UIButton> makeCloseButton(Screen& screen, Ref<UIImage> const& image, double contentInset) {
+    auto button = makeCloseButton(image, contentInset);
+    button->addTarget(&screen, &Screen::close, UIControlEvents::touchUpInside);
+    return button;
+}
 
 } // namespace trelundo

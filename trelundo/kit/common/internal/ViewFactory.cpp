@@ -1,18 +1,23 @@
-#include "trelundo/kit/screens/base/internal/ViewBuilding.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/platform/uikit/controls/UIButton.h"
 
 namespace trelundo {
 
 Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
-    auto stack = constraintDriven(make<UIStackView>(std::move(arranged)));
+    auto stack = usingAutoLayout(make<UIStackView>(std::move(arranged)));
     stack->setAxis(NSLayoutConstraintAxis::vertical);
     return stack;
 }
 
+Ref<UILabel> makeLabel(NSTextAlignment alignment) {
+    auto label = usingAutoLayout(make<UILabel>());
+    label->setTextAlignment(alignment);
+    return label;
+}
+
 Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color) {
-    auto label = constraintDriven(make<UILabel>());
+    auto label = usingAutoLayout(make<UILabel>());
     label->setText(Texts::text(key));
     label->setFont(font);
     label->setTextColor(std::move(color));
@@ -21,23 +26,24 @@ Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color
     return label;
 }
 
+Ref<UIImageView> makePicture(Ref<UIImage> image, UIViewContentMode contentMode) {
+    auto picture = usingAutoLayout(make<UIImageView>());
+    picture->setContentMode(contentMode);
+    picture->setImage(std::move(image));
+    return picture;
+}
+
 Ref<UIImageView> makeFillingPicture(std::string const& name) {
-    auto picture = constraintDriven(make<UIImageView>());
+    auto picture = makePicture(UIImage::named(name), UIViewContentMode::scaleAspectFill);
     picture->setClipsToBounds(true);
-    picture->setContentMode(UIViewContentMode::scaleAspectFill);
-    picture->setImage(UIImage::named(name));
     // A picture takes the room that is left before anything else is stretched, and gives way before any text.
     picture->setContentHuggingPriority(1, NSLayoutConstraintAxis::vertical);
     picture->setContentCompressionResistancePriority(250, NSLayoutConstraintAxis::vertical);
     return picture;
 }
 
-Ref<UIImage> neverTinted(Ref<UIImage> const& image) {
-    return image ? image->withRenderingMode(UIImageRenderingMode::alwaysOriginal) : nullptr;
-}
-
 Ref<UIButton> makeCloseButton(Ref<UIImage> const& image, double contentInset) {
-    auto button = constraintDriven(make<UIButton>(UIButtonType::system));
+    auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
     button->setContentEdgeInsets({contentInset, contentInset, contentInset, contentInset});
     button->setImage(image, UIControlState::normal);
     button->setAccessibilityLabel(Texts::text("Close"));
