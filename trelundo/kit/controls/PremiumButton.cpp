@@ -1,9 +1,10 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/plans/internal/PlanTerms.h"
@@ -11,11 +12,26 @@
 #include "trelundo/platform/foundation/Lazy.h"
 #include "trelundo/platform/foundation/Strings.h"
 
+#include <array>
+
 namespace trelundo {
 
 namespace {
 
 constexpr auto selectedAndHighlighted = UIControlState::selected | UIControlState::highlighted;
+
+/// What a free trial says below the continue button under one test tag.
+struct TrialOffer {
+    std::string_view abTest;
+    char const* title;
+    char const* yearlySubtitle; // null: none
+};
+
+constexpr std::array trialOffers{
+    TrialOffer{"ziokrefa", "Get %%% FREE!", "with a yearly subscription"},
+    TrialOffer{"quivera602", "Try %%% for FREE", nullptr},
+    TrialOffer{"", "Get %%% FREE!", "Then $$$/year"},
+};
 
 UIColor selectedBackground() { return {0.9294117647058824, 0.9254901960784314, 0.9333333333333333}; }
 
@@ -75,26 +91,20 @@ void PremiumButton::selectionDidChange() {
     if (totalSeparatorView_) totalSeparatorView_->setHidden(!isSelected());
     if (totalLabel_) totalLabel_->setHidden(!isSelected());
     if (!isSelected()) return;
+    if (auto const host = delegate()) tellOffer(*host);
+}
 
-    auto const host = delegate();
-    if (!host) return;
+void PremiumButton::tellOffer(PremiumButtonDelegate& host) const {
     auto const discount = product_ && product_->subscriptionPeriod() ? offer() : nullptr;
-    if (!isFreeTrial(discount)) {
-        host->updateOffer(std::nullopt, std::nullopt);
-        return;
-    }
+    if (!isFreeTrial(discount)) return host.updateOffer(std::nullopt, std::nullopt);
     auto const trial = plan({.productSubscriptionPeriod = discount->subscriptionPeriod(),
                              .capitalizeFirstLetter = true,
                              .periodUnitDown = true});
-    auto const titleKey = abTest_ == "quivera602" ? "Try %%% for FREE" : "Get %%% FREE!";
+    auto const& texts = rowForTag(trialOffers, abTest_);
     std::optional<std::string> subtitle;
-    if (product_->subscriptionPeriod()->unit == SKProductPeriodUnit::year) {
-        if (abTest_ == "ziokrefa")
-            subtitle = Texts::text("with a yearly subscription");
-        else if (abTest_ != "quivera602")
-            subtitle = filledWithPrice("Then $$$/year", PremiumManager::price(*product_));
-    }
-    host->updateOffer(replacingOccurrences(Texts::text(titleKey), "%%%", trial), subtitle);
+    if (texts.yearlySubtitle && product_->subscriptionPeriod()->unit == SKProductPeriodUnit::year)
+        subtitle = filledWithPrice(texts.yearlySubtitle, PremiumManager::price(*product_));
+    host.updateOffer(replacingOccurrences(Texts::text(texts.title), "%%%", trial), subtitle);
 }
 
 Ref<SKProductDiscount> PremiumButton::offer() const {

@@ -56,6 +56,7 @@ private:
     void productsDidChange();
     void productDidChange();
     void selectionDidChange();
+    void tellOffer(PremiumButtonDelegate& host) const;
 
     Ref<SKProductDiscount> offer() const;
     void showOneTimePurchase();

@@ -1,9 +1,10 @@
 #include "trelundo/kit/controls/PremiumV2Button.h"
 
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
 #include "trelundo/platform/foundation/Lazy.h"
@@ -29,21 +30,14 @@ struct ContinueLayout {
 };
 
 constexpr std::array continueLayouts{
-    ContinueLayout{"V2_A1", ContinueWord::subscribe, false, Subtitle::renews, Subtitle::cancelAndRenews},
     ContinueLayout{"V2_A2", ContinueWord::continueWord, true, Subtitle::renews, Subtitle::cancelAnyTime},
     ContinueLayout{"V2_A3", ContinueWord::continueWord, false, Subtitle::none, Subtitle::cancelAndRenews},
     ContinueLayout{"V2_A4", ContinueWord::tryFreeAndSubscribe, false, Subtitle::none, Subtitle::none},
     ContinueLayout{"V2_B1", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
     ContinueLayout{"V2_B2", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
     ContinueLayout{"V2_B3", ContinueWord::continueWord, true, Subtitle::none, Subtitle::none},
+    ContinueLayout{"V2_A1", ContinueWord::subscribe, false, Subtitle::renews, Subtitle::cancelAndRenews},
 };
-
-/// Every other tag counts as the first.
-ContinueLayout const& continueLayout(std::string_view abTest) {
-    for (auto const& layout : continueLayouts)
-        if (layout.abTest == abTest) return layout;
-    return continueLayouts.front();
-}
 
 std::string subtitleText(Subtitle subtitle) {
     switch (subtitle) {
@@ -80,21 +74,14 @@ struct TitleLayout {
 };
 
 constexpr std::array titleLayouts{
-    TitleLayout{"V2_A1", Headline::billedAmount, {Detail::saving, Detail::getTrial, Detail::share}},
     TitleLayout{"V2_A2", Headline::billedAmount, {Detail::startTrial, Detail::saving, Detail::share}},
     TitleLayout{"V2_A3", Headline::billedAmount, {Detail::share, Detail::tryTrial}},
     TitleLayout{"V2_A4", Headline::billedAmount, {Detail::getTrial, Detail::saving, Detail::share}},
     TitleLayout{"V2_B1", Headline::planName, {Detail::badge, Detail::tryTrial}, 11, true},
     TitleLayout{"V2_B2", Headline::billedAmount, {Detail::tryTrial, Detail::share}},
     TitleLayout{"V2_B3", Headline::brand, {}, 13, true},
+    TitleLayout{"V2_A1", Headline::billedAmount, {Detail::saving, Detail::getTrial, Detail::share}},
 };
-
-/// Every other tag counts as the first.
-TitleLayout const& titleLayout(std::string_view abTest) {
-    for (auto const& layout : titleLayouts)
-        if (layout.abTest == abTest) return layout;
-    return titleLayouts.front();
-}
 
 TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) {
     return textAttributes(UIFont::system(size, weight), std::move(color), NSParagraphStyle{.lineSpacing = 4});
@@ -195,7 +182,7 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     auto const first = textAttributes(UIFont::system(15, UIFont::Weight::bold), buttonTextColor_, centred);
     auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
 
-    auto const& layout = continueLayout(abTest_);
+    auto const& layout = rowForTag(continueLayouts, abTest_);
     auto const trial = product_ ? texts().trial("Try %%% for FREE") : std::string{};
     NSAttributedString title{continueWord(layout.word, !trial.empty()), first};
     if (layout.showsTrial && !trial.empty()) title.append("\n" + trial, second);
@@ -206,7 +193,7 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
 void PremiumV2Button::productDidChange() {
     if (!product_) return;
     auto const plan = texts();
-    auto const& layout = titleLayout(abTest_);
+    auto const& layout = rowForTag(titleLayouts, abTest_);
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
                              lineAttributes(15, Weight::bold, textColor_)};

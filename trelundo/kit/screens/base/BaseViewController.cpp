@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/base/BaseViewController.h"
 
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/foundation/Strings.h"

@@ -1,8 +1,8 @@
 #include "trelundo/kit/screens/offer/DiscountOfferViewController.h"
 
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/plans/internal/PlanTerms.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
 

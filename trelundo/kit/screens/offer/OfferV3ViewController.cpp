@@ -1,8 +1,8 @@
 #include "trelundo/kit/screens/offer/OfferV3ViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
+#include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {

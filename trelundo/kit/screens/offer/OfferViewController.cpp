@@ -1,8 +1,8 @@
 #include "trelundo/kit/screens/offer/OfferViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
+#include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 

@@ -78,7 +78,8 @@ TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) 
 
 Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
     return backgroundImageView_([this] {
-        auto picture = makePicture(UIImage::named(theme_.backgroundImageName), UIViewContentMode::scaleAspectFill);
+        auto picture =
+            makePicture(UIImage::named(theme_.backgroundImageName), UIViewContentMode::scaleAspectFill);
         picture->setBackgroundColor(theme_.backgroundColor);
         picture->setAlpha(0.9);
         return picture;

@@ -3,9 +3,9 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
 #include <algorithm>

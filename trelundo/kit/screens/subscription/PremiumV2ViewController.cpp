@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
-#include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
+#include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 
 namespace trelundo {
 

@@ -2,11 +2,11 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
@@ -164,9 +164,7 @@ Ref<GradientView> const& PremiumV6ViewController::gradientView() {
 }
 
 Ref<UIButton> const& PremiumV6ViewController::closeButton() {
-    return closeButton_([this] {
-        return makeCloseButton(*this, UIImage::named("paywall_x"), 20);
-    });
+    return closeButton_([this] { return makeCloseButton(*this, UIImage::named("paywall_x"), 20); });
 }
 
 Ref<UILabel> const& PremiumV6ViewController::unlock1Label() {

@@ -2,11 +2,12 @@
 
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/controls/PremiumCollectionViewCell.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
@@ -51,14 +52,6 @@ constexpr std::array offerLayouts{
     OfferLayout{"quivera602", OfferText::continueWord, 20, OfferText::title, 12, OfferText::cancelAnytime},
     OfferLayout{"", OfferText::titleOrContinue, 16, OfferText::subtitle, 11, OfferText::none},
 };
-static_assert(offerLayouts.back().abTest.empty(), "the last row serves every other tag");
-
-OfferLayout const& offerLayout(std::string_view abTest) {
-    for (auto const& layout : offerLayouts)
-        if (layout.abTest == abTest) return layout;
-    return offerLayouts.back();
-}
-
 struct OfferTexts {
     std::optional<std::string> title;
     std::optional<std::string> subtitle;
@@ -312,7 +305,7 @@ Ref<UIStackView> const& PremiumViewController::premiumContentStackView() {
 void PremiumViewController::updateOffer(std::optional<std::string> const& title,
                                         std::optional<std::string> const& subtitle) {
     OfferTexts const texts{title, subtitle};
-    auto const& layout = offerLayout(abTest());
+    auto const& layout = rowForTag(offerLayouts, abTest());
 
     NSAttributedString buttonTitle{*texts[layout.first], offerAttributes(layout.firstSize)};
     if (auto const second = texts[layout.second])

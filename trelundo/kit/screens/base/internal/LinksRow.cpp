@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 
 namespace trelundo {
 
