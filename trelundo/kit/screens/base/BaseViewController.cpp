@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/base/BaseViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/foundation/Strings.h"
@@ -72,14 +72,17 @@ void BaseViewController::addCloseButton(Ref<UIButton> const& button, CGPoint ins
     });
 }
 
-void BaseViewController::addTerms(Ref<UIView> const& links) {
-    view()->addSubview(links);
+Ref<UIView> BaseViewController::addTerms(Ref<UIView> const& links) {
+    auto const terms = named("termsStackView", makeVerticalStack({links}));
+    terms->setAlignment(UIStackViewAlignment::center);
+    view()->addSubview(terms);
     auto const safeArea = view()->safeAreaLayoutGuide();
     activate({
-        links->leadingAnchor() == safeArea->leadingAnchor(),
-        links->trailingAnchor() == safeArea->trailingAnchor(),
-        links->bottomAnchor() == safeArea->bottomAnchor(),
+        terms->leadingAnchor() == safeArea->leadingAnchor(),
+        terms->trailingAnchor() == safeArea->trailingAnchor(),
+        terms->bottomAnchor() == safeArea->bottomAnchor(),
     });
+    return terms;
 }
 
 void BaseViewController::addDimmView() {
@@ -128,11 +131,12 @@ void BaseViewController::viewDidAppear(bool animated) {
     });
 }
 
-Ref<SKPayment> BaseViewController::makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount) {
-    auto payment = make<SKMutablePayment>(product);
+void BaseViewController::purchase(Ref<SKProduct> const& product, Ref<SKPaymentDiscount> discount) {
+    if (!product) return;
+    auto payment = make<SKMutablePayment>(*product);
     payment->setApplicationUsername(PremiumManager::sharedInstance().applicationUsername());
     if (discount) payment->setPaymentDiscount(std::move(discount));
-    return payment;
+    purchasePayment(payment);
 }
 
 void BaseViewController::userAgreement(UIControl& /*sender*/) {

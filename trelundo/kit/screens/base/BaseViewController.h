@@ -70,12 +70,13 @@ public:
     bool prefersHomeIndicatorAutoHidden() const override { return true; }
 
 protected:
-    /// A payment for `product` in the name of the host's account, with `discount` unless it is null.
-    static Ref<SKPayment> makePayment(SKProduct const& product, Ref<SKPaymentDiscount> discount = nullptr);
+    /// Buys `product` in the name of the host's account, with `discount` unless it is null; null: does
+    /// nothing.
+    void purchase(Ref<SKProduct> const& product, Ref<SKPaymentDiscount> discount = nullptr);
     /// Adds `button` in the top leading corner of the safe area, `inset` points away from its edges.
     void addCloseButton(Ref<UIButton> const& button, CGPoint inset = {});
-    /// Adds `links` along the foot of the safe area.
-    void addTerms(Ref<UIView> const& links);
+    /// Adds `links` in the middle of the safe area's foot, and gives the view that spans the foot.
+    Ref<UIView> addTerms(Ref<UIView> const& links);
     /// Lays the progress overlay over everything added so far, edge to edge.
     void addDimmView();
 

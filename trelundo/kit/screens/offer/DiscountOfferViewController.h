@@ -31,15 +31,13 @@ protected:
         UIColor color;
     };
     virtual LinksStyle linksStyle() const = 0;
+    /// The row of terms, privacy and restore links, for the foot of the screen.
     Ref<UIStackView> const& linksStackView();
-    /// The row of terms, privacy and restore links in a stack of its own, for the foot of the screen.
-    Ref<UIStackView> const& termsStackView();
 
 private:
     Ref<SKPaymentDiscount> paymentDiscount_;
     Ref<SKProduct> product_;
     Lazy<UIStackView> linksStackView_{"linksStackView"};
-    Lazy<UIStackView> termsStackView_{"termsStackView"};
 };
 
 } // namespace trelundo

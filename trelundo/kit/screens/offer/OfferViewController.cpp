@@ -75,7 +75,7 @@ void OfferViewController::viewDidLoad() {
     view()->addSubview(visualEffectView_);
     pinEdges(*visualEffectView_, *view());
     addCard();
-    addTerms(termsStackView());
+    addTerms(linksStackView());
     addDimmView();
 }
 
@@ -114,8 +114,7 @@ Ref<UIButton> const& OfferViewController::continueButton() {
     return continueButton_([this] {
         auto button = makeCardButton("Continue", UIFont::Weight::semibold, accent());
         button->setBackgroundColor(UIColor::white());
-        button->layer().setCornerRadius(10);
-        button->setClipsToBounds(true);
+        roundCorners(*button, 10);
         button->addTarget(this, &OfferViewController::purchaseProduct, UIControlEvents::touchUpInside);
         return button;
     });

@@ -4,6 +4,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
+#include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
@@ -21,8 +22,7 @@ void ThemedOfferViewController::viewDidLoad() {
     DiscountOfferViewController::viewDidLoad();
     addPictures();
     addTopBar();
-    addTerms(termsStackView());
-    addStack();
+    addStack(*addTerms(linksStackView()));
     addDimmView();
 }
 
@@ -52,14 +52,14 @@ void ThemedOfferViewController::addTopBar() {
     });
 }
 
-void ThemedOfferViewController::addStack() {
+void ThemedOfferViewController::addStack(UIView& terms) {
     view()->addSubview(stackView());
     activate({
         stackView()->leadingAnchor() >= view()->leadingAnchor(),
         view()->trailingAnchor() >= stackView()->trailingAnchor(),
         stackView()->centerXAnchor() == view()->centerXAnchor(),
         stackView()->topAnchor() >= view()->topAnchor(),
-        stackView()->bottomAnchor() == termsStackView()->topAnchor() - 18,
+        stackView()->bottomAnchor() == terms.topAnchor() - 18,
         continueButton()->heightAnchor() == 64,
     });
     bool const isRegular = view()->traitCollection().horizontalSizeClass == UIUserInterfaceSizeClass::regular;
@@ -117,11 +117,8 @@ Ref<UIStackView> const& ThemedOfferViewController::stackView() {
 
 Ref<UIButton> const& ThemedOfferViewController::continueButton() {
     return continueButton_([this] {
-        auto button = usingAutoLayout(make<UIButton>(UIButtonType::system));
-        button->setBackgroundColor(theme_.buttonColor);
-        button->layer().setCornerRadius(8);
-        button->setClipsToBounds(true);
-        button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::bold));
+        auto button = makeContinueButton(UIButtonType::system, UIFont::system(15, UIFont::Weight::bold),
+                                         theme_.buttonColor);
         button->setTitleColor(continueTitleColor(), UIControlState::normal);
         button->setTitle(Texts::text("Continue"), UIControlState::normal);
         button->addTarget(this, &ThemedOfferViewController::purchaseProduct, UIControlEvents::touchUpInside);

@@ -60,7 +60,8 @@ protected:
 private:
     void addPictures();
     void addTopBar();
-    void addStack();
+    /// Above `terms`.
+    void addStack(UIView& terms);
 
     Ref<UIImageView> const& backgroundImageView();
     Ref<UIImageView> const& shadowTopImageView();

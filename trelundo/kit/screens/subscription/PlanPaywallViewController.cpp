@@ -54,9 +54,7 @@ Ref<SKProduct> PlanPaywallViewController::selectedProduct() {
     return selected == premiumButtons().end() ? nullptr : (*selected)->product();
 }
 
-void PlanPaywallViewController::purchaseProduct() {
-    if (auto const product = selectedProduct()) purchasePayment(makePayment(*product));
-}
+void PlanPaywallViewController::purchaseProduct() { purchase(selectedProduct()); }
 
 // Views
 
@@ -106,11 +104,8 @@ Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> co
 
 Ref<UIButton> const& PlanPaywallViewController::continueButton() {
     return continueButton_([this] {
-        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
-        button->layer().setCornerRadius(8);
-        button->layer().setMasksToBounds(true);
-        button->setBackgroundColor(buttonColor_);
-        button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::bold));
+        auto button =
+            makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::bold), buttonColor_);
         button->titleLabel()->setNumberOfLines(2);
         button->setContentEdgeInsets({0, 16, 0, 16});
         button->addTarget(this, &PlanPaywallViewController::buySelected, UIControlEvents::touchUpInside);
@@ -133,13 +128,9 @@ Ref<UILabel> const& PlanPaywallViewController::subtitleLabel() {
 
 Ref<UIStackView> const& PlanPaywallViewController::linksStackView() {
     return linksStackView_([this] {
-        using enum LinksRow::Link;
-        return LinksRow{.links = {userAgreement, privacyPolicy},
-                        .font = UIFont::system(11, UIFont::Weight::medium),
-                        .color = termsColor_,
-                        .buttonContentInsets = {0, 0, 10, 0},
-                        .alignment = UIStackViewAlignment::top}
-            .make(*this);
+        auto row = LinksRow::secondGeneration(termsColor_);
+        row.links = {LinksRow::Link::userAgreement, LinksRow::Link::privacyPolicy};
+        return row.make(*this);
     });
 }
 

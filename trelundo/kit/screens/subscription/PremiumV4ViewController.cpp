@@ -17,7 +17,7 @@ void PremiumV4ViewController::purchaseProduct() {
     else if (yearly && product == firstWithPeriod(products(), {{1, week}, {7, day}}))
         offerUpgrade({product, yearly, 52, "Continue with weekly"});
     else
-        purchasePayment(makePayment(*product));
+        purchase(product);
 }
 
 void PremiumV4ViewController::offerUpgrade(Upgrade const& upgrade) {
@@ -29,7 +29,7 @@ void PremiumV4ViewController::offerUpgrade(Upgrade const& upgrade) {
     auto const alert = make<UIAlertController>(title, std::string{}, UIAlertControllerStyle::alert);
     auto const addChoice = [&](char const* text, Ref<SKProduct> const& product) {
         auto const buy = [weak = Weak<PremiumV4ViewController>{this}, product](UIAlertAction&) {
-            if (auto screen = weak.lock()) screen->purchasePayment(makePayment(*product));
+            if (auto screen = weak.lock()) screen->purchase(product);
         };
         auto action = make<UIAlertAction>(Texts::text(text), UIAlertActionStyle::defaultStyle, buy);
         alert->addAction(action);

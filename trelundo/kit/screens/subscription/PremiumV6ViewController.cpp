@@ -6,6 +6,7 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 #include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
@@ -51,9 +52,7 @@ void PremiumV6ViewController::productDidChange() {
     subtitleLabel()->setAttributedText(line);
 }
 
-void PremiumV6ViewController::purchaseProduct() {
-    if (product_) purchasePayment(makePayment(*product_));
-}
+void PremiumV6ViewController::purchaseProduct() { purchase(product_); }
 
 void PremiumV6ViewController::viewDidLoad() {
     BaseViewController::viewDidLoad();
@@ -189,11 +188,8 @@ Ref<UICollectionView> const& PremiumV6ViewController::collectionView() {
 
 Ref<UIButton> const& PremiumV6ViewController::continueButton() {
     return continueButton_([this] {
-        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
-        button->layer().setCornerRadius(8);
-        button->layer().setMasksToBounds(true);
-        button->setBackgroundColor(buttonColor_);
-        button->titleLabel()->setFont(UIFont::system(19, UIFont::Weight::bold));
+        auto button =
+            makeContinueButton(UIButtonType::custom, UIFont::system(19, UIFont::Weight::bold), buttonColor_);
         button->setTitleColor(UIColor::black(), UIControlState::normal);
         button->addTarget(this, &PremiumV6ViewController::purchaseProduct, UIControlEvents::touchUpInside);
         activate({button->heightAnchor() == 64});
@@ -210,15 +206,7 @@ Ref<UILabel> const& PremiumV6ViewController::subtitleLabel() {
 }
 
 Ref<UIStackView> const& PremiumV6ViewController::linksStackView() {
-    return linksStackView_([this] {
-        using enum LinksRow::Link;
-        return LinksRow{.links = {userAgreement, privacyPolicy, alreadyPaid},
-                        .font = UIFont::system(11, UIFont::Weight::medium),
-                        .color = termsColor_,
-                        .buttonContentInsets = {0, 0, 10, 0},
-                        .alignment = UIStackViewAlignment::top}
-            .make(*this);
-    });
+    return linksStackView_([this] { return LinksRow::secondGeneration(termsColor_).make(*this); });
 }
 
 } // namespace trelundo

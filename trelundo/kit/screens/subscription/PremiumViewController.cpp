@@ -116,8 +116,8 @@ void PremiumViewController::addContent() {
 }
 
 void PremiumViewController::addTermsBelowContent() {
-    addTerms(termsStackView());
-    activate({termsStackView()->topAnchor() >= premiumContentStackView()->bottomAnchor() + 50});
+    auto const terms = addTerms(linksStackView());
+    activate({terms->topAnchor() >= premiumContentStackView()->bottomAnchor() + 50});
 }
 
 void PremiumViewController::traitCollectionDidChange(UITraitCollection const* previous) {
@@ -166,8 +166,8 @@ void PremiumViewController::selectProduct(PremiumButton& sender) {
 
 void PremiumViewController::purchaseProduct() {
     auto const selected = std::ranges::find_if(premiumButtons(), &PremiumButton::isSelected);
-    if (selected == premiumButtons().end() || !(*selected)->product()) return;
-    purchasePayment(makePayment(*(*selected)->product(), (*selected)->paymentDiscount()));
+    if (selected == premiumButtons().end()) return;
+    purchase((*selected)->product(), (*selected)->paymentDiscount());
 }
 
 PremiumViewController::PremiumViewController()
@@ -222,11 +222,8 @@ Ref<UIStackView> const& PremiumViewController::premiumButtonsStackView() {
 
 Ref<UIButton> const& PremiumViewController::continueButton() {
     return continueButton_([this] {
-        auto button = usingAutoLayout(make<UIButton>(UIButtonType::custom));
-        button->layer().setCornerRadius(8);
-        button->layer().setMasksToBounds(true);
-        button->setBackgroundColor(UIColor{1, 0.44313725490196076, 0.41568627450980394});
-        button->titleLabel()->setFont(UIFont::system(15, UIFont::Weight::semibold));
+        auto button = makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::semibold),
+                                         {1, 0.44313725490196076, 0.41568627450980394});
         button->titleLabel()->setNumberOfLines(2);
         button->setTitleColor(UIColor::white(), UIControlState::normal);
         button->setTitleColor(UIColor::gray(1, 0.3), UIControlState::highlighted);
@@ -261,19 +258,9 @@ Ref<UIStackView> const& PremiumViewController::continueStackView() {
 
 Ref<UIStackView> const& PremiumViewController::linksStackView() {
     return linksStackView_([this] {
-        using enum LinksRow::Link;
-        return LinksRow{.links = {userAgreement, privacyPolicy, alreadyPaid},
-                        .font = UIFont::system(isSmallScreen() ? 8 : 10, UIFont::Weight::bold),
+        return LinksRow{.font = UIFont::system(isSmallScreen() ? 8 : 10, UIFont::Weight::bold),
                         .color = darkText()}
             .make(*this);
-    });
-}
-
-Ref<UIStackView> const& PremiumViewController::termsStackView() {
-    return termsStackView_([this] {
-        auto stack = makeVerticalStack({linksStackView()});
-        stack->setAlignment(UIStackViewAlignment::center);
-        return stack;
     });
 }
 

@@ -61,7 +61,6 @@ private:
     Ref<UILabel> const& subtitleLabel();
     Ref<UIStackView> const& continueStackView();
     Ref<UIStackView> const& linksStackView();
-    Ref<UIStackView> const& termsStackView();
     Ref<UICollectionView> const& collectionView();
     Ref<UIStackView> const& premiumContentStackView();
 
@@ -79,7 +78,6 @@ private:
     Lazy<UILabel> subtitleLabel_{"subtitleLabel"};
     Lazy<UIStackView> continueStackView_{"continueStackView"};
     Lazy<UIStackView> linksStackView_{"linksStackView"};
-    Lazy<UIStackView> termsStackView_{"termsStackView"};
     Lazy<UICollectionView> collectionView_{"collectionView"};
     Lazy<UIStackView> premiumContentStackView_{"premiumContentStackView"};
 };

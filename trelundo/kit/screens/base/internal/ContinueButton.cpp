@@ -2,11 +2,20 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/platform/foundation/Strings.h"
 
 #include <cmath>
 
 namespace trelundo {
+
+Ref<UIButton> makeContinueButton(UIButtonType type, UIFont titleFont, UIColor background) {
+    auto button = usingAutoLayout(make<UIButton>(type));
+    roundCorners(*button);
+    button->setBackgroundColor(std::move(background));
+    button->titleLabel()->setFont(titleFont);
+    return button;
+}
 
 double continueButtonWidth(std::string_view trialKey, UIFont font, double padding) {
     auto const text = replacingOccurrences(Texts::text(trialKey), "%%%", Texts::text("7 days"));

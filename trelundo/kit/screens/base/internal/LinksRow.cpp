@@ -45,6 +45,13 @@ Ref<UILabel> makeSeparator(LinksRow const& row) {
 
 } // namespace
 
+LinksRow LinksRow::secondGeneration(UIColor color) {
+    return {.font = UIFont::system(11, UIFont::Weight::medium),
+            .color = std::move(color),
+            .buttonContentInsets = {0, 0, 10, 0},
+            .alignment = UIStackViewAlignment::top};
+}
+
 Ref<UIStackView> LinksRow::make(BaseViewController& screen) const {
     auto stack = usingAutoLayout(trelundo::make<UIStackView>());
     stack->setSpacing(4);

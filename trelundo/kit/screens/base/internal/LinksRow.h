@@ -12,11 +12,14 @@ namespace trelundo {
 struct LinksRow {
     enum class Link { userAgreement, privacyPolicy, alreadyPaid };
 
-    std::vector<Link> links;
+    std::vector<Link> links{Link::userAgreement, Link::privacyPolicy, Link::alreadyPaid};
     UIFont font;
     UIColor color;
     UIEdgeInsets buttonContentInsets = {};
     UIStackViewAlignment alignment = UIStackViewAlignment::fill;
+
+    /// The row as the second generation of paywalls shows it.
+    static LinksRow secondGeneration(UIColor color);
 
     /// A horizontal stack whose buttons call the screen's own link and restore actions.
     Ref<UIStackView> make(BaseViewController& screen) const;
