@@ -1,6 +1,6 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "tests/support/Products.h"
-#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/Saving.h"
 
 #include <gtest/gtest.h>
 

@@ -1,16 +1,15 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 
+#include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/kit/common/Pictures.h"
-#include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
-#include "trelundo/kit/plans/internal/PlanTerms.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/platform/foundation/Lazy.h"
-#include "trelundo/platform/foundation/Strings.h"
 
 #include <array>
 
@@ -36,7 +35,6 @@ constexpr std::array trialOffers{
 UIColor selectedBackground() { return {0.9294117647058824, 0.9254901960784314, 0.9333333333333333}; }
 
 constexpr double titleLineSpacing = 4;
-constexpr SKProductSubscriptionPeriod oneYear{1, SKProductPeriodUnit::year};
 
 } // namespace
 
@@ -97,14 +95,11 @@ void PremiumButton::selectionDidChange() {
 void PremiumButton::tellOffer(PremiumButtonDelegate& host) const {
     auto const discount = product_ && product_->subscriptionPeriod() ? offer() : nullptr;
     if (!isFreeTrial(discount)) return host.updateOffer(std::nullopt, std::nullopt);
-    auto const trial = plan({.productSubscriptionPeriod = discount->subscriptionPeriod(),
-                             .capitalizeFirstLetter = true,
-                             .periodUnitDown = true});
     auto const& texts = rowForTag(trialOffers, abTest_);
     std::optional<std::string> subtitle;
     if (texts.yearlySubtitle && product_->subscriptionPeriod()->unit == SKProductPeriodUnit::year)
         subtitle = filledWithPrice(texts.yearlySubtitle, PremiumManager::price(*product_));
-    host.updateOffer(replacingOccurrences(Texts::text(texts.title), "%%%", trial), subtitle);
+    host.updateOffer(filledWithTrial(texts.title, *discount, true), subtitle);
 }
 
 Ref<SKProductDiscount> PremiumButton::offer() const {
@@ -163,11 +158,8 @@ void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
 
 std::string PremiumButton::monthlyShareLine() const {
     auto const share = filledWithPrice("$$$/mo", PremiumManager::price(*product_, 12));
-    auto const saving = yearlySaving(*product_, products_);
-    if (!saving) return share;
-    // Only two of the three signs are replaced: the third stays as the percent sign.
-    return share + " · " +
-           replacingOccurrences(Texts::text("Save %%% per year"), "%%", std::to_string(*saving));
+    auto const saving = yearlySaving(*product_, products_, {sevenDays});
+    return saving ? share + " · " + savingText(*saving) : share;
 }
 
 void PremiumButton::addTotalBlock() {

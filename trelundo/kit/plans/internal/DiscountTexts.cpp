@@ -1,8 +1,9 @@
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 
+#include "trelundo/kit/plans/internal/SubscriptionPeriods.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"
 
@@ -28,7 +29,7 @@ std::string priceForUnit(SKProductPeriodUnit unit, std::string_view price) {
 }
 
 bool runsForOneYear(SKProductDiscount const& discount) {
-    return discount.numberOfPeriods() == 1 && discount.subscriptionPeriod().is(1, SKProductPeriodUnit::year);
+    return discount.numberOfPeriods() == 1 && discount.subscriptionPeriod() == oneYear;
 }
 
 /// What fills the two sentences.
@@ -75,8 +76,7 @@ std::string regularPrice(SKProduct const& product) {
 DiscountTexts discountTexts(SKProductDiscount const& discount, SKProduct const& product) {
     auto const parts = partsOf(discount, product);
     bool const isTrial = discount.paymentMode() == Mode::freeTrial;
-    auto terms = replacingOccurrences(Texts::text(isTrial ? "Get %%% FREE!" : "%%% for Just $$$"), "%%%",
-                                      parts.period);
+    auto terms = filledWithPeriod(isTrial ? "Get %%% FREE!" : "%%% for Just $$$", parts.period);
     if (!isTrial) terms = replacingOccurrences(terms, "$$$", parts.price);
     auto const afterwards = replacingOccurrences(Texts::text("@@@$$$ after"), "@@@", parts.leadIn);
     return {std::move(terms), replacingOccurrences(afterwards, "$$$", regularPrice(product))};

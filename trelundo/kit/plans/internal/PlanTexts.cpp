@@ -1,9 +1,10 @@
 #include "trelundo/kit/plans/internal/PlanTexts.h"
 
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
-#include "trelundo/kit/plans/internal/PlanTerms.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/plans/internal/Saving.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"
 
@@ -11,20 +12,15 @@ namespace trelundo {
 
 namespace {
 
-using Period = SKProductSubscriptionPeriod;
-constexpr Period oneMonth{1, SKProductPeriodUnit::month};
-constexpr Period oneWeek{1, SKProductPeriodUnit::week};
-constexpr Period sevenDays{7, SKProductPeriodUnit::day};
-
 /// The words for one of the three usual periods.
 struct UsualPeriod {
     char const* priceKey;
     char const* adjective;
 };
 
-std::optional<UsualPeriod> usual(std::optional<Period> const& period) {
+std::optional<UsualPeriod> usual(std::optional<SKProductSubscriptionPeriod> const& period) {
     if (!period) return std::nullopt;
-    if (period->is(1, SKProductPeriodUnit::year)) return UsualPeriod{"$$$/year", "yearly"};
+    if (*period == oneYear) return UsualPeriod{"$$$/year", "yearly"};
     if (*period == oneMonth) return UsualPeriod{"$$$/month", "monthly"};
     if (*period == oneWeek || *period == sevenDays) return UsualPeriod{"$$$/week", "weekly"};
     return std::nullopt;
@@ -38,17 +34,12 @@ PlanTexts::PlanTexts(SKProduct const& product, Products const& products, bool in
     , introductoryPriceWasOffered_(introductoryPriceWasOffered) {}
 
 bool PlanTexts::isYearly() const {
-    auto const& period = product_.subscriptionPeriod();
-    return period && period->is(1, SKProductPeriodUnit::year);
+    return product_.subscriptionPeriod() == oneYear;
 }
 
 std::string PlanTexts::trial(char const* key) const {
-    auto const offer = introductoryPriceWasOffered_ ? nullptr : product_.introductoryPrice();
-    if (!isFreeTrial(offer)) return {};
-    return replacingOccurrences(Texts::text(key), "%%%",
-                                planName({.productSubscriptionPeriod = offer->subscriptionPeriod(),
-                                          .capitalizeFirstLetter = false,
-                                          .periodUnitDown = true}));
+    auto const offer = introductoryOffer(product_, introductoryPriceWasOffered_);
+    return isFreeTrial(offer) ? filledWithTrial(key, *offer, false) : std::string{};
 }
 
 std::string PlanTexts::price() const { return PremiumManager::price(product_); }
@@ -67,13 +58,9 @@ std::string PlanTexts::share() const {
 
 std::string PlanTexts::saving() const {
     if (!isYearly()) return {};
-    auto const monthly = firstWithPeriod(products_, {oneMonth});
-    auto const other = monthly ? monthly : firstWithPeriod(products_, {oneWeek, sevenDays});
-    // Nothing is saved against a free plan, and a dearer year is nothing to praise.
-    if (!other || other->price() == Decimal{0}) return {};
-    auto const percentage = savingPercentage(product_.price(), other->price(), monthly ? 12 : 52);
-    if (percentage <= 0) return {};
-    return replacingOccurrences(Texts::text("Save %%% per year"), "%%", std::to_string(percentage));
+    auto const saving = yearlySaving(product_, products_, {oneWeek, sevenDays});
+    // A dearer year is nothing to praise.
+    return saving && *saving > 0 ? savingText(*saving) : std::string{};
 }
 
 std::string PlanTexts::name() const {

@@ -1,6 +1,6 @@
 #include "trelundo/kit/screens/offer/DiscountOfferViewController.h"
 
-#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 
 namespace trelundo {

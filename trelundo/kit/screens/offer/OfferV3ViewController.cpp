@@ -2,7 +2,7 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {

@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/plans/internal/PlanTerms.h"
+#include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
@@ -10,11 +10,10 @@ namespace trelundo {
 void PremiumV4ViewController::purchaseProduct() {
     auto const product = selectedProduct();
     if (!product) return;
-    using enum SKProductPeriodUnit;
-    auto const yearly = firstWithPeriod(products(), {{1, year}, {12, month}});
-    if (yearly && product == firstWithPeriod(products(), {{1, month}}))
+    auto const yearly = firstWithPeriod(products(), {oneYear, twelveMonths});
+    if (yearly && product == firstWithPeriod(products(), {oneMonth}))
         offerUpgrade({product, yearly, 12, "Continue with monthly"});
-    else if (yearly && product == firstWithPeriod(products(), {{1, week}, {7, day}}))
+    else if (yearly && product == firstWithPeriod(products(), {oneWeek, sevenDays}))
         offerUpgrade({product, yearly, 52, "Continue with weekly"});
     else
         purchase(product);

@@ -1,14 +1,13 @@
 #include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
-#include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
-#include "trelundo/kit/plans/internal/PriceTexts.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
-#include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
@@ -38,13 +37,9 @@ void PremiumV6ViewController::setProduct(Ref<SKProduct> product) {
 }
 
 void PremiumV6ViewController::productDidChange() {
-    auto const offer = product_ && !introductoryPriceWasOffered() ? product_->introductoryPrice() : nullptr;
+    auto const offer = product_ ? introductoryOffer(*product_, introductoryPriceWasOffered()) : nullptr;
     if (!offer) return;
-    auto const trial = planName({.productSubscriptionPeriod = offer->subscriptionPeriod(),
-                                 .capitalizeFirstLetter = true,
-                                 .periodUnitDown = true});
-    continueButton()->setTitle(replacingOccurrences(Texts::text("Try %%% Free"), "%%%", trial),
-                               UIControlState::normal);
+    continueButton()->setTitle(filledWithTrial("Try %%% Free", *offer, true), UIControlState::normal);
     auto const price = filledWithPrice("$$$/year", PremiumManager::price(*product_));
     NSAttributedString line{price, priceAttributes(15, UIColor::white())};
     line.append(" ");

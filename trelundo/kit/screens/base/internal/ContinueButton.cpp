@@ -1,9 +1,9 @@
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewConfiguration.h"
-#include "trelundo/platform/foundation/Strings.h"
 
 #include <cmath>
 
@@ -18,7 +18,7 @@ Ref<UIButton> makeContinueButton(UIButtonType type, UIFont titleFont, UIColor ba
 }
 
 double continueButtonWidth(std::string_view trialKey, UIFont font, double padding) {
-    auto const text = replacingOccurrences(Texts::text(trialKey), "%%%", Texts::text("7 days"));
+    auto const text = filledWithPeriod(trialKey, Texts::text("7 days"));
     auto const natural = boundingRect(NSAttributedString{text, textAttributes(font)},
                                       {greatestFiniteMagnitude, greatestFiniteMagnitude});
     return std::ceil(natural.width()) + padding;
