@@ -1,6 +1,5 @@
 #include "trelundo/kit/controls/PremiumButton.h"
 
-#include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
@@ -8,6 +7,7 @@
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/plans/internal/OfferDiscount.h"
+#include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/platform/foundation/Lazy.h"
 

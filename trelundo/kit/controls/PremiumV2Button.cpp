@@ -17,6 +17,8 @@ namespace trelundo {
 
 namespace {
 
+UIColor initialTextColor() { return {0.9764705882352941, 0.9411764705882353, 0.9176470588235294}; }
+
 /// What a continue button says first, and what stands below it for other than yearly plans.
 enum class ContinueWord { subscribe, continueWord, tryFreeAndSubscribe };
 enum class Subtitle { none, renews, cancelAndRenews, cancelAnyTime };
@@ -129,10 +131,11 @@ std::string padded(std::string const& text) {
 
 PremiumV2Button::PremiumV2Button(CGRect frame)
     : UIButton(frame) {
+    setTextColor(initialTextColor());
     setup();
 }
 
-PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) {}
+PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) { setTextColor(initialTextColor()); }
 
 void PremiumV2Button::setup() {
     roundCorners(*this);
@@ -172,14 +175,14 @@ void PremiumV2Button::productsDidChange() {
 
 void PremiumV2Button::selectionDidChange() {
     bool const showsSelection = isSelected() && products_.size() >= 2;
-    setBackgroundColor(showsSelection ? selectedColor_ : UIColor::clear());
+    setBackgroundColor(showsSelection ? selectedColor() : UIColor::clear());
     if (!isSelected()) return;
     if (auto host = delegate()) host->set(continueTexts());
 }
 
 PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     NSParagraphStyle const centred{.alignment = NSTextAlignment::center, .lineSpacing = 6};
-    auto const first = textAttributes(UIFont::system(15, UIFont::Weight::bold), buttonTextColor_, centred);
+    auto const first = textAttributes(UIFont::system(15, UIFont::Weight::bold), buttonTextColor(), centred);
     auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
 
     auto const& layout = rowForTag(continueLayouts, abTest_);
@@ -196,16 +199,16 @@ void PremiumV2Button::productDidChange() {
     auto const& layout = rowForTag(titleLayouts, abTest_);
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
-                             lineAttributes(15, Weight::bold, textColor_)};
-    auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor_);
+                             lineAttributes(15, Weight::bold, textColor())};
+    auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor());
     auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
     auto const detail = std::ranges::find_if(layout.details, hasText);
     if (detail == layout.details.end()) {
         auto const name = layout.headline == Headline::planName ? std::string{} : plan.name();
         if (!name.empty()) title.append("\n" + name, plain);
     } else if (*detail == Detail::badge) {
-        auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor_)
-                               .with(NSAttributedStringKey::backgroundColor, buttonColor_);
+        auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor())
+                               .with(NSAttributedStringKey::backgroundColor, buttonColor());
         title.append("\n", plain).append(padded(detailText(*detail, plan)), badge);
     } else {
         title.append("\n" + detailText(*detail, plan), plain);
@@ -224,11 +227,11 @@ void PremiumV2Button::removeTotalBlock() {
 
 void PremiumV2Button::addTotalBlock(std::string const& amount) {
     totalSeparatorView_ = named("totalSeparatorView", make<UIView>());
-    totalSeparatorView_->setBackgroundColor(termsColor_);
+    totalSeparatorView_->setBackgroundColor(termsColor());
     addSubview(totalSeparatorView_);
     totalLabel_ = named("totalLabel", make<UILabel>());
     totalLabel_->setAttributedText(
-        NSAttributedString{amount, lineAttributes(13, UIFont::Weight::bold, textColor_)});
+        NSAttributedString{amount, lineAttributes(13, UIFont::Weight::bold, textColor())});
     addSubview(totalLabel_);
 }
 

@@ -1,8 +1,8 @@
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 
-#include "trelundo/kit/plans/internal/SubscriptionPeriods.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
+#include "trelundo/kit/plans/internal/SubscriptionPeriods.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"

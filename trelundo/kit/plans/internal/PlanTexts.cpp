@@ -1,8 +1,8 @@
 #include "trelundo/kit/plans/internal/PlanTexts.h"
 
-#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/plans/PlanName.h"
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/store/PremiumManager.h"
@@ -33,9 +33,7 @@ PlanTexts::PlanTexts(SKProduct const& product, Products const& products, bool in
     , products_(products)
     , introductoryPriceWasOffered_(introductoryPriceWasOffered) {}
 
-bool PlanTexts::isYearly() const {
-    return product_.subscriptionPeriod() == oneYear;
-}
+bool PlanTexts::isYearly() const { return product_.subscriptionPeriod() == oneYear; }
 
 std::string PlanTexts::trial(char const* key) const {
     auto const offer = introductoryOffer(product_, introductoryPriceWasOffered_);

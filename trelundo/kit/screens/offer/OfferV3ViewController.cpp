@@ -8,10 +8,7 @@
 namespace trelundo {
 
 OfferV3ViewController::OfferV3ViewController()
-    : ThemedOfferViewController({.backgroundColor = UIColor::black(),
-                                 .textColor = UIColor::white(),
-                                 .buttonColor = {1, 173 / 255.0, 163 / 255.0},
-                                 .backgroundImageName = "bg_darno",
+    : ThemedOfferViewController({.backgroundImageName = "bg_darno",
                                  .backgroundTopShadowName = "shadow_up",
                                  .backgroundBottomShadowName = "shadow",
                                  .premiumImageName = "d_premium"})

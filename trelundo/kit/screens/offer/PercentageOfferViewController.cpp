@@ -36,16 +36,17 @@ std::optional<std::string> firstPreferredLanguage() {
 } // namespace
 
 PercentageOfferViewController::PercentageOfferViewController()
-    : ThemedOfferViewController({.backgroundColor = UIColor::white(),
-                                 .textColor = UIColor::black(),
-                                 .buttonColor = {173 / 255.0, 158 / 255.0, 1},
-                                 .backgroundImageName = "bg_quivera_iphone_light",
+    : ThemedOfferViewController({.backgroundImageName = "bg_quivera_iphone_light",
                                  .backgroundTopShadowName = {},
                                  .backgroundBottomShadowName = "shadow_down",
                                  .premiumImageName = "q_premium_light"})
     , preferredLanguage_(firstPreferredLanguage())
     , infoLine1Label_(named("infoLine1Label", makeLabel(NSTextAlignment::center)))
-    , infoLine2Label_(named("infoLine2Label", makeLabel(NSTextAlignment::center))) {}
+    , infoLine2Label_(named("infoLine2Label", makeLabel(NSTextAlignment::center))) {
+    setBackgroundColor(UIColor::white());
+    setTextColor(UIColor::black());
+    setButtonColor({173 / 255.0, 158 / 255.0, 1});
+}
 
 bool PercentageOfferViewController::isEnglish() const {
     return preferredLanguage_ && preferredLanguage_->find("en") != std::string::npos;

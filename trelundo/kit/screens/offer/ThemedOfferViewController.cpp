@@ -27,7 +27,7 @@ void ThemedOfferViewController::viewDidLoad() {
 }
 
 void ThemedOfferViewController::addPictures() {
-    view()->setBackgroundColor(theme_.backgroundColor);
+    view()->setBackgroundColor(backgroundColor());
     for (auto const& picture : {backgroundImageView(), shadowTopImageView(), shadowBottomImageView()}) {
         view()->addSubview(picture);
         activate({
@@ -69,42 +69,42 @@ void ThemedOfferViewController::addStack(UIView& terms) {
 
 DiscountOfferViewController::LinksStyle ThemedOfferViewController::linksStyle() const {
     return {UIFont::system(isSmallScreen() ? 8 : 11, UIFont::Weight::medium),
-            theme_.textColor.withAlphaComponent(0.4)};
+            textColor().withAlphaComponent(0.4)};
 }
 
 TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) const {
-    return textAttributes(font, alpha < 1 ? theme_.textColor.withAlphaComponent(alpha) : theme_.textColor);
+    return textAttributes(font, alpha < 1 ? textColor().withAlphaComponent(alpha) : textColor());
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
     return backgroundImageView_([this] {
         auto picture =
-            makePicture(UIImage::named(theme_.backgroundImageName), UIViewContentMode::scaleAspectFill);
-        picture->setBackgroundColor(theme_.backgroundColor);
+            makePicture(UIImage::named(pictures_.backgroundImageName), UIViewContentMode::scaleAspectFill);
+        picture->setBackgroundColor(backgroundColor());
         picture->setAlpha(0.9);
         return picture;
     });
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::shadowTopImageView() {
-    return shadowTopImageView_([this] { return makeShadow(theme_.backgroundTopShadowName); });
+    return shadowTopImageView_([this] { return makeShadow(pictures_.backgroundTopShadowName); });
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::shadowBottomImageView() {
-    return shadowBottomImageView_([this] { return makeShadow(theme_.backgroundBottomShadowName); });
+    return shadowBottomImageView_([this] { return makeShadow(pictures_.backgroundBottomShadowName); });
 }
 
 Ref<UIButton> const& ThemedOfferViewController::closeButton() {
     return closeButton_([this] {
         auto button = makeCloseButton(*this, Pictures::image("x"), 16);
-        button->setTintColor(theme_.textColor);
+        button->setTintColor(textColor());
         return button;
     });
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::premiumImageView() {
     return premiumImageView_(
-        [this] { return usingAutoLayout(make<UIImageView>(UIImage::named(theme_.premiumImageName))); });
+        [this] { return usingAutoLayout(make<UIImageView>(UIImage::named(pictures_.premiumImageName))); });
 }
 
 Ref<UIStackView> const& ThemedOfferViewController::stackView() {
@@ -118,7 +118,7 @@ Ref<UIStackView> const& ThemedOfferViewController::stackView() {
 Ref<UIButton> const& ThemedOfferViewController::continueButton() {
     return continueButton_([this] {
         auto button = makeContinueButton(UIButtonType::system, UIFont::system(15, UIFont::Weight::bold),
-                                         theme_.buttonColor);
+                                         buttonColor());
         button->setTitleColor(continueTitleColor(), UIControlState::normal);
         button->setTitle(Texts::text("Continue"), UIControlState::normal);
         button->addTarget(this, &ThemedOfferViewController::purchaseProduct, UIControlEvents::touchUpInside);

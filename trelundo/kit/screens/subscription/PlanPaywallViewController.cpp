@@ -19,12 +19,19 @@ void PlanPaywallViewController::set(ContinueTexts const& texts) {
 
 // Placing
 
-void PlanPaywallViewController::addTopPicture(Ref<UIImageView> const& picture) {
+void PlanPaywallViewController::addHeader(Ref<UIImageView> const& picture, Ref<UIButton> const& restoreLink) {
+    view()->setBackgroundColor(backgroundColor());
     view()->addSubview(picture);
     activate({
         picture->topAnchor() == view()->topAnchor(),
         picture->leadingAnchor() == view()->leadingAnchor(),
         picture->trailingAnchor() == view()->trailingAnchor(),
+    });
+    addCloseButton(closeButton());
+    view()->addSubview(restoreLink);
+    activate({
+        restoreLink->centerXAnchor() == view()->centerXAnchor(),
+        restoreLink->centerYAnchor() == closeButton()->centerYAnchor(),
     });
 }
 
@@ -86,11 +93,11 @@ std::vector<Ref<PremiumV2Button>> const& PlanPaywallViewController::premiumButto
 Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> const& product, int index) {
     auto button = usingAutoLayout(make<PremiumV2Button>());
     button->UIView::setTintColor(tintColor_);
-    button->setSelectedColor(selectedColor_);
-    button->setTextColor(textColor_);
-    button->setButtonTextColor(backgroundColor_);
-    button->setButtonColor(buttonColor_);
-    button->setTermsColor(termsColor_);
+    button->setSelectedColor(selectedColor());
+    button->setTextColor(textColor());
+    button->setButtonTextColor(backgroundColor());
+    button->setButtonColor(buttonColor());
+    button->setTermsColor(termsColor());
     button->setDelegate(this);
     button->setABTest(abTest());
     button->setIntroductoryPriceWasOffered(introductoryPriceWasOffered());
@@ -105,7 +112,7 @@ Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> co
 Ref<UIButton> const& PlanPaywallViewController::continueButton() {
     return continueButton_([this] {
         auto button =
-            makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::bold), buttonColor_);
+            makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::bold), buttonColor());
         button->titleLabel()->setNumberOfLines(2);
         button->setContentEdgeInsets({0, 16, 0, 16});
         button->addTarget(this, &PlanPaywallViewController::buySelected, UIControlEvents::touchUpInside);
@@ -119,7 +126,7 @@ Ref<UIButton> const& PlanPaywallViewController::continueButton() {
 
 Ref<UILabel> const& PlanPaywallViewController::subtitleLabel() {
     return subtitleLabel_([this] {
-        auto label = makeShrinkingLabel({}, UIFont::system(13, UIFont::Weight::medium), textColor_);
+        auto label = makeShrinkingLabel({}, UIFont::system(13, UIFont::Weight::medium), textColor());
         label->setTextAlignment(NSTextAlignment::center);
         label->setNumberOfLines(2);
         return label;
@@ -128,7 +135,7 @@ Ref<UILabel> const& PlanPaywallViewController::subtitleLabel() {
 
 Ref<UIStackView> const& PlanPaywallViewController::linksStackView() {
     return linksStackView_([this] {
-        auto row = LinksRow::secondGeneration(termsColor_);
+        auto row = LinksRow::secondGeneration(termsColor());
         row.links = {LinksRow::Link::userAgreement, LinksRow::Link::privacyPolicy};
         return row.make(*this);
     });

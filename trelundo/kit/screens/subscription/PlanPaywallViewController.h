@@ -8,24 +8,14 @@
 
 namespace trelundo {
 
-/// What the second generation of paywalls shares: a palette that reaches every control, one plan button per
-/// product, the continue button with its subtitle, and a row of two links. A subclass adds the picture above
+/// What the second generation of paywalls shares: a palette that reaches every control (the
+/// background is the text colour of the continue button too), one plan button per product, the continue button with its subtitle, and a row of two links. A subclass adds the picture above
 /// and places the parts. Properties are to be set before the view loads.
-class PlanPaywallViewController : public BaseViewController, public PremiumV2ButtonDelegate {
+class PlanPaywallViewController : public BaseViewController, public PremiumV2ButtonDelegate, public BackgroundColored, public TextColored, public ButtonColored, public TermsColored, public SelectedColored {
 public:
     using BaseViewController::BaseViewController;
 
-    /// The screen's background, and the text colour of the continue button.
-    UIColor backgroundColor() const { return backgroundColor_; }
-    void setBackgroundColor(UIColor color) { backgroundColor_ = std::move(color); }
-    UIColor textColor() const { return textColor_; }
-    void setTextColor(UIColor color) { textColor_ = std::move(color); }
-    UIColor buttonColor() const { return buttonColor_; }
-    void setButtonColor(UIColor color) { buttonColor_ = std::move(color); }
-    UIColor termsColor() const { return termsColor_; }
-    void setTermsColor(UIColor color) { termsColor_ = std::move(color); }
-    UIColor selectedColor() const { return selectedColor_; }
-    void setSelectedColor(UIColor color) { selectedColor_ = std::move(color); }
+    /// Of the plan buttons' marks.
     UIColor tintColor() const { return tintColor_; }
     void setTintColor(UIColor color) { tintColor_ = std::move(color); }
     /// One plan button each, in this order.
@@ -52,8 +42,9 @@ protected:
 
     /// The plan buttons and what follows, from `top` down to the safe area's foot.
     void addContent(NSLayoutYAxisAnchor top);
-    /// A picture over the whole width at the top of the screen, cut to its bounds.
-    void addTopPicture(Ref<UIImageView> const& picture);
+    /// The screen's background, `picture` over the whole width at the top, and above it the close button with
+    /// `restoreLink` in the middle beside it.
+    void addHeader(Ref<UIImageView> const& picture, Ref<UIButton> const& restoreLink);
     /// The restore link as underlined white text.
     Ref<UIButton> makeRestoreLink(double fontSize);
 
@@ -71,11 +62,6 @@ private:
     void selectProduct(PremiumV2Button& sender);
     void buySelected() { purchaseProduct(); }
 
-    UIColor backgroundColor_ = UIColor::black();
-    UIColor textColor_ = UIColor::white();
-    UIColor buttonColor_{1, 0.6784313725490196, 0.6392156862745098};
-    UIColor termsColor_ = UIColor::gray(1, 0.5);
-    UIColor selectedColor_{0.09019607843137255, 0.09019607843137255, 0.09019607843137255};
     UIColor tintColor_ = UIColor::white();
     Products products_;
     int selectedProductIndex_ = 0;

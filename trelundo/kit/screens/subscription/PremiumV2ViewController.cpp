@@ -19,8 +19,7 @@ Ref<UIImageView> makeLogo() {
 } // namespace
 
 PremiumV2ViewController::PremiumV2ViewController()
-    : carousel_(make<FeatureCarousel>())
-    , backgroundImageView_(named("backgroundImageView", makeFillingPicture("cover")))
+    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("cover")))
     , logoImageView_(named("logoImageView", makeLogo())) {}
 
 void PremiumV2ViewController::viewDidLoad() {
@@ -35,17 +34,7 @@ void PremiumV2ViewController::viewDidLoad() {
     // buttons.
     activate({backgroundImageView_->topAnchor() == view()->topAnchor()});
     addDimmView();
-    carousel_->scrollToFirstItem();
-}
-
-void PremiumV2ViewController::viewWillAppear(bool animated) {
-    PlanPaywallViewController::viewWillAppear(animated);
-    carousel_->start();
-}
-
-void PremiumV2ViewController::viewDidDisappear(bool animated) {
-    PlanPaywallViewController::viewDidDisappear(animated);
-    carousel_->stop();
+    carousel().scrollToFirstItem();
 }
 
 void PremiumV2ViewController::addCover() {
@@ -101,7 +90,7 @@ Ref<UIButton> const& PremiumV2ViewController::unlockButton() {
 Ref<UICollectionView> const& PremiumV2ViewController::collectionView() {
     return collectionView_([this] {
         CGSize const item = isSmallScreen() ? CGSize{104, 80} : CGSize{120, 96};
-        return carousel_->makeCollectionView<PremiumV2CollectionViewCell>(
+        return carousel().makeCollectionView<PremiumV2CollectionViewCell>(
             {.itemSize = item,
              .lineSpacing = isSmallScreen() ? 8.0 : 16.0,
              .interitemSpacing = FeatureCarousel::defaultSpacing,

@@ -22,21 +22,10 @@ PremiumV3ViewController::PremiumV3ViewController()
 
 void PremiumV3ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
-    view()->setBackgroundColor(backgroundColor());
-    addTopPicture(backgroundImageView());
-    addCloseButton(closeButton());
-    addTopBar();
+    addHeader(backgroundImageView(), unlockButton());
     addHeadline();
     addContent(backgroundImageView()->bottomAnchor() - 106);
     addDimmView();
-}
-
-void PremiumV3ViewController::addTopBar() {
-    view()->addSubview(unlockButton());
-    activate({
-        unlockButton()->centerXAnchor() == view()->centerXAnchor(),
-        unlockButton()->centerYAnchor() == closeButton()->centerYAnchor(),
-    });
 }
 
 void PremiumV3ViewController::addHeadline() {

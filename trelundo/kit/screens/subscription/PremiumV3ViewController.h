@@ -19,7 +19,6 @@ public:
     void viewDidLoad() override;
 
 private:
-    void addTopBar();
     void addHeadline();
 
     Ref<UIImageView> const& backgroundImageView();

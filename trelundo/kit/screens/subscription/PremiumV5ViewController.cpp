@@ -34,21 +34,10 @@ PremiumV5ViewController::PremiumV5ViewController() {
 
 void PremiumV5ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
-    view()->setBackgroundColor(backgroundColor());
-    addTopPicture(backgroundImageView());
-    addCloseButton(closeButton());
-    addTopBar();
+    addHeader(backgroundImageView(), unlockButton());
     addChecklist();
     addContent(unlockStackView()->bottomAnchor() + 24);
     addDimmView();
-}
-
-void PremiumV5ViewController::addTopBar() {
-    view()->addSubview(unlockButton());
-    activate({
-        unlockButton()->centerXAnchor() == view()->centerXAnchor(),
-        unlockButton()->centerYAnchor() == closeButton()->centerYAnchor(),
-    });
 }
 
 void PremiumV5ViewController::addChecklist() {

@@ -21,7 +21,6 @@ protected:
     void planButtonDidChange(PremiumV2Button& button) override;
 
 private:
-    void addTopBar();
     void addChecklist();
     Ref<UIStackView> makeRow(std::size_t index);
 

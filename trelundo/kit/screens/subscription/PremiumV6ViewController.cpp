@@ -1,10 +1,10 @@
 #include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 
-#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
+#include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
@@ -28,8 +28,9 @@ TextAttributes priceAttributes(double size, UIColor color) {
 
 } // namespace
 
-PremiumV6ViewController::PremiumV6ViewController()
-    : carousel_(make<FeatureCarousel>()) {}
+PremiumV6ViewController::PremiumV6ViewController() {
+    setBackgroundColor({0.00392156862745098, 0.27058823529411763, 0.34901960784313724});
+}
 
 void PremiumV6ViewController::setProduct(Ref<SKProduct> product) {
     product_ = std::move(product);
@@ -59,18 +60,8 @@ void PremiumV6ViewController::viewDidLoad() {
     addDimmView();
 }
 
-void PremiumV6ViewController::viewWillAppear(bool animated) {
-    BaseViewController::viewWillAppear(animated);
-    carousel_->start();
-}
-
-void PremiumV6ViewController::viewDidDisappear(bool animated) {
-    BaseViewController::viewDidDisappear(animated);
-    carousel_->stop();
-}
-
 void PremiumV6ViewController::addCover() {
-    view()->setBackgroundColor(backgroundColor_);
+    view()->setBackgroundColor(backgroundColor());
     view()->addSubview(backgroundImageView());
     view()->addSubview(gradientView());
     addCloseButton(closeButton());
@@ -172,7 +163,7 @@ Ref<UILabel> const& PremiumV6ViewController::unlock2Label() {
 Ref<UICollectionView> const& PremiumV6ViewController::collectionView() {
     return collectionView_([this] {
         CGSize const item{160, 130};
-        return carousel_->makeCollectionView<PremiumV2CollectionViewCell>(
+        return carousel().makeCollectionView<PremiumV2CollectionViewCell>(
             {.itemSize = item,
              .lineSpacing = 16,
              .interitemSpacing = FeatureCarousel::defaultSpacing,
@@ -184,7 +175,7 @@ Ref<UICollectionView> const& PremiumV6ViewController::collectionView() {
 Ref<UIButton> const& PremiumV6ViewController::continueButton() {
     return continueButton_([this] {
         auto button =
-            makeContinueButton(UIButtonType::custom, UIFont::system(19, UIFont::Weight::bold), buttonColor_);
+            makeContinueButton(UIButtonType::custom, UIFont::system(19, UIFont::Weight::bold), buttonColor());
         button->setTitleColor(UIColor::black(), UIControlState::normal);
         button->addTarget(this, &PremiumV6ViewController::purchaseProduct, UIControlEvents::touchUpInside);
         activate({button->heightAnchor() == 64});
@@ -201,7 +192,7 @@ Ref<UILabel> const& PremiumV6ViewController::subtitleLabel() {
 }
 
 Ref<UIStackView> const& PremiumV6ViewController::linksStackView() {
-    return linksStackView_([this] { return LinksRow::secondGeneration(termsColor_).make(*this); });
+    return linksStackView_([this] { return LinksRow::secondGeneration(termsColor()).make(*this); });
 }
 
 } // namespace trelundo

@@ -89,7 +89,7 @@ void PremiumViewController::viewDidLoad() {
     addContent();
     addTermsBelowContent();
     addDimmView();
-    carousel_->scrollToFirstItem();
+    carousel().scrollToFirstItem();
 }
 
 void PremiumViewController::addBackground() {
@@ -149,16 +149,6 @@ void PremiumViewController::installCompactLayout() {
         activate({button->widthAnchor() == premiumButtonsStackView()->widthAnchor() - 30});
 }
 
-void PremiumViewController::viewWillAppear(bool animated) {
-    BaseViewController::viewWillAppear(animated);
-    carousel_->start();
-}
-
-void PremiumViewController::viewDidDisappear(bool animated) {
-    BaseViewController::viewDidDisappear(animated);
-    carousel_->stop();
-}
-
 void PremiumViewController::selectProduct(PremiumButton& sender) {
     if (sender.isSelected()) purchaseProduct();
     for (auto const& button : premiumButtons()) button->setSelected(button.get() == &sender);
@@ -171,8 +161,7 @@ void PremiumViewController::purchaseProduct() {
 }
 
 PremiumViewController::PremiumViewController()
-    : carousel_(make<FeatureCarousel>())
-    , backgroundImageView_(named("backgroundImageView", makeFillingPicture("premium_background")))
+    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("premium_background")))
     , premiumLogoStackView_(named("premiumLogoStackView", makeLogoStack())) {}
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
@@ -268,7 +257,7 @@ Ref<UICollectionView> const& PremiumViewController::collectionView() {
     return collectionView_([this] {
         double const height = isSmallScreen() ? 90 : 110;
         double const gap = isSmallScreen() ? 4 : 16;
-        return carousel_->makeCollectionView<PremiumCollectionViewCell>({.itemSize = {125, height},
+        return carousel().makeCollectionView<PremiumCollectionViewCell>({.itemSize = {125, height},
                                                                          .lineSpacing = gap,
                                                                          .interitemSpacing = gap,
                                                                          .sectionInset = {0, gap, 0, gap},

@@ -2,7 +2,7 @@
 
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
-#include "trelundo/kit/screens/base/FeatureCarousel.h"
+#include "trelundo/kit/screens/base/FeatureCarouselScreen.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
@@ -14,7 +14,7 @@ namespace trelundo {
 /// The first paywall: a header picture with logo and title, a drifting strip of features, one button per
 /// product, a continue button that buys the selected one, and a row of legal links. A second tap on the
 /// selected product buys it too. Properties are to be set before the view loads.
-class PremiumViewController : public BaseViewController, public PremiumButtonDelegate {
+class PremiumViewController : public FeatureCarouselScreen<BaseViewController>, public PremiumButtonDelegate {
 public:
     using PaymentDiscounts = std::map<std::string, Ref<SKPaymentDiscount>>;
 
@@ -28,9 +28,6 @@ public:
     /// The product that starts selected; an index outside the list selects none. Not changed by taps.
     int selectedProductIndex() const { return selectedProductIndex_; }
     void setSelectedProductIndex(int index) { selectedProductIndex_ = index; }
-    /// The carousel's tiles; at least one.
-    std::vector<Feature> const& features() const { return carousel_->features(); }
-    void setFeatures(std::vector<Feature> features) { carousel_->setFeatures(std::move(features)); }
     /// Promotional offers to pay with, by product identifier.
     PaymentDiscounts const& paymentDiscounts() const { return paymentDiscounts_; }
     void setPaymentDiscounts(PaymentDiscounts discounts) { paymentDiscounts_ = std::move(discounts); }
@@ -39,8 +36,6 @@ public:
                      std::optional<std::string> const& subtitle) override;
 
     void viewDidLoad() override;
-    void viewWillAppear(bool animated) override;
-    void viewDidDisappear(bool animated) override;
     void traitCollectionDidChange(UITraitCollection const* previous) override;
 
 private:
@@ -68,7 +63,6 @@ private:
     PaymentDiscounts paymentDiscounts_;
     Products products_;
     int selectedProductIndex_ = 0;
-    Ref<FeatureCarousel> carousel_;
     Ref<UIImageView> backgroundImageView_;
     Lazy<UIButton> closeButton_{"closeButton"};
     Ref<UIStackView> premiumLogoStackView_;

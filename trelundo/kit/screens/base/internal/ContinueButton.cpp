@@ -1,9 +1,9 @@
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 
-#include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewConfiguration.h"
+#include "trelundo/kit/plans/internal/TextTemplates.h"
 
 #include <cmath>
 
