@@ -13,7 +13,12 @@ class PlanTexts;
 /// One plan as a selectable row in the colours of its screen. Assign in this order: the colours,
 /// introductoryPriceWasOffered, abTest, products, product, delegate, selected. Its texts are built when
 /// `product` is assigned; when it becomes selected it hands the screen the texts of the continue block.
-class PremiumV2Button : public UIButton, public TextColored, public ButtonTextColored, public ButtonColored, public TermsColored, public SelectedColored {
+class PremiumV2Button : public UIButton,
+                        public TextColored,
+                        public ButtonTextColored,
+                        public ButtonColored,
+                        public TermsColored,
+                        public SelectedColored {
 public:
     explicit PremiumV2Button(CGRect frame = {});
     /// A button from an archive gets no corner radius or insets.

@@ -117,8 +117,8 @@ Ref<UIStackView> const& ThemedOfferViewController::stackView() {
 
 Ref<UIButton> const& ThemedOfferViewController::continueButton() {
     return continueButton_([this] {
-        auto button = makeContinueButton(UIButtonType::system, UIFont::system(15, UIFont::Weight::bold),
-                                         buttonColor());
+        auto button =
+            makeContinueButton(UIButtonType::system, UIFont::system(15, UIFont::Weight::bold), buttonColor());
         button->setTitleColor(continueTitleColor(), UIControlState::normal);
         button->setTitle(Texts::text("Continue"), UIControlState::normal);
         button->addTarget(this, &ThemedOfferViewController::purchaseProduct, UIControlEvents::touchUpInside);

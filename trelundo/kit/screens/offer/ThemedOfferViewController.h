@@ -12,7 +12,10 @@ namespace trelundo {
 /// host's logo, the offer's texts and a continue button above the links. The text colour is also that of the
 /// links and of the close button's tint. Theme and paymentDiscount are to be
 /// set before the view loads. A subclass arranges the texts.
-class ThemedOfferViewController : public DiscountOfferViewController, public BackgroundColored, public TextColored, public ButtonColored {
+class ThemedOfferViewController : public DiscountOfferViewController,
+                                  public BackgroundColored,
+                                  public TextColored,
+                                  public ButtonColored {
 public:
     // Names of the host's pictures; a missing one leaves its place empty.
     std::string const& backgroundImageName() const { return pictures_.backgroundImageName; }

@@ -51,14 +51,14 @@ void PlanPaywallViewController::addContent(NSLayoutYAxisAnchor top) {
 // Buying
 
 void PlanPaywallViewController::selectProduct(PremiumV2Button& sender) {
-    if (sender.isSelected() && products_.size() >= 2) purchaseProduct();
-    for (auto const& button : premiumButtons()) button->setSelected(button.get() == &sender);
+    if (sender.isSelected() && products().size() >= 2) purchaseProduct();
+    selectOnly(sender);
     for (auto const& button : premiumButtons()) planButtonDidChange(*button);
 }
 
 Ref<SKProduct> PlanPaywallViewController::selectedProduct() {
-    auto const selected = std::ranges::find_if(premiumButtons(), &PremiumV2Button::isSelected);
-    return selected == premiumButtons().end() ? nullptr : (*selected)->product();
+    auto const selected = selectedButton();
+    return selected ? selected->product() : nullptr;
 }
 
 void PlanPaywallViewController::purchaseProduct() { purchase(selectedProduct()); }
@@ -81,16 +81,7 @@ Ref<UIButton> const& PlanPaywallViewController::closeButton() {
     });
 }
 
-std::vector<Ref<PremiumV2Button>> const& PlanPaywallViewController::premiumButtons() {
-    return premiumButtons_([this] {
-        std::vector<Ref<PremiumV2Button>> buttons;
-        for (auto const& product : products_)
-            buttons.push_back(makePlanButton(product, static_cast<int>(buttons.size())));
-        return buttons;
-    });
-}
-
-Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> const& product, int index) {
+Ref<PremiumV2Button> PlanPaywallViewController::makePremiumButton(Ref<SKProduct> const& product) {
     auto button = usingAutoLayout(make<PremiumV2Button>());
     button->UIView::setTintColor(tintColor_);
     button->setSelectedColor(selectedColor());
@@ -101,10 +92,8 @@ Ref<PremiumV2Button> PlanPaywallViewController::makePlanButton(Ref<SKProduct> co
     button->setDelegate(this);
     button->setABTest(abTest());
     button->setIntroductoryPriceWasOffered(introductoryPriceWasOffered());
-    button->setProducts(products_);
+    button->setProducts(products());
     button->setProduct(product);
-    button->setSelected(index == selectedProductIndex_);
-    button->addTarget(this, &PlanPaywallViewController::selectProduct, UIControlEvents::touchUpInside);
     activate({button->widthAnchor() <= 392, button->heightAnchor() == 64});
     return button;
 }
@@ -115,7 +104,7 @@ Ref<UIButton> const& PlanPaywallViewController::continueButton() {
             makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::bold), buttonColor());
         button->titleLabel()->setNumberOfLines(2);
         button->setContentEdgeInsets({0, 16, 0, 16});
-        button->addTarget(this, &PlanPaywallViewController::buySelected, UIControlEvents::touchUpInside);
+        button->addTarget(this, &PlanPaywallViewController::purchaseProduct, UIControlEvents::touchUpInside);
         auto const [minimum, padding] = continueWidth();
         auto const trialFont = UIFont::system(13, UIFont::Weight::medium);
         double const width = std::max(minimum, continueButtonWidth("Try %%% for FREE", trialFont, padding));

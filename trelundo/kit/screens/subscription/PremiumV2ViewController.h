@@ -13,7 +13,6 @@ public:
     explicit PremiumV2ViewController(NSCoder const& /*archive*/)
         : PremiumV2ViewController() {}
 
-
     void viewDidLoad() override;
 
 private:

@@ -11,7 +11,10 @@ namespace trelundo {
 
 /// The paywall of one product with a trial: a cover that fades into the background, a headline, the drifting
 /// strip of features, one large continue button and a price line.
-class PremiumV6ViewController : public FeatureCarouselScreen<BaseViewController>, public BackgroundColored, public ButtonColored, public TermsColored {
+class PremiumV6ViewController : public FeatureCarouselScreen<BaseViewController>,
+                                public BackgroundColored,
+                                public ButtonColored,
+                                public TermsColored {
 public:
     PremiumV6ViewController();
     explicit PremiumV6ViewController(NSCoder const& /*archive*/)

@@ -151,13 +151,11 @@ void PremiumViewController::installCompactLayout() {
 
 void PremiumViewController::selectProduct(PremiumButton& sender) {
     if (sender.isSelected()) purchaseProduct();
-    for (auto const& button : premiumButtons()) button->setSelected(button.get() == &sender);
+    selectOnly(sender);
 }
 
 void PremiumViewController::purchaseProduct() {
-    auto const selected = std::ranges::find_if(premiumButtons(), &PremiumButton::isSelected);
-    if (selected == premiumButtons().end()) return;
-    purchase((*selected)->product(), (*selected)->paymentDiscount());
+    if (auto const selected = selectedButton()) purchase(selected->product(), selected->paymentDiscount());
 }
 
 PremiumViewController::PremiumViewController()
@@ -170,16 +168,7 @@ Ref<UIButton> const& PremiumViewController::closeButton() {
     });
 }
 
-std::vector<Ref<PremiumButton>> const& PremiumViewController::premiumButtons() {
-    return premiumButtons_([this] {
-        std::vector<Ref<PremiumButton>> buttons;
-        for (auto const& product : products_)
-            buttons.push_back(makePremiumButton(product, static_cast<int>(buttons.size())));
-        return buttons;
-    });
-}
-
-Ref<PremiumButton> PremiumViewController::makePremiumButton(Ref<SKProduct> const& product, int index) {
+Ref<PremiumButton> PremiumViewController::makePremiumButton(Ref<SKProduct> const& product) {
     auto button = usingAutoLayout(make<PremiumButton>());
     button->setSmallScreen(isSmallScreen());
     if (isSmallScreen()) {
@@ -188,14 +177,12 @@ Ref<PremiumButton> PremiumViewController::makePremiumButton(Ref<SKProduct> const
         button->titleLabel()->setFont(button->textBoldFont());
     }
     button->setIntroductoryPriceWasOffered(introductoryPriceWasOffered());
-    button->setProducts(products_);
+    button->setProducts(products());
     auto const discount = paymentDiscounts_.find(product->productIdentifier());
     button->setPaymentDiscount(discount == paymentDiscounts_.end() ? nullptr : discount->second);
     button->setProduct(product);
     button->setABTest(abTest());
     button->setDelegate(this);
-    button->setSelected(index == selectedProductIndex_);
-    button->addTarget(this, &PremiumViewController::selectProduct, UIControlEvents::touchUpInside);
     return button;
 }
 

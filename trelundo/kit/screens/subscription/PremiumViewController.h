@@ -1,8 +1,8 @@
 #pragma once
 
 #include "trelundo/kit/controls/PremiumButton.h"
-#include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/kit/screens/base/FeatureCarouselScreen.h"
+#include "trelundo/kit/screens/base/ProductListScreen.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
@@ -14,7 +14,8 @@ namespace trelundo {
 /// The first paywall: a header picture with logo and title, a drifting strip of features, one button per
 /// product, a continue button that buys the selected one, and a row of legal links. A second tap on the
 /// selected product buys it too. Properties are to be set before the view loads.
-class PremiumViewController : public FeatureCarouselScreen<BaseViewController>, public PremiumButtonDelegate {
+class PremiumViewController : public FeatureCarouselScreen<ProductListScreen<PremiumButton>>,
+                              public PremiumButtonDelegate {
 public:
     using PaymentDiscounts = std::map<std::string, Ref<SKPaymentDiscount>>;
 
@@ -22,12 +23,6 @@ public:
     explicit PremiumViewController(NSCoder const& /*archive*/)
         : PremiumViewController() {}
 
-    /// One button each, in this order.
-    Products const& products() const { return products_; }
-    void setProducts(Products products) { products_ = std::move(products); }
-    /// The product that starts selected; an index outside the list selects none. Not changed by taps.
-    int selectedProductIndex() const { return selectedProductIndex_; }
-    void setSelectedProductIndex(int index) { selectedProductIndex_ = index; }
     /// Promotional offers to pay with, by product identifier.
     PaymentDiscounts const& paymentDiscounts() const { return paymentDiscounts_; }
     void setPaymentDiscounts(PaymentDiscounts discounts) { paymentDiscounts_ = std::move(discounts); }
@@ -45,12 +40,11 @@ private:
     void installRegularLayout();
     void installCompactLayout();
 
-    Ref<PremiumButton> makePremiumButton(Ref<SKProduct> const& product, int index);
-    void selectProduct(PremiumButton& sender);
+    Ref<PremiumButton> makePremiumButton(Ref<SKProduct> const& product) override;
+    void selectProduct(PremiumButton& sender) override;
     void purchaseProduct();
 
     Ref<UIButton> const& closeButton();
-    std::vector<Ref<PremiumButton>> const& premiumButtons();
     Ref<UIButton> const& continueButton();
     Ref<UIStackView> const& premiumButtonsStackView();
     Ref<UILabel> const& subtitleLabel();
@@ -61,12 +55,9 @@ private:
 
     bool isSizeClassLayoutInstalled_ = false;
     PaymentDiscounts paymentDiscounts_;
-    Products products_;
-    int selectedProductIndex_ = 0;
     Ref<UIImageView> backgroundImageView_;
     Lazy<UIButton> closeButton_{"closeButton"};
     Ref<UIStackView> premiumLogoStackView_;
-    LazyList<PremiumButton> premiumButtons_{"premiumButtons"};
     Lazy<UIButton> continueButton_{"continueButton"};
     Lazy<UIStackView> premiumButtonsStackView_{"premiumButtonsStackView"};
     Lazy<UILabel> subtitleLabel_{"subtitleLabel"};
