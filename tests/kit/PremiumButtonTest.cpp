@@ -139,7 +139,7 @@ TEST_F(PremiumButtonTest, FromAnArchiveIsNotSetUp) {
     EXPECT_EQ(show(monthly())->layer().cornerRadius(), 8);
 }
 
-TEST(Saving, IsRoundedToTens) {
+TEST(SavingTest, IsRoundedToTens) {
     auto const saving = [](char const* yearlyPrice, char const* price, int count) {
         return savingPercentage(*Decimal::parse(yearlyPrice), *Decimal::parse(price), count);
     };

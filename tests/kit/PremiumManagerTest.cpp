@@ -143,7 +143,7 @@ TEST_F(PremiumManagerTest, WithoutDelegateAnswersNoToPromotions) {
     EXPECT_EQ(manager->applicationUsername(), std::nullopt);
 }
 
-TEST(PremiumManagerState, ComesFromRawValues) {
+TEST(PremiumManagerStateTest, ComesFromRawValues) {
     EXPECT_EQ(premiumManagerState(3), PremiumManagerState::failed);
     EXPECT_EQ(premiumManagerState(4), std::nullopt);
     EXPECT_EQ(premiumManagerState(-1), std::nullopt);
@@ -154,7 +154,7 @@ std::string priceText(char const* price, int div, char const* locale = "en_US@cu
         {.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});
 }
 
-TEST(PriceText, IsCutNeverRoundedUp) {
+TEST(PriceTextTest, IsCutNeverRoundedUp) {
     EXPECT_EQ(priceText("59.99", 12), "$4.99");
     EXPECT_EQ(priceText("59.99", 52), "$1.15");
     EXPECT_EQ(priceText("9.999", 1), "$9.99");
@@ -167,7 +167,7 @@ std::string periodText(SKProductPeriodUnit unit, int count, bool capitalize = fa
         {.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = capitalize});
 }
 
-TEST(PeriodText, TakesTheDigitAsPlaceholder) {
+TEST(PeriodTextTest, TakesTheDigitAsPlaceholder) {
     Locale::setPreferredLanguages({"en"});
     EXPECT_EQ(periodText(SKProductPeriodUnit::month, 12), "12 months");
     EXPECT_EQ(periodText(SKProductPeriodUnit::day, 0), "0 days");

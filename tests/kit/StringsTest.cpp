@@ -27,13 +27,13 @@ int occurrences(std::string_view text, std::string_view part) {
     return count;
 }
 
-class KitStrings : public testing::TestWithParam<char const*> {
+class KitStringsTest : public testing::TestWithParam<char const*> {
 protected:
     StringsTable const english = kitTable("en");
     StringsTable const table = kitTable(GetParam());
 };
 
-TEST_P(KitStrings, HasEveryKeyWithItsPlaceholders) {
+TEST_P(KitStringsTest, HasEveryKeyWithItsPlaceholders) {
     EXPECT_GE(english.size(), 70U);
     for (auto const& [key, text] : english.entries()) EXPECT_TRUE(table.find(key)) << key;
     for (auto const& [key, text] : table.entries()) {
@@ -45,7 +45,7 @@ TEST_P(KitStrings, HasEveryKeyWithItsPlaceholders) {
     }
 }
 
-TEST_P(KitStrings, PeriodsHoldTheDigitThatStandsForTheCount) {
+TEST_P(KitStringsTest, PeriodsHoldTheDigitThatStandsForTheCount) {
     for (auto const* unit : {"day", "week", "month", "year"}) {
         auto const singular = "1 " + std::string{unit};
         auto const plural = "2 " + std::string{unit} + 's';
@@ -57,10 +57,10 @@ TEST_P(KitStrings, PeriodsHoldTheDigitThatStandsForTheCount) {
     EXPECT_EQ(occurrences(*table.find("7 days"), "7"), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, KitStrings, testing::ValuesIn(languages),
+INSTANTIATE_TEST_SUITE_P(Languages, KitStringsTest, testing::ValuesIn(languages),
                          [](auto const& language) { return std::string{language.param}; });
 
-TEST(KitStringTables, EnglishTextsAreTheirKeys) {
+TEST(KitStringTablesTest, EnglishTextsAreTheirKeys) {
     auto const english = kitTable("en");
     for (auto const& [key, text] : english.entries()) EXPECT_EQ(text, key);
     for (auto const* spelledOddly :
@@ -69,7 +69,7 @@ TEST(KitStringTables, EnglishTextsAreTheirKeys) {
         EXPECT_TRUE(english.find(spelledOddly)) << spelledOddly;
 }
 
-TEST(KitStringTables, ThereIsOneForEachLocalization) {
+TEST(KitStringTablesTest, ThereIsOneForEachLocalization) {
     auto localizations = Texts::kitBundle().localizations();
     std::vector<std::string> expected{std::begin(languages), std::end(languages)};
     std::ranges::sort(expected);

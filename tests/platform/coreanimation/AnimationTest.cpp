@@ -1,4 +1,4 @@
-#include "LayerFixture.h"
+#include "tests/platform/coreanimation/LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
 #include "trelundo/platform/coreanimation/internal/LayerAnimation.h"
@@ -232,7 +232,7 @@ TEST_F(AnimationTest, LeavingTheShownTreeCutsAnimationsOfTheWholeSubtree) {
     EXPECT_EQ(ended.back(), "both cut");
 }
 
-TEST(DisplayLink, CallbacksMayRemoveThemselvesAndEachOther) {
+TEST(DisplayLinkTest, CallbacksMayRemoveThemselvesAndEachOther) {
     std::vector<std::string> calls;
     int first = 0, second = 0;
     first = CADisplayLink::add([&](double time) {

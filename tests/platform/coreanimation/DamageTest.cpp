@@ -1,4 +1,4 @@
-#include "LayerFixture.h"
+#include "tests/platform/coreanimation/LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/coreanimation/internal/Compositor.h"
@@ -198,7 +198,7 @@ TEST_F(LayerTest, OnlyTheChangedAreasAreRepainted) {
               (std::vector{CGRect(10, 10, 10, 10), CGRect(80, 80, 10, 10)}));
 }
 
-TEST(DamageList, MergesWhatCostsLittleAndStaysShort) {
+TEST(DamageListTest, MergesWhatCostsLittleAndStaysShort) {
     Damage damage;
     damage.add({0, 0, 10, 10});
     damage.add({0, 10, 10, 10});
@@ -211,7 +211,7 @@ TEST(DamageList, MergesWhatCostsLittleAndStaysShort) {
     for (int i = 0; i < 40; ++i) EXPECT_TRUE(damage.intersects({i * 37 % 1000, i * 91 % 1000, 3, 3}));
 }
 
-TEST(DamageList, AbsorbingGathersEverythingThatTouches) {
+TEST(DamageListTest, AbsorbingGathersEverythingThatTouches) {
     Damage damage;
     damage.add({0, 0, 10, 10});
     damage.add({90, 90, 10, 10});

@@ -1,4 +1,4 @@
-#include "LayerFixture.h"
+#include "tests/platform/coreanimation/LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/coreanimation/internal/Compositor.h"

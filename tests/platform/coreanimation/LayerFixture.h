@@ -1,8 +1,8 @@
 #pragma once
 
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/coreanimation/CALayer.h"
 #include "trelundo/platform/coreanimation/CATransaction.h"
-#include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include <gtest/gtest.h>
@@ -16,14 +16,12 @@ namespace trelundo {
 class LayerTest : public testing::Test {
 protected:
     LayerTest() {
-        Clock::setCurrent(&clock);
         root->setDisplayRoot(true);
         root->setBounds({0, 0, 100, 100});
     }
     ~LayerTest() override {
         CATransaction::reset();
         DispatchQueue::main().removeAll();
-        Clock::setCurrent(nullptr);
     }
 
     Ref<CALayer> add(CGRect frame) {
@@ -48,15 +46,15 @@ protected:
     /// A frame as shells run it.
     void frame() {
         ++frames;
-        clock.setNow(frames / 60.0);
+        time.clock.setNow(frames / 60.0);
         CATransaction::advanceFrame();
         DispatchQueue::main().runReady();
     }
     void frameAt(double seconds) {
-        while (clock.now() < seconds - 1e-9) frame();
+        while (time.clock.now() < seconds - 1e-9) frame();
     }
 
-    VirtualClock clock;
+    test::ScopedVirtualClock time;
     int frames = 0;
     Ref<CALayer> root = make<CALayer>();
     std::vector<std::string> ended;

@@ -1,7 +1,6 @@
-#include "LayerFixture.h"
+#include "tests/platform/coreanimation/LayerFixture.h"
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
-#include "trelundo/platform/foundation/Log.h"
 
 namespace trelundo {
 
@@ -35,13 +34,11 @@ TEST_F(LayerTest, ALayerHasOneSuperlayer) {
 }
 
 TEST_F(LayerTest, ALayerCannotBePutIntoItself) {
-    std::vector<std::string> warnings;
-    setWarningSink([&](std::string_view text) { warnings.emplace_back(text); });
+    test::RecordedWarnings const warnings;
     auto const layer = add({0, 0, 1, 1});
     layer->addSublayer(root);
     layer->addSublayer(layer);
-    setWarningSink(nullptr);
-    EXPECT_EQ(warnings.size(), 2u);
+    EXPECT_EQ(warnings.lines.size(), 2u);
     EXPECT_TRUE(layer->sublayers().empty());
     EXPECT_EQ(root->sublayers().size(), 1u);
 }

@@ -1,15 +1,17 @@
 #include "trelundo/platform/foundation/Bundle.h"
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/Files.h"
+#include "tests/support/ScopedState.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
 
 namespace trelundo {
+
+using namespace test;
+
 namespace {
 
 using testing::ElementsAre;
@@ -44,11 +46,6 @@ protected:
     RecordedWarnings warnings;
     Bundle bundle{"Test"};
 };
-
-void write(std::filesystem::path const& file, std::string_view bytes) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream{file, std::ios::binary} << bytes;
-}
 
 TEST_F(BundleTest, SearchesPlainThenPreferredThenDevelopmentRegion) {
     Locale::setPreferredLanguages({"fr-CA"});
@@ -108,12 +105,12 @@ TEST_F(BundleTest, ABrokenTableIsReportedOnceAndBehavesAsMissing) {
 
 TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
     TemporaryFolder const first, second;
-    write(first / "greeting.txt", "first");
-    write(first / "only.txt", "only");
-    write(first / "sv.lproj/T.strings", "\"word\" = \"ord\";");
-    write(first / "fr.lproj/T.strings", "\"word\" = \"");
-    write(second / "greeting.txt", "second");
-    write(second / "zero.bin", "");
+    writeText(first / "greeting.txt", "first");
+    writeText(first / "only.txt", "only");
+    writeText(first / "sv.lproj/T.strings", "\"word\" = \"ord\";");
+    writeText(first / "fr.lproj/T.strings", "\"word\" = \"");
+    writeText(second / "greeting.txt", "second");
+    writeText(second / "zero.bin", "");
     EXPECT_EQ(word({"sv"}), "word!");
     bundle.addFolder(first.path().string());
     bundle.addFolder(second.path().string());

@@ -48,7 +48,7 @@ int ownFractionDigits(std::string const& currency) {
                                           &status);
 }
 
-TEST(CurrencyAgreement, PricesAgreeWithAnIndependentFormatting) {
+TEST(CurrencyAgreementTest, PricesAgreeWithAnIndependentFormatting) {
     constexpr std::uint64_t amounts[] = {0, 1, 99, 999, 5999, 120'000, 123'456'789};
     std::set<std::string> pairs;
     int mismatches = 0;

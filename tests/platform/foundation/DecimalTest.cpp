@@ -16,7 +16,7 @@ Decimal decimal(std::string_view text) {
 
 std::string plain(std::string_view text) { return decimal(text).description(); }
 
-TEST(Decimal, ReadsAndWritesPlainDigits) {
+TEST(DecimalTest, ReadsAndWritesPlainDigits) {
     struct Case {
         std::string_view written, digits;
     };
@@ -35,7 +35,7 @@ TEST(Decimal, ReadsAndWritesPlainDigits) {
     EXPECT_FALSE(Decimal::parse(std::string_view{"1\0", 2}));
 }
 
-TEST(Decimal, KeepsThirtyEightDigitsAndRoundsTheRestHalfAwayFromZero) {
+TEST(DecimalTest, KeepsThirtyEightDigitsAndRoundsTheRestHalfAwayFromZero) {
     EXPECT_EQ(plain("12345678901234567890123456789012345678"), "12345678901234567890123456789012345678");
     EXPECT_EQ(plain("123456789012345678901234567890123456785"), "123456789012345678901234567890123456790");
     EXPECT_EQ(plain("-1.23456789012345678901234567890123456785"), "-1.2345678901234567890123456789012345679");
@@ -57,7 +57,7 @@ TEST(Decimal, KeepsThirtyEightDigitsAndRoundsTheRestHalfAwayFromZero) {
     EXPECT_TRUE((decimal("1e-128") / decimal("3")).isZero());
 }
 
-TEST(Decimal, SumsDifferencesAndProductsAreExact) {
+TEST(DecimalTest, SumsDifferencesAndProductsAreExact) {
     EXPECT_EQ(decimal("0.1") + decimal("0.2"), decimal("0.3"));
     EXPECT_EQ(decimal("0.1") - decimal("0.1"), Decimal{});
     EXPECT_FALSE((decimal("-0.1") + decimal("0.1")).isNegative());
@@ -70,7 +70,7 @@ TEST(Decimal, SumsDifferencesAndProductsAreExact) {
               "99999999999999999980000000000000000001");
 }
 
-TEST(Decimal, AgreesWithIntegerArithmetic) {
+TEST(DecimalTest, AgreesWithIntegerArithmetic) {
     std::mt19937_64 random{7};
     for (int i = 0; i < 2000; ++i) {
         auto const left = static_cast<std::int32_t>(random());
@@ -84,7 +84,7 @@ TEST(Decimal, AgreesWithIntegerArithmetic) {
     }
 }
 
-TEST(Decimal, NaNSpreadsEqualsItselfAndOrdersFirst) {
+TEST(DecimalTest, NaNSpreadsEqualsItselfAndOrdersFirst) {
     auto const nan = Decimal::notANumber();
     EXPECT_TRUE((decimal("59.99") / Decimal{0}).isNaN());
     EXPECT_TRUE((Decimal{0} / Decimal{0}).isNaN());
@@ -98,7 +98,7 @@ TEST(Decimal, NaNSpreadsEqualsItselfAndOrdersFirst) {
     EXPECT_TRUE(std::isnan(nan.doubleValue()));
 }
 
-TEST(Decimal, OverflowGivesNaNAndUnderflowZero) {
+TEST(DecimalTest, OverflowGivesNaNAndUnderflowZero) {
     EXPECT_TRUE((decimal("1e127") * decimal("1e39")).isNaN());
     EXPECT_FALSE((decimal("1e127") * decimal("1e37")).isNaN());
     EXPECT_TRUE((decimal("1e127") / decimal("1e-128")).isNaN());
@@ -106,7 +106,7 @@ TEST(Decimal, OverflowGivesNaNAndUnderflowZero) {
     EXPECT_TRUE((decimal("1e-128") * decimal("0.1")).isZero());
 }
 
-TEST(Decimal, ComparesByValue) {
+TEST(DecimalTest, ComparesByValue) {
     EXPECT_EQ(decimal("1.50"), decimal("1.5"));
     EXPECT_EQ(decimal("10e127"), decimal("1e128"));
     constexpr std::string_view ascending[] = {
@@ -117,7 +117,7 @@ TEST(Decimal, ComparesByValue) {
     }
 }
 
-TEST(Decimal, GivesTheNearestDouble) {
+TEST(DecimalTest, GivesTheNearestDouble) {
     for (std::string const text : {"59.99", "0.1", "-1e-128", "4.5", "9007199254740993", "1e127"})
         EXPECT_EQ(decimal(text).doubleValue(), std::stod(text)) << text;
 }

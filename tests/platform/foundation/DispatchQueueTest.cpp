@@ -1,6 +1,6 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/ScopedState.h"
 
 #include <array>
 #include <gmock/gmock.h>
@@ -10,6 +10,9 @@
 #include <thread>
 
 namespace trelundo {
+
+using namespace test;
+
 namespace {
 
 using testing::ElementsAre;
@@ -152,7 +155,7 @@ TEST_F(DispatchQueueTest, RunsUntilIdleWithinALimit) {
     EXPECT_EQ(turns, 15);
 }
 
-TEST(Clock, SystemTimeDoesNotGoBack) {
+TEST(ClockTest, SystemTimeDoesNotGoBack) {
     auto const before = Clock::current().now();
     EXPECT_GE(Clock::current().now(), before);
     EXPECT_GT(Clock::current().date(), 700'000'000) << "seconds since 2001, read after 2023";

@@ -1,6 +1,6 @@
 #include "trelundo/platform/foundation/Locale.h"
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/foundation/internal/LanguageTags.h"
 
 #include <gmock/gmock.h>
@@ -8,12 +8,15 @@
 #include <map>
 
 namespace trelundo {
+
+using namespace test;
+
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Locale, IsCanonicalAndTakesTheCurrencyFromTheKeywordThenFromTheRegion) {
+TEST(LocaleTest, IsCanonicalAndTakesTheCurrencyFromTheKeywordThenFromTheRegion) {
     struct {
         char const *written, *identifier, *language, *region, *currency;
     } const rows[] = {
@@ -37,21 +40,21 @@ TEST(Locale, IsCanonicalAndTakesTheCurrencyFromTheKeywordThenFromTheRegion) {
     EXPECT_NE(Locale{"en_US@currency=USD"}, Locale{"en_US"});
 }
 
-TEST(Locale, KnowsTheDirectionOfItsScript) {
+TEST(LocaleTest, KnowsTheDirectionOfItsScript) {
     for (auto const* identifier : {"ar", "he-IL", "fa_IR", "ur", "az-Arab"})
         EXPECT_TRUE(Locale{identifier}.isRightToLeft()) << identifier;
     for (auto const* identifier : {"en", "ja-JP", "az", "", "xx"})
         EXPECT_FALSE(Locale{identifier}.isRightToLeft()) << identifier;
 }
 
-TEST(Locale, TakesAnyTextWithoutFailing) {
+TEST(LocaleTest, TakesAnyTextWithoutFailing) {
     EXPECT_EQ(Locale{std::string(5000, 'x')}, Locale{""});
     EXPECT_EQ(Locale{std::string_view("en_US\0evil", 10)}, Locale{""});
     EXPECT_EQ(Locale{"@=;=;;"}.currencyCode(), "XXX");
     EXPECT_EQ(Locale{"en_US@currency=dollars"}.currencyCode(), "USD");
 }
 
-TEST(Locale, CurrentFollowsThePreferredLanguages) {
+TEST(LocaleTest, CurrentFollowsThePreferredLanguages) {
     ScopedLanguages const scope{{"fr-CA", "en"}};
     EXPECT_EQ(Locale::current().identifier(), "fr_CA");
     EXPECT_THAT(Locale::preferredLanguages(), ElementsAre("fr-CA", "en"));
@@ -60,7 +63,7 @@ TEST(Locale, CurrentFollowsThePreferredLanguages) {
     EXPECT_THAT(Locale::preferredLanguages(), IsEmpty());
 }
 
-TEST(LanguageTags, ReadTheEnvironment) {
+TEST(LanguageTagsTest, ReadTheEnvironment) {
     using Environment = std::map<std::string, std::string>;
     using Tags = std::vector<std::string>;
     std::pair<Environment, Tags> const rows[] = {
@@ -84,7 +87,7 @@ TEST(LanguageTags, ReadTheEnvironment) {
     }
 }
 
-TEST(LanguageTags, ChooseTheNearestLocalizationOfEachLanguage) {
+TEST(LanguageTagsTest, ChooseTheNearestLocalizationOfEachLanguage) {
     using List = std::vector<std::string>;
     struct {
         List wanted, offered, chosen;

@@ -1,10 +1,13 @@
 #include "trelundo/platform/foundation/NumberFormatter.h"
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/ScopedState.h"
 
 #include <gtest/gtest.h>
 
 namespace trelundo {
+
+using namespace test;
+
 namespace {
 
 using Style = NumberFormatter::Style;
@@ -34,7 +37,7 @@ NumberFormatter formatterOf(Style style, std::string_view locale = "en_US") {
 
 // CurrencyAgreementTest has every locale and the digits of its currency; here stand texts that no library
 // wrote.
-TEST(NumberFormatter, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
+TEST(NumberFormatterTest, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
     struct {
         char const *locale, *number, *text;
     } const rows[] = {
@@ -61,7 +64,7 @@ TEST(NumberFormatter, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
     EXPECT_EQ(format(formatterOf(Style::currency, "ja_JP"), "1200.4"), "￥1,200");
 }
 
-TEST(NumberFormatter, UnknownLocalesBehaveLikeTheRoot) {
+TEST(NumberFormatterTest, UnknownLocalesBehaveLikeTheRoot) {
     auto const root = format(priceFormatter("root@currency=USD"), "1234.5");
     EXPECT_EQ(root, "US$\u00a01,234.50");
     for (auto const* locale : {"xx_US", "qqq@currency=USD", "_US", "@currency=usd"})
@@ -69,7 +72,7 @@ TEST(NumberFormatter, UnknownLocalesBehaveLikeTheRoot) {
     EXPECT_EQ(format(priceFormatter("not a locale at all"), "1"), format(priceFormatter(""), "1"));
 }
 
-TEST(NumberFormatter, RoundsOnDecimalDigits) {
+TEST(NumberFormatterTest, RoundsOnDecimalDigits) {
     struct {
         Mode mode;
         char const *up, *down, *tie, *nearTie, *nearWhole;
@@ -95,7 +98,7 @@ TEST(NumberFormatter, RoundsOnDecimalDigits) {
     }
 }
 
-TEST(NumberFormatter, EachStyleHasItsOwnText) {
+TEST(NumberFormatterTest, EachStyleHasItsOwnText) {
     struct {
         Style style;
         char const *number, *text;
@@ -118,7 +121,7 @@ TEST(NumberFormatter, EachStyleHasItsOwnText) {
         EXPECT_EQ(format(formatterOf(row.style), row.number), row.text) << static_cast<int>(row.style);
 }
 
-TEST(NumberFormatter, AttributesSurviveChangesOfStyleAndLocale) {
+TEST(NumberFormatterTest, AttributesSurviveChangesOfStyleAndLocale) {
     ScopedLanguages const languages{{"de-DE"}};
     NumberFormatter formatter;
     formatter.setNumberStyle(Style::decimal);
@@ -133,7 +136,7 @@ TEST(NumberFormatter, AttributesSurviveChangesOfStyleAndLocale) {
     EXPECT_EQ(format(formatter, "2.01"), "$2.1");
 }
 
-TEST(NumberFormatter, TheLastDigitLimitWins) {
+TEST(NumberFormatterTest, TheLastDigitLimitWins) {
     auto formatter = formatterOf(Style::decimal);
     formatter.setMaximumFractionDigits(1);
     formatter.setMinimumFractionDigits(4);

@@ -40,7 +40,7 @@ public:
     int greet() override { return 7; }
 };
 
-TEST(Ref, OwnsAndReleases) {
+TEST(RefTest, OwnsAndReleases) {
     {
         auto const first = make<Counted>();
         Ref<NSObject> second = first;
@@ -58,7 +58,7 @@ TEST(Ref, OwnsAndReleases) {
     EXPECT_EQ(Counted::alive, 0);
 }
 
-TEST(Weak, ReachesAProtocolUntilTheObjectIsGone) {
+TEST(WeakTest, ReachesAProtocolUntilTheObjectIsGone) {
     auto object = make<GreetingObject>();
     Weak<Greeter> const greeter = object;
     Weak<GreetingObject> const same = object;
@@ -79,7 +79,7 @@ TEST(Weak, ReachesAProtocolUntilTheObjectIsGone) {
     EXPECT_EQ(Weak<Greeter>{}.lock(), nullptr);
 }
 
-TEST(Weak, AConstructorAndADestructorMayHandOutTheirObject) {
+TEST(WeakTest, AConstructorAndADestructorMayHandOutTheirObject) {
     struct Registering : Counted {
         Registering()
             : self(this) {
@@ -97,7 +97,7 @@ TEST(Weak, AConstructorAndADestructorMayHandOutTheirObject) {
     EXPECT_EQ(Counted::alive, 0);
 }
 
-TEST(Weak, SurvivesAConstructorThatFails) {
+TEST(WeakTest, SurvivesAConstructorThatFails) {
     struct Failing : Counted {
         explicit Failing(Weak<Failing>& self) {
             self = Weak<Failing>{this};
@@ -110,7 +110,7 @@ TEST(Weak, SurvivesAConstructorThatFails) {
     EXPECT_EQ(Counted::alive, 0);
 }
 
-TEST(Weak, LocksAndReleasesFromSeveralThreads) {
+TEST(WeakTest, LocksAndReleasesFromSeveralThreads) {
     for (int round = 0; round < 200; ++round) {
         auto object = make<GreetingObject>();
         Weak<Greeter> const weak = object;
@@ -131,7 +131,7 @@ TEST(Weak, LocksAndReleasesFromSeveralThreads) {
     }
 }
 
-TEST(NSObject, NamesItsDynamicType) {
+TEST(NSObjectTest, NamesItsDynamicType) {
     Ref<NSObject> const object = make<Counted>();
     EXPECT_EQ(object->className(), "Counted");
     EXPECT_EQ(object->description(), "Counted");
@@ -155,7 +155,7 @@ TEST(FatalErrorDeathTest, EndsTheProgramWithItsText) {
     EXPECT_DEATH(trappingProduct(std::int64_t{1} << 62, 2), "overflow");
 }
 
-TEST(NSError, DescribesItself) {
+TEST(NSErrorTest, DescribesItself) {
     auto const bare = make<NSError>("SKErrorDomain", 2);
     EXPECT_EQ(bare->localizedDescription(), "The operation couldn’t be completed. (SKErrorDomain error 2.)");
     auto const error =
@@ -172,7 +172,7 @@ TEST(NSError, DescribesItself) {
 constexpr AttributeKey<double> kern{"NSKern"};
 constexpr AttributeKey<std::string> font{"NSFont"};
 
-TEST(NSAttributedString, JoinsEqualNeighboursAndComparesRuns) {
+TEST(NSAttributedStringTest, JoinsEqualNeighboursAndComparesRuns) {
     auto const style = TextAttributes{}.with(kern, 1.5);
     auto const bold = style.with(font, "bold");
     EXPECT_EQ(bold, TextAttributes{}.with(font, "bold").with(kern, 1.5)) << "the order does not count";

@@ -29,7 +29,7 @@ std::string utf16(std::u16string_view text, bool isBigEndian) {
     return bytes;
 }
 
-TEST(StringsTable, ReadsPairsCommentsAndFreeSpace) {
+TEST(StringsTableTest, ReadsPairsCommentsAndFreeSpace) {
     auto const table =
         parsed("/* head; \"x\" = \"y\"; */ \"a\"=\"1\";\"b\"\n=\t\"2\"\r\n;// rest of the line \"z\n"
                "c_$/:.-9 = /path/to:x.y; 'single \"q\"' = 'it\"s'; \"alone\"; bare;\u2028\"d\"=\"\";");
@@ -48,7 +48,7 @@ TEST(StringsTable, ReadsPairsCommentsAndFreeSpace) {
     EXPECT_EQ(value("\"k\" = \"two\nlines /* kept */ // too\";"), "two\nlines /* kept */ // too");
 }
 
-TEST(StringsTable, ResolvesEscapes) {
+TEST(StringsTableTest, ResolvesEscapes) {
     EXPECT_EQ(value(R"(k = "\a\b\f\n\r\t\v\"\\\'\q\é";)"), "\a\b\f\n\r\t\v\"\\'qé");
     EXPECT_EQ(value("k = \"one\\\ntwo\";"), "one\ntwo");
     EXPECT_EQ(value(R"(k = "\101\60\0609\9";)"), "A0099");
@@ -58,7 +58,7 @@ TEST(StringsTable, ResolvesEscapes) {
     EXPECT_EQ(value(R"(k = "a\0b";)"), (std::string{"a\0b", 3}));
 }
 
-TEST(StringsTable, ReadsEveryEncoding) {
+TEST(StringsTableTest, ReadsEveryEncoding) {
     constexpr std::u16string_view text = u"\"k\" = \"Año 年 😀\";";
     EXPECT_EQ(value(utf16(text, true)), "Año 年 😀");
     EXPECT_EQ(value(utf16(text, false)), "Año 年 😀");
@@ -66,7 +66,7 @@ TEST(StringsTable, ReadsEveryEncoding) {
     EXPECT_EQ(parsed(utf16(u"", true)).size(), 0U);
 }
 
-TEST(StringsTable, OneErrorFailsTheWholeTable) {
+TEST(StringsTableTest, OneErrorFailsTheWholeTable) {
     struct {
         std::string bytes;
         int line;
@@ -98,7 +98,7 @@ TEST(StringsTable, OneErrorFailsTheWholeTable) {
     }
 }
 
-TEST(StringsTable, SurvivesRandomBytes) {
+TEST(StringsTableTest, SurvivesRandomBytes) {
     constexpr std::string_view alphabet = "\"'\\=;/*\n\rUa07\xff\xfe\xc3\xa9 \xd8";
     std::mt19937 random{11};
     for (int i = 0; i < 20'000; ++i) {

@@ -1,18 +1,21 @@
 #include "trelundo/platform/foundation/Strings.h"
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/foundation/internal/Utf8.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace trelundo {
+
+using namespace test;
+
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Strings, ReplacesFromTheLeftWithoutRescanning) {
+TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
     struct {
         std::string text, target, replacement, result;
     } const rows[] = {
@@ -44,14 +47,14 @@ TEST(Strings, ReplacesFromTheLeftWithoutRescanning) {
     EXPECT_EQ(replacingFirstOccurrence("nach 2 Tagen für 2 €", "2", "7"), "nach 7 Tagen für 2 €");
 }
 
-TEST(Strings, SplitOmitsEmptyPieces) {
+TEST(StringsTest, SplitOmitsEmptyPieces) {
     EXPECT_THAT(split("a  b", ' '), ElementsAre("a", "b"));
     EXPECT_THAT(split(" é ", ' '), ElementsAre("é"));
     EXPECT_THAT(split("", ' '), IsEmpty());
     EXPECT_THAT(split("   ", ' '), IsEmpty());
 }
 
-TEST(Strings, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
+TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
     struct {
         char const *language, *text, *title;
     } const rows[] = {
@@ -79,7 +82,7 @@ TEST(Strings, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
     EXPECT_EQ(localizedCapitalized("iki"), "İki");
 }
 
-TEST(Utf8, DecodesOnlyWhatIsWellFormed) {
+TEST(Utf8Test, DecodesOnlyWhatIsWellFormed) {
     for (std::string const bad :
          {"\x80", "\xc0\x80", "\xc1\xbf", "\xe0\x80\x80", "\xed\xa0\x80", "\xf0\x80\x80\x80",
           "\xf4\x90\x80\x80", "\xf8\x88\x80\x80\x80", "\xe2\x82", "\xff", "\xc3("}) {

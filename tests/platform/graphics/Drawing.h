@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-namespace trelundo::testing {
+namespace trelundo::test {
 
 inline constexpr CGColor red{1, 0, 0, 1};
 inline constexpr CGColor green{0, 1, 0, 1};
@@ -51,4 +51,4 @@ inline Extent inkColumns(Surface const& surface) {
     return extent;
 }
 
-} // namespace trelundo::testing
+} // namespace trelundo::test

@@ -1,6 +1,6 @@
 #include "StoreTestSupport.h"
 
-#include "tests/support/SourceFolder.h"
+#include "tests/support/Files.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
 #include <clocale>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "tests/platform/foundation/ScopedState.h"
+#include "tests/support/Files.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
@@ -11,6 +12,8 @@
 #include <sys/resource.h>
 
 namespace trelundo {
+
+using namespace test;
 
 inline std::string nameOf(SKPaymentTransactionState state) {
     static constexpr char const* names[] = {"purchasing", "purchased", "failed", "restored", "deferred"};

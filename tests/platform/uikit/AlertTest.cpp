@@ -3,7 +3,7 @@
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 
-#include "DeviceFixture.h"
+#include "tests/platform/uikit/DeviceFixture.h"
 
 #include <gmock/gmock.h>
 

@@ -62,7 +62,7 @@ protected:
 
 // Look-up.
 
-TEST_F(ButtonTest, onlyTheExactStateCountsBeforeNormal) {
+TEST_F(ButtonTest, OnlyTheExactStateCountsBeforeNormal) {
     button->setTitle("normal", State::normal);
     button->setTitle("selected", State::selected);
     button->setTitle("highlighted", State::highlighted);
@@ -85,7 +85,7 @@ TEST_F(ButtonTest, onlyTheExactStateCountsBeforeNormal) {
                                                  UIAccessibilityTraits::notEnabled);
 }
 
-TEST_F(ButtonTest, attributedBeatsPlain) {
+TEST_F(ButtonTest, AttributedBeatsPlain) {
     button->setTitle("plain", State::normal);
     button->setAttributedTitle(attributed("selected"), State::selected);
     EXPECT_EQ(button->titleLabel()->text(), "plain");
@@ -100,7 +100,7 @@ TEST_F(ButtonTest, attributedBeatsPlain) {
     EXPECT_EQ(button->titleLabel()->text(), "hidden");
 }
 
-TEST_F(ButtonTest, coloursFollowTheKind) {
+TEST_F(ButtonTest, ColoursFollowTheKind) {
     EXPECT_EQ(button->titleColor(State::normal), UIColor::white());
     auto const system = make<UIButton>(UIButtonType::system);
     EXPECT_EQ(system->titleColor(State::normal), UIColor::systemBlue());
@@ -116,7 +116,7 @@ TEST_F(ButtonTest, coloursFollowTheKind) {
     EXPECT_EQ(button->titleColor(State::disabled), UIColor::black());
 }
 
-TEST_F(ButtonTest, attributedRunsTakeTheLabelsFontAndKeepTheirOwn) {
+TEST_F(ButtonTest, AttributedRunsTakeTheLabelsFontAndKeepTheirOwn) {
     NSAttributedString title{"own", TextAttributes{}.with(Key::font, UIFont::system(11))};
     title.append(" label's");
     button->setAttributedTitle(title, State::normal);
@@ -131,7 +131,7 @@ TEST_F(ButtonTest, attributedRunsTakeTheLabelsFontAndKeepTheirOwn) {
 
 // Parts.
 
-TEST_F(ButtonTest, partsAreMadeWhenNeededPictureBelowTitle) {
+TEST_F(ButtonTest, PartsAreMadeWhenNeededPictureBelowTitle) {
     EXPECT_TRUE(button->subviews().empty());
     auto const own = make<UIView>();
     button->addSubview(own);
@@ -151,7 +151,7 @@ TEST_F(ButtonTest, partsAreMadeWhenNeededPictureBelowTitle) {
 
 // Sizes.
 
-TEST_F(ButtonTest, contentAndItsInsetsMakeTheSize) {
+TEST_F(ButtonTest, ContentAndItsInsetsMakeTheSize) {
     auto const sized = [](char const* title, Ref<UIImage> image, UIEdgeInsets insets,
                           UIButtonType type = {}) {
         auto const made = make<UIButton>(type);
@@ -175,7 +175,7 @@ TEST_F(ButtonTest, contentAndItsInsetsMakeTheSize) {
     EXPECT_EQ(sized("", picture(), {}), (CGSize{20, 10}));
 }
 
-TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedAndWhereItMust) {
+TEST_F(ButtonTest, ATwoLineTitleBreaksAtItsLineFeedAndWhereItMust) {
     button->titleLabel()->setNumberOfLines(2);
     NSParagraphStyle style;
     style.lineSpacing = 4;
@@ -196,7 +196,7 @@ TEST_F(ButtonTest, aTwoLineTitleBreaksAtItsLineFeedAndWhereItMust) {
     EXPECT_DOUBLE_EQ(titleFrame().size.height, 36) << "a line that is too long wraps";
 }
 
-TEST_F(ButtonTest, aTitleLabelsSettingsChangeTheButtonsSize) {
+TEST_F(ButtonTest, ATitleLabelsSettingsChangeTheButtonsSize) {
     button->setTitle("Continue", State::normal);
     button->setTranslatesAutoresizingMaskIntoConstraints(false);
     auto& window = shell.window();
@@ -211,7 +211,7 @@ TEST_F(ButtonTest, aTitleLabelsSettingsChangeTheButtonsSize) {
 
 // Layout.
 
-TEST_F(ButtonTest, partsFollowAlignmentInsetsAndDirection) {
+TEST_F(ButtonTest, PartsFollowAlignmentInsetsAndDirection) {
     auto const expectAt = [this](char const* what, double imageX, double titleX) {
         EXPECT_EQ(imageFrame().origin.x, roundToPixel(imageX, 2)) << what;
         EXPECT_EQ(titleFrame().origin.x, roundToPixel(titleX, 2)) << what;
@@ -238,7 +238,7 @@ TEST_F(ButtonTest, partsFollowAlignmentInsetsAndDirection) {
     expectAt("mirrored and centred", 3 + w + (200 - 8 - 20 - w) / 2, 7 + (200 - 16 - 20 - w) / 2);
 }
 
-TEST_F(ButtonTest, verticalAlignmentsPlaceBothParts) {
+TEST_F(ButtonTest, VerticalAlignmentsPlaceBothParts) {
     showPictureAndTitle({4, 0, 6, 0}, {1, 0, 2, 0});
     EXPECT_EQ(imageFrame(), (CGRect{imageFrame().origin.x, 23.5, 20, 10})) << "centred at first";
     EXPECT_EQ(titleFrame().origin.y, roundToPixel(4 + (50 - 21.5) / 2, 2));
@@ -253,7 +253,7 @@ TEST_F(ButtonTest, verticalAlignmentsPlaceBothParts) {
     EXPECT_EQ(imageFrame().size.height, 60 - 10 - 3);
 }
 
-TEST_F(ButtonTest, theTitleGivesWayToThePicture) {
+TEST_F(ButtonTest, TheTitleGivesWayToThePicture) {
     showPictureAndTitle();
     button->setFrame({0, 0, 50, 60});
     EXPECT_EQ(imageFrame().size, (CGSize{20, 10}));
@@ -266,7 +266,7 @@ TEST_F(ButtonTest, theTitleGivesWayToThePicture) {
 
 // Looks.
 
-TEST_F(ButtonTest, aPressFadesSystemButtonsAndDarkensCustomPictures) {
+TEST_F(ButtonTest, APressFadesSystemButtonsAndDarkensCustomPictures) {
     auto const system = make<UIButton>(UIButtonType::system);
     system->setTitle("Restore", State::normal);
     system->setImage(picture(), State::normal);
@@ -288,7 +288,7 @@ TEST_F(ButtonTest, aPressFadesSystemButtonsAndDarkensCustomPictures) {
     EXPECT_EQ(green(), 255);
 }
 
-TEST_F(ButtonTest, systemButtonsTintAutomaticPicturesOnly) {
+TEST_F(ButtonTest, SystemButtonsTintAutomaticPicturesOnly) {
     auto const system = show(make<UIButton>(UIButtonType::system), {0, 0, 20, 10});
     system->setTintColor(UIColor::red());
     system->setImage(picture(), State::normal);
@@ -305,7 +305,7 @@ TEST_F(ButtonTest, systemButtonsTintAutomaticPicturesOnly) {
 
 // Reports.
 
-TEST_F(ButtonTest, aVisibleTitleChangeIsReportedOnceAsTheButtons) {
+TEST_F(ButtonTest, AVisibleTitleChangeIsReportedOnceAsTheButtons) {
     recordTexts();
     button->setTitle("before", State::normal);
     button->setAttributedTitle(attributed("chosen"), State::selected);
@@ -324,7 +324,7 @@ TEST_F(ButtonTest, aVisibleTitleChangeIsReportedOnceAsTheButtons) {
     EXPECT_EQ(texts.size(), 3u);
 }
 
-TEST_F(ButtonTest, aReleaseInsideAlsoTriggersThePrimaryAction) {
+TEST_F(ButtonTest, AReleaseInsideAlsoTriggersThePrimaryAction) {
     struct Target : NSObject {
         void act() { ++count; }
         int count = 0;

@@ -19,7 +19,7 @@ Ref<UICollectionViewFlowLayout> flow(UICollectionViewScrollDirection direction, 
     return layout;
 }
 
-TEST(FlowLayout, PlacesItemsAndMeasuresTheirContent) {
+TEST(FlowLayoutTest, PlacesItemsAndMeasuresTheirContent) {
     using Direction = UICollectionViewScrollDirection;
     auto const strip = flow(Direction::horizontal, {116, 110});
     strip->setSectionInset({4, 15, 8, 25});
@@ -56,7 +56,7 @@ TEST(FlowLayout, PlacesItemsAndMeasuresTheirContent) {
     }
 }
 
-TEST(FlowLayout, ItemsInRectAgreeWithTheFrames) {
+TEST(FlowLayoutTest, ItemsInRectAgreeWithTheFrames) {
     using Direction = UICollectionViewScrollDirection;
     for (auto direction : {Direction::horizontal, Direction::vertical}) {
         auto const layout = flow(direction, {37, 41});
@@ -78,7 +78,7 @@ TEST(FlowLayout, ItemsInRectAgreeWithTheFrames) {
     }
 }
 
-TEST(FlowLayout, DegenerateSizesStayHarmless) {
+TEST(FlowLayoutTest, DegenerateSizesStayHarmless) {
     auto const layout = flow(UICollectionViewScrollDirection::horizontal, {0, 0});
     layout->setMinimumLineSpacing(0);
     layout->setMinimumInteritemSpacing(0);

@@ -17,7 +17,7 @@ auto const dark = traits(UIUserInterfaceStyle::dark);
 
 } // namespace
 
-TEST(ColorTest, dynamicColoursFollowTheAppearance) {
+TEST(ColorTest, DynamicColoursFollowTheAppearance) {
     EXPECT_EQ(UIColor::label().cgColor(light), (CGColor{0, 0, 0, 1}));
     EXPECT_EQ(UIColor::label().cgColor(dark), (CGColor{1, 1, 1, 1}));
     EXPECT_EQ(UIColor::systemBlue().cgColor(light), (CGColor{0, 122 / 255.0, 1, 1}));
@@ -29,7 +29,7 @@ TEST(ColorTest, dynamicColoursFollowTheAppearance) {
     EXPECT_FALSE(answersDynamic.resolved(dark).isDynamic());
 }
 
-TEST(ColorTest, anotherAlphaKeepsADynamicColourDynamic) {
+TEST(ColorTest, AnotherAlphaKeepsADynamicColourDynamic) {
     auto const faint = UIColor::label().withAlphaComponent(0.3);
     EXPECT_EQ(faint.cgColor(light), (CGColor{0, 0, 0, 0.3}));
     EXPECT_EQ(faint.cgColor(dark), (CGColor{1, 1, 1, 0.3}));
@@ -37,14 +37,14 @@ TEST(ColorTest, anotherAlphaKeepsADynamicColourDynamic) {
     EXPECT_EQ(UIColor::white().withAlphaComponent(0.5), UIColor(1, 1, 1, 0.5));
 }
 
-TEST(ColorTest, dynamicColoursCompareByRule) {
+TEST(ColorTest, DynamicColoursCompareByRule) {
     EXPECT_EQ(UIColor::label(), UIColor::label());
     EXPECT_FALSE(UIColor::label() == UIColor::black());
     EXPECT_FALSE(UIColor::label() == UIColor::label().withAlphaComponent(1));
     EXPECT_EQ(UIColor(0, 0, 0), UIColor::black());
 }
 
-TEST(ColorTest, hexadecimalTextIsReadStrictly) {
+TEST(ColorTest, HexadecimalTextIsReadStrictly) {
     EXPECT_EQ(UIColor::fromHex("#1e90ff80"), UIColor(30 / 255.0, 144 / 255.0, 1, 128 / 255.0));
     EXPECT_EQ(UIColor::fromHex("#FF716A"), UIColor(1, 113 / 255.0, 106 / 255.0, 1));
     for (auto const* text :

@@ -60,7 +60,7 @@ protected:
     Ref<Recorder> recorder = make<Recorder>();
 };
 
-TEST_F(ControlTest, aFingerIsInsideUpToSeventyPointsAway) {
+TEST_F(ControlTest, AFingerIsInsideUpToSeventyPointsAway) {
     auto& window = shell.window();
     window.touchBegan(1, {150, 120});
     window.touchMoved(1, {150, 215}); // 65 below
@@ -73,7 +73,7 @@ TEST_F(ControlTest, aFingerIsInsideUpToSeventyPointsAway) {
                                   "dragInside*", "exit", "dragOutside", "upOutside"}));
 }
 
-TEST_F(ControlTest, aCancelledTouchSendsOnlyCancelAndADisabledControlNothing) {
+TEST_F(ControlTest, ACancelledTouchSendsOnlyCancelAndADisabledControlNothing) {
     shell.window().touchBegan(1, {150, 120});
     shell.window().touchCancelled(1);
     EXPECT_EQ(recorder->log, (Log{"down*", "cancel"}));
@@ -85,7 +85,7 @@ TEST_F(ControlTest, aCancelledTouchSendsOnlyCancelAndADisabledControlNothing) {
     EXPECT_EQ(recorder->log, (Log{"down*", "cancel", "down*"}));
 }
 
-TEST_F(ControlTest, touchesOfAnInnerViewReachTheControlAndASecondFingerIsIgnored) {
+TEST_F(ControlTest, TouchesOfAnInnerViewReachTheControlAndASecondFingerIsIgnored) {
     control->addSubview(make<UIView>(CGRect{0, 0, 50, 50}));
     auto& window = shell.window();
     window.touchBegan(1, {110, 120});
@@ -97,7 +97,7 @@ TEST_F(ControlTest, touchesOfAnInnerViewReachTheControlAndASecondFingerIsIgnored
     EXPECT_FALSE(control->isTracking());
 }
 
-TEST_F(ControlTest, aDisabledControlSwallowsTouches) {
+TEST_F(ControlTest, ADisabledControlSwallowsTouches) {
     control->addSubview(make<UIView>(CGRect{0, 0, 100, 50}));
     control->setEnabled(false);
     EXPECT_EQ(shell.window().hitTest({150, 120}), control);
@@ -107,7 +107,7 @@ TEST_F(ControlTest, aDisabledControlSwallowsTouches) {
     EXPECT_EQ(recorder->log, (Log{"up"}));
 }
 
-TEST_F(ControlTest, targetsFireOnceInTheOrderOfRegistrationAndDieQuietly) {
+TEST_F(ControlTest, TargetsFireOnceInTheOrderOfRegistrationAndDieQuietly) {
     auto second = make<Recorder>();
     Log order;
     recorder->whenCalled = [&] { order.emplace_back("first"); };
@@ -126,7 +126,7 @@ TEST_F(ControlTest, targetsFireOnceInTheOrderOfRegistrationAndDieQuietly) {
     EXPECT_EQ(order, (Log{"first", "first", "second", "first"}));
 }
 
-TEST_F(ControlTest, actionsMayRemoveTargetsAndDestroyTheControl) {
+TEST_F(ControlTest, ActionsMayRemoveTargetsAndDestroyTheControl) {
     auto const second = make<Recorder>();
     auto button = make<UIControl>();
     Weak<UIControl> const watched{button};

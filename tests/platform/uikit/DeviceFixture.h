@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/foundation/Log.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/window/OffscreenShell.h"
@@ -18,12 +18,8 @@ inline std::vector<std::string> journal;
 /// A small phone at 2 pixels a point with an empty visible window; warnings are kept instead of printed.
 class DeviceFixture : public ::testing::Test {
 protected:
-    DeviceFixture() {
-        journal.clear();
-        setWarningSink([this](std::string_view text) { warnings.emplace_back(text); });
-    }
+    DeviceFixture() { journal.clear(); }
     ~DeviceFixture() override {
-        setWarningSink(nullptr);
         setTextChangeListener(nullptr);
         UIScreen::main().setUserInterfaceStyle(UIUserInterfaceStyle::light);
     }
@@ -53,7 +49,8 @@ protected:
     /// Whether anything is drawn there, going by the empty corner of the window.
     bool isInked(CGPoint point) { return pixelAt(point) != pixelAt({319, 567}); }
 
-    std::vector<std::string> warnings;
+    test::RecordedWarnings recorded;
+    std::vector<std::string>& warnings = recorded.lines;
     std::vector<std::string> texts;
     OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
 };

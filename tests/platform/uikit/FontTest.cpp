@@ -6,26 +6,26 @@
 
 namespace trelundo {
 
-TEST(FontTest, metricsAreThoseOfTheSystemFont) {
+TEST(FontTest, MetricsAreThoseOfTheSystemFont) {
     EXPECT_NEAR(UIFont::system(15).lineHeight(), 17.900391, 1e-6);
     EXPECT_NEAR(UIFont::boldSystem(20).ascender(), 19.043, 1e-3);
     EXPECT_NEAR(UIFont::italicSystem(20).descender(), -4.824, 1e-3);
     EXPECT_NEAR(UIFont::system(93).capHeight(), 65.53, 0.01);
 }
 
-TEST(FontTest, anyWeightPicksTheNearestNamedOne) {
+TEST(FontTest, AnyWeightPicksTheNearestNamedOne) {
     EXPECT_EQ(UIFont::Weight{0.25}.hundreds(), 500);
     EXPECT_EQ(UIFont::Weight{-7}.hundreds(), 100);
     EXPECT_EQ(UIFont::Weight{7}.hundreds(), 900);
 }
 
-TEST(FontTest, impossibleSizesGiveATinyFont) {
+TEST(FontTest, ImpossibleSizesGiveATinyFont) {
     EXPECT_EQ(UIFont::system(0).pointSize(), 1);
     EXPECT_EQ(UIFont::system(-3).pointSize(), 1);
     EXPECT_EQ(UIFont::system(std::numeric_limits<double>::quiet_NaN()).pointSize(), 1);
 }
 
-TEST(FontTest, aHeavyFaceMadeBoldAndItalicStaysHeavy) {
+TEST(FontTest, AHeavyFaceMadeBoldAndItalicStaysHeavy) {
     using Traits = UIFontDescriptorSymbolicTraits;
     auto const heavy = UIFont::system(35, UIFont::Weight::heavy).fontDescriptor();
     auto const descriptor = heavy.withSymbolicTraits(Traits::bold | Traits::italic);
@@ -37,7 +37,7 @@ TEST(FontTest, aHeavyFaceMadeBoldAndItalicStaysHeavy) {
     EXPECT_TRUE(contains(descriptor->symbolicTraits(), Traits::italic));
 }
 
-TEST(FontTest, traitsAreReplacedNotAdded) {
+TEST(FontTest, TraitsAreReplacedNotAdded) {
     using Traits = UIFontDescriptorSymbolicTraits;
     auto const heavy = UIFont::system(12, UIFont::Weight::heavy).fontDescriptor();
     EXPECT_EQ(heavy.withSymbolicTraits(Traits::italic)->weight(), UIFont::Weight::regular);

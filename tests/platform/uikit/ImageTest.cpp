@@ -33,7 +33,7 @@ protected:
     Bundle bundle{"org.example.pictures"};
 };
 
-TEST_F(ImageTest, theScreensScaleIsPreferred) {
+TEST_F(ImageTest, TheScreensScaleIsPreferred) {
     EXPECT_EQ(load("fine")->scale(), 2);
     EXPECT_EQ(load("fine.svg")->scale(), 2);
     EXPECT_EQ(load("fine@3x")->scale(), 3);
@@ -43,7 +43,7 @@ TEST_F(ImageTest, theScreensScaleIsPreferred) {
     EXPECT_EQ(load("fine")->name(), "fine");
 }
 
-TEST_F(ImageTest, aPictureIsDecodedOnceForEachBundle) {
+TEST_F(ImageTest, APictureIsDecodedOnceForEachBundle) {
     EXPECT_EQ(load("square"), load("square"));
     EXPECT_FALSE(load("square") == load("left"));
     std::array const other{EmbeddedFile{"square.svg", leftHalf}};
@@ -52,7 +52,7 @@ TEST_F(ImageTest, aPictureIsDecodedOnceForEachBundle) {
     EXPECT_FALSE(UIImage::named("square", twin) == load("square"));
 }
 
-TEST_F(ImageTest, anImageSetNamesTheFileForADeviceAndHowItIsDrawn) {
+TEST_F(ImageTest, AnImageSetNamesTheFileForADeviceAndHowItIsDrawn) {
     std::array const set{
         EmbeddedFile{"set.svg", square}, EmbeddedFile{"set.imageset/any.svg", square},
         EmbeddedFile{"set.imageset/half.svg", leftHalf},
@@ -76,7 +76,7 @@ TEST_F(ImageTest, anImageSetNamesTheFileForADeviceAndHowItIsDrawn) {
     EXPECT_TRUE(warnings.empty());
 }
 
-TEST_F(ImageTest, aBrokenImageSetIsLoggedAndPassedOver) {
+TEST_F(ImageTest, ABrokenImageSetIsLoggedAndPassedOver) {
     auto const contents = [](std::string_view text) {
         return std::array{EmbeddedFile{"square.imageset/Contents.json", text}};
     };
@@ -94,7 +94,7 @@ TEST_F(ImageTest, aBrokenImageSetIsLoggedAndPassedOver) {
     }
 }
 
-TEST_F(ImageTest, whatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
+TEST_F(ImageTest, WhatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
     EXPECT_FALSE(load("missing"));
     EXPECT_TRUE(warnings.empty());
     for (auto const& name : {"broken"s, "../square"s, "/square"s, "sq\0uare"s, ""s}) {
@@ -106,7 +106,7 @@ TEST_F(ImageTest, whatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
     }
 }
 
-TEST_F(ImageTest, contentModesPlaceThePicture) {
+TEST_F(ImageTest, ContentModesPlaceThePicture) {
     using Mode = UIViewContentMode;
     CGRect const bounds{0, 0, 100, 100};
     struct Place {
@@ -125,7 +125,7 @@ TEST_F(ImageTest, contentModesPlaceThePicture) {
     EXPECT_TRUE(UIImageView::contentRect(Mode::scaleAspectFit, {}, bounds).isEmpty());
 }
 
-TEST_F(ImageTest, theViewMeasuresItsPicture) {
+TEST_F(ImageTest, TheViewMeasuresItsPicture) {
     auto const view = make<UIImageView>(load("square"));
     EXPECT_EQ(view->frame(), CGRect(0, 0, 20, 10));
     EXPECT_FALSE(view->isUserInteractionEnabled());
@@ -134,7 +134,7 @@ TEST_F(ImageTest, theViewMeasuresItsPicture) {
     EXPECT_EQ(view->intrinsicContentSize(), (CGSize{UIView::noIntrinsicMetric, UIView::noIntrinsicMetric}));
 }
 
-TEST_F(ImageTest, templatesTakeTheTintAndOriginalsDoNot) {
+TEST_F(ImageTest, TemplatesTakeTheTintAndOriginalsDoNot) {
     auto const view = show(make<UIImageView>(load("square")), {50, 50, 20, 10});
     EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);
     shell.window().setTintColor(UIColor::red());
@@ -146,7 +146,7 @@ TEST_F(ImageTest, templatesTakeTheTintAndOriginalsDoNot) {
     EXPECT_EQ(load("square")->renderingMode(), UIImageRenderingMode::automatic) << "only the copy changed";
 }
 
-TEST_F(ImageTest, aFlippedPictureIsMirroredInRightToLeftViews) {
+TEST_F(ImageTest, AFlippedPictureIsMirroredInRightToLeftViews) {
     auto const image = load("left")->imageFlippedForRightToLeftLayoutDirection()->withRenderingMode(
         UIImageRenderingMode::alwaysOriginal);
     auto const view = show(make<UIImageView>(image), {50, 50, 20, 10});

@@ -6,7 +6,7 @@ namespace trelundo {
 
 using IndicatorTest = DeviceFixture;
 
-TEST_F(IndicatorTest, hiddenFollowsStartAndStopAndTheSizeFollowsTheStyle) {
+TEST_F(IndicatorTest, HiddenFollowsStartAndStopAndTheSizeFollowsTheStyle) {
     auto const large = make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::whiteLarge);
     EXPECT_EQ(large->intrinsicContentSize(), (CGSize{37, 37}));
     EXPECT_EQ(large->color(), UIColor::white());
@@ -27,7 +27,7 @@ TEST_F(IndicatorTest, hiddenFollowsStartAndStopAndTheSizeFollowsTheStyle) {
     EXPECT_FALSE(indicator->isHidden());
 }
 
-TEST_F(IndicatorTest, framesRunOnlyWhileItTurnsInAWindow) {
+TEST_F(IndicatorTest, FramesRunOnlyWhileItTurnsInAWindow) {
     auto indicator = make<UIActivityIndicatorView>();
     indicator->startAnimating();
     EXPECT_FALSE(CADisplayLink::hasAny());
@@ -46,7 +46,7 @@ TEST_F(IndicatorTest, framesRunOnlyWhileItTurnsInAWindow) {
     EXPECT_FALSE(CADisplayLink::hasAny());
 }
 
-TEST_F(IndicatorTest, oneTurnASecondInEightSteps) {
+TEST_F(IndicatorTest, OneTurnASecondInEightSteps) {
     auto const indicator = show(make<UIActivityIndicatorView>(), {10, 10, 20, 20});
     shell.window().setBackgroundColor(UIColor::white());
     indicator->setColor(UIColor::black());

@@ -28,7 +28,7 @@ std::string const sentence = "You can cancel your subscription at any time";
 
 using LabelTest = DeviceFixture;
 
-TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
+TEST_F(LabelTest, OneLineIsAsHighAsItsFontRoundedUpToThePixel) {
     struct Row {
         double size, height;
     };
@@ -41,7 +41,7 @@ TEST_F(LabelTest, oneLineIsAsHighAsItsFontRoundedUpToThePixel) {
     }
 }
 
-TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
+TEST_F(LabelTest, LineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
     struct Row {
         char const* text;
         int numberOfLines;
@@ -66,7 +66,7 @@ TEST_F(LabelTest, lineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
     EXPECT_FALSE(text->drawsContents());
 }
 
-TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacksAndAllThatIsSetLater) {
+TEST_F(LabelTest, AttributedTextTakesFromTheLabelWhatItLacksAndAllThatIsSetLater) {
     auto const text = make<UILabel>();
     text->setFont(UIFont::boldSystem(20));
     text->setTextColor(UIColor::red());
@@ -99,7 +99,7 @@ TEST_F(LabelTest, attributedTextTakesFromTheLabelWhatItLacksAndAllThatIsSetLater
     EXPECT_EQ(text->resolvedRuns()[0].paragraph.lineSpacing, 0);
 }
 
-TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrowAndAPreferredOneFixesIt) {
+TEST_F(LabelTest, TheSolvedWidthWrapsButDoesNotNarrowAndAPreferredOneFixesIt) {
     auto const text = label(sentence, 15);
     text->setNumberOfLines(0);
     auto const natural = text->intrinsicContentSize();
@@ -117,7 +117,7 @@ TEST_F(LabelTest, theSolvedWidthWrapsButDoesNotNarrowAndAPreferredOneFixesIt) {
     EXPECT_FALSE(text->layoutWidthDidChange(50));
 }
 
-TEST_F(LabelTest, sizeThatFitsWrapsOnlySeveralLines) {
+TEST_F(LabelTest, SizeThatFitsWrapsOnlySeveralLines) {
     auto const text = label(sentence, 15);
     auto const natural = text->intrinsicContentSize();
     EXPECT_EQ(text->sizeThatFits({50, 50}), natural);
@@ -127,7 +127,7 @@ TEST_F(LabelTest, sizeThatFitsWrapsOnlySeveralLines) {
     EXPECT_DOUBLE_EQ(text->sizeThatFits({natural.width / 4, 0}).height, 36);
 }
 
-TEST_F(LabelTest, shrinksByTheLargestFactorThatFits) {
+TEST_F(LabelTest, ShrinksByTheLargestFactorThatFits) {
     auto const text = label(sentence, 20);
     auto const natural = text->intrinsicContentSize().width;
     text->setAdjustsFontSizeToFitWidth(true);
@@ -150,7 +150,7 @@ TEST_F(LabelTest, shrinksByTheLargestFactorThatFits) {
     EXPECT_EQ(text->fit().lineCount, 1);
 }
 
-TEST_F(LabelTest, aLowRectangleDoesNotShrinkASingleLine) {
+TEST_F(LabelTest, ALowRectangleDoesNotShrinkASingleLine) {
     auto const text = label("50%", 93);
     text->setAdjustsFontSizeToFitWidth(true);
     text->setMinimumScaleFactor(0.5);
@@ -159,7 +159,7 @@ TEST_F(LabelTest, aLowRectangleDoesNotShrinkASingleLine) {
     EXPECT_FALSE(text->fit().truncated);
 }
 
-TEST_F(LabelTest, severalLinesShrinkUntilAllLinesFit) {
+TEST_F(LabelTest, SeveralLinesShrinkUntilAllLinesFit) {
     auto const text = label(sentence, 20);
     text->setNumberOfLines(2);
     text->setAdjustsFontSizeToFitWidth(true);
@@ -173,7 +173,7 @@ TEST_F(LabelTest, severalLinesShrinkUntilAllLinesFit) {
     EXPECT_EQ(fit.lineCount, 2);
 }
 
-TEST_F(LabelTest, whatDoesNotFitIsCutButAFrameRoundedToPixelsFits) {
+TEST_F(LabelTest, WhatDoesNotFitIsCutButAFrameRoundedToPixelsFits) {
     auto const text = label(sentence, 15);
     auto const natural = text->intrinsicContentSize();
     text->setFrame({0, 0, natural.width - 0.5, natural.height - 0.5});
@@ -189,7 +189,7 @@ TEST_F(LabelTest, whatDoesNotFitIsCutButAFrameRoundedToPixelsFits) {
     }
 }
 
-TEST_F(LabelTest, baselinesFollowTheMetrics) {
+TEST_F(LabelTest, BaselinesFollowTheMetrics) {
     auto const text = label("Offer\nPrice", 20);
     text->setNumberOfLines(2);
     double const height = text->intrinsicContentSize().height;
@@ -200,7 +200,7 @@ TEST_F(LabelTest, baselinesFollowTheMetrics) {
     EXPECT_FALSE(make<UILabel>()->firstBaselineOffsetFromTop());
 }
 
-TEST_F(LabelTest, textIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) {
+TEST_F(LabelTest, TextIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) {
     auto const text = label("\xE2\x96\x88\xE2\x96\x88", 20); // two full blocks
     show(text, {0, 0, 200, 200});
     shell.window().setBackgroundColor(UIColor::red());
@@ -219,7 +219,7 @@ TEST_F(LabelTest, textIsDrawnVerticallyCentredAlignedAndInTheAppearancesColour) 
     EXPECT_EQ(pixelAt({100, 100}), 0xFFFFFFFF) << "the colour of labels is dynamic";
 }
 
-TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {
+TEST_F(LabelTest, TextWithoutDirectionIsAlignedByTheView) {
     auto const text = label("12345", 20);
     text->setTextColor(UIColor::red());
     text->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
@@ -236,7 +236,7 @@ TEST_F(LabelTest, textWithoutDirectionIsAlignedByTheView) {
     EXPECT_FALSE(inkIn(200, 300));
 }
 
-TEST_F(LabelTest, textChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {
+TEST_F(LabelTest, TextChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {
     recordTexts();
     auto const text = label("before");
     text->setText("ready");
@@ -254,7 +254,7 @@ TEST_F(LabelTest, textChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {
     EXPECT_EQ(texts.size(), 2u);
 }
 
-TEST_F(LabelTest, boundingRectMeasuresLines) {
+TEST_F(LabelTest, BoundingRectMeasuresLines) {
     auto const one =
         boundingRect(NSAttributedString{"Total"}, {greatestFiniteMagnitude, greatestFiniteMagnitude});
     EXPECT_EQ(one.origin, CGPoint{});

@@ -339,7 +339,7 @@ TEST_F(ScrollTest, InsetsWidenTheRange) {
     EXPECT_FALSE(std::signbit(scroll->contentOffset().x)) << "descriptions would show -0";
 }
 
-TEST(ScrollInsets, SafeAreaCountsAlongTheAxesThatScroll) {
+TEST(ScrollInsetsTest, SafeAreaCountsAlongTheAxesThatScroll) {
     OffscreenShell shell{{.device = DeviceProfile::find("phone-390x844"), .landscape = true}};
     auto const scroll = make<UIScrollView>(CGRect{0, 0, 844, 390});
     shell.window().addSubview(scroll);

@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/controls/UIControl.h"
 
-#include "DeviceFixture.h"
+#include "tests/platform/uikit/DeviceFixture.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 
-#include "DeviceFixture.h"
+#include "tests/platform/uikit/DeviceFixture.h"
 
 #include <gmock/gmock.h>
 

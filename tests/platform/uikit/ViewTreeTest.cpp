@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/views/UIView.h"
 
-#include "DeviceFixture.h"
+#include "tests/platform/uikit/DeviceFixture.h"
 
 #include <gmock/gmock.h>
 

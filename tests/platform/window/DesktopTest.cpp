@@ -11,7 +11,7 @@
 
 namespace trelundo {
 
-TEST(ResizedProfile, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFromTheNewOne) {
+TEST(ResizedProfileTest, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFromTheNewOne) {
     auto const& phone = *DeviceProfile::find("phone-430x932");
     EXPECT_EQ(resizedProfile(phone, {430, 932}).landscapeHorizontal, phone.landscapeHorizontal);
     EXPECT_EQ(resizedProfile(phone, {932, 430}).points, phone.points);
@@ -27,7 +27,7 @@ TEST(ResizedProfile, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFromThe
     EXPECT_EQ(wide.nativePixels, (CGSize{800, 1800}));
 }
 
-TEST(DisplayProbe, ADisplayThatNobodyServesIsNone) {
+TEST(DisplayProbeTest, ADisplayThatNobodyServesIsNone) {
     std::map<char const*, std::string> before;
     for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
         if (auto const* value = std::getenv(name)) before[name] = value;
@@ -44,7 +44,7 @@ TEST(DisplayProbe, ADisplayThatNobodyServesIsNone) {
     for (auto const& [name, value] : before) ::setenv(name, value.c_str(), 1);
 }
 
-TEST(WheelScrolling, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {
+TEST(WheelScrollingTest, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {
     OffscreenShell shell({.device = DeviceProfile::find("phone-375x667")});
     auto const page = make<UIScrollView>(CGRect{0, 0, 375, 667});
     page->setContentSize({375, 1000});

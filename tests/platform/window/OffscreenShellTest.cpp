@@ -97,7 +97,7 @@ TEST_F(OffscreenShellTest, AFailedSnapshotNamesTheFile) {
     EXPECT_THAT(reason, testing::HasSubstr("/no/such/folder/a.png"));
 }
 
-TEST(OffscreenShells, OneAfterAnotherStartAtZero) {
+TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {
     auto const* device = DeviceProfile::find("phone-320x568");
     int calls = 0;
     {

@@ -20,7 +20,7 @@ void expectFailure(std::vector<std::string> const& arguments, int status,
     for (auto const& part : parts) EXPECT_THAT(result.output, HasSubstr(part));
 }
 
-TEST(BadUsage, EndsWithStatus2AndNamesTheCulprit) {
+TEST(BadUsageTest, EndsWithStatus2AndNamesTheCulprit) {
     expectFailure({"describe", "NoSuchScreen"}, 2, {"NoSuchScreen"});
     expectFailure({"describe", screen, "--device", "toaster"}, 2, {"toaster"});
     expectFailure({"describe", screen, "--language", "qq"}, 2, {"qq"});
@@ -37,7 +37,7 @@ TEST(BadUsage, EndsWithStatus2AndNamesTheCulprit) {
     EXPECT_EQ(runPaywall({}).status, 2);
 }
 
-class BadFile : public testing::Test {
+class BadFileTest : public testing::Test {
 protected:
     std::string write(std::string const& name, std::string const& text) {
         return writeText(folder / name, text);
@@ -55,7 +55,7 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(BadFile, CataloguesAreRefusedWithTheirPlace) {
+TEST_F(BadFileTest, CataloguesAreRefusedWithTheirPlace) {
     expectFailure({"products", "--catalogue", "/nowhere/x.storekit"}, 1, {"/nowhere/x.storekit"});
     expectBadCatalogue("<<<<<<< HEAD\n", {":1:"});
     expectBadCatalogue("{\"products\": [\n", {});
@@ -65,7 +65,7 @@ TEST_F(BadFile, CataloguesAreRefusedWithTheirPlace) {
     expectFailure({"products", "--catalogue", folder / "."}, 1, {});
 }
 
-TEST_F(BadFile, ScriptsAreRefusedWithTheirLine) {
+TEST_F(BadFileTest, ScriptsAreRefusedWithTheirLine) {
     expectBadScript("advance 1\n\njump\n", {"broken.paywall:3", "jump"});
     expectBadScript("tap\n", {"broken.paywall:1", "tap NAME"});
     expectBadScript("tap \"no end\n", {"broken.paywall:1"});
@@ -88,7 +88,7 @@ TEST_F(BadFile, ScriptsAreRefusedWithTheirLine) {
     expectFailure({"run", screen, "--script", "/"}, 1, {"/: cannot be read"});
 }
 
-TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
+TEST_F(BadFileTest, ScriptsFromOtherEditorsAreRead) {
     auto const path = write("script.paywall", "\xEF\xBB\xBFtap continueButton\r\nadvance 1\r\n"
                                               "expect payment t=0 product=app.premium.yearly\r\n"
                                               "expect products identifiers=[\"app.premium.yearly\","
@@ -97,13 +97,13 @@ TEST_F(BadFile, ScriptsFromOtherEditorsAreRead) {
     EXPECT_EQ(result.status, 0) << result.output;
 }
 
-TEST_F(BadFile, BytesThatAreNoTextAreShownAsSuch) {
+TEST_F(BadFileTest, BytesThatAreNoTextAreShownAsSuch) {
     auto const result = runPaywall({"describe", "BillingViewController", "--set", "updateDetailsText=\xFF!"});
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.output, HasSubstr("\"text\": \"\uFFFD!\""));
 }
 
-TEST_F(BadFile, LostOutputFails) {
+TEST_F(BadFileTest, LostOutputFails) {
     auto const script = write("script.paywall", "advance 1\n");
     expectFailure({"run", screen, "--script", script, "--log", "/dev/full"}, 1,
                   {"/dev/full: the log cannot be written"});
@@ -112,7 +112,7 @@ TEST_F(BadFile, LostOutputFails) {
     EXPECT_THAT(result.output, HasSubstr("standard output cannot be written"));
 }
 
-TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
+TEST_F(BadFileTest, StoreFilesAreRefusedOrSetAside) {
     expectFailure({"store", "list", "--store", folder / "missing.sqlite"}, 1, {"missing.sqlite"});
     auto const script =
         write("buy.paywall", "tap continueButton\nadvance 2\nexpect transaction state=purchased\n");
@@ -124,7 +124,7 @@ TEST_F(BadFile, StoreFilesAreRefusedOrSetAside) {
     EXPECT_THAT(listed.output, AllOf(HasSubstr("purchased"), HasSubstr("finished")));
 }
 
-TEST_F(BadFile, PicturesAreMissedNotFatal) {
+TEST_F(BadFileTest, PicturesAreMissedNotFatal) {
     std::filesystem::create_directory(folder / "pictures");
     write("pictures/premium_background.png", "not a picture");
     auto const result = runPaywall({"describe", screen, "--pictures", folder / "pictures", "--set",

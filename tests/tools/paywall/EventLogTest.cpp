@@ -1,27 +1,25 @@
 #include "tools/paywall/output/EventLog.h"
 
+#include "tests/support/ScopedState.h"
 #include "tests/tools/paywall/Program.h"
-#include "trelundo/platform/foundation/Clock.h"
 
 #include <gtest/gtest.h>
 
 namespace trelundo::paywall::test {
 namespace {
 
-TEST(EventLog, CountsFromItsStart) {
+TEST(EventLogTest, CountsFromItsStart) {
     TemporaryFolder folder;
-    VirtualClock clock;
-    Clock::setCurrent(&clock);
-    clock.setNow(1000);
+    ScopedVirtualClock time;
+    time.clock.setNow(1000);
     EventLog log{folder / "log"};
     log.setStart(1000);
-    clock.setNow(1000.5);
+    time.clock.setNow(1000.5);
     log.write("presented");
-    Clock::setCurrent(nullptr);
     EXPECT_EQ(readText(folder / "log"), "{\"t\":0.5,\"kind\":\"presented\"}\n");
 }
 
-TEST(EventLog, FindsValuesAsAScriptSpellsThem) {
+TEST(EventLogTest, FindsValuesAsAScriptSpellsThem) {
     EventLog log{"/dev/null"};
     log.write("transaction", {{"id", "7"},
                               {"error", {{"domain", "SKErrorDomain"}, {"code", 2}}},

@@ -193,7 +193,7 @@ Json holder(std::string const& name, std::vector<Json> const& subviews) {
             {"hidden", false},   {"alpha", 1},   {"subviews", subviews}};
 }
 
-TEST(FlaggedTexts, AreTheVisibleOnesThatDidNotFit) {
+TEST(FlaggedTextsTest, AreTheVisibleOnesThatDidNotFit) {
     auto away = label("away", 0.5, true);
     away["frame"] = {100, 0, 10, 10};
     auto scroller = holder("scroller", {away, label("scrolling", 0.5, false)});

@@ -19,14 +19,14 @@ std::string list(std::string const& settings, std::string const& products) {
     return result.output;
 }
 
-TEST(ProductsCommand, ListsInTheOrderAskedForAndNamesEachUnknownIdentifierOnce) {
+TEST(ProductsCommandTest, ListsInTheOrderAskedForAndNamesEachUnknownIdentifierOnce) {
     auto const output = list("{}", "badge,x,coins,x,y");
     EXPECT_THAT(output, HasSubstr(R"({"state":"failed","invalidProductIdentifiers":["x","y"]})"));
     EXPECT_LT(output.find("\"badge\""), output.find("\"coins\""));
     EXPECT_EQ(list("{}", ""), "{\"state\":\"failed\",\"invalidProductIdentifiers\":[]}\n");
 }
 
-TEST(ProductsCommand, CallsNothingUnknownWhenTheLoadFailed) {
+TEST(ProductsCommandTest, CallsNothingUnknownWhenTheLoadFailed) {
     auto const failing = R"({"_storeKitErrors": [{"enabled": true, "name": "Load Products"}]})";
     auto const output = list(failing, "badge,coins");
     EXPECT_THAT(output, HasSubstr(R"({"state":"failed","invalidProductIdentifiers":[]})"));

@@ -1,38 +1,15 @@
 #pragma once
 
-#include "tests/support/SourceFolder.h"
+#include "tests/support/Files.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace trelundo::paywall::test {
 
-using trelundo::test::sourceFolder;
-
-/// A folder of the test's own, gone with it.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        auto pattern = (std::filesystem::temp_directory_path() / "paywall-XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-    std::filesystem::path operator/(std::string const& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
+using namespace trelundo::test;
 
 struct Result {
     int status;
@@ -61,18 +38,6 @@ inline Result runPaywall(std::vector<std::string> const& arguments) {
     std::string command = quoted(PAYWALL_PROGRAM);
     for (auto const& argument : arguments) command += " " + quoted(argument);
     return runShell(command + " 2>&1 </dev/null");
-}
-
-inline std::string readText(std::filesystem::path const& path) {
-    std::ifstream file{path, std::ios::binary};
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-inline std::filesystem::path writeText(std::filesystem::path const& path, std::string const& text) {
-    std::ofstream{path, std::ios::binary} << text;
-    return path;
 }
 
 } // namespace trelundo::paywall::test

@@ -30,7 +30,7 @@ bool holds(json const& line, json const& fields) {
 
 /// The first paywall in a real window. What to click comes from `describe` and from what the window tells of
 /// its place; every wait is for a line of the log.
-class Window : public testing::Test {
+class WindowTest : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(desktop.error(), ""); }
 
@@ -88,7 +88,7 @@ protected:
     std::string log; // as far as read
 };
 
-TEST_F(Window, SellsThePlanThatIsClicked) {
+TEST_F(WindowTest, SellsThePlanThatIsClicked) {
     ASSERT_NO_FATAL_FAILURE(show({}));
     EXPECT_EQ(placement.value("size", json{}), json({390, 844}));
     EXPECT_EQ(placement.value("zoom", 0.0), 1);
@@ -107,7 +107,7 @@ TEST_F(Window, SellsThePlanThatIsClicked) {
     EXPECT_THAT(listed, HasSubstr(bought.value("id", "") + "  app.premium.monthly  purchased  finished"));
 }
 
-TEST_F(Window, KeysAnswerAlertsAndCloseNothingElse) {
+TEST_F(WindowTest, KeysAnswerAlertsAndCloseNothingElse) {
     auto catalogue =
         json::parse(readText(sourceFolder() / "tools/paywall/demo/resources/Demonstration.storekit"));
     catalogue["settings"]["_failTransactionsEnabled"] = true;
@@ -126,7 +126,7 @@ TEST_F(Window, KeysAnswerAlertsAndCloseNothingElse) {
     EXPECT_THAT(log, testing::Not(HasSubstr("\"dismissed\"")));
 }
 
-TEST_F(Window, TakesItsDeviceAlongWhenItIsResized) {
+TEST_F(WindowTest, TakesItsDeviceAlongWhenItIsResized) {
     ASSERT_NO_FATAL_FAILURE(show({"--device", "tablet-820x1180"}));
     auto const zoom = placement.value("zoom", 0.0);
     EXPECT_LT(zoom, 1) << "the tablet is higher than the desktop";
@@ -147,7 +147,7 @@ TEST_F(Window, TakesItsDeviceAlongWhenItIsResized) {
     EXPECT_EQ(end(), 0);
 }
 
-TEST(WindowWithoutDisplay, IsRefusedWithTheReason) {
+TEST(WindowWithoutDisplayTest, IsRefusedWithTheReason) {
     for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
     auto const result = runPaywall({"show", "PremiumViewController"});
     EXPECT_EQ(result.status, 1);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/foundation/Log.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
@@ -79,11 +79,9 @@ class LayoutStage : public ::testing::Test {
 protected:
     LayoutStage() {
         UIScreen::main().configure(*DeviceProfile::find("phone-320x568"), false);
-        setWarningSink([this](std::string_view text) { warnings.emplace_back(text); });
         root = make<UIView>(CGRect{0, 0, 400, 600});
     }
     ~LayoutStage() override {
-        setWarningSink(nullptr);
         UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
     }
 
@@ -110,7 +108,8 @@ protected:
         UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     }
 
-    std::vector<std::string> warnings;
+    test::RecordedWarnings recorded;
+    std::vector<std::string>& warnings = recorded.lines;
     Ref<UIView> root;
 };
 

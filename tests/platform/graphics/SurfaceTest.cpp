@@ -1,4 +1,4 @@
-#include "Drawing.h"
+#include "tests/platform/graphics/Drawing.h"
 #include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <gtest/gtest.h>
@@ -9,11 +9,11 @@
 
 namespace trelundo {
 
-using namespace testing;
+using namespace test;
 
 namespace {
 
-class PngFile : public ::testing::Test {
+class PngFileTest : public testing::Test {
 protected:
     void TearDown() override { std::remove(path_.c_str()); }
     /// What another program reads of it.
@@ -22,13 +22,13 @@ protected:
         EXPECT_TRUE(surface.writePng(path_, reason)) << reason;
         return QImage(QString::fromStdString(path_));
     }
-    std::string path_ = ::testing::TempDir() + "surface-" +
-                        ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
+    std::string path_ = testing::TempDir() + "surface-" +
+                        testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
 };
 
 } // namespace
 
-TEST_F(PngFile, KeepsTranslucentPixels) {
+TEST_F(PngFileTest, KeepsTranslucentPixels) {
     auto const surface = drawn(40, 30, 2, [](Canvas& canvas) {
         canvas.fill({2, 2, 20, 10}, {1, 0.5, 0.25, 1});
         canvas.fillRounded({5, 8, 30, 20}, CornerRadii::all(6), {0.2, 0.4, 0.9, 0.5});
@@ -45,7 +45,7 @@ TEST_F(PngFile, KeepsTranslucentPixels) {
         }
 }
 
-TEST_F(PngFile, OpaquePixelsNeedNoAlphaAndStayExact) {
+TEST_F(PngFileTest, OpaquePixelsNeedNoAlphaAndStayExact) {
     auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
         canvas.fill({0, 0, 20, 20}, {0.1, 0.2, 0.3, 1});
         canvas.fillRounded({3, 3, 9, 9}, CornerRadii::all(4), red);
@@ -56,20 +56,20 @@ TEST_F(PngFile, OpaquePixelsNeedNoAlphaAndStayExact) {
     EXPECT_EQ(read.convertToFormat(QImage::Format_ARGB32_Premultiplied), surface->pixels().image);
 }
 
-TEST(Surface, ReportsAFileThatCannotBeWritten) {
+TEST(SurfaceTest, ReportsAFileThatCannotBeWritten) {
     std::string reason;
     EXPECT_FALSE(Surface(2, 2, 1).writePng("/nowhere/at/all.png", reason));
     EXPECT_NE(reason.find("/nowhere/at/all.png"), reason.npos);
 }
 
-TEST(Surface, NoticesWhenItStopsBeingOpaque) {
+TEST(SurfaceTest, NoticesWhenItStopsBeingOpaque) {
     auto const surface = drawn(4, 4, 1, [](Canvas& canvas) { canvas.fill({0, 0, 4, 4}, red); });
     EXPECT_TRUE(surface->isOpaque());
     Canvas(*surface).clear({1, 1, 1, 1});
     EXPECT_FALSE(surface->isOpaque());
 }
 
-TEST(Surface, ImpossibleSizesDoNoHarm) {
+TEST(SurfaceTest, ImpossibleSizesDoNoHarm) {
     Surface const surface(-5, 0, 0);
     EXPECT_EQ(surface.pixel(7, 7), 0u);
     EXPECT_EQ(surface.scale(), 1);

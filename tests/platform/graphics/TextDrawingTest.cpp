@@ -1,4 +1,4 @@
-#include "Drawing.h"
+#include "tests/platform/graphics/Drawing.h"
 
 #include "trelundo/platform/graphics/text/TextLayout.h"
 
@@ -9,7 +9,7 @@
 
 namespace trelundo {
 
-using namespace testing;
+using namespace test;
 
 namespace {
 
@@ -48,13 +48,13 @@ bool isColored(Surface const& surface) {
 
 } // namespace
 
-TEST(TextDrawing, IsTheSameEveryTime) {
+TEST(TextDrawingTest, IsTheSameEveryTime) {
     for (auto const* text : {"Unlock everything", "ﬁrst e\u0301 AVATAR → 59,99 € لا إله 한국어", "無料で試す",
                              "مرحبا 123", "👨‍👩‍👧‍👦 1️⃣"})
         EXPECT_TRUE(sameBytes(*sheet({run(text)}), *sheet({run(text)}))) << text;
 }
 
-TEST(TextDrawing, NaturalAlignmentFollowsTheFirstStrongCharacter) {
+TEST(TextDrawingTest, NaturalAlignmentFollowsTheFirstStrongCharacter) {
     EXPECT_LT(ink(run("abc")).left, 20);
     EXPECT_LT(ink(run("abc"), {.rightToLeft = true}).left, 20);
     EXPECT_GT(ink(run("שלום")).right, 380);
@@ -64,7 +64,7 @@ TEST(TextDrawing, NaturalAlignmentFollowsTheFirstStrongCharacter) {
     EXPECT_GT(ink(run("123"), {.rightToLeft = true}).right, 380);
 }
 
-TEST(TextDrawing, ExplicitAlignmentIsPhysical) {
+TEST(TextDrawingTest, ExplicitAlignmentIsPhysical) {
     auto hebrew = run("שלום");
     hebrew.paragraph.alignment = NSTextAlignment::left;
     EXPECT_LT(ink(hebrew).left, 20);
@@ -79,7 +79,7 @@ TEST(TextDrawing, ExplicitAlignmentIsPhysical) {
     EXPECT_GT(ink(latin).right, 380);
 }
 
-TEST(TextDrawing, JustifiedLinesFillTheWidthButForTheLast) {
+TEST(TextDrawingTest, JustifiedLinesFillTheWidthButForTheLast) {
     auto text = run("aaa bbb cc dddddddddd ee", 16);
     text.paragraph.alignment = NSTextAlignment::justified;
     auto const surface = sheet({text}, {.width = 100}, 100);
@@ -89,7 +89,7 @@ TEST(TextDrawing, JustifiedLinesFillTheWidthButForTheLast) {
     EXPECT_LT(inkColumns(*sheet({plain}, {.width = 100}, 100)).right, 194);
 }
 
-TEST(TextDrawing, EmojiSequencesAreOneColoredPicture) {
+TEST(TextDrawingTest, EmojiSequencesAreOneColoredPicture) {
     auto const single = TextLayout({run("👍")}, {}).size().width;
     for (auto const* text :
          {"👍🏽", "👨‍👩‍👧‍👦", "🇩🇪", "❤️", "1️⃣", "🏳️‍🌈"}) {
@@ -101,7 +101,7 @@ TEST(TextDrawing, EmojiSequencesAreOneColoredPicture) {
     EXPECT_TRUE(isColored(*sheet({run("1️⃣")})));
 }
 
-TEST(TextDrawing, EveryScriptIsDrawnWithAGlyph) {
+TEST(TextDrawingTest, EveryScriptIsDrawnWithAGlyph) {
     // What no font has looks alike; different texts of one length must not.
     struct Pair {
         char const* first;
@@ -112,14 +112,14 @@ TEST(TextDrawing, EveryScriptIsDrawnWithAGlyph) {
         EXPECT_FALSE(sameBytes(*sheet({run(first)}), *sheet({run(second)}))) << first;
 }
 
-TEST(TextDrawing, LayoutDoesNotDependOnTheScale) {
+TEST(TextDrawingTest, LayoutDoesNotDependOnTheScale) {
     auto const text = run("Unlock everything today", 13);
     auto const coarse = inkColumns(*sheet({text}, {}, 200, 1));
     auto const fine = inkColumns(*sheet({text}, {}, 200, 4));
     EXPECT_NEAR(coarse.right * 4, fine.right, 8);
 }
 
-TEST(TextDrawing, UnderlinesAreWholePixelsInTheirColor) {
+TEST(TextDrawingTest, UnderlinesAreWholePixelsInTheirColor) {
     auto text = run("nnn");
     text.underline = NSUnderlineStyle::single;
     text.underlineColor = red;
@@ -143,7 +143,7 @@ TEST(TextDrawing, UnderlinesAreWholePixelsInTheirColor) {
     EXPECT_LT(countOf(*sheet({text}), 0xffff0000), whole - 4);
 }
 
-TEST(TextDrawing, StrikethroughLiesOverTheText) {
+TEST(TextDrawingTest, StrikethroughLiesOverTheText) {
     auto text = run("xxx");
     text.strikethrough = NSUnderlineStyle::single;
     text.strikethroughColor = green;
@@ -154,7 +154,7 @@ TEST(TextDrawing, StrikethroughLiesOverTheText) {
     EXPECT_EQ(surface->pixel(10, middle), 0xff00ff00);
 }
 
-TEST(TextDrawing, BaselineOffsetRaisesAndBackgroundFills) {
+TEST(TextDrawingTest, BaselineOffsetRaisesAndBackgroundFills) {
     auto const top = [](Surface const& surface) {
         for (int y = 0; y < surface.pixelHeight(); ++y)
             for (int x = 0; x < surface.pixelWidth(); ++x)

@@ -1,4 +1,4 @@
-#include "Drawing.h"
+#include "tests/platform/graphics/Drawing.h"
 
 #include "trelundo/platform/graphics/Picture.h"
 #include "trelundo/platform/graphics/internal/RenditionCache.h"
@@ -10,7 +10,7 @@
 
 namespace trelundo {
 
-using namespace testing;
+using namespace test;
 
 namespace {
 
@@ -48,7 +48,7 @@ constexpr auto artwork = R"(<?xml version="1.0"?>
 
 } // namespace
 
-TEST(Picture, MeasuresInPoints) {
+TEST(PictureTest, MeasuresInPoints) {
     auto const pixels = decoded(encoded(halves(30, 12), "png"), 3);
     EXPECT_EQ(pixels->size(), (CGSize{10, 4}));
     EXPECT_FALSE(pixels->isScalable());
@@ -63,7 +63,7 @@ TEST(Picture, MeasuresInPoints) {
     EXPECT_EQ(artworkSize(R"(width="15" height="8" viewBox="0 0 20 10")"), (CGSize{15, 8}));
 }
 
-TEST(Picture, NamesWhatIsWrong) {
+TEST(PictureTest, NamesWhatIsWrong) {
     auto const whole = encoded(halves(64, 64), "png");
     for (std::string const& broken :
          {std::string{}, std::string{"GIF89a and so on"}, whole.substr(0, whole.size() / 2),
@@ -79,7 +79,7 @@ TEST(Picture, NamesWhatIsWrong) {
     EXPECT_TRUE(decoded(encoded(huge.copy(0, 0, 4000, 4000), "png")));
 }
 
-TEST(Picture, FillsItsRectangle) {
+TEST(PictureTest, FillsItsRectangle) {
     for (auto const& picture : {decoded(encoded(halves(64, 64), "png")), decoded(artwork)}) {
         auto const surface = drawn(20, 20, 2, [&](Canvas& canvas) {
             canvas.drawPicture(*picture, {2, 2, 10, 16}, {0, 0, 20, 20}, {}, std::nullopt);
@@ -92,7 +92,7 @@ TEST(Picture, FillsItsRectangle) {
     }
 }
 
-TEST(Picture, IsCutToRoundedCorners) {
+TEST(PictureTest, IsCutToRoundedCorners) {
     QImage full(10, 10, QImage::Format_RGB32);
     full.fill(Qt::blue);
     auto const picture = decoded(encoded(full, "png"));
@@ -112,7 +112,7 @@ TEST(Picture, IsCutToRoundedCorners) {
     EXPECT_EQ(small->pixel(10, 10), 0xff0000ff);
 }
 
-TEST(Picture, TintCountsOnlyItsAlpha) {
+TEST(PictureTest, TintCountsOnlyItsAlpha) {
     auto const picture = decoded(artwork);
     auto const tintedBy = [&](std::optional<CGColor> const& tint) {
         return drawn(20, 10, 1, [&](Canvas& canvas) {
@@ -126,7 +126,7 @@ TEST(Picture, TintCountsOnlyItsAlpha) {
     EXPECT_EQ(tintedBy(std::nullopt)->pixel(4, 5), 0xff00ff00) << "another rendition of the same size";
 }
 
-TEST(Picture, DrawsWhenMagnifiedBeyondReason) {
+TEST(PictureTest, DrawsWhenMagnifiedBeyondReason) {
     auto const picture = decoded(artwork);
     auto const surface = drawn(10, 10, 1, [&](Canvas& canvas) {
         canvas.drawPicture(*picture, {-50'000, -50'000, 200'000, 100'000}, {0, 0, 10, 10}, {}, std::nullopt);
@@ -134,7 +134,7 @@ TEST(Picture, DrawsWhenMagnifiedBeyondReason) {
     EXPECT_EQ(surface->pixel(5, 5), 0xff00ff00);
 }
 
-TEST(RenditionCache, DropsTheLeastRecentlyUsedBeyondItsBound) {
+TEST(RenditionCacheTest, DropsTheLeastRecentlyUsedBeyondItsBound) {
     QImage const image(10, 10, QImage::Format_ARGB32_Premultiplied); // 400 bytes
     auto const key = [](std::uint64_t picture) { return RenditionCache::Key{picture, 10, 10, std::nullopt}; };
     RenditionCache cache(1000);

@@ -1,4 +1,4 @@
-#include "Drawing.h"
+#include "tests/platform/graphics/Drawing.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,9 @@
 
 namespace trelundo {
 
-using namespace testing;
+using namespace test;
 
-TEST(Canvas, SoftensEdgesOnlyBetweenPixels) {
+TEST(CanvasTest, SoftensEdgesOnlyBetweenPixels) {
     auto const sharp = drawn(10, 10, 3, [](Canvas& canvas) { canvas.fill({1, 1, 4.0 / 3, 2}, red); });
     EXPECT_EQ(sharp->pixel(2, 3), 0u);
     EXPECT_EQ(sharp->pixel(3, 3), 0xffff0000);
@@ -23,7 +23,7 @@ TEST(Canvas, SoftensEdgesOnlyBetweenPixels) {
     EXPECT_NEAR(alphaAt(*soft, 2, 1), 128, 4);
 }
 
-TEST(Canvas, BlendsInNonLinearColors) {
+TEST(CanvasTest, BlendsInNonLinearColors) {
     auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
         canvas.fill({0, 0, 2, 2}, white);
         canvas.fill({0, 0, 2, 2}, {0, 0, 0, 0.25});
@@ -31,7 +31,7 @@ TEST(Canvas, BlendsInNonLinearColors) {
     EXPECT_NEAR(static_cast<int>(surface->pixel(0, 0) & 0xff), 191, 1);
 }
 
-TEST(Canvas, ClipsOnWholePixelsUntilRestored) {
+TEST(CanvasTest, ClipsOnWholePixelsUntilRestored) {
     auto const surface = drawn(4, 4, 1, [](Canvas& canvas) {
         canvas.save();
         canvas.clip({0.4, 0.4, 2.2, 2.2});
@@ -50,7 +50,7 @@ TEST(Canvas, ClipsOnWholePixelsUntilRestored) {
     EXPECT_EQ(surface->pixel(3, 2), 0u);
 }
 
-TEST(Canvas, OpacitiesMultiply) {
+TEST(CanvasTest, OpacitiesMultiply) {
     auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
         canvas.save();
         canvas.multiplyOpacity(0.5);
@@ -63,7 +63,7 @@ TEST(Canvas, OpacitiesMultiply) {
     EXPECT_EQ(alphaAt(*surface, 1, 0), 255);
 }
 
-TEST(Canvas, RoundsEachCornerByItsOwnRadius) {
+TEST(CanvasTest, RoundsEachCornerByItsOwnRadius) {
     auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
         canvas.fillRounded({0, 0, 20, 20}, {.topLeft = 8, .bottomRight = 400}, red);
     });
@@ -79,7 +79,7 @@ TEST(Canvas, RoundsEachCornerByItsOwnRadius) {
     EXPECT_GE(soft, 1);
 }
 
-TEST(Canvas, BordersLieInsideAndFollowTheCorners) {
+TEST(CanvasTest, BordersLieInsideAndFollowTheCorners) {
     auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
         canvas.strokeRounded({0, 0, 20, 20}, CornerRadii::all(6), 2, red);
     });
@@ -99,7 +99,7 @@ std::unique_ptr<Surface> gradient(std::vector<GradientStop> const& stops, CGPoin
     });
 }
 
-TEST(Canvas, GradientsContinueTheirEndColors) {
+TEST(CanvasTest, GradientsContinueTheirEndColors) {
     auto const surface = gradient({{0.25, red}, {0.75, blue}}, {0, 0.5}, {1, 0.5});
     EXPECT_EQ(surface->pixel(5, 1), 0xffff0000);
     EXPECT_EQ(surface->pixel(95, 1), 0xff0000ff);
@@ -109,14 +109,14 @@ TEST(Canvas, GradientsContinueTheirEndColors) {
     EXPECT_EQ(gradient({})->pixel(0, 0), 0u);
 }
 
-TEST(Canvas, GradientsInterpolatePremultiplied) {
+TEST(CanvasTest, GradientsInterpolatePremultiplied) {
     // Otherwise the white of the transparent end would shine through in the middle.
     auto const surface = gradient({{0, {1, 1, 1, 0}}, {1, black}});
     EXPECT_NEAR(alphaAt(*surface, 50, 0), 128, 3);
     EXPECT_EQ(surface->pixel(50, 0) & 0xff, 0u);
 }
 
-TEST(Canvas, GradientStopsAtOnePlaceMakeAHardEdge) {
+TEST(CanvasTest, GradientStopsAtOnePlaceMakeAHardEdge) {
     auto const surface = gradient({{0, red}, {0.5, red}, {0.5, green}, {0.5, blue}, {1, blue}, {1, white}});
     EXPECT_EQ(surface->pixel(48, 0), 0xffff0000);
     EXPECT_EQ(surface->pixel(52, 0), 0xff0000ff);
@@ -124,7 +124,7 @@ TEST(Canvas, GradientStopsAtOnePlaceMakeAHardEdge) {
     EXPECT_EQ(gradient({{0, red}, {0, green}, {1, green}})->pixel(0, 0), 0xff00ff00);
 }
 
-TEST(Canvas, CopiesSurfacesPixelByPixel) {
+TEST(CanvasTest, CopiesSurfacesPixelByPixel) {
     auto const opaque = drawn(4, 4, 2, [](Canvas& canvas) {
         canvas.fill({0, 0, 4, 4}, red);
         canvas.fill({0, 0, 0.5, 0.5}, blue);
@@ -146,7 +146,7 @@ TEST(Canvas, CopiesSurfacesPixelByPixel) {
     EXPECT_NEAR(alphaAt(*surface, 12, 4), 128, 1);
 }
 
-TEST(Canvas, CutsSurfacesToRoundedCorners) {
+TEST(CanvasTest, CutsSurfacesToRoundedCorners) {
     auto const source = drawn(10, 10, 2, [](Canvas& canvas) { canvas.fill({0, 0, 10, 10}, red); });
     auto const surface = drawn(12, 12, 2, [&](Canvas& canvas) {
         canvas.drawSurface(*source, {1, 1}, CornerRadii::all(4));
@@ -158,7 +158,7 @@ TEST(Canvas, CutsSurfacesToRoundedCorners) {
     EXPECT_EQ(alphaAt(*surface, 22, 12), 0);
 }
 
-TEST(Canvas, DrawsThroughRotations) {
+TEST(CanvasTest, DrawsThroughRotations) {
     auto const source = drawn(4, 4, 1, [](Canvas& canvas) {
         canvas.fill({0, 0, 4, 4}, red);
         canvas.fill({0, 0, 2, 4}, blue);
@@ -173,7 +173,7 @@ TEST(Canvas, DrawsThroughRotations) {
     EXPECT_EQ(surface->pixel(12, 12), 0u);
 }
 
-TEST(Canvas, BlurLeavesEvenColorsAlone) {
+TEST(CanvasTest, BlurLeavesEvenColorsAlone) {
     CGColor const gray{0.4, 0.4, 0.4, 1};
     auto const plain = drawn(40, 40, 3, [&](Canvas& canvas) { canvas.fill({0, 0, 40, 40}, gray); });
     auto const blurred = drawn(40, 40, 3, [&](Canvas& canvas) {
@@ -183,7 +183,7 @@ TEST(Canvas, BlurLeavesEvenColorsAlone) {
     EXPECT_TRUE(sameBytes(*plain, *blurred));
 }
 
-TEST(Canvas, BlurMixesOnlyInsideItsShape) {
+TEST(CanvasTest, BlurMixesOnlyInsideItsShape) {
     auto const surface = drawn(60, 60, 1, [](Canvas& canvas) {
         canvas.fill({0, 0, 30, 60}, black);
         canvas.fill({30, 0, 30, 60}, white);
@@ -197,7 +197,7 @@ TEST(Canvas, BlurMixesOnlyInsideItsShape) {
     EXPECT_EQ(surface->pixel(31, 45), 0xffffffff);
 }
 
-TEST(Canvas, BlurRaisesSaturationAndLaysItsOverlayOver) {
+TEST(CanvasTest, BlurRaisesSaturationAndLaysItsOverlayOver) {
     auto const pixelOver = [](CGColor ground, double radius, double saturation, CGColor overlay) {
         auto const surface = drawn(20, 20, 1, [&](Canvas& canvas) {
             canvas.fill({0, 0, 20, 20}, ground);
@@ -212,7 +212,7 @@ TEST(Canvas, BlurRaisesSaturationAndLaysItsOverlayOver) {
     EXPECT_NEAR(static_cast<int>(raised >> 16 & 0xff) - static_cast<int>(raised & 0xff), 51, 3);
 }
 
-TEST(Canvas, ShadowsFadeOutAroundTheirShape) {
+TEST(CanvasTest, ShadowsFadeOutAroundTheirShape) {
     auto const surface = drawn(100, 100, 1, [](Canvas& canvas) {
         canvas.drawShadow(CGRect(30, 30, 40, 40), {}, 5, {0, 10}, {0, 0, 0, 0.5});
     });
@@ -225,7 +225,7 @@ TEST(Canvas, ShadowsFadeOutAroundTheirShape) {
     EXPECT_NEAR(alphaAt(*surface, 25, 60), alphaAt(*surface, 74, 60), 2);
 }
 
-TEST(Canvas, ShadowsOfContentFollowItsAlpha) {
+TEST(CanvasTest, ShadowsOfContentFollowItsAlpha) {
     auto const source = drawn(40, 40, 1, [](Canvas& canvas) { canvas.fill({10, 10, 20, 20}, white); });
     auto const content = drawn(100, 100, 1, [&](Canvas& canvas) {
         canvas.drawShadow(*source, {20, 20}, 3, {0, 0}, {1, 0, 0, 1});
@@ -237,7 +237,7 @@ TEST(Canvas, ShadowsOfContentFollowItsAlpha) {
     EXPECT_EQ(content->pixel(40, 40) & 0xffff, 0u);
 }
 
-TEST(Canvas, GeometryThatCannotBeDrawnDoesNoHarm) {
+TEST(CanvasTest, GeometryThatCannotBeDrawnDoesNoHarm) {
     auto const infinite = std::numeric_limits<double>::infinity();
     auto const nan = std::numeric_limits<double>::quiet_NaN();
     CGPoint const corners[] = {{nan, 0}, {infinite, 4}, {1, 1}};

@@ -4,13 +4,11 @@
 #include "trelundo/platform/foundation/Locale.h"
 #include "trelundo/platform/foundation/Log.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace trelundo {
+namespace trelundo::test {
 
 /// Sets the user's languages until the end of a scope.
 class ScopedLanguages {
@@ -53,26 +51,4 @@ public:
     VirtualClock clock;
 };
 
-/// A folder of its own, gone with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        auto name = (std::filesystem::temp_directory_path() / "trelundo-XXXXXX").string();
-        if (!::mkdtemp(name.data())) std::abort();
-        path_ = name;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    std::filesystem::path operator/(std::string const& name) const { return path_ / name; }
-    std::filesystem::path const& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
-
-} // namespace trelundo
+} // namespace trelundo::test

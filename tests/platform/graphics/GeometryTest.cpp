@@ -1,5 +1,5 @@
-#include "trelundo/platform/graphics/CGColor.h"
 #include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/graphics/CGColor.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 namespace trelundo {
 
-TEST(Geometry, FoldsNegativeSizes) {
+TEST(GeometryTest, FoldsNegativeSizes) {
     CGRect const rect(10, 20, -4, -6);
     EXPECT_EQ(rect.minX(), 6);
     EXPECT_EQ(rect.maxY(), 20);
@@ -16,7 +16,7 @@ TEST(Geometry, FoldsNegativeSizes) {
     EXPECT_EQ(rect.integral(), CGRect(6, 14, 4, 6));
 }
 
-TEST(Geometry, NullIsIdentityOfUnionAndEmptyIntersection) {
+TEST(GeometryTest, NullIsIdentityOfUnionAndEmptyIntersection) {
     CGRect const rect(1, 2, 3, 4);
     EXPECT_EQ(CGRect::null().unionWith(rect), rect);
     EXPECT_EQ(rect.unionWith(CGRect::null()), rect);
@@ -26,21 +26,21 @@ TEST(Geometry, NullIsIdentityOfUnionAndEmptyIntersection) {
     EXPECT_EQ(rect.unionWith({10, 10, 0, 0}), CGRect(1, 2, 9, 8));
 }
 
-TEST(Geometry, TouchingRectanglesMeetInNoArea) {
+TEST(GeometryTest, TouchingRectanglesMeetInNoArea) {
     EXPECT_FALSE(CGRect(0, 0, 10, 10).intersects({10, 0, 5, 5}));
     EXPECT_TRUE(CGRect(0, 0, 10, 10).intersects({9.5, 0, 5, 5}));
     EXPECT_TRUE(CGRect(0, 0, 10, 10).contains({0, 0}));
     EXPECT_FALSE(CGRect(0, 0, 10, 10).contains({10, 5}));
 }
 
-TEST(Geometry, InsetsBeyondHalfTheSizeGiveNull) {
+TEST(GeometryTest, InsetsBeyondHalfTheSizeGiveNull) {
     EXPECT_EQ(CGRect(0, 0, 10, 10).insetBy(2, -3), CGRect(2, -3, 6, 16));
     EXPECT_EQ(CGRect(0, 0, 10, 10).insetBy(5, 5), CGRect(5, 5, 0, 0));
     EXPECT_TRUE(CGRect(0, 0, 10, 10).insetBy(6, 0).isNull());
     EXPECT_EQ(CGRect(0, 0, 10, 10).insetBy(UIEdgeInsets{8, 0, 8, 0}), CGRect(0, 8, 10, -6));
 }
 
-TEST(Geometry, TransformsConcatenateInReadingOrder) {
+TEST(GeometryTest, TransformsConcatenateInReadingOrder) {
     auto const both = CGAffineTransform::scale(2, 3).concatenating(CGAffineTransform::translation(10, 20));
     EXPECT_EQ(both.apply(CGPoint{1, 1}), (CGPoint{12, 23}));
     auto const quarter = CGAffineTransform::rotation(std::numbers::pi / 2);
@@ -53,7 +53,7 @@ TEST(Geometry, TransformsConcatenateInReadingOrder) {
     EXPECT_NEAR(back.tx, 0, 1e-12);
 }
 
-TEST(Geometry, RoundsToDevicePixels) {
+TEST(GeometryTest, RoundsToDevicePixels) {
     EXPECT_DOUBLE_EQ(roundToPixel(10.4, 3), 31.0 / 3);
     EXPECT_DOUBLE_EQ(roundToPixel(-0.25, 2), 0);
     EXPECT_DOUBLE_EQ(ceilToPixel(20.287, 2), 20.5);
@@ -63,7 +63,7 @@ TEST(Geometry, RoundsToDevicePixels) {
     EXPECT_FALSE(std::signbit(ceilToPixel(0, 2)));
 }
 
-TEST(Color, WritesClampedHexadecimal) {
+TEST(ColorTest, WritesClampedHexadecimal) {
     EXPECT_EQ((CGColor{1, 0.5, 0, 1}).hexText(), "#ff8000ff");
     EXPECT_EQ((CGColor{-3, 7, std::nan(""), 0.5}).hexText(), "#00ff0080");
 }

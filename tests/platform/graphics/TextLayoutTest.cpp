@@ -33,7 +33,7 @@ TextLimits wrapping(double width, int lines = 0,
 
 } // namespace
 
-TEST(TextLayout, LinesHaveThePublishedHeights) {
+TEST(TextLayoutTest, LinesHaveThePublishedHeights) {
     struct Row {
         double size, atTwo, atThree;
     };
@@ -47,13 +47,13 @@ TEST(TextLayout, LinesHaveThePublishedHeights) {
     }
 }
 
-TEST(TextLayout, FallbackFontsDoNotChangeTheLineHeight) {
+TEST(TextLayoutTest, FallbackFontsDoNotChangeTheLineHeight) {
     auto const height = layout("Hello").size().height;
     for (auto const* text : {"無料", "مرحبا", "שלום", "👍🏽", "ไทย", "हिन्दी"})
         EXPECT_DOUBLE_EQ(layout(text).size().height, height) << text;
 }
 
-TEST(TextLayout, KerningIsAddedAfterEveryCharacter) {
+TEST(TextLayoutTest, KerningIsAddedAfterEveryCharacter) {
     auto const plain = run("Unlock");
     for (double kern : {2.0, -0.5}) {
         auto kerned = plain;
@@ -66,14 +66,14 @@ TEST(TextLayout, KerningIsAddedAfterEveryCharacter) {
     EXPECT_NEAR(width(family), natural + 2, 1e-9);
 }
 
-TEST(TextLayout, KerningKeepsJoinedLettersTogether) {
+TEST(TextLayoutTest, KerningKeepsJoinedLettersTogether) {
     auto text = run("محدودة"); // the first two letters join the next; the others stand alone
     auto const natural = width(text);
     text.kern = 3;
     EXPECT_NEAR(width(text), natural + 4 * 3, 1e-9);
 }
 
-TEST(TextLayout, KernOfZeroTurnsTheFontsKerningOff) {
+TEST(TextLayoutTest, KernOfZeroTurnsTheFontsKerningOff) {
     auto pair = run("AV");
     auto const kerned = width(pair);
     pair.kern = 0;
@@ -81,7 +81,7 @@ TEST(TextLayout, KernOfZeroTurnsTheFontsKerningOff) {
     EXPECT_NEAR(width(pair), width("A") + width("V"), 1e-9);
 }
 
-TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
+TEST(TextLayoutTest, WidthsAddUpOverRunsAndScale) {
     auto const whole = TextLayout({run("Price "), run("now", 17, 700)}, {}).size().width;
     EXPECT_NEAR(whole, width("Price ") + width(run("now", 17, 700)), 1e-9);
     TextLimits half;
@@ -91,7 +91,7 @@ TEST(TextLayout, WidthsAddUpOverRunsAndScale) {
     EXPECT_NEAR(TextLayout({spaced}, half).size().width * 2, width(spaced), 1e-9);
 }
 
-TEST(TextLayout, WidthsFollowSizeAndWeight) {
+TEST(TextLayoutTest, WidthsFollowSizeAndWeight) {
     // Letters of 80 points have no tracking, so widths of the same text compare by it.
     auto const ems = [](double size) { return width(run("nnnnnnnnnn", size)) / size; };
     EXPECT_NEAR((ems(28) - ems(80)) * 100, 14, 1e-6);
@@ -106,7 +106,7 @@ TEST(TextLayout, WidthsFollowSizeAndWeight) {
         << "the lighter of the two nearest";
 }
 
-TEST(TextLayout, EveryLineEndMakesALine) {
+TEST(TextLayoutTest, EveryLineEndMakesALine) {
     EXPECT_EQ(layout("a\nb\rc\r\nd\u2028e\u2029f").lineCount(), 6);
     EXPECT_EQ(layout("\n").lineCount(), 2);
     EXPECT_EQ(layout("a\n").lineCount(), 2);
@@ -117,7 +117,7 @@ TEST(TextLayout, EveryLineEndMakesALine) {
     EXPECT_EQ(TextLayout({}, {}).lineCount(), 0);
 }
 
-TEST(TextLayout, ParagraphStylesShapeTheLines) {
+TEST(TextLayoutTest, ParagraphStylesShapeTheLines) {
     auto text = run("a\nb\nc");
     auto const line = text.font.lineHeight();
     auto const height = [&](TextLimits const& limits = {}) {
@@ -139,7 +139,7 @@ TEST(TextLayout, ParagraphStylesShapeTheLines) {
     EXPECT_NEAR(width(text), 30 + std::max(width("a"), width("b")), 1e-9);
 }
 
-TEST(TextLayout, ALineIsAsHighAsItsTallestFont) {
+TEST(TextLayoutTest, ALineIsAsHighAsItsTallestFont) {
     TextLayout const mixed({run("small "), run("BIG", 40), run("\nlast", 10)}, {});
     EXPECT_NEAR(mixed.firstBaseline(), FontSpec{.size = 40}.ascender(), 1e-9);
     EXPECT_NEAR(mixed.size().height, FontSpec{.size = 40}.lineHeight() + FontSpec{.size = 10}.lineHeight(),
@@ -148,7 +148,7 @@ TEST(TextLayout, ALineIsAsHighAsItsTallestFont) {
                 1e-9);
 }
 
-TEST(TextLayout, WrapsBetweenWords) {
+TEST(TextLayoutTest, WrapsBetweenWords) {
     auto const text = layout("Unlock everything today", wrapping(width("Unlock everything") + 0.01));
     EXPECT_EQ(text.lineCount(), 2);
     EXPECT_TRUE(text.isWrapped());
@@ -160,7 +160,7 @@ TEST(TextLayout, WrapsBetweenWords) {
     EXPECT_EQ(layout("Unlock everything today", wrapping(width("Unlock everything today"))).lineCount(), 1);
 }
 
-TEST(TextLayout, BreaksAWordThatDoesNotFit) {
+TEST(TextLayoutTest, BreaksAWordThatDoesNotFit) {
     auto const text = layout("a Incomprehensibilities b", wrapping(60));
     EXPECT_TRUE(text.breaksWord());
     EXPECT_GT(text.lineCount(), 2);
@@ -169,7 +169,7 @@ TEST(TextLayout, BreaksAWordThatDoesNotFit) {
     EXPECT_EQ(layout("👨‍👩‍👧‍👦👍🏽", wrapping(0)).lineCount(), 2);
 }
 
-TEST(TextLayout, WrapsJapaneseWithoutOrphanedPunctuation) {
+TEST(TextLayoutTest, WrapsJapaneseWithoutOrphanedPunctuation) {
     // The full stop may not begin a line, so the character before it comes along.
     auto const text = layout("期間限定。", wrapping(width("期間限定") + 0.5));
     EXPECT_EQ(text.lineCount(), 2);
@@ -177,7 +177,7 @@ TEST(TextLayout, WrapsJapaneseWithoutOrphanedPunctuation) {
     EXPECT_FALSE(text.breaksWord());
 }
 
-TEST(TextLayout, BreaksWhereItLooksWell) {
+TEST(TextLayoutTest, BreaksWhereItLooksWell) {
     // The widest line tells where the text was broken.
     auto const widest = [](std::string text, double room) {
         auto const set = layout(std::move(text), wrapping(room));
@@ -197,7 +197,7 @@ TEST(TextLayout, BreaksWhereItLooksWell) {
     EXPECT_NEAR(widest("a $29.99/year", width("a $29.99/")), width("a $29.99/"), 1e-9);
 }
 
-TEST(TextLayout, TruncatesWithAnEllipsisInsideTheWidth) {
+TEST(TextLayoutTest, TruncatesWithAnEllipsisInsideTheWidth) {
     auto const full = std::string("Unlock everything today and tomorrow");
     for (auto mode : {NSLineBreakMode::byTruncatingHead, NSLineBreakMode::byTruncatingMiddle,
                       NSLineBreakMode::byTruncatingTail}) {
@@ -211,7 +211,7 @@ TEST(TextLayout, TruncatesWithAnEllipsisInsideTheWidth) {
     EXPECT_FALSE(layout(full, wrapping(width(full), 1)).isTruncated());
 }
 
-TEST(TextLayout, TailTruncationKeepsTheLongestHead) {
+TEST(TextLayoutTest, TailTruncationKeepsTheLongestHead) {
     // No space before the ellipsis, as the width of "Unlock…" shows.
     auto const room = width("Unlock …") + 0.01;
     EXPECT_NEAR(layout("Unlock everything", wrapping(room, 1)).size().width, width("Unlock…"), 0.2);
@@ -219,7 +219,7 @@ TEST(TextLayout, TailTruncationKeepsTheLongestHead) {
     EXPECT_NEAR(layout("Unlock", wrapping(2, 1)).size().width, width("…"), 1e-9);
 }
 
-TEST(TextLayout, TheLastAllowedLineIsTruncated) {
+TEST(TextLayoutTest, TheLastAllowedLineIsTruncated) {
     auto const text = layout("one two three four five six seven eight", wrapping(80, 2));
     EXPECT_EQ(text.lineCount(), 2);
     EXPECT_TRUE(text.isTruncated());
@@ -233,7 +233,7 @@ TEST(TextLayout, TheLastAllowedLineIsTruncated) {
     EXPECT_NEAR(head.size().width, width("…second"), 0.5);
 }
 
-TEST(TextLayout, OtherModesHaveNoEllipsis) {
+TEST(TextLayoutTest, OtherModesHaveNoEllipsis) {
     auto const cut =
         layout("Unlock everything", wrapping(width("Unlock eve"), 1, NSLineBreakMode::byWordWrapping));
     EXPECT_TRUE(cut.isTruncated());
@@ -252,7 +252,7 @@ TEST(TextLayout, OtherModesHaveNoEllipsis) {
     EXPECT_FALSE(filled.breaksWord());
 }
 
-TEST(TextLayout, HeightCutsToWholeLines) {
+TEST(TextLayoutTest, HeightCutsToWholeLines) {
     auto const line = layout("x").size().height;
     TextLimits limits{.width = 80, .height = 2.9 * line, .lineBreakMode = NSLineBreakMode::byTruncatingTail};
     auto const text = layout("one two three four five six seven eight", limits);
@@ -264,7 +264,7 @@ TEST(TextLayout, HeightCutsToWholeLines) {
     EXPECT_EQ(layout("one\ntwo", limits).lineCount(), 2);
 }
 
-TEST(TextLayout, OddInputDoesNoHarm) {
+TEST(TextLayoutTest, OddInputDoesNoHarm) {
     auto const nan = std::numeric_limits<double>::quiet_NaN();
     auto odd = run("broken \xff\xfe utf\t8 \x01 \u200d\ufe0f", nan);
     odd.kern = nan;
@@ -275,7 +275,7 @@ TEST(TextLayout, OddInputDoesNoHarm) {
     EXPECT_GT(layout("x\ty").size().width, width("xy"));
 }
 
-TEST(TextLayout, UnseenCharactersTakeNoRoom) {
+TEST(TextLayoutTest, UnseenCharactersTakeNoRoom) {
     for (auto const* text : {"a\u00adb", "a\u200bb", "a\u2060b", "a\u200eb",
                              "a\x01"
                              "b",
