@@ -30,7 +30,10 @@ protected:
     ImageTest() { bundle.addEmbeddedFiles(files); }
     Ref<UIImage> load(std::string const& name) { return UIImage::named(name, bundle); }
 
-    Bundle bundle{"org.example.pictures"};
+    // What is logged once is logged once in a process: each test brings names that none has used before.
+    static inline int tests = 0;
+    std::string const number = std::to_string(++tests);
+    Bundle bundle{"org.example.pictures" + number};
 };
 
 TEST_F(ImageTest, TheScreensScaleIsPreferred) {
@@ -47,7 +50,7 @@ TEST_F(ImageTest, APictureIsDecodedOnceForEachBundle) {
     EXPECT_EQ(load("square"), load("square"));
     EXPECT_FALSE(load("square") == load("left"));
     std::array const other{EmbeddedFile{"square.svg", leftHalf}};
-    Bundle twin{"org.example.pictures"};
+    Bundle twin{bundle.identifier()};
     twin.addEmbeddedFiles(other);
     EXPECT_FALSE(UIImage::named("square", twin) == load("square"));
 }
@@ -97,13 +100,14 @@ TEST_F(ImageTest, ABrokenImageSetIsLoggedAndPassedOver) {
 TEST_F(ImageTest, WhatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
     EXPECT_FALSE(load("missing"));
     EXPECT_TRUE(warnings.empty());
-    for (auto const& name : {"broken"s, "../square"s, "/square"s, "sq\0uare"s, ""s}) {
+    for (auto const& name : {"broken"s, "../square" + number, "/square" + number, number + "sq\0uare"s}) {
         warnings.clear();
         EXPECT_FALSE(load(name)) << name;
         EXPECT_FALSE(load(name)) << name;
         ASSERT_EQ(warnings.size(), 1u) << name;
         EXPECT_NE(warnings[0].find(name.c_str()), std::string::npos) << warnings[0];
     }
+    EXPECT_FALSE(load(""));
 }
 
 TEST_F(ImageTest, ContentModesPlaceThePicture) {
