@@ -78,7 +78,7 @@ void firstFrame(benchmark::State& state) {
     Samples times, memory;
     for ([[maybe_unused]] auto _ : state) {
         auto const start = Clock::now();
-        Program program{{FIRST_FRAME_PROGRAM}};
+        Program program{{TRELUNDO_FIRST_FRAME_PROGRAM}};
         if (program.line() != "drawn") throw std::runtime_error("no first frame");
         times.add(seconds(Clock::now() - start));
         memory.add(std::stod(program.line()) / 1024);
@@ -94,7 +94,9 @@ void renderScreen(benchmark::State& state, std::string const& screen) {
         std::filesystem::temp_directory_path() / ("bench-" + std::to_string(getpid()) + ".png");
     Samples times;
     for ([[maybe_unused]] auto _ : state) {
-        times.add(timed([&] { Program{{PAYWALL_PROGRAM, "render", screen, "--out", picture}}.wait(); }));
+        times.add(timed([&] {
+            Program{{TRELUNDO_PAYWALL_PROGRAM, "render", screen, "--out", picture}}.wait();
+        }));
         state.SetIterationTime(times.least());
     }
     std::filesystem::remove(picture);
@@ -102,7 +104,7 @@ void renderScreen(benchmark::State& state, std::string const& screen) {
 }
 
 std::vector<std::string> screens() {
-    Program program{{PAYWALL_PROGRAM, "screens"}};
+    Program program{{TRELUNDO_PAYWALL_PROGRAM, "screens"}};
     std::vector<std::string> names;
     for (auto name = program.line(); !name.empty(); name = program.line()) names.push_back(name);
     program.wait();

@@ -107,7 +107,7 @@ TEST_F(BadFileTest, LostOutputFails) {
     auto const script = write("script.paywall", "advance 1\n");
     expectFailure({"run", screen, "--script", script, "--log", "/dev/full"}, 1,
                   {"/dev/full: the log cannot be written"});
-    auto const result = runShell(quoted(PAYWALL_PROGRAM) + " screens 2>&1 >/dev/full");
+    auto const result = runShell(quoted(TRELUNDO_PAYWALL_PROGRAM) + " screens 2>&1 >/dev/full");
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.output, HasSubstr("standard output cannot be written"));
 }

@@ -35,7 +35,7 @@ inline Result runShell(std::string const& command) {
 
 /// Runs the tool with `arguments`.
 inline Result runPaywall(std::vector<std::string> const& arguments) {
-    std::string command = quoted(PAYWALL_PROGRAM);
+    std::string command = quoted(TRELUNDO_PAYWALL_PROGRAM);
     for (auto const& argument : arguments) command += " " + quoted(argument);
     return runShell(command + " 2>&1 </dev/null");
 }

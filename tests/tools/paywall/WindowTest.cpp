@@ -37,8 +37,8 @@ protected:
     void show(std::vector<std::string> const& options) {
         common = {screen, "--fake-clock"};
         common.insert(common.end(), options.begin(), options.end());
-        std::vector<std::string> arguments{PAYWALL_PROGRAM,         "show",  "--store",
-                                           folder / "store.sqlite", "--log", "/dev/fd/3"};
+        std::vector<std::string> arguments{TRELUNDO_PAYWALL_PROGRAM, "show",  "--store",
+                                           folder / "store.sqlite",  "--log", "/dev/fd/3"};
         arguments.insert(arguments.end(), common.begin(), common.end());
         tool = std::make_unique<Companion>(arguments);
         ASSERT_EQ(tool->error(), "");
