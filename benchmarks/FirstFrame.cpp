@@ -24,5 +24,5 @@ long proportionalSize() {
 int main() {
     bench::StagedScreen screen{bench::measuredScreen};
     screen.shell().render();
-    std::cout << "drawn" << std::endl << proportionalSize() << std::endl;
+    std::cout << "drawn\n" << std::flush << proportionalSize() << '\n';
 }

@@ -9,7 +9,6 @@ namespace trelundo {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class TouchedView : public UIView {
 public:
