@@ -1,7 +1,8 @@
 #include "trelundo/platform/foundation/Locale.h"
 
 #include "tests/support/ScopedState.h"
-#include "trelundo/platform/foundation/internal/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/MatchingLocalizations.h"
+#include "trelundo/platform/foundation/posix/LocaleVariables.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "trelundo/platform/foundation/Locale.h"
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/foundation/internal/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/MatchingLocalizations.h"
 #include "trelundo/platform/foundation/internal/StringsTable.h"
 
 #include <algorithm>

@@ -1,10 +1,9 @@
 #include "trelundo/platform/foundation/Locale.h"
 
-#include "trelundo/platform/foundation/internal/LanguageTags.h"
 #include "trelundo/platform/foundation/internal/LocaleData.h"
+#include "trelundo/platform/foundation/internal/SystemLanguages.h"
 
 #include <array>
-#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -60,7 +59,7 @@ struct PreferredLanguages {
     std::vector<std::string> languages;
     Locale current{"en"};
 
-    PreferredLanguages() { assign(languageTags(std::getenv)); }
+    PreferredLanguages() { assign(systemLanguages()); }
     void assign(std::vector<std::string> tags) {
         languages = std::move(tags);
         current = Locale{languages.empty() ? std::string_view{"en"} : std::string_view{languages.front()}};

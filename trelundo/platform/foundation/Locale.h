@@ -25,8 +25,8 @@ public:
     /// The locale of the user's first preferred language ("en" when there is none).
     static Locale current();
 
-    /// The user's languages as tags ("en-US"), most wanted first; may be empty. Taken from the environment
-    /// (LANGUAGE, then LC_ALL, LC_MESSAGES or LANG) until a shell sets them.
+    /// The user's languages as tags ("en-US"), most wanted first; may be empty. The system's
+    /// (on POSIX systems LANGUAGE, then LC_ALL, LC_MESSAGES or LANG) until a shell sets them.
     static std::vector<std::string> preferredLanguages();
     static void setPreferredLanguages(std::vector<std::string> languages);
 

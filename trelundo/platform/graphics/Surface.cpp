@@ -1,8 +1,8 @@
 #include "trelundo/platform/graphics/Surface.h"
 
 #include "trelundo/platform/graphics/PngWriter.h"
-#include "trelundo/platform/graphics/internal/PixelMemory.h"
 #include "trelundo/platform/graphics/internal/SurfacePixels.h"
+#include "trelundo/platform/graphics/internal/TransparentPixels.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "trelundo/platform/graphics/internal/PictureState.h"
 
 #include "trelundo/platform/graphics/internal/ColorBytes.h"
-#include "trelundo/platform/graphics/internal/PixelMemory.h"
 #include "trelundo/platform/graphics/internal/RenditionCache.h"
+#include "trelundo/platform/graphics/internal/TransparentPixels.h"
 #include "trelundo/platform/graphics/internal/WholeFills.h"
 
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/storekit/sandbox/internal/StoreConfigurationReader.h"
 
-#include "trelundo/platform/foundation/internal/LanguageTags.h"
+#include "trelundo/platform/foundation/internal/MatchingLocalizations.h"
 
 #include <algorithm>
 #include <array>
