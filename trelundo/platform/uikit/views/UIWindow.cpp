@@ -1,8 +1,11 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
+#include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/internal/UIWindowState.h"
+
+#include <algorithm>
 
 namespace trelundo {
 
@@ -11,6 +14,39 @@ namespace {
 std::vector<UIWindow*>& shownWindows() {
     static std::vector<UIWindow*> windows;
     return windows;
+}
+
+void send(UIView& view, UITouch& touch) {
+    switch (touch.phase()) {
+    case UITouchPhase::began:
+        return view.touchesBegan(touch);
+    case UITouchPhase::moved:
+        return view.touchesMoved(touch);
+    case UITouchPhase::stationary:
+        return;
+    case UITouchPhase::ended:
+        return view.touchesEnded(touch);
+    case UITouchPhase::cancelled:
+        return view.touchesCancelled(touch);
+    }
+}
+
+std::vector<Weak<UIScrollView>> scrollViewsAround(UIView& view) {
+    std::vector<Weak<UIScrollView>> found;
+    for (auto* step = &view; step; step = step->superview()) {
+        if (auto* scrollView = dynamic_cast<UIScrollView*>(step)) found.emplace_back(scrollView);
+    }
+    return found;
+}
+
+/// Enabled controls in reading order of the tree.
+void collectControls(UIView const& view, std::vector<UIControl*>& controls) {
+    for (auto const& child : view.subviews()) {
+        if (child->isHidden() || !child->isUserInteractionEnabled() || child->alpha() < 0.01) continue;
+        auto* control = dynamic_cast<UIControl*>(child.get());
+        if (control && control->isEnabled()) controls.push_back(control);
+        collectControls(*child, controls);
+    }
 }
 
 } // namespace
@@ -128,6 +164,175 @@ void UIWindow::layoutWindow() {
     layoutIfNeeded();
     state_->isLayingOut = false;
     placeFocusRing();
+}
+
+// Touches.
+
+void UIWindow::touchBegan(int id, CGPoint location) {
+    auto const self = strong(*this);
+    touchCancelled(id);
+    auto const hit = hitTest(location);
+    if (!hit) return;
+    bool const isHeld = std::ranges::any_of(
+        state_->touches, [&hit](auto const& entry) { return entry.second->touch->view() == hit; });
+    if (isHeld) return; // a view follows one finger at a time
+
+    auto active = std::make_shared<ActiveTouch>();
+    active->touch = make<UITouch>();
+    active->touch->view_ = hit;
+    active->touch->location_ = active->touch->previousLocation_ = location;
+    active->scrollViews = scrollViewsAround(*hit);
+    state_->touches[id] = active;
+    deliver(*active, UITouchPhase::began);
+}
+
+void UIWindow::touchMoved(int id, CGPoint location) {
+    auto const found = state_->touches.find(id);
+    if (found == state_->touches.end()) return;
+    auto const self = strong(*this);
+    auto const active = found->second;
+    active->touch->previousLocation_ = std::exchange(active->touch->location_, location);
+    deliver(*active, UITouchPhase::moved);
+}
+
+void UIWindow::touchEnded(int id, CGPoint location) {
+    auto const found = state_->touches.find(id);
+    if (found == state_->touches.end()) return;
+    auto const self = strong(*this);
+    auto const active = found->second;
+    state_->touches.erase(found);
+    active->touch->previousLocation_ = std::exchange(active->touch->location_, location);
+    deliver(*active, UITouchPhase::ended);
+}
+
+void UIWindow::touchCancelled(int id) {
+    auto const found = state_->touches.find(id);
+    if (found == state_->touches.end()) return;
+    auto const self = strong(*this);
+    auto const active = found->second;
+    state_->touches.erase(found);
+    deliver(*active, UITouchPhase::cancelled);
+}
+
+void UIWindow::deliver(ActiveTouch& active, UITouchPhase phase) {
+    auto& touch = *active.touch;
+    touch.phase_ = phase;
+    touch.timestamp_ = Clock::current().now();
+    if (active.isTaken) {
+        if (auto taker = active.taker.lock()) taker->trackTouch(touch);
+        return;
+    }
+    for (auto const& weak : active.scrollViews) {
+        auto const scrollView = weak.lock();
+        if (scrollView && scrollView->trackTouch(touch)) return takeOver(active, *scrollView);
+    }
+    if (auto view = touch.view()) send(*view, touch);
+}
+
+/// The touched view, if it knows of the touch, and the other scroll views lose it.
+void UIWindow::takeOver(ActiveTouch& active, UIScrollView& taker) {
+    auto& touch = *active.touch;
+    bool const isKnown = touch.phase() != UITouchPhase::began;
+    active.isTaken = true;
+    active.taker = &taker;
+    auto const phase = std::exchange(touch.phase_, UITouchPhase::cancelled);
+    for (auto const& weak : active.scrollViews) {
+        auto const other = weak.lock();
+        if (other && other.get() != &taker) other->trackTouch(touch);
+    }
+    auto const view = touch.view();
+    if (isKnown && view) view->touchesCancelled(touch);
+    touch.phase_ = phase;
+}
+
+/// The views in the subtree lose their touches. A scroll view outside goes on with its own: what it scrolls
+/// may come and go under the finger.
+void UIWindow::cancelTouchesIn(UIView const& subtree) {
+    if (state_->touches.empty()) return;
+    auto const touches = state_->touches;
+    for (auto const& [id, active] : touches) {
+        auto const taker = active->taker.lock();
+        if (taker && taker->isDescendantOf(subtree)) touchCancelled(id);
+        if (active->isTaken) continue;
+        auto const view = active->touch->view();
+        if (!view || !view->isDescendantOf(subtree)) continue;
+        auto const phase = std::exchange(active->touch->phase_, UITouchPhase::cancelled);
+        view->touchesCancelled(*active->touch);
+        std::erase_if(active->scrollViews, [&](Weak<UIScrollView> const& weak) {
+            auto const scrollView = weak.lock();
+            if (!scrollView || !scrollView->isDescendantOf(subtree)) return !scrollView;
+            scrollView->trackTouch(*active->touch);
+            return true;
+        });
+        active->touch->view_ = nullptr;
+        active->touch->phase_ = phase;
+        if (active->scrollViews.empty()) state_->touches.erase(id);
+    }
+}
+
+// Keys and focus.
+
+void UIWindow::keyPressed(Key key) {
+    auto const self = strong(*this);
+    auto const top = topViewController();
+    if (!top) return;
+    // What a new screen or an alert has covered is out of the keyboard's reach.
+    auto const focused = state_->focused.lock();
+    if (focused && !focused->isDescendantOf(*top->view())) state_->focused = nullptr;
+    placeFocusRing();
+    switch (key) {
+    case Key::returnKey:
+        return state_->focused.lock() ? pressFocused() : top->performReturnKey();
+    case Key::escape:
+        return top->performEscapeKey();
+    case Key::tab:
+        return moveFocus(1);
+    case Key::backtab:
+        return moveFocus(-1);
+    case Key::space:
+        return pressFocused();
+    }
+}
+
+void UIWindow::moveFocus(int step) {
+    auto const top = topViewController();
+    std::vector<UIControl*> controls;
+    collectControls(*top->view(), controls);
+    if (controls.empty()) return;
+    auto const focused = state_->focused.lock();
+    auto const found = std::ranges::find(controls, focused.get());
+    auto const count = static_cast<int>(controls.size());
+    int const start = step > 0 ? -1 : count;
+    int const index = found == controls.end() ? start : static_cast<int>(found - controls.begin());
+    state_->focused = controls[static_cast<std::size_t>((index + step + count) % count)];
+    placeFocusRing();
+}
+
+void UIWindow::pressFocused() {
+    auto const focused = state_->focused.lock();
+    if (!focused || !focused->isEnabled() || focused->window() != this) return;
+    focused->sendActions(UIControlEvents::touchUpInside);
+}
+
+/// The ring lies around the focused control, above all views.
+void UIWindow::placeFocusRing() {
+    auto const focused = state_->focused.lock();
+    bool const isShown = focused && focused->window() == this;
+    if (!isShown) {
+        if (state_->focusRing) state_->focusRing->removeFromSuperlayer();
+        state_->focusRing = nullptr;
+        state_->focused = nullptr;
+        return;
+    }
+    if (!state_->focusRing) {
+        state_->focusRing = make<CALayer>();
+        state_->focusRing->setZPosition(greatestFiniteMagnitude);
+        state_->focusRing->setBorderWidth(2);
+        layer().addSublayer(state_->focusRing);
+    }
+    state_->focusRing->setBorderColor(UIColor::systemBlue().cgColor(traits_));
+    state_->focusRing->setCornerRadius(focused->layer().cornerRadius() + 3);
+    state_->focusRing->setFrame(focused->convertRectTo(focused->bounds(), nullptr).insetBy(-3, -3));
 }
 
 } // namespace trelundo
