@@ -1,5 +1,5 @@
 #include "trelundo/platform/window/OffscreenShell.h"
-#include "trelundo/platform/window/internal/DesktopDisplay.h"
+#include "trelundo/platform/window/internal/DisplayProbe.h"
 #include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
@@ -13,14 +13,14 @@ namespace trelundo {
 
 TEST(ResizedProfileTest, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFromTheNewOne) {
     auto const& phone = *DeviceProfile::find("phone-430x932");
-    EXPECT_EQ(resizedProfile(phone, {430, 932}).landscapeHorizontal, phone.landscapeHorizontal);
-    EXPECT_EQ(resizedProfile(phone, {932, 430}).points, phone.points);
+    EXPECT_EQ(phone.resizedTo({430, 932}).landscapeHorizontal, phone.landscapeHorizontal);
+    EXPECT_EQ(phone.resizedTo({932, 430}).points, phone.points);
     auto const& tablet = *DeviceProfile::find("tablet-820x1180");
-    auto const narrow = resizedProfile(tablet, {438, 1180});
+    auto const narrow = tablet.resizedTo({438, 1180});
     EXPECT_EQ(narrow.points, (CGSize{438, 1180}));
     EXPECT_EQ(narrow.portraitHorizontal, UIUserInterfaceSizeClass::compact);
     EXPECT_EQ(narrow.portraitVertical, UIUserInterfaceSizeClass::regular);
-    auto const wide = resizedProfile(tablet, {900, 400});
+    auto const wide = tablet.resizedTo({900, 400});
     EXPECT_EQ(wide.points, (CGSize{400, 900}));
     EXPECT_EQ(wide.landscapeHorizontal, UIUserInterfaceSizeClass::regular);
     EXPECT_EQ(wide.landscapeVertical, UIUserInterfaceSizeClass::compact);

@@ -1,7 +1,7 @@
 #include "trelundo/platform/window/WindowShell.h"
 
-#include "trelundo/platform/window/internal/DesktopDisplay.h"
 #include "trelundo/platform/window/internal/DeviceWindow.h"
+#include "trelundo/platform/window/internal/DisplayProbe.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"

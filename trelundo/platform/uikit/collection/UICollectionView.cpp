@@ -2,10 +2,39 @@
 
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/uikit/collection/internal/UICollectionViewState.h"
 #include "trelundo/platform/uikit/views/UITouch.h"
 
+#include <map>
+#include <optional>
+
 namespace trelundo {
+
+/// What a collection view keeps between layouts: counts and the cells of the moment, nothing per item.
+struct UICollectionView::State {
+    using Cells = std::vector<Ref<UICollectionViewCell>>;
+    struct ScrollRequest {
+        IndexPath indexPath;
+        UICollectionViewScrollPosition position;
+    };
+
+    std::map<std::string, std::function<Ref<UICollectionViewCell>(CGRect)>> factories;
+    std::map<std::string, Cells> pool; // by reuse identifier
+    std::map<int, Ref<UICollectionViewCell>> shown;
+    Cells handedOut; // dequeued and not yet returned by the data source
+
+    std::optional<int> count;
+    bool layoutIsStale = true;
+    CGSize laidOutSize; // zero before the first layout
+    std::optional<ScrollRequest> pendingScroll;
+
+    bool updating = false;
+    bool reloadAfterUpdate = false;
+    int displayLink = 0;
+    bool following = false;
+
+    int selected = -1;
+    int touched = -1;
+};
 
 namespace {
 
@@ -35,13 +64,12 @@ UICollectionView::UICollectionView(CGRect frame, Ref<UICollectionViewFlowLayout>
     , state_(std::make_unique<State>())
     , layout_(std::move(layout)) {
     if (!layout_) fatalError("UICollectionView must be initialized with a layout");
-    layout_->collectionView_ = this;
+    layout_->didInvalidate_ = [view = Weak<UICollectionView>{this}] {
+        if (auto const shown = view.lock()) shown->layoutDidInvalidate();
+    };
 }
 
-UICollectionView::~UICollectionView() {
-    followShownOffset(false);
-    if (layout_->collectionView_ == this) layout_->collectionView_ = nullptr;
-}
+UICollectionView::~UICollectionView() { followShownOffset(false); }
 
 void UICollectionView::setDataSource(Weak<UICollectionViewDataSource> dataSource) {
     dataSource_ = std::move(dataSource);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/uikit/collection/UICollectionViewCell.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewFlowLayout.h"
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 namespace trelundo {
@@ -28,7 +29,6 @@ public:
     virtual void didEndDisplayingCell(UICollectionView&, UICollectionViewCell&, IndexPath) {}
 };
 
-enum class UICollectionViewScrollDirection : int { vertical = 0, horizontal = 1 };
 enum class UICollectionViewScrollPosition : unsigned {
     none = 0,
     top = 1,
@@ -37,47 +37,6 @@ enum class UICollectionViewScrollPosition : unsigned {
     left = 8,
     centeredHorizontally = 16,
     right = 32,
-};
-
-/// Places equal items in lines by arithmetic: no storage per item. Mirrored in right-to-left layouts.
-class UICollectionViewFlowLayout : public NSObject {
-public:
-    CGSize itemSize() const { return itemSize_; }
-    void setItemSize(CGSize size);
-    double minimumLineSpacing() const { return minimumLineSpacing_; }
-    void setMinimumLineSpacing(double spacing);
-    double minimumInteritemSpacing() const { return minimumInteritemSpacing_; }
-    void setMinimumInteritemSpacing(double spacing);
-    UIEdgeInsets sectionInset() const { return sectionInset_; }
-    void setSectionInset(UIEdgeInsets inset);
-    UICollectionViewScrollDirection scrollDirection() const { return scrollDirection_; }
-    void setScrollDirection(UICollectionViewScrollDirection direction);
-
-    /// The whole content's size for `count` items in a view of `bounds`.
-    CGSize contentSize(int count, CGSize bounds) const;
-    /// The frame of `item` in content coordinates.
-    CGRect frameOfItem(int item, int count, CGSize bounds, bool rightToLeft) const;
-    /// First and one past the last item whose frames may touch `rect`.
-    struct ItemRange {
-        int begin;
-        int end;
-        bool contains(int item) const { return item >= begin && item < end; }
-        bool operator==(ItemRange const&) const = default;
-    };
-    ItemRange itemsIn(CGRect rect, int count, CGSize bounds, bool rightToLeft) const;
-
-private:
-    friend class UICollectionView;
-    struct Grid;
-    Grid grid(int count, CGSize bounds) const;
-    void invalidate();
-
-    CGSize itemSize_{50, 50};
-    double minimumLineSpacing_ = 10;
-    double minimumInteritemSpacing_ = 10;
-    UIEdgeInsets sectionInset_;
-    UICollectionViewScrollDirection scrollDirection_ = UICollectionViewScrollDirection::vertical;
-    UICollectionView* collectionView_ = nullptr;
 };
 
 /// Shows many items with as many cells as fit on the screen; leaving cells are reused. One section.
@@ -123,7 +82,6 @@ protected:
     void sizeDidChange(CGSize before) override;
 
 private:
-    friend class UICollectionViewFlowLayout;
     void registerFactory(std::string reuseIdentifier,
                          std::function<Ref<UICollectionViewCell>(CGRect)> factory);
 
@@ -140,7 +98,6 @@ private:
     CGPoint offsetForItem(int item, UICollectionViewScrollPosition position);
     void applyPendingScroll();
 
-    // Cells (UICollectionViewCells.cpp).
     void updateCells();
     void updateCells(CGRect assigned, CGRect shown);
     void showItem(int item);

@@ -1,6 +1,8 @@
-#include "trelundo/platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/collection/UICollectionViewFlowLayout.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace trelundo {
 
@@ -115,7 +117,7 @@ void UICollectionViewFlowLayout::setScrollDirection(UICollectionViewScrollDirect
 }
 
 void UICollectionViewFlowLayout::invalidate() {
-    if (collectionView_) collectionView_->layoutDidInvalidate();
+    if (didInvalidate_) didInvalidate_();
 }
 
 } // namespace trelundo

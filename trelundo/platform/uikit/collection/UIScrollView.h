@@ -104,7 +104,7 @@ private:
     void updateIndicators();
     void fadeIndicators();
 
-    // Dragging (UIScrollViewDragging.cpp).
+    // Dragging and movement by itself (UIScrollViewMotion.cpp).
     bool canDragHorizontally() const;
     bool canDragVertically() const;
     void beginTracking(UITouch& touch);
@@ -115,8 +115,6 @@ private:
     void endDragging(CGPoint velocity);
     void askForTarget(CGPoint& velocity);
     bool needsMotion(CGPoint velocity) const;
-
-    // Movement by itself (UIScrollViewMotion.cpp).
     void beginDecelerating(CGPoint velocity);
     void beginAnimating(CGPoint target);
     void startMotion();

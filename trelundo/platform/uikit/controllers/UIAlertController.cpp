@@ -1,7 +1,8 @@
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
-#include "trelundo/platform/uikit/controllers/internal/AlertViews.h"
+#include "trelundo/platform/uikit/controllers/internal/AlertButton.h"
+#include "trelundo/platform/uikit/controllers/internal/AlertText.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
@@ -41,6 +42,13 @@ UIColor separatorColor() {
 CALayer::BackdropEffect material(UITraitCollection const& traits) {
     return {20, 1.8, isDark(traits) ? CGColor{0.145, 0.145, 0.15, 0.8} : CGColor{0.97, 0.97, 0.97, 0.8}};
 }
+
+/// Fills the window behind an alert's card; what is touched beside the card goes nowhere.
+class AlertBackground : public UIView {
+public:
+    using UIView::UIView;
+    UIResponder* nextResponder() const override { return nullptr; }
+};
 
 /// Stacks rows below one another in a card, each under a hairline.
 class CardRows {
@@ -179,7 +187,7 @@ void UIAlertController::viewDidAppear(bool animated) {
     if (performedAction_) leave();
 }
 
-// Look.
+// Appearance.
 
 void UIAlertController::loadView() { setView(make<AlertBackground>()); }
 

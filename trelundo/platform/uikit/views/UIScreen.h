@@ -1,39 +1,13 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/views/DeviceProfile.h"
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
-
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace trelundo {
-
-enum class UIInterfaceOrientation : int {
-    unknown = 0,
-    portrait = 1,
-    portraitUpsideDown = 2,
-    landscapeRight = 3,
-    landscapeLeft = 4,
-};
-
-/// One class of devices: sizes in portrait points, pixels as built.
-struct DeviceProfile {
-    std::string_view name; // "phone-390x844"
-    UIUserInterfaceIdiom idiom;
-    CGSize points;
-    double scale;
-    CGSize nativePixels;
-    UIEdgeInsets portraitInsets; // safe area
-    UIEdgeInsets landscapeInsets;
-    UIUserInterfaceSizeClass portraitHorizontal, portraitVertical;
-    UIUserInterfaceSizeClass landscapeHorizontal, landscapeVertical;
-
-    /// All known classes, small phones first.
-    static std::span<DeviceProfile const> all();
-    /// Null when the name is unknown.
-    static DeviceProfile const* find(std::string_view name);
-};
 
 /// The display. `nativeBounds` is in pixels and always portrait.
 class UIScreen {

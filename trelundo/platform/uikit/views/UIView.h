@@ -276,7 +276,7 @@ private:
     UILayoutGuide* layoutGuide() override { return nullptr; }
     std::string layoutName() const override;
 
-    // Changes of the tree (UIViewTree.cpp).
+    // Changes of the tree.
     bool mayContain(UIView const& view) const;
     void restack(Ref<UIView> const& view, std::size_t index);
     void place(Ref<UIView> const& view, std::size_t index);
@@ -286,7 +286,7 @@ private:
     void reportWindow(UIView const* window);
     void moveToWindow(UIView* window);
 
-    // Conversions between this view's coordinates and the superview's or the root's (UIViewGeometry.cpp).
+    // Conversions between this view's coordinates and the superview's or the root's.
     CGAffineTransform transformToSuperview() const;
     CGAffineTransform transformTo(UIView const* view) const;
 

@@ -1,13 +1,30 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
+#include "trelundo/platform/uikit/controls/UIControl.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/internal/UIWindowState.h"
 
 #include <algorithm>
+#include <map>
 
 namespace trelundo {
+
+/// One finger on the window. A scroll view that takes it over has it until the end.
+struct UIWindow::ActiveTouch {
+    Ref<UITouch> touch;
+    std::vector<Weak<UIScrollView>> scrollViews; // that hold the touched view, nearest first
+    Weak<UIScrollView> taker;
+    bool isTaken = false;
+};
+
+struct UIWindow::State {
+    std::map<int, std::shared_ptr<ActiveTouch>> touches;
+    Weak<UIControl> focused; // by the keyboard
+    Ref<CALayer> focusRing;
+    bool isLayingOut = false;
+};
 
 namespace {
 

@@ -4,7 +4,8 @@
 #include "trelundo/platform/uikit/views/UITouch.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
-#include <map>
+#include <memory>
+#include <vector>
 
 namespace trelundo {
 
@@ -21,7 +22,7 @@ public:
     /// appearance callbacks.
     void setRootViewController(Ref<UIViewController> controller);
     void makeKeyAndVisible();
-    bool isVisible() const { return visible_; }
+    bool isVisible() const { return isVisible_; }
     /// Every visible window, in the order in which they became visible.
     static std::vector<UIWindow*> const& visibleWindows();
     /// The one that makeKeyAndVisible() was last called on; null without one.
@@ -68,7 +69,7 @@ private:
 
     std::unique_ptr<State> state_;
     Ref<UIViewController> root_;
-    bool visible_ = false;
+    bool isVisible_ = false;
     UITraitCollection traits_;
     UIEdgeInsets windowSafeArea_;
 };

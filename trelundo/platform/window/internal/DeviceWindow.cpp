@@ -4,7 +4,6 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/graphics/internal/SurfacePixels.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
-#include "trelundo/platform/window/internal/DesktopDisplay.h"
 #include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include <QGuiApplication>
@@ -182,7 +181,7 @@ void DeviceWindow::takeSize(QSize size) {
     if (std::abs(points.width - current.width) <= tolerance &&
         std::abs(points.height - current.height) <= tolerance)
         return;
-    UIScreen::main().configure(resizedProfile(device_, points), points.width > points.height);
+    UIScreen::main().configure(device_.resizedTo(points), points.width > points.height);
     window_->screenDidChange();
     turn();
     report(WindowPlacement::Cause::resized);

@@ -36,7 +36,7 @@ public:
     static void willDisappear(UIViewController& controller, bool animated);
     static void didDisappear(UIViewController& controller, bool animated);
 
-    // Standing in the window (PresentationLayout.cpp).
+    // Standing in the window (PresentationEngineLayout.cpp).
     /// Sizes everything presented to the window.
     static void sizeToWindow(UIViewController& root, UIWindow& window);
     /// The topmost controller that decides on the status bar: of those over the whole screen.

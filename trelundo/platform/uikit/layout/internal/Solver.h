@@ -118,7 +118,7 @@ private:
     SymbolState const& state(Symbol symbol) const { return symbols_[index(symbol)]; }
     SolverRow& expression(RowIndex row) { return rows_[index(row)].expression; }
 
-    // The tableau (Solver.cpp).
+    // The tableau.
     Symbol makeSymbol(Kind kind, Constraint constraint);
     void freeSymbol(Symbol symbol);
     RowIndex takeRow();
@@ -148,7 +148,7 @@ private:
     Level& level(double priority);
     void retryRefused();
 
-    // Optimisation (SolverSimplex.cpp).
+    // Optimisation.
     void restoreFeasibility(std::vector<Conflict>& conflicts);
     RowIndex nextInfeasible();
     Symbol dualEntering(Row const& row, bool minding) const;

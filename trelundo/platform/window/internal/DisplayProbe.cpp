@@ -1,7 +1,5 @@
-#include "trelundo/platform/window/internal/DesktopDisplay.h"
+#include "trelundo/platform/window/internal/DisplayProbe.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -14,9 +12,6 @@
 namespace trelundo {
 
 namespace {
-
-constexpr double smallestRegularWidth = 600;  // points
-constexpr double smallestRegularHeight = 480; // points
 
 std::string environment(char const* name) {
     auto const* value = std::getenv(name);
@@ -64,14 +59,6 @@ bool namesRemoteServer() {
     return display.find(':') != std::string::npos && localDisplay(display).empty();
 }
 
-bool isSize(CGSize left, CGSize right) {
-    return std::abs(left.width - right.width) < 1 && std::abs(left.height - right.height) < 1;
-}
-
-UIUserInterfaceSizeClass sizeClass(double length, double smallestRegular) {
-    return length < smallestRegular ? UIUserInterfaceSizeClass::compact : UIUserInterfaceSizeClass::regular;
-}
-
 } // namespace
 
 DisplayProbe::DisplayProbe() {
@@ -85,19 +72,6 @@ DisplayProbe::DisplayProbe() {
 
 DisplayProbe::~DisplayProbe() {
     if (socket_ >= 0) ::close(socket_);
-}
-
-DeviceProfile resizedProfile(DeviceProfile const& device, CGSize points) {
-    CGSize const turned{device.points.height, device.points.width};
-    if (isSize(points, device.points) || isSize(points, turned)) return device;
-    auto profile = device;
-    profile.points = {std::min(points.width, points.height), std::max(points.width, points.height)};
-    profile.nativePixels = {profile.points.width * device.scale, profile.points.height * device.scale};
-    profile.portraitHorizontal = sizeClass(profile.points.width, smallestRegularWidth);
-    profile.portraitVertical = sizeClass(profile.points.height, smallestRegularHeight);
-    profile.landscapeHorizontal = sizeClass(profile.points.height, smallestRegularWidth);
-    profile.landscapeVertical = sizeClass(profile.points.width, smallestRegularHeight);
-    return profile;
 }
 
 } // namespace trelundo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "trelundo/platform/graphics/Geometry.h"
+#include "trelundo/platform/uikit/views/UITraitCollection.h"
+
+#include <span>
+#include <string_view>
+
+namespace trelundo {
+
+/// One class of devices: sizes in portrait points, pixels as built.
+struct DeviceProfile {
+    std::string_view name; // "phone-390x844"; lives as long as the program
+    UIUserInterfaceIdiom idiom;
+    CGSize points;
+    double scale;
+    CGSize nativePixels;
+    UIEdgeInsets portraitInsets; // safe area
+    UIEdgeInsets landscapeInsets;
+    UIUserInterfaceSizeClass portraitHorizontal, portraitVertical;
+    UIUserInterfaceSizeClass landscapeHorizontal, landscapeVertical;
+
+    /// All known classes, small phones first.
+    static std::span<DeviceProfile const> all();
+    /// Null when the name is unknown.
+    static DeviceProfile const* find(std::string_view name);
+    /// This device as it is when its window has been pulled to `size` (width by height as seen). At its own
+    /// size, upright or turned, it is the device itself.
+    DeviceProfile resizedTo(CGSize size) const;
+};
+
+} // namespace trelundo
