@@ -24,7 +24,6 @@ class UICollectionViewCell;
 class UICollectionViewFlowLayout;
 class UIColor;
 class UIControl;
-class UIEvent;
 class UIFont;
 class UIImage;
 class UIImageView;

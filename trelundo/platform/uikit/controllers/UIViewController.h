@@ -20,12 +20,7 @@ enum class UIModalPresentationStyle : int {
     overCurrentContext = 6,
     popover = 7,
 };
-enum class UIModalTransitionStyle : int {
-    coverVertical = 0,
-    flipHorizontal = 1,
-    crossDissolve = 2,
-    partialCurl = 3
-};
+enum class UIModalTransitionStyle : int { coverVertical = 0, crossDissolve = 2 };
 enum class UIStatusBarStyle : int { defaultStyle = 0, lightContent = 1, darkContent = 3 };
 
 struct Presentation;
@@ -61,9 +56,6 @@ public:
     virtual void performReturnKey() {}
     virtual void performEscapeKey() {}
 
-    std::string const& title() const { return title_; }
-    void setTitle(std::string title) { title_ = std::move(title); }
-
     /// After preferredStatusBarStyle() or prefersStatusBarHidden() changed its answer.
     void setNeedsStatusBarAppearanceUpdate();
 
@@ -80,8 +72,6 @@ public:
     void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
     UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
     void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
-    bool isModalInPresentation() const { return modalInPresentation_; }
-    void setModalInPresentation(bool modal) { modalInPresentation_ = modal; }
     bool isBeingPresented() const { return beingPresented_; }
     bool isBeingDismissed() const { return beingDismissed_; }
 
@@ -108,13 +98,11 @@ private:
 
     Ref<UIView> view_;
     bool isLoadingView_ = false;
-    bool appeared_ = false; // between the will-appear and the will-disappear callback
-    std::string title_;
+    bool appeared_ = false;           // between the will-appear and the will-disappear callback
     Ref<UIViewController> presented_; // the presenter holds the presented controller
     UIViewController* presenting_ = nullptr;
     UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::automatic;
     UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
-    bool modalInPresentation_ = false;
     bool beingPresented_ = false;
     bool beingDismissed_ = false;
     bool inTransition_ = false;

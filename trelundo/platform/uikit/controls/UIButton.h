@@ -11,16 +11,7 @@
 
 namespace trelundo {
 
-enum class UIButtonType : int {
-    custom = 0,
-    system = 1,
-    detailDisclosure = 2,
-    infoLight = 3,
-    infoDark = 4,
-    contactAdd = 5,
-    plain = 6,
-    close = 7,
-};
+enum class UIButtonType : int { custom = 0, system = 1 };
 
 /// A title and a picture that depend on the state. The value for exactly the current state counts, else the
 /// one for normal; an attributed title beats a plain one.

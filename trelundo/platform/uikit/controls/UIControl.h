@@ -11,7 +11,6 @@ namespace trelundo {
 /// Bits: events may be combined.
 enum class UIControlEvents : unsigned {
     touchDown = 1,
-    touchDownRepeat = 2,
     touchDragInside = 4,
     touchDragOutside = 8,
     touchDragEnter = 16,
@@ -21,7 +20,6 @@ enum class UIControlEvents : unsigned {
     touchCancel = 256,
     valueChanged = 4096,
     primaryActionTriggered = 8192,
-    menuActionTriggered = 16384,
     allTouchEvents = 0xFFF,
     allEvents = 0xFFFFFFFF,
 };
@@ -34,7 +32,7 @@ constexpr bool intersects(UIControlEvents a, UIControlEvents b) {
 }
 
 /// Bits: selected and highlighted together is a state of its own.
-enum class UIControlState : unsigned { normal = 0, highlighted = 1, disabled = 2, selected = 4, focused = 8 };
+enum class UIControlState : unsigned { normal = 0, highlighted = 1, disabled = 2, selected = 4 };
 constexpr UIControlState operator|(UIControlState a, UIControlState b) {
     return static_cast<UIControlState>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }

@@ -4,15 +4,7 @@
 
 namespace trelundo {
 
-enum class UIUserInterfaceIdiom : int {
-    unspecified = -1,
-    phone = 0,
-    pad = 1,
-    tv = 2,
-    carPlay = 3,
-    mac = 5,
-    vision = 6
-};
+enum class UIUserInterfaceIdiom : int { unspecified = -1, phone = 0, pad = 1 };
 enum class UIUserInterfaceSizeClass : int { unspecified = 0, compact = 1, regular = 2 };
 enum class UIUserInterfaceStyle : int { unspecified = 0, light = 1, dark = 2 };
 enum class UIUserInterfaceLayoutDirection : int { leftToRight = 0, rightToLeft = 1 };

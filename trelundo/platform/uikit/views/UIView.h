@@ -42,9 +42,7 @@ enum class UISemanticContentAttribute : int {
 
 enum class UIViewAnimationOptions : unsigned {
     none = 0,
-    layoutSubviews = 1,
     allowUserInteraction = 2,
-    beginFromCurrentState = 4,
     repeat = 8,
     autoreverse = 16,
     overrideInheritedDuration = 32,
