@@ -27,10 +27,10 @@ struct UICollectionView::State {
     CGSize laidOutSize; // zero before the first layout
     std::optional<ScrollRequest> pendingScroll;
 
-    bool updating = false;
-    bool reloadAfterUpdate = false;
+    bool isUpdating = false;
+    bool reloadsAfterUpdate = false;
     int displayLink = 0;
-    bool following = false;
+    bool isFollowing = false;
 
     int selected = -1;
     int touched = -1;
@@ -92,8 +92,8 @@ int UICollectionView::numberOfItems(int section) {
 }
 
 void UICollectionView::reloadData() {
-    if (state_->updating) {
-        state_->reloadAfterUpdate = true;
+    if (state_->isUpdating) {
+        state_->reloadsAfterUpdate = true;
         return;
     }
     recycleAllCells();
@@ -239,15 +239,15 @@ void UICollectionView::offsetDidChange() {
 // Cells for the assigned offset are made at once; while an animation still shows another place, for that one
 // too.
 void UICollectionView::updateCells() {
-    if (state_->updating) return;
+    if (state_->isUpdating) return;
     CGRect const assigned = bounds();
     CGRect const shown = layer().presentationValues().bounds;
-    state_->updating = true;
+    state_->isUpdating = true;
     UIView::performWithoutAnimation([&] { updateCells(assigned, shown); });
-    state_->updating = false;
+    state_->isUpdating = false;
     followShownOffset(!assigned.insetBy(-margin, -margin).contains(shown.origin) ||
                       !assigned.insetBy(-margin, -margin).contains({shown.maxX(), shown.maxY()}));
-    if (std::exchange(state_->reloadAfterUpdate, false)) reloadData();
+    if (std::exchange(state_->reloadsAfterUpdate, false)) reloadData();
 }
 
 void UICollectionView::updateCells(CGRect assigned, CGRect shown) {
@@ -264,14 +264,14 @@ void UICollectionView::updateCells(CGRect assigned, CGRect shown) {
         if (!keptAssigned.contains(item) && !keptShown.contains(item)) leaving.push_back(item);
     for (int item : leaving) recycleCell(item);
     for (auto const& range : {items(assigned, margin), items(shown, margin)})
-        for (int item = range.begin; item < range.end && !state_->reloadAfterUpdate; ++item)
+        for (int item = range.begin; item < range.end && !state_->reloadsAfterUpdate; ++item)
             if (!state_->shown.contains(item)) showItem(item);
 }
 
 // A long animation shows places between its ends, frame by frame.
 void UICollectionView::followShownOffset(bool follow) {
-    if (follow == state_->following) return;
-    state_->following = follow;
+    if (follow == state_->isFollowing) return;
+    state_->isFollowing = follow;
     if (follow)
         state_->displayLink = CADisplayLink::add([this](double) {
             auto const self = strong(*this);

@@ -11,10 +11,10 @@ public:
     explicit UICollectionViewCell(CGRect frame = {});
 
     Ref<UIView> const& contentView() const { return contentView_; }
-    bool isHighlighted() const { return highlighted_; }
-    virtual void setHighlighted(bool highlighted) { highlighted_ = highlighted; }
-    bool isSelected() const { return selected_; }
-    virtual void setSelected(bool selected) { selected_ = selected; }
+    bool isHighlighted() const { return isHighlighted_; }
+    virtual void setHighlighted(bool highlighted) { isHighlighted_ = highlighted; }
+    bool isSelected() const { return isSelected_; }
+    virtual void setSelected(bool selected) { isSelected_ = selected; }
     /// Called before the cell is handed out again.
     virtual void prepareForReuse() {}
     std::string const& reuseIdentifier() const { return reuseIdentifier_; }
@@ -28,8 +28,8 @@ private:
     void place(CGRect frame);
 
     Ref<UIView> contentView_;
-    bool highlighted_ = false;
-    bool selected_ = false;
+    bool isHighlighted_ = false;
+    bool isSelected_ = false;
     std::string reuseIdentifier_;
     int item_ = -1;
 };

@@ -22,7 +22,7 @@ UIScrollView::UIScrollView(CGRect frame)
 }
 
 UIScrollView::~UIScrollView() {
-    if (state_->linked) CADisplayLink::remove(state_->displayLink);
+    if (state_->isLinked) CADisplayLink::remove(state_->displayLink);
 }
 
 // Offset.
@@ -40,7 +40,7 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
 }
 
 bool UIScrollView::scrollBy(CGPoint delta) {
-    if (!scrollEnabled_ || isTracking()) return false;
+    if (!isScrollEnabled_ || isTracking()) return false;
     auto const [horizontal, vertical] = offsetRanges();
     CGPoint const offset = contentOffset();
     CGPoint const target{horizontal.movedWithin(offset.x, delta.x), vertical.movedWithin(offset.y, delta.y)};

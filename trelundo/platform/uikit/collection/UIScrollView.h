@@ -60,8 +60,8 @@ public:
     void setAlwaysBounceHorizontal(bool always) { alwaysBounceHorizontal_ = always; }
     bool alwaysBounceVertical() const { return alwaysBounceVertical_; }
     void setAlwaysBounceVertical(bool always) { alwaysBounceVertical_ = always; }
-    bool isScrollEnabled() const { return scrollEnabled_; }
-    void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
+    bool isScrollEnabled() const { return isScrollEnabled_; }
+    void setScrollEnabled(bool enabled) { isScrollEnabled_ = enabled; }
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
     void setShowsHorizontalScrollIndicator(bool shows);
     bool showsVerticalScrollIndicator() const { return showsVertical_; }
@@ -131,7 +131,7 @@ private:
     bool bounces_ = true;
     bool alwaysBounceHorizontal_ = false;
     bool alwaysBounceVertical_ = false;
-    bool scrollEnabled_ = true;
+    bool isScrollEnabled_ = true;
     bool showsHorizontal_ = true;
     bool showsVertical_ = true;
     double decelerationRate_ = 0.998;

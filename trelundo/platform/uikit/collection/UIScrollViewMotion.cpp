@@ -24,11 +24,11 @@ double speedOf(double distance, double seconds, bool counts) {
 double withinThreshold(double distance) { return std::clamp(distance, -dragThreshold, dragThreshold); }
 
 // The content lags behind by the threshold when a drag begins, so that it does not jump, and catches up with
-// the finger on the way: returns `distance` enlarged by the part of `debt` that is made up for.
-double caughtUp(double distance, double& debt) {
-    if (distance * debt <= 0) return distance;
-    double const share = std::copysign(std::min(std::abs(debt), std::abs(distance) * catchUpRate), distance);
-    debt -= share;
+// the finger on the way: returns `distance` enlarged by the part of `lag` that is made up for.
+double caughtUp(double distance, double& lag) {
+    if (distance * lag <= 0) return distance;
+    double const share = std::copysign(std::min(std::abs(lag), std::abs(distance) * catchUpRate), distance);
+    lag -= share;
     return distance + share;
 }
 
@@ -40,7 +40,7 @@ constexpr double animationDuration = 0.3; // seconds
 
 bool UIScrollView::isTracking() const { return static_cast<bool>(state_->touch); }
 
-bool UIScrollView::isDragging() const { return state_->dragging; }
+bool UIScrollView::isDragging() const { return state_->isDragging; }
 
 bool UIScrollView::canDragHorizontally() const {
     return maximumOffset().x > minimumOffset().x || (bounces_ && alwaysBounceHorizontal_);
@@ -53,7 +53,7 @@ bool UIScrollView::canDragVertically() const {
 bool UIScrollView::trackTouch(UITouch& touch) {
     auto const self = strong(*this);
     if (touch.phase() == UITouchPhase::began) {
-        if (!state_->touch && scrollEnabled_) beginTracking(touch);
+        if (!state_->touch && isScrollEnabled_) beginTracking(touch);
         return false;
     }
     if (state_->touch.get() != &touch) return false;
@@ -72,11 +72,11 @@ void UIScrollView::beginTracking(UITouch& touch) {
 
 bool UIScrollView::continueTracking(UITouch& touch) {
     state_->addSample({touch.timestamp(), touch.locationInWindow()}, velocityWindow);
-    if (!state_->dragging) {
+    if (!state_->isDragging) {
         CGPoint const translation = touch.locationInWindow() - state_->start;
         bool const starts = (canDragHorizontally() && std::abs(translation.x) >= dragThreshold) ||
                             (canDragVertically() && std::abs(translation.y) >= dragThreshold);
-        if (!starts || !scrollEnabled_) return false;
+        if (!starts || !isScrollEnabled_) return false;
         beginDragging(translation);
     }
     dragTo(touch.locationInWindow());
@@ -84,9 +84,9 @@ bool UIScrollView::continueTracking(UITouch& touch) {
 }
 
 void UIScrollView::beginDragging(CGPoint translation) {
-    state_->dragging = true;
-    state_->debt = {withinThreshold(translation.x), withinThreshold(translation.y)};
-    state_->finger = state_->start + state_->debt;
+    state_->isDragging = true;
+    state_->lag = {withinThreshold(translation.x), withinThreshold(translation.y)};
+    state_->finger = state_->start + state_->lag;
     showIndicators();
     if (auto delegate = scrollDelegate()) delegate->scrollViewWillBeginDragging(*this);
 }
@@ -94,7 +94,7 @@ void UIScrollView::beginDragging(CGPoint translation) {
 // Every step starts from the present offset, so a drift that moves it meanwhile adds to the finger's way.
 void UIScrollView::dragTo(CGPoint location) {
     CGPoint way = location - std::exchange(state_->finger, location);
-    way = {caughtUp(way.x, state_->debt.x), caughtUp(way.y, state_->debt.y)};
+    way = {caughtUp(way.x, state_->lag.x), caughtUp(way.y, state_->lag.y)};
     auto const [horizontal, vertical] = offsetRanges();
     CGSize const size = bounds().size;
     auto const moved = [this](double offset, double distance, scroll::Range range, double length) {
@@ -108,14 +108,14 @@ void UIScrollView::dragTo(CGPoint location) {
 }
 
 bool UIScrollView::endTracking(UITouch& touch) {
-    bool const swallowed = state_->dragging || state_->touchStoppedMotion;
+    bool const swallowed = state_->isDragging || state_->touchStoppedMotion;
     state_->addSample({touch.timestamp(), touch.locationInWindow()}, velocityWindow);
     auto const first = state_->samples.front();
     double const seconds = touch.timestamp() - first.time;
     CGPoint const way = touch.locationInWindow() - first.location;
     bool const counts = touch.phase() == UITouchPhase::ended;
     state_->touch = nullptr;
-    if (state_->dragging) {
+    if (state_->isDragging) {
         endDragging({speedOf(-way.x, seconds, counts && canDragHorizontally()),
                      speedOf(-way.y, seconds, counts && canDragVertically())});
     } else if (needsMotion({})) {
@@ -131,7 +131,7 @@ bool UIScrollView::needsMotion(CGPoint velocity) const {
 }
 
 void UIScrollView::endDragging(CGPoint velocity) {
-    state_->dragging = false;
+    state_->isDragging = false;
     askForTarget(velocity);
     bool const decelerates = needsMotion(velocity);
     if (auto delegate = scrollDelegate()) delegate->scrollViewDidEndDragging(*this, decelerates);
@@ -166,7 +166,7 @@ void UIScrollView::didMoveToWindow() {
     UIView::didMoveToWindow();
     if (window()) return;
     state_->touch = nullptr;
-    state_->dragging = false;
+    state_->isDragging = false;
     stopMotion();
 }
 
@@ -190,16 +190,16 @@ void UIScrollView::beginDecelerating(CGPoint velocity) {
 
 void UIScrollView::startMotion() {
     state_->lastFrame = Clock::current().now();
-    if (state_->linked) return;
-    state_->linked = true;
+    if (state_->isLinked) return;
+    state_->isLinked = true;
     state_->displayLink = CADisplayLink::add([this](double now) { motionFrame(now); });
 }
 
 // Ends a movement where it is. The delegate hears of the end of every movement that it heard begin.
 void UIScrollView::stopMotion() {
     auto const motion = std::exchange(state_->motion, State::Motion::none);
-    if (state_->linked) CADisplayLink::remove(state_->displayLink);
-    state_->linked = false;
+    if (state_->isLinked) CADisplayLink::remove(state_->displayLink);
+    state_->isLinked = false;
     if (motion == State::Motion::none) return;
     fadeIndicators();
     auto const delegate = scrollDelegate();

@@ -11,7 +11,7 @@ UIAlertAction::UIAlertAction(std::string title, UIAlertActionStyle style,
     , handler_(std::move(handler)) {}
 
 void UIAlertAction::setEnabled(bool enabled) {
-    enabled_ = enabled;
+    isEnabled_ = enabled;
     if (enabledDidChange_) enabledDidChange_();
 }
 

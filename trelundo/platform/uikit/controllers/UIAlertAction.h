@@ -17,7 +17,7 @@ public:
 
     std::string const& title() const { return title_; }
     UIAlertActionStyle style() const { return style_; }
-    bool isEnabled() const { return enabled_; }
+    bool isEnabled() const { return isEnabled_; }
     /// A disabled action is dimmed and cannot be chosen.
     void setEnabled(bool enabled);
 
@@ -25,7 +25,7 @@ private:
     friend class UIAlertController;
     std::string title_;
     UIAlertActionStyle style_;
-    bool enabled_ = true;
+    bool isEnabled_ = true;
     std::function<void(UIAlertAction&)> handler_;
     std::function<void()> enabledDidChange_; // the alert's, which draws the action
 };

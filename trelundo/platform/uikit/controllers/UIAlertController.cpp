@@ -158,7 +158,7 @@ void UIAlertController::performAction(UIAlertAction& action) {
     if (found == actions_.end() || !action.isEnabled() || performedAction_) return;
     if (!presentingViewController() || isBeingDismissed()) return;
     performedAction_ = *found;
-    if (!inTransition_) leave();
+    if (!isInTransition_) leave();
 }
 
 void UIAlertController::leave() {

@@ -72,8 +72,8 @@ public:
     void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
     UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
     void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
-    bool isBeingPresented() const { return beingPresented_; }
-    bool isBeingDismissed() const { return beingDismissed_; }
+    bool isBeingPresented() const { return isBeingPresented_; }
+    bool isBeingDismissed() const { return isBeingDismissed_; }
 
     /// During viewDidLoad the predicted traits: those of the window it will be shown in, or of the main
     /// screen.
@@ -98,14 +98,14 @@ private:
 
     Ref<UIView> view_;
     bool isLoadingView_ = false;
-    bool appeared_ = false;           // between the will-appear and the will-disappear callback
+    bool hasAppeared_ = false;        // between the will-appear and the will-disappear callback
     Ref<UIViewController> presented_; // the presenter holds the presented controller
     UIViewController* presenting_ = nullptr;
     UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::automatic;
     UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
-    bool beingPresented_ = false;
-    bool beingDismissed_ = false;
-    bool inTransition_ = false;
+    bool isBeingPresented_ = false;
+    bool isBeingDismissed_ = false;
+    bool isInTransition_ = false;
     std::unique_ptr<Presentation> presentation_; // while presented
     std::optional<UITraitCollection> lastTraits_;
 };

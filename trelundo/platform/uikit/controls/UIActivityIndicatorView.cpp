@@ -84,20 +84,20 @@ void UIActivityIndicatorView::setColor(UIColor color) {
 
 void UIActivityIndicatorView::setHidesWhenStopped(bool hides) {
     hidesWhenStopped_ = hides;
-    if (!animating_) setHidden(hides);
+    if (!isAnimating_) setHidden(hides);
 }
 
 void UIActivityIndicatorView::startAnimating() {
-    if (animating_) return;
-    animating_ = true;
+    if (isAnimating_) return;
+    isAnimating_ = true;
     setHidden(false);
     updateDisplayLink();
     activityDidChange(*this, true);
 }
 
 void UIActivityIndicatorView::stopAnimating() {
-    if (!animating_) return;
-    animating_ = false;
+    if (!isAnimating_) return;
+    isAnimating_ = false;
     if (hidesWhenStopped_) setHidden(true);
     updateDisplayLink();
     activityDidChange(*this, false);
@@ -109,7 +109,7 @@ void UIActivityIndicatorView::didMoveToWindow() {
 }
 
 void UIActivityIndicatorView::updateDisplayLink() {
-    bool const turns = animating_ && window();
+    bool const turns = isAnimating_ && window();
     if (turns == (displayLink_ != 0)) return;
     if (turns) {
         startTime_ = Clock::current().now();

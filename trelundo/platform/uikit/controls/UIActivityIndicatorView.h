@@ -25,7 +25,7 @@ public:
     void setColor(UIColor color);
     bool hidesWhenStopped() const { return hidesWhenStopped_; }
     void setHidesWhenStopped(bool hides);
-    bool isAnimating() const { return animating_; }
+    bool isAnimating() const { return isAnimating_; }
     void startAnimating();
     void stopAnimating();
 
@@ -41,7 +41,7 @@ private:
     UIActivityIndicatorViewStyle style_;
     std::optional<UIColor> color_;
     bool hidesWhenStopped_ = true;
-    bool animating_ = false;
+    bool isAnimating_ = false;
     int displayLink_ = 0;  // 0: none
     double startTime_ = 0; // of the turning, Clock::now()
     int step_ = 0;         // the blade that leads, clockwise from the top

@@ -19,7 +19,7 @@ UIControl::UIControl(CGRect frame, Ref<CALayer> layer)
     : UIView(frame, std::move(layer)) {}
 
 void UIControl::setEnabled(bool enabled) {
-    enabled_ = enabled;
+    isEnabled_ = enabled;
     if (!enabled && isTracking()) {
         trackedTouch_ = nullptr;
         setHighlighted(false);
@@ -28,20 +28,20 @@ void UIControl::setEnabled(bool enabled) {
 }
 
 void UIControl::setSelected(bool selected) {
-    selected_ = selected;
+    isSelected_ = selected;
     stateDidChange();
 }
 
 void UIControl::setHighlighted(bool highlighted) {
-    highlighted_ = highlighted;
+    isHighlighted_ = highlighted;
     stateDidChange();
 }
 
 UIControlState UIControl::state() const {
     auto state = UIControlState::normal;
-    if (highlighted_) state = state | UIControlState::highlighted;
-    if (!enabled_) state = state | UIControlState::disabled;
-    if (selected_) state = state | UIControlState::selected;
+    if (isHighlighted_) state = state | UIControlState::highlighted;
+    if (!isEnabled_) state = state | UIControlState::disabled;
+    if (isSelected_) state = state | UIControlState::selected;
     return state;
 }
 
@@ -96,23 +96,23 @@ void UIControl::sendActions(UIControlEvents events) {
 
 Ref<UIView> UIControl::hitTest(CGPoint point) {
     auto const hit = UIView::hitTest(point);
-    return hit && !enabled_ ? Ref<UIView>{strong(*this)} : hit;
+    return hit && !isEnabled_ ? Ref<UIView>{strong(*this)} : hit;
 }
 
 bool UIControl::tracks(UITouch const& touch) const { return trackedTouch_.refersTo(touch) && isTracking(); }
 
 void UIControl::touchesBegan(UITouch& touch) {
-    if (!enabled_ || isTracking()) return;
+    if (!isEnabled_ || isTracking()) return;
     auto const self = strong(*this);
     trackedTouch_ = Weak<UITouch>{&touch};
-    touchInside_ = true;
+    isTouchInside_ = true;
     setHighlighted(true);
     sendActions(UIControlEvents::touchDown);
 }
 
 void UIControl::setTouchInside(bool inside) {
-    if (inside == touchInside_) return;
-    touchInside_ = inside;
+    if (inside == isTouchInside_) return;
+    isTouchInside_ = inside;
     setHighlighted(inside);
     sendActions(inside ? UIControlEvents::touchDragEnter : UIControlEvents::touchDragExit);
 }
@@ -123,7 +123,7 @@ void UIControl::touchesMoved(UITouch& touch) {
     auto const reach = bounds().insetBy(-touchTolerance, -touchTolerance);
     setTouchInside(reach.contains(touch.locationIn(*this)));
     if (!tracks(touch)) return;
-    sendActions(touchInside_ ? UIControlEvents::touchDragInside : UIControlEvents::touchDragOutside);
+    sendActions(isTouchInside_ ? UIControlEvents::touchDragInside : UIControlEvents::touchDragOutside);
 }
 
 void UIControl::touchesEnded(UITouch& touch) {
@@ -142,7 +142,7 @@ void UIControl::endTracking(UIControlEvents events) {
     trackedTouch_ = nullptr;
     setHighlighted(false);
     // An override of setHighlighted may have disabled the control, which then sends nothing.
-    if (!enabled_) return;
+    if (!isEnabled_) return;
     // Each event is sent by itself: who listens to two of them is called twice.
     for (auto rest = static_cast<unsigned>(events); rest != 0; rest &= rest - 1)
         sendActions(static_cast<UIControlEvents>(rest & -rest));

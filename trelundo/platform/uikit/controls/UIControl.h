@@ -51,11 +51,11 @@ class UIControl : public UIView {
 public:
     explicit UIControl(CGRect frame = {});
 
-    bool isEnabled() const { return enabled_; }
+    bool isEnabled() const { return isEnabled_; }
     virtual void setEnabled(bool enabled);
-    bool isSelected() const { return selected_; }
+    bool isSelected() const { return isSelected_; }
     virtual void setSelected(bool selected);
-    bool isHighlighted() const { return highlighted_; }
+    bool isHighlighted() const { return isHighlighted_; }
     virtual void setHighlighted(bool highlighted);
     UIControlState state() const;
     bool isTracking() const { return static_cast<bool>(trackedTouch_.lock()); }
@@ -120,11 +120,11 @@ private:
     void setTouchInside(bool inside);
     void endTracking(UIControlEvents events);
 
-    bool enabled_ = true;
-    bool selected_ = false;
-    bool highlighted_ = false;
+    bool isEnabled_ = true;
+    bool isSelected_ = false;
+    bool isHighlighted_ = false;
     Weak<UITouch> trackedTouch_;
-    bool touchInside_ = false;
+    bool isTouchInside_ = false;
     UIControlContentHorizontalAlignment horizontalAlignment_ = UIControlContentHorizontalAlignment::center;
     UIControlContentVerticalAlignment verticalAlignment_ = UIControlContentVerticalAlignment::center;
     std::vector<std::shared_ptr<Action>> actions_;

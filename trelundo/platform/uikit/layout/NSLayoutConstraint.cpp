@@ -99,7 +99,7 @@ void NSLayoutConstraint::setPriority(UILayoutPriority priority) {
 }
 
 void NSLayoutConstraint::setActive(bool active) {
-    if (active == active_) return;
+    if (active == isActive_) return;
     auto const self = strong(*this);
     active ? install() : uninstall();
 }
@@ -117,7 +117,7 @@ void NSLayoutConstraint::install() {
     if (!owner_) fatalError("The items of a constraint have no common ancestor: " + description());
     static unsigned long activations = 0;
     activation_ = ++activations;
-    active_ = true;
+    isActive_ = true;
     owner_->constraints_.push_back(strong(*this));
     LayoutNode::of(*first_.view).mentions.push_back(this);
     if (second_.view && second_.view != first_.view) LayoutNode::of(*second_.view).mentions.push_back(this);
@@ -144,7 +144,7 @@ void NSLayoutConstraint::detachFromOwner() {
     };
     forget(firstItem(), first_);
     forget(secondItem(), second_);
-    active_ = false;
+    isActive_ = false;
     owner_ = nullptr;
     engineId_ = -1;
 }

@@ -75,7 +75,7 @@ public:
     void setConstant(double constant);
     UILayoutPriority priority() const { return priority_; }
     void setPriority(UILayoutPriority priority);
-    bool isActive() const { return active_; }
+    bool isActive() const { return isActive_; }
     /// Activating items without a common ancestor ends the program; activating twice is harmless.
     void setActive(bool active);
     std::string const& identifier() const { return identifier_; }
@@ -116,7 +116,7 @@ private:
     double multiplier_;
     double constant_;
     UILayoutPriority priority_;
-    bool active_ = false;
+    bool isActive_ = false;
     bool takesPrecedence_ = false;
     std::string identifier_;
     Item first_;

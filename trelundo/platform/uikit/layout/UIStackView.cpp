@@ -81,7 +81,7 @@ double UIStackView::spacingAfter(UIView const& view) const {
 }
 
 void UIStackView::setLayoutMarginsRelativeArrangement(bool relative) {
-    marginsRelative_ = relative;
+    isLayoutMarginsRelative_ = relative;
     arrangementDidChange();
 }
 

@@ -43,7 +43,7 @@ public:
     double spacing() const { return spacing_; } // points
     void setSpacing(double spacing);
     void setCustomSpacing(double spacing, UIView& afterView);
-    bool isLayoutMarginsRelativeArrangement() const { return marginsRelative_; }
+    bool isLayoutMarginsRelativeArrangement() const { return isLayoutMarginsRelative_; }
     void setLayoutMarginsRelativeArrangement(bool relative);
 
     void setHidden(bool hidden) override;
@@ -63,7 +63,7 @@ private:
     UIStackViewDistribution distribution_ = UIStackViewDistribution::fill;
     UIStackViewAlignment alignment_ = UIStackViewAlignment::fill;
     double spacing_ = 0;
-    bool marginsRelative_ = false;
+    bool isLayoutMarginsRelative_ = false;
 };
 
 } // namespace trelundo

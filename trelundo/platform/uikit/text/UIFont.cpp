@@ -30,7 +30,7 @@ int UIFont::Weight::hundreds() const {
 UIFont::UIFont(double size, Weight weight, bool italic)
     : size_(size > 0 ? size : 1)
     , weight_(weight)
-    , italic_(italic) {}
+    , isItalic_(italic) {}
 
 UIFont UIFont::system(double size) { return {size, Weight::regular, false}; }
 UIFont UIFont::system(double size, Weight weight) { return {size, weight, false}; }
@@ -41,7 +41,7 @@ UIFont UIFont::withDescriptor(UIFontDescriptor const& descriptor, double size) {
     return {size == 0 ? descriptor.pointSize() : size, descriptor.weight(), descriptor.isItalic()};
 }
 
-UIFont UIFont::withSize(double size) const { return {size, weight_, italic_}; }
-UIFontDescriptor UIFont::fontDescriptor() const { return {size_, weight_, italic_}; }
+UIFont UIFont::withSize(double size) const { return {size, weight_, isItalic_}; }
+UIFontDescriptor UIFont::fontDescriptor() const { return {size_, weight_, isItalic_}; }
 
 } // namespace trelundo

@@ -27,7 +27,7 @@ public:
 
     double pointSize() const { return size_; }
     Weight weight() const { return weight_; }
-    bool isItalic() const { return italic_; }
+    bool isItalic() const { return isItalic_; }
     double ascender() const { return spec().ascender(); }
     double descender() const { return spec().descender(); }
     double lineHeight() const { return spec().lineHeight(); }
@@ -36,7 +36,7 @@ public:
     double xHeight() const { return spec().xHeight(); }
     UIFont withSize(double size) const;
     UIFontDescriptor fontDescriptor() const;
-    FontSpec spec() const { return {size_, weight_.hundreds(), italic_}; }
+    FontSpec spec() const { return {size_, weight_.hundreds(), isItalic_}; }
 
     bool operator==(UIFont const&) const = default;
 
@@ -45,7 +45,7 @@ private:
 
     double size_;
     Weight weight_;
-    bool italic_;
+    bool isItalic_;
 };
 
 inline constexpr UIFont::Weight UIFont::Weight::ultraLight{-0.8};

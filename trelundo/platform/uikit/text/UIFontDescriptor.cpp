@@ -20,7 +20,7 @@ UIFont::Weight weightFor(bool bold, UIFont::Weight weight) {
 
 UIFontDescriptorSymbolicTraits UIFontDescriptor::symbolicTraits() const {
     auto traits = UIFontDescriptorSymbolicTraits::uiOptimized;
-    if (italic_) traits = traits | UIFontDescriptorSymbolicTraits::italic;
+    if (isItalic_) traits = traits | UIFontDescriptorSymbolicTraits::italic;
     if (isBold(weight_)) traits = traits | UIFontDescriptorSymbolicTraits::bold;
     return traits;
 }

@@ -33,11 +33,11 @@ public:
     UIFontDescriptor(double size, UIFont::Weight weight, bool italic)
         : size_(size)
         , weight_(weight)
-        , italic_(italic) {}
+        , isItalic_(italic) {}
 
     double pointSize() const { return size_; } // points
     UIFont::Weight weight() const { return weight_; }
-    bool isItalic() const { return italic_; }
+    bool isItalic() const { return isItalic_; }
     UIFontDescriptorSymbolicTraits symbolicTraits() const;
     /// The face with exactly these traits; none when the family has no such face. A bold face is at least
     /// bold and keeps a heavier weight.
@@ -48,7 +48,7 @@ public:
 private:
     double size_;
     UIFont::Weight weight_;
-    bool italic_;
+    bool isItalic_;
 };
 
 } // namespace trelundo

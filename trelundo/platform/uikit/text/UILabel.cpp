@@ -118,7 +118,7 @@ void UILabel::setPreferredMaxLayoutWidth(double width) {
 }
 
 void UILabel::setEnabled(bool enabled) {
-    enabled_ = enabled;
+    isEnabled_ = enabled;
     setNeedsDisplay();
 }
 

@@ -41,7 +41,7 @@ public:
     void setMinimumScaleFactor(double factor);
     double preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; } // points; 0: from the layout
     void setPreferredMaxLayoutWidth(double width);
-    bool isEnabled() const { return enabled_; }
+    bool isEnabled() const { return isEnabled_; }
     void setEnabled(bool enabled);
 
     CGSize intrinsicContentSize() const override;
@@ -125,7 +125,7 @@ private:
     bool adjustsFontSizeToFitWidth_ = false;
     double minimumScaleFactor_ = 0;
     double preferredMaxLayoutWidth_ = 0;
-    bool enabled_ = true;
+    bool isEnabled_ = true;
 };
 
 } // namespace trelundo

@@ -175,7 +175,7 @@ double UILabel::fittingScaleOfLines(CGSize size) const {
 UILabel::Fitted const& UILabel::fitted(CGSize size) const {
     auto const& runs = layoutRuns();
     auto& kept = state_->fitted;
-    if (kept && kept->size == size && kept->rightToLeft == isRightToLeft()) return *kept;
+    if (kept && kept->size == size && kept->isRightToLeft == isRightToLeft()) return *kept;
     double const scale = fittingScale(size);
     // Edges are rounded to pixels one by one, so a frame may be a pixel smaller than what was measured.
     TextLayout text{runs, fittingLimits(size, scale, 1 / pixelScale())};
@@ -205,7 +205,7 @@ CGRect UILabel::drawingRect(CALayer const& layer) const {
 
 void UILabel::draw(CGRect /*rect*/, Canvas& canvas) {
     canvas.save();
-    if (!enabled_) canvas.multiplyOpacity(0.5);
+    if (!isEnabled_) canvas.multiplyOpacity(0.5);
     drawText(bounds(), canvas);
     canvas.restore();
 }

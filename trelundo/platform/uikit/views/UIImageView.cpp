@@ -110,7 +110,7 @@ void UIImageView::draw(CGRect /*rect*/, Canvas& canvas) {
     canvas.save();
     if (mirrored) canvas.concatenate(mirroring(bounds()));
     drawImage(canvas, isTemplate() ? std::optional{tintColor().cgColor(traitCollection())} : std::nullopt);
-    if (darkened_) drawImage(canvas, shade);
+    if (isDarkened_) drawImage(canvas, shade);
     canvas.restore();
 }
 
@@ -123,8 +123,8 @@ void UIImageView::drawImage(Canvas& canvas, std::optional<CGColor> tint) {
 }
 
 void UIImageView::setDarkened(bool darkened) {
-    if (darkened == darkened_) return;
-    darkened_ = darkened;
+    if (darkened == isDarkened_) return;
+    isDarkened_ = darkened;
     setNeedsDisplay();
 }
 

@@ -39,7 +39,7 @@ private:
     void drawImage(Canvas& canvas, std::optional<CGColor> tint);
 
     Ref<UIImage> image_;
-    bool darkened_ = false;
+    bool isDarkened_ = false;
 };
 
 } // namespace trelundo

@@ -14,7 +14,7 @@ UIScreen& UIScreen::main() {
 
 void UIScreen::configure(DeviceProfile const& device, bool landscape) {
     device_ = device;
-    landscape_ = landscape;
+    isLandscape_ = landscape;
     traitsDidChange();
 }
 
@@ -32,14 +32,15 @@ void UIScreen::traitsDidChange() { UITraitCollection::setScreenTraits(traitColle
 
 CGRect UIScreen::bounds() const {
     auto const points = device_.points;
-    return landscape_ ? CGRect{0, 0, points.height, points.width} : CGRect{0, 0, points.width, points.height};
+    return isLandscape_ ? CGRect{0, 0, points.height, points.width}
+                        : CGRect{0, 0, points.width, points.height};
 }
 
 UITraitCollection UIScreen::traitCollection() const {
     UITraitCollection traits;
     traits.userInterfaceIdiom = device_.idiom;
-    traits.horizontalSizeClass = landscape_ ? device_.landscapeHorizontal : device_.portraitHorizontal;
-    traits.verticalSizeClass = landscape_ ? device_.landscapeVertical : device_.portraitVertical;
+    traits.horizontalSizeClass = isLandscape_ ? device_.landscapeHorizontal : device_.portraitHorizontal;
+    traits.verticalSizeClass = isLandscape_ ? device_.landscapeVertical : device_.portraitVertical;
     traits.userInterfaceStyle = style_;
     traits.layoutDirection = direction_ == UIUserInterfaceLayoutDirection::rightToLeft
                                  ? UITraitLayoutDirection::rightToLeft

@@ -15,7 +15,7 @@ public:
     static UIScreen& main();
 
     DeviceProfile const& device() const { return device_; }
-    bool isLandscape() const { return landscape_; }
+    bool isLandscape() const { return isLandscape_; }
     /// Takes effect for windows through UIWindow::screenDidChange().
     void configure(DeviceProfile const& device, bool landscape);
     void setUserInterfaceStyle(UIUserInterfaceStyle style);
@@ -28,7 +28,7 @@ public:
     double scale() const { return device_.scale; }
     double nativeScale() const { return device_.nativePixels.width / device_.points.width; }
     UIEdgeInsets safeAreaInsets() const {
-        return landscape_ ? device_.landscapeInsets : device_.portraitInsets;
+        return isLandscape_ ? device_.landscapeInsets : device_.portraitInsets;
     }
     UITraitCollection traitCollection() const;
 
@@ -37,7 +37,7 @@ private:
     void traitsDidChange();
 
     DeviceProfile device_;
-    bool landscape_ = false;
+    bool isLandscape_ = false;
     UIUserInterfaceStyle style_ = UIUserInterfaceStyle::light;
     UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
 };

@@ -78,7 +78,7 @@ void UIView::drawLayer(CALayer& /*layer*/, Canvas& canvas) {
 }
 
 Ref<UIView> UIView::hitTest(CGPoint point) {
-    if (isHidden() || !userInteractionEnabled_ || alpha() < 0.01 || refusesTouches() || !pointInside(point))
+    if (isHidden() || !isUserInteractionEnabled_ || alpha() < 0.01 || refusesTouches() || !pointInside(point))
         return nullptr;
     for (auto child = subviews_.rbegin(); child != subviews_.rend(); ++child) {
         if (auto hit = (*child)->hitTest((*child)->convertPointFrom(point, this))) return hit;

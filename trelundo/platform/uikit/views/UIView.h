@@ -105,8 +105,8 @@ public:
     void setTintColor(std::optional<UIColor> color);
     UIViewTintAdjustmentMode tintAdjustmentMode() const;
     void setTintAdjustmentMode(UIViewTintAdjustmentMode mode);
-    bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
-    void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+    bool isUserInteractionEnabled() const { return isUserInteractionEnabled_; }
+    void setUserInteractionEnabled(bool enabled) { isUserInteractionEnabled_ = enabled; }
     int tag() const { return tag_; }
     void setTag(int tag) { tag_ = tag; }
     UISemanticContentAttribute semanticContentAttribute() const { return semanticContentAttribute_; }
@@ -324,7 +324,7 @@ private:
     UIViewTintAdjustmentMode tintAdjustmentMode_ = UIViewTintAdjustmentMode::automatic;
     UIViewContentMode contentMode_ = UIViewContentMode::scaleToFill;
     UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
-    bool userInteractionEnabled_ = true;
+    bool isUserInteractionEnabled_ = true;
     int tag_ = 0;
 
     UIView* superview_ = nullptr; // the superview owns this one
@@ -360,7 +360,7 @@ private:
     std::shared_ptr<UITraitCollection const>
         traitsOverride_;                   // of a presentation with size classes of its own
     UIUserInterfaceStyle appearanceStyle_; // by which colours were last resolved
-    bool dimmedBehindPresentation_ = false;
+    bool isDimmedBehindPresentation_ = false;
     int refusingAnimations_ = 0; // running ones that were started without allowUserInteraction
     std::string accessibilityIdentifier_;
     std::string accessibilityLabel_;

@@ -104,7 +104,8 @@ UIView const* UIView::tintSource() const {
 bool UIView::isTintDimmed() const {
     for (auto const* view = this; view; view = view->superview_) {
         if (view->tintAdjustmentMode_ == UIViewTintAdjustmentMode::normal) return false;
-        if (view->tintAdjustmentMode_ == UIViewTintAdjustmentMode::dimmed || view->dimmedBehindPresentation_)
+        if (view->tintAdjustmentMode_ == UIViewTintAdjustmentMode::dimmed ||
+            view->isDimmedBehindPresentation_)
             return true;
     }
     return false;
@@ -135,8 +136,8 @@ void UIView::setTintAdjustmentMode(UIViewTintAdjustmentMode mode) {
 }
 
 void UIView::setDimmedBehindPresentation(bool dimmed) {
-    if (dimmedBehindPresentation_ == dimmed) return;
-    dimmedBehindPresentation_ = dimmed;
+    if (isDimmedBehindPresentation_ == dimmed) return;
+    isDimmedBehindPresentation_ = dimmed;
     tintDidPropagate(true);
 }
 

@@ -98,7 +98,7 @@ void UIWindow::setRootViewController(Ref<UIViewController> controller) {
     root_->loadViewIfNeeded();
     root_->view()->setFrame(bounds());
     updateSafeArea();
-    if (visible_) showRoot();
+    if (isVisible_) showRoot();
 }
 
 void UIWindow::showRoot() {
@@ -122,8 +122,8 @@ void UIWindow::hideRoot() {
 
 void UIWindow::makeKeyAndVisible() {
     keyWindow_ = this;
-    if (visible_) return;
-    visible_ = true;
+    if (isVisible_) return;
+    isVisible_ = true;
     shownWindows().push_back(this);
     layer().setHidden(false);
     layer().setDisplayRoot(true);

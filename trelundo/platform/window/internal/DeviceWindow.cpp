@@ -83,11 +83,11 @@ void DeviceWindow::start() {
 
 /// Any thread may call; many calls before the loop turns become one.
 void DeviceWindow::wakeUp() {
-    if (woken_.exchange(true)) return;
+    if (isWoken_.exchange(true)) return;
     QMetaObject::invokeMethod(
         this,
         [this] {
-            woken_ = false;
+            isWoken_ = false;
             turn();
         },
         Qt::QueuedConnection);
@@ -156,7 +156,7 @@ void DeviceWindow::paintEvent(QPaintEvent* event) {
             QRectF(rect), surface_->pixels().image,
             QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio));
     }
-    if (std::exchange(shown_, true)) return;
+    if (std::exchange(isShown_, true)) return;
     QMetaObject::invokeMethod(
         this, [this] { report(WindowPlacement::Cause::shown); }, Qt::QueuedConnection);
 }
@@ -200,21 +200,21 @@ void DeviceWindow::report(WindowPlacement::Cause cause) {
 // Input.
 
 void DeviceWindow::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || pressed_) return;
-    pressed_ = true;
+    if (event->button() != Qt::LeftButton || isPressed_) return;
+    isPressed_ = true;
     window_->touchBegan(pointerTouch, devicePoint(event->position()));
     turn();
 }
 
 void DeviceWindow::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressed_) return;
+    if (!isPressed_) return;
     window_->touchMoved(pointerTouch, devicePoint(event->position()));
     turn();
 }
 
 void DeviceWindow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !pressed_) return;
-    pressed_ = false;
+    if (event->button() != Qt::LeftButton || !isPressed_) return;
+    isPressed_ = false;
     window_->touchEnded(pointerTouch, devicePoint(event->position()));
     turn();
 }

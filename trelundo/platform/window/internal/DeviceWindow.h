@@ -67,9 +67,9 @@ private:
     QTimer frameTimer_;    // one shot
     QTimer alarm_;         // one shot
     double nextFrame_ = 0; // Clock::now() of the frame that is due or was last
-    std::atomic<bool> woken_ = false;
-    bool pressed_ = false;
-    bool shown_ = false;
+    std::atomic<bool> isWoken_ = false;
+    bool isPressed_ = false;
+    bool isShown_ = false;
     std::function<void(WindowPlacement const&)> listener_;
 };
 

@@ -55,7 +55,7 @@ void fadeBar(Ref<CALayer> const& bar) {
 } // namespace
 
 void ScrollIndicators::show(Extent const& extent) {
-    shown_ = true;
+    isShown_ = true;
     for (auto const& bar : {horizontal_, vertical_}) {
         if (!bar) continue;
         bar->removeAllAnimations();
@@ -65,7 +65,7 @@ void ScrollIndicators::show(Extent const& extent) {
 }
 
 void ScrollIndicators::update(Extent const& extent) {
-    if (!shown_ && !isFading()) return;
+    if (!isShown_ && !isFading()) return;
     CGRect const& b = extent.bounds;
     UIEdgeInsets const& insets = extent.insets;
     double const width = insets.left + extent.contentSize.width + insets.right;
@@ -79,9 +79,9 @@ void ScrollIndicators::update(Extent const& extent) {
 }
 
 void ScrollIndicators::place(Ref<CALayer>& bar, bool wanted, CGRect frame) {
-    if (shown_ && wanted && !bar) bar = makeBar(host_);
+    if (isShown_ && wanted && !bar) bar = makeBar(host_);
     if (!bar) return;
-    if (shown_) bar->setHidden(!wanted);
+    if (isShown_) bar->setHidden(!wanted);
     if (!bar->isHidden()) bar->setFrame(frame);
 }
 
@@ -90,8 +90,8 @@ bool ScrollIndicators::isFading() const {
 }
 
 void ScrollIndicators::fade() {
-    if (!shown_) return;
-    shown_ = false;
+    if (!isShown_) return;
+    isShown_ = false;
     CATransaction::Settings settings;
     settings.duration = fadeDuration;
     settings.delay = fadeDelay;

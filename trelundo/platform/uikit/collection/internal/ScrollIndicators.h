@@ -30,7 +30,7 @@ private:
     CALayer& host_;
     Ref<CALayer> horizontal_;
     Ref<CALayer> vertical_;
-    bool shown_ = false;
+    bool isShown_ = false;
 };
 
 } // namespace trelundo

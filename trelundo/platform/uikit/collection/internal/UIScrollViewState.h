@@ -36,17 +36,17 @@ struct UIScrollView::State {
 
     // The finger.
     Ref<UITouch> touch;
-    bool dragging = false;
+    bool isDragging = false;
     bool touchStoppedMotion = false;
     CGPoint start;  // where the touch began
     CGPoint finger; // the position that the offset accounts for
-    CGPoint debt;   // the way before the threshold that the content has not made up for yet
+    CGPoint lag;    // the way before the threshold that the content has not made up for yet
     std::deque<Sample> samples;
 
     // The movement by itself.
     Motion motion = Motion::none;
     int displayLink = 0;
-    bool linked = false;
+    bool isLinked = false;
     double lastFrame = 0;
     scroll::AxisMotion x;
     scroll::AxisMotion y;

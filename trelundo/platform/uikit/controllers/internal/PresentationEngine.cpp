@@ -34,9 +34,9 @@ PresentationEngine::Chain PresentationEngine::chainAbove(UIViewController const&
 // Appearance.
 
 void PresentationEngine::willAppear(UIViewController& controller, bool animated) {
-    if (controller.appeared_) return;
+    if (controller.hasAppeared_) return;
     UITraitScope const scope(controller.traitCollection());
-    controller.appeared_ = true;
+    controller.hasAppeared_ = true;
     controller.viewWillAppear(animated);
 }
 
@@ -46,20 +46,20 @@ void PresentationEngine::isAppearing(UIViewController& controller, bool animated
 }
 
 void PresentationEngine::didAppear(UIViewController& controller, bool animated) {
-    if (!controller.appeared_) return;
+    if (!controller.hasAppeared_) return;
     UITraitScope const scope(controller.traitCollection());
     controller.viewDidAppear(animated);
 }
 
 void PresentationEngine::willDisappear(UIViewController& controller, bool animated) {
-    if (!controller.appeared_) return;
+    if (!controller.hasAppeared_) return;
     UITraitScope const scope(controller.traitCollection());
-    controller.appeared_ = false;
+    controller.hasAppeared_ = false;
     controller.viewWillDisappear(animated);
 }
 
 void PresentationEngine::didDisappear(UIViewController& controller, bool animated) {
-    if (controller.appeared_) return;
+    if (controller.hasAppeared_) return;
     UITraitScope const scope(controller.traitCollection());
     controller.viewDidDisappear(animated);
 }
@@ -83,7 +83,7 @@ bool PresentationEngine::mayPresent(UIViewController& presenter, UIViewControlle
         logWarning(attempt + ", which is already presenting.");
     else if (!presenter.view_ || !presenter.view_->window())
         logWarning(attempt + ", whose view is not in a window.");
-    else if (presenter.beingDismissed_)
+    else if (presenter.isBeingDismissed_)
         logWarning(attempt + ", which is being dismissed.");
     else if (isOnScreen(*controller, presenter))
         logWarning(attempt + ", but it is already on screen.");
@@ -95,8 +95,8 @@ bool PresentationEngine::mayPresent(UIViewController& presenter, UIViewControlle
 void PresentationEngine::link(UIViewController& presenter, Ref<UIViewController> const& controller) {
     presenter.presented_ = controller;
     controller->presenting_ = &presenter;
-    controller->beingPresented_ = true;
-    controller->inTransition_ = true;
+    controller->isBeingPresented_ = true;
+    controller->isInTransition_ = true;
 }
 
 void PresentationEngine::present(UIViewController& presenter, Ref<UIViewController> controller, bool animated,
@@ -135,7 +135,7 @@ void PresentationEngine::cover(UIViewController& presenter, Presentation& presen
 
 void PresentationEngine::endPresenting(UIViewController& controller, bool animated) {
     auto const covered = controller.presentation_->covered;
-    controller.inTransition_ = false;
+    controller.isInTransition_ = false;
     for (auto const& weak : covered) {
         if (auto below = weak.lock()) host(*below)->removeFromSuperview();
     }
@@ -143,7 +143,7 @@ void PresentationEngine::endPresenting(UIViewController& controller, bool animat
     for (auto const& weak : covered) {
         if (auto below = weak.lock()) didDisappear(*below, animated);
     }
-    controller.beingPresented_ = false;
+    controller.isBeingPresented_ = false;
 }
 
 /// Moves the controller's view in or out and calls `ended` afterwards, never inside this call.
@@ -176,7 +176,8 @@ void PresentationEngine::dismiss(UIViewController& controller, bool animated, Co
         return;
     }
     Dismissal dismissal{strong(*base), chainAbove(*base), animated, std::move(completion)};
-    if (std::ranges::any_of(dismissal.leaving, [](auto const& leaving) { return leaving->inTransition_; })) {
+    if (std::ranges::any_of(dismissal.leaving,
+                            [](auto const& leaving) { return leaving->isInTransition_; })) {
         logWarning("Attempt to dismiss from " + base->className() + " while a transition is under way.");
         return;
     }
@@ -187,7 +188,7 @@ void PresentationEngine::dismiss(UIViewController& controller, bool animated, Co
 /// Only the topmost moves; what lies between it and the presenter vanishes at once.
 void PresentationEngine::beginDismissal(Dismissal const& dismissal) {
     auto const& [base, leaving, animated, completion] = dismissal;
-    for (auto const& controller : leaving) controller->inTransition_ = controller->beingDismissed_ = true;
+    for (auto const& controller : leaving) controller->isInTransition_ = controller->isBeingDismissed_ = true;
     for (auto const& controller : std::views::reverse(leaving)) willDisappear(*controller, animated);
     auto* window = host(*leaving.back())->window();
     if (!window) return;
@@ -222,7 +223,7 @@ void PresentationEngine::endDismissal(Dismissal const& dismissal) {
     }
     for (auto const& controller : std::views::reverse(leaving)) {
         didDisappear(*controller, animated);
-        controller->beingDismissed_ = false;
+        controller->isBeingDismissed_ = false;
         if (listener.dismissed) listener.dismissed(*controller, animated);
     }
     if (completion) completion();
@@ -235,7 +236,7 @@ void PresentationEngine::unlink(UIViewController& presenter) {
     unlink(*presented);
     auto const presentation = std::move(presented->presentation_);
     presented->presenting_ = nullptr;
-    presented->inTransition_ = presented->beingPresented_ = false;
+    presented->isInTransition_ = presented->isBeingPresented_ = false;
     if (!presentation) return;
     presentation->container->removeFromSuperview();
     presented->view_->removeFromSuperview();
@@ -243,7 +244,7 @@ void PresentationEngine::unlink(UIViewController& presenter) {
 
 void PresentationEngine::abandon(UIViewController& controller) {
     for (auto const& presented : chainAbove(controller))
-        presented->beingDismissed_ = presented->appeared_ = false;
+        presented->isBeingDismissed_ = presented->hasAppeared_ = false;
     unlink(controller);
 }
 

@@ -130,7 +130,7 @@ void PresentationEngine::sizeToWindow(UIViewController& root, UIWindow& window) 
 UIViewController const* PresentationEngine::statusBarController(UIViewController const& root) {
     auto const* decider = &root;
     for (auto const& controller : chainAbove(root)) {
-        bool const decides = controller->presentation_ && !controller->beingDismissed_ &&
+        bool const decides = controller->presentation_ && !controller->isBeingDismissed_ &&
                              controller->presentation_->style == UIModalPresentationStyle::fullScreen;
         if (decides) decider = controller.get();
     }
@@ -148,7 +148,7 @@ void PresentationEngine::updateDimming(UIViewController& controller) {
         if (auto view = host(**layer)) view->setDimmedBehindPresentation(isBehind);
         auto const& presentation = (*layer)->presentation_;
         bool const dims =
-            presentation && !(*layer)->beingDismissed_ &&
+            presentation && !(*layer)->isBeingDismissed_ &&
             (isSheet(presentation->style) || presentation->style == UIModalPresentationStyle::custom);
         isBehind = isBehind || dims;
     }

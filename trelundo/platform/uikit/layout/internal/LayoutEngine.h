@@ -96,7 +96,7 @@ private:
         std::array<Measured, measureCount> measures;
         std::array<Solver::Constraint, 2> content{-1, -1}; // of the intrinsic width and height
         bool contentIsStale = false;
-        double toldWidth = -1;
+        double propagatedWidth = -1;
         CGRect frame; // in the superview's (owner's) coordinates, edges on device pixels
         bool isSolved = false;
         CGPoint origin; // unrounded, from the nearest ancestor that is placed by hand
@@ -149,7 +149,7 @@ private:
     void solve();
     void report(Solver::Conflict const& conflict);
     std::string nameOf(Solver::Constraint handle) const;
-    bool tellWidths();
+    bool propagateWidths();
     void refreshStaleContent();
     void placeBoxes();
     CGPoint originOf(UIView& view);

@@ -51,7 +51,7 @@ void LayoutEngine::solve() {
         updateTree();
         refreshStaleContent();
         for (auto const& conflict : solver_.solve()) report(conflict);
-        if (!tellWidths()) break;
+        if (!propagateWidths()) break;
     }
     std::erase_if(reported_, [this](Solver::Constraint handle) {
         if (solver_.isRefused(handle)) return false;
@@ -69,14 +69,14 @@ void LayoutEngine::refreshStaleContent() {
     }
 }
 
-bool LayoutEngine::tellWidths() {
+bool LayoutEngine::propagateWidths() {
     bool changed = false;
     for (std::size_t slot = 0; slot < boxes_.size(); ++slot) {
         auto& told = boxes_[slot];
         if (told.kind != Kind::driven) continue;
         double const now = solver_.value(told.measures[width].variable);
-        if (std::abs(now - told.toldWidth) < sameLength) continue;
-        told.toldWidth = now;
+        if (std::abs(now - told.propagatedWidth) < sameLength) continue;
+        told.propagatedWidth = now;
         auto const view = strong(*told.view);
         if (!view->layoutWidthDidChange(now)) continue;
         if (slot >= boxes_.size()) break; // the view has changed the tree
@@ -87,7 +87,7 @@ bool LayoutEngine::tellWidths() {
 
 void LayoutEngine::restoreWidths(UIView& view) {
     if (auto const* node = LayoutNode::existing(view); node && node->engine == this && node->slot >= 0) {
-        if (double const told = box(node->slot).toldWidth; told >= 0) view.layoutWidthDidChange(told);
+        if (double const told = box(node->slot).propagatedWidth; told >= 0) view.layoutWidthDidChange(told);
     }
     for (auto const& child : view.subviews_) restoreWidths(*child);
 }

@@ -65,7 +65,7 @@ unsigned LayoutEngine::directions(NSLayoutConstraint const& constraint) {
 /// A constraint on leading or trailing in a right-to-left layout is measured from the right, so that its
 /// constant keeps its sense.
 void LayoutEngine::addRule(NSLayoutConstraint& constraint) {
-    if (constraint.engineId_ >= 0 || !constraint.active_) return;
+    if (constraint.engineId_ >= 0 || !constraint.isActive_) return;
     auto& ancestor = *constraint.owner_;
     unsigned const sides = directions(constraint);
     bool const isMirrored = isDirectional(constraint.firstAttribute_) ? (sides & 1) != 0 : (sides & 2) != 0;

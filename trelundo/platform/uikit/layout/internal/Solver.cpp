@@ -139,8 +139,8 @@ void Solver::listIfInfeasible(RowIndex row) {
 }
 
 bool Solver::isDirty() const {
-    return edited_ || !queue_.empty() || !infeasible_.empty() || suboptimal_ ||
-           (requiredChanged_ && refusedCount_ > 0);
+    return edited_ || !queue_.empty() || !infeasible_.empty() || isSuboptimal_ ||
+           (hasRequiredChanged_ && refusedCount_ > 0);
 }
 
 std::vector<Solver::Conflict> Solver::solve() {
@@ -195,9 +195,9 @@ void Solver::restoreFeasibility(std::vector<Conflict>& conflicts) {
     int steps = 0;
     for (auto row = nextInfeasible(); row != none; row = nextInfeasible()) {
         auto const& violated = rows_[index(row)];
-        bool const mindsCosts = !suboptimal_ && ++steps < patience;
+        bool const mindsCosts = !isSuboptimal_ && ++steps < patience;
         auto const entering = dualEntering(violated, mindsCosts);
-        if (!mindsCosts) suboptimal_ = true;
+        if (!mindsCosts) isSuboptimal_ = true;
         if (entering != none)
             pivot(row, entering);
         else if (std::abs(violated.expression.constant) < agreement)
@@ -253,13 +253,13 @@ Solver::Conflict Solver::refuseOneOf(RowIndex row) {
     release(refused);
     refused.state = State::refused;
     ++refusedCount_;
-    suboptimal_ = true;
+    isSuboptimal_ = true;
     return conflict;
 }
 
 /// One priority after the other: what a lower one may still move costs the higher ones nothing.
 void Solver::optimise() {
-    if (!std::exchange(suboptimal_, false)) return;
+    if (!std::exchange(isSuboptimal_, false)) return;
     for (std::size_t level = 0; level < levels_.size(); ++level) optimiseLevel(level);
 }
 

@@ -170,8 +170,8 @@ private:
     std::vector<RowIndex> infeasible_;
     std::uint64_t sequence_ = 0;
     int refusedCount_ = 0;
-    bool requiredChanged_ = false; // since refused constraints were last tried
-    bool suboptimal_ = false;
+    bool hasRequiredChanged_ = false; // since refused constraints were last tried
+    bool isSuboptimal_ = false;
     bool edited_ = false; // values may differ from those of the last solve()
     std::vector<SolverRow::Entry> scratch_;
     std::vector<double> dense_;

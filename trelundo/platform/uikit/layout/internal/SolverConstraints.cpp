@@ -22,7 +22,7 @@ Solver::Constraint Solver::add(Rule const& rule) {
     constraint.below = rule.below;
     constraint.terms.assign(rule.terms.begin(), rule.terms.end());
     queue_.push_back(handle);
-    if (constraint.isRequired()) requiredChanged_ = true;
+    if (constraint.isRequired()) hasRequiredChanged_ = true;
     return handle;
 }
 
@@ -30,7 +30,7 @@ void Solver::remove(Constraint handle) {
     auto& constraint = constraints_[index(handle)];
     if (constraint.state == State::active) {
         takeOut(handle);
-        if (constraint.isRequired()) requiredChanged_ = true;
+        if (constraint.isRequired()) hasRequiredChanged_ = true;
     }
     if (constraint.state == State::queued) std::erase(queue_, handle);
     if (constraint.state == State::refused) --refusedCount_;
@@ -44,7 +44,7 @@ void Solver::setConstant(Constraint handle, double constant) {
     if (delta == 0) return;
     constraint.constant = constant;
     edited_ = true;
-    if (constraint.isRequired()) requiredChanged_ = true;
+    if (constraint.isRequired()) hasRequiredChanged_ = true;
     if (constraint.state != State::active) return;
     // The marker stands for the distance of the sum from the constant: where it occurs, it is now measured
     // from elsewhere.
@@ -59,7 +59,7 @@ void Solver::setConstant(Constraint handle, double constant) {
 }
 
 void Solver::retryRefused() {
-    if (!std::exchange(requiredChanged_, false) || refusedCount_ == 0) return;
+    if (!std::exchange(hasRequiredChanged_, false) || refusedCount_ == 0) return;
     for (std::size_t i = 0; i < constraints_.size(); ++i) {
         if (constraints_[i].state != State::refused) continue;
         constraints_[i].state = State::queued;
@@ -194,7 +194,7 @@ void Solver::addCost(Symbol symbol, double priority, double sign) {
         target.cost.addTo(symbol, sign);
     else
         target.cost.add(expression(state(symbol).row), sign, scratch_);
-    suboptimal_ = true;
+    isSuboptimal_ = true;
 }
 
 void Solver::takeOut(Constraint handle) {
@@ -211,7 +211,7 @@ void Solver::takeOut(Constraint handle) {
     }
     if (row != none) dropRow(row);
     release(constraint);
-    suboptimal_ = true;
+    isSuboptimal_ = true;
 }
 
 /// The row in which a marker may become basic without making others infeasible: the dummies of redundant

@@ -7,7 +7,7 @@ namespace trelundo {
 /// The text as it stands in a rectangle of `size` points.
 struct UILabel::Fitted {
     CGSize size;
-    bool rightToLeft;
+    bool isRightToLeft;
     Fit fit;
     TextLayout layout;
 };
