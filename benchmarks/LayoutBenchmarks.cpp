@@ -17,7 +17,7 @@ class Workshop {
 public:
     explicit Workshop(std::string const& name)
         : staged_(name)
-        , type_(staged_.scene.stage.screenType()) {}
+        , type_(staged_.offscreen.session.screenType()) {}
 
     /// Built but not laid out.
     Ref<UIViewController> make() const {

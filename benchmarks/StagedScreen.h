@@ -2,7 +2,7 @@
 
 #include "tools/paywall/output/EventLog.h"
 #include "tools/paywall/screens/Screens.h"
-#include "tools/paywall/stage/Scene.h"
+#include "tools/paywall/session/OffscreenSession.h"
 
 #include <string>
 #include <utility>
@@ -17,24 +17,24 @@ struct StagedScreen {
     explicit StagedScreen(std::string name)
         : options(optionsFor(std::move(name)))
         , log("/dev/null")
-        , scene(options, log) {}
+        , offscreen(options, log) {}
 
     static paywall::Options optionsFor(std::string name) {
         paywall::Options options;
         options.command = "render";
         options.screen = std::move(name);
         options.device = DeviceProfile::find("phone-390x844");
-        options.fakeClock = true;
+        options.usesFakeClock = true;
         return options;
     }
 
-    OffscreenShell& shell() { return scene.shell; }
-    UIWindow& window() { return scene.shell.window(); }
-    UIViewController& controller() { return *scene.stage.screen(); }
+    OffscreenShell& shell() { return offscreen.shell; }
+    UIWindow& window() { return offscreen.shell.window(); }
+    UIViewController& controller() { return *offscreen.session.screen(); }
 
     paywall::Options options;
     paywall::EventLog log;
-    paywall::Scene scene;
+    paywall::OffscreenSession offscreen;
 };
 
 } // namespace trelundo::bench

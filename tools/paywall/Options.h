@@ -29,7 +29,7 @@ struct Options {
         products; // absent: every auto-renewable subscription, in file order
     int select = 0;
     DeviceProfile const* device = nullptr; // set by parsing
-    bool landscape = false;
+    bool isLandscape = false;
     UIUserInterfaceStyle appearance = UIUserInterfaceStyle::light;
     std::string language = "en";
     std::string source;
@@ -40,17 +40,17 @@ struct Options {
     std::vector<std::pair<std::string, std::string>> settings; // --set, in order
     std::optional<std::string> appName;
     std::optional<std::string> username;
-    bool noDelegate = false;
+    bool hasDelegate = true;
     std::optional<std::string> store; // absent: in memory (show: the user's data folder)
-    bool cannotMakePayments = false;
-    bool fakeClock = false; // fixed time and identifiers
+    bool canMakePayments = true;
+    bool usesFakeClock = false; // fixed time and identifiers
     unsigned seed = 1;
     std::vector<std::string> pictureFolders;
 
     std::optional<std::string> out;
     std::optional<std::string> script;
     std::optional<std::string> log;
-    bool json = false;
+    bool printsJson = false;
 
     std::string storeAction; // list, approve, decline, clear
     std::string transaction; // of approve and decline

@@ -1,9 +1,9 @@
 #include "tools/paywall/commands/CommandLine.h"
 
 #include "tools/paywall/Failure.h"
-#include "tools/paywall/gallery/Showcase.h"
+#include "tools/paywall/gallery/SampleSelection.h"
 #include "tools/paywall/screens/Screens.h"
-#include "tools/paywall/stage/Languages.h"
+#include "tools/paywall/session/Languages.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -63,7 +63,7 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--select", options.select, "Index of the product that starts selected (0)")
         ->check(notEmpty);
     command.add_option("--device", raw.device, "As `paywall devices` lists (phone-390x844)");
-    command.add_flag("--landscape", options.landscape, "Turns the device");
+    command.add_flag("--landscape", options.isLandscape, "Turns the device");
     command.add_option("--appearance", raw.appearance, "light or dark (light)");
     command.add_option("--source", options.source, "Analytics context: where the paywall was opened from");
     command.add_option("--premium-id", options.premiumId, "Analytics context: the paywall configuration");
@@ -74,10 +74,10 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--set", raw.settings, "NAME=VALUE: any other public property");
     command.add_option("--app-name", options.appName, "The application's name");
     command.add_option("--username", options.username, "The account token of payments");
-    command.add_flag("--no-delegate", options.noDelegate, "The screen gets no delegate");
+    command.add_flag("!--no-delegate", options.hasDelegate, "The screen gets no delegate");
     command.add_option("--store", options.store, "The sandbox store's file");
-    command.add_flag("--cannot-make-payments", options.cannotMakePayments, "The device may not pay");
-    command.add_flag("--fake-clock", options.fakeClock, "Fixed time and identifiers");
+    command.add_flag("!--cannot-make-payments", options.canMakePayments, "The device may not pay");
+    command.add_flag("--fake-clock", options.usesFakeClock, "Fixed time and identifiers");
     command.add_option("--seed", options.seed, "Seed of the identifiers (1)")->check(notEmpty);
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
@@ -92,7 +92,7 @@ void addGalleryOptions(CLI::App& command, Options& options, RawOptions& raw) {
                        "A/B tags with commas between, an empty one for none; each screen is drawn with those "
                        "that it knows (none, and those of the first paywall)");
     command.add_option("--appearances", raw.galleryAppearances, "light, dark or both with a comma (light)");
-    command.add_flag("--landscape", options.landscape, "Turns the devices");
+    command.add_flag("--landscape", options.isLandscape, "Turns the devices");
     addCatalogueOptions(command, options, raw);
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
@@ -189,7 +189,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     addCatalogueOptions(*products, options, raw);
     addLanguageOption(*products, options);
     products->get_option("--catalogue")->required();
-    products->add_flag("--json", options.json, "One JSON object a product");
+    products->add_flag("--json", options.printsJson, "One JSON object a product");
 
     auto* render = app.add_subcommand("render", "Draws a screen into a PNG file");
     addScreenOptions(*render, options, raw);
@@ -229,7 +229,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     }
     options.command = app.get_subcommands().front()->get_name();
     constexpr std::array repeatable{"render", "describe", "run", "gallery"};
-    if (std::ranges::count(repeatable, options.command) > 0) options.fakeClock = true;
+    if (std::ranges::count(repeatable, options.command) > 0) options.usesFakeClock = true;
     check(options, raw);
     checkStore(options);
     return options;

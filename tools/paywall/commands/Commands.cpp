@@ -4,10 +4,10 @@
 #include "tools/paywall/output/Describe.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/Screens.h"
-#include "tools/paywall/script/Player.h"
 #include "tools/paywall/script/Script.h"
-#include "tools/paywall/stage/Languages.h"
-#include "tools/paywall/stage/Scene.h"
+#include "tools/paywall/script/ScriptRunner.h"
+#include "tools/paywall/session/Languages.h"
+#include "tools/paywall/session/OffscreenSession.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/window/WindowShell.h"
@@ -83,25 +83,25 @@ int listLanguages() {
 
 int renderScreen(Options const& options) {
     EventLog log{"/dev/null"};
-    Scene scene{options, log};
+    OffscreenSession offscreen{options, log};
     std::string reason;
-    if (!scene.shell.snapshot(*options.out, reason)) failInput(reason);
+    if (!offscreen.shell.snapshot(*options.out, reason)) failInput(reason);
     return statusOk;
 }
 
 int describeScreen(Options const& options) {
     EventLog log{"/dev/null"};
-    Scene scene{options, log};
-    scene.shell.window().layoutWindow();
-    printLine(toText(describe(*scene.stage.screen()), 2));
+    OffscreenSession offscreen{options, log};
+    offscreen.shell.window().layoutWindow();
+    printLine(toText(describe(*offscreen.session.screen()), 2));
     return statusOk;
 }
 
 int runScript(Options const& options) {
     auto const steps = parseScript(readFile(*options.script), *options.script);
     EventLog log{options.log};
-    Scene scene{options, log};
-    Player{scene.shell, scene.stage}.play(steps);
+    OffscreenSession offscreen{options, log};
+    ScriptRunner{offscreen.shell, offscreen.session}.play(steps);
     log.requireWritten();
     return statusOk;
 }
@@ -112,11 +112,11 @@ int showScreen(Options const& options, int& argc, char** argv) {
     EventLog log{options.log};
     log.setStart(Clock::current().now());
     WindowShell shell{
-        argc, argv, {.device = options.device, .landscape = options.landscape, .title = options.screen}};
+        argc, argv, {.device = options.device, .landscape = options.isLandscape, .title = options.screen}};
     shell.setListener(
         [&](WindowPlacement const& placement) { log.write("window", placementFields(placement)); });
-    Stage stage{options, log};
-    stage.show(shell.window());
+    ScreenSession session{options, log};
+    session.show(shell.window());
     log.setListener([&](Json const& line) {
         if (line.at("kind") == "dismissed" && line.at("screen") == options.screen) shell.quit();
     });

@@ -16,7 +16,7 @@ namespace trelundo::paywall {
 
 namespace {
 
-/// Everything that a picture depends on: the program, the host's files and the scene.
+/// Everything that a picture depends on: the program, the host's files and the options.
 GalleryFolder::Keys contentKeys(std::vector<GalleryPicture> const& plan, Options const& options) {
     ContentKey inputs;
     inputs.addPath("/proc/self/exe");
@@ -26,12 +26,12 @@ GalleryFolder::Keys contentKeys(std::vector<GalleryPicture> const& plan, Options
 
     GalleryFolder::Keys keys;
     for (auto const& picture : plan) {
-        auto const& scene = picture.scene;
+        auto const& shown = picture.options;
         ContentKey key;
         key.add(common);
-        key.add(toText(Json{scene.screen, scene.device->name, scene.landscape, scene.language, scene.abTest,
-                            nameOf(scene.appearance), scene.select, scene.discounts,
-                            scene.products.value_or(std::vector<std::string>{})}));
+        key.add(toText(Json{shown.screen, shown.device->name, shown.isLandscape, shown.language, shown.abTest,
+                            nameOf(shown.appearance), shown.select, shown.discounts,
+                            shown.products.value_or(std::vector<std::string>{})}));
         keys[picture.file] = key.finished();
     }
     return keys;
@@ -39,15 +39,15 @@ GalleryFolder::Keys contentKeys(std::vector<GalleryPicture> const& plan, Options
 
 /// One language on one device: the store client loads its products once in a process, and texts and scaled
 /// pictures serve all the screens.
-std::string groupName(Options const& scene) {
-    return fmt::format("{} on {}", scene.language, scene.device->name);
+std::string groupName(Options const& options) {
+    return fmt::format("{} on {}", options.language, options.device->name);
 }
 
 std::vector<Job> makeJobs(std::vector<GalleryPicture> const& plan, std::vector<std::size_t> const& pending,
                           StoreConfiguration const& catalogue, GalleryFolder const& folder) {
     std::vector<std::pair<std::string, std::vector<std::size_t>>> groups;
     for (auto const index : pending) {
-        auto const name = groupName(plan[index].scene);
+        auto const name = groupName(plan[index].options);
         auto group = std::ranges::find(groups, name, &decltype(groups)::value_type::first);
         if (group == groups.end()) group = groups.insert(group, {name, {}});
         group->second.push_back(index);
@@ -82,7 +82,7 @@ int makeGallery(Options const& options) {
                  [&](Json const& report) {
                      auto const& picture = plan.at(report.at("index").get<std::size_t>());
                      folder.record(picture, keys.at(picture.file), report.at("flags"));
-                     progress.drew(groupName(picture.scene));
+                     progress.drew(groupName(picture.options));
                  },
              .finished =
                  [&](Job const& job) {

@@ -136,7 +136,7 @@ int printProducts(Options const& options) {
         fmt::print(stderr, "paywall: warning: the products could not be loaded: {}\n", *listener->error());
     else
         missing = missingIdentifiers(manager.productIdentifiers(), manager.products());
-    printState(manager, missing, options.json);
+    printState(manager, missing, options.printsJson);
     SKPaymentQueue::defaultQueue().setBackend(nullptr);
     return statusOk;
 }

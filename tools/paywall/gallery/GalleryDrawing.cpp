@@ -2,7 +2,7 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/output/Describe.h"
-#include "tools/paywall/stage/Scene.h"
+#include "tools/paywall/session/OffscreenSession.h"
 #include "trelundo/platform/graphics/PngWriter.h"
 #include "trelundo/platform/graphics/Surface.h"
 
@@ -126,9 +126,9 @@ Json flaggedTexts(Json const& description) {
 Json drawPicture(GalleryPicture const& picture, StoreConfiguration const& catalogue,
                  std::filesystem::path const& folder) {
     EventLog log{"/dev/null"};
-    Scene scene{picture.scene, log, catalogue};
-    write(scene.shell.render(), folder / picture.picturePath(), folder / picture.previewPath());
-    return flaggedTexts(describe(*scene.stage.screen()));
+    OffscreenSession offscreen{picture.options, log, catalogue};
+    write(offscreen.shell.render(), folder / picture.picturePath(), folder / picture.previewPath());
+    return flaggedTexts(describe(*offscreen.session.screen()));
 }
 
 } // namespace trelundo::paywall

@@ -17,24 +17,24 @@ std::string_view resource(std::string_view name) {
     return std::ranges::find(galleryResources(), name, &EmbeddedFile::path)->bytes;
 }
 
-CGSize pointsOf(Options const& scene) {
-    auto const points = scene.device->points;
-    return scene.landscape ? CGSize{points.height, points.width} : points;
+CGSize pointsOf(Options const& options) {
+    auto const points = options.device->points;
+    return options.isLandscape ? CGSize{points.height, points.width} : points;
 }
 
 Json toJson(GalleryPicture const& picture, Json const& flags) {
-    auto const& scene = picture.scene;
-    auto const points = pointsOf(scene);
+    auto const& options = picture.options;
+    auto const points = pointsOf(options);
     return {{"file", picture.file},
-            {"screen", scene.screen},
-            {"device", scene.device->name},
-            {"language", scene.language},
-            {"tag", scene.abTest},
-            {"appearance", nameOf(scene.appearance)},
+            {"screen", options.screen},
+            {"device", options.device->name},
+            {"language", options.language},
+            {"tag", options.abTest},
+            {"appearance", nameOf(options.appearance)},
             {"width", points.width},
             {"height", points.height},
-            {"scale", scene.device->scale},
-            {"command", renderCommand(scene)},
+            {"scale", options.device->scale},
+            {"command", renderCommand(options)},
             {"flags", flags}};
 }
 

@@ -1,9 +1,9 @@
 #include "tools/paywall/gallery/GalleryPlan.h"
 
-#include "tools/paywall/gallery/Showcase.h"
+#include "tools/paywall/gallery/SampleSelection.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/Screens.h"
-#include "tools/paywall/stage/Languages.h"
+#include "tools/paywall/session/Languages.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -38,11 +38,11 @@ std::string fileWord(std::string const& text) {
     return word;
 }
 
-std::string fileName(Options const& scene) {
-    auto name =
-        fmt::format("{}/{}{}.{}.{}", scene.screen, scene.device->name, scene.landscape ? "-landscape" : "",
-                    fileWord(scene.language), nameOf(scene.appearance));
-    if (!scene.abTest.empty()) name += "." + fileWord(scene.abTest);
+std::string fileName(Options const& options) {
+    auto name = fmt::format("{}/{}{}.{}.{}", options.screen, options.device->name,
+                            options.isLandscape ? "-landscape" : "", fileWord(options.language),
+                            nameOf(options.appearance));
+    if (!options.abTest.empty()) name += "." + fileWord(options.abTest);
     return name + ".png";
 }
 
@@ -57,39 +57,39 @@ std::string shellQuoted(std::string const& text) {
 std::vector<GalleryPicture> planGallery(Options const& options, StoreConfiguration const& catalogue) {
     auto const choice = completed(options.gallery);
     std::vector<GalleryPicture> pictures;
-    auto scene = options;
+    auto shown = options;
     for (auto const& screen : choice.screens) {
-        scene.screen = screen;
-        scene.select = 0;
-        scene.discounts.clear();
-        chooseProduct(scene, catalogue);
-        for (auto const& tag : showcaseTags(screen, choice.tags))
+        shown.screen = screen;
+        shown.select = 0;
+        shown.discounts.clear();
+        selectSampleProduct(shown, catalogue);
+        for (auto const& tag : sampleTags(screen, choice.tags))
             for (auto const appearance : choice.appearances)
                 for (auto const* device : choice.devices)
                     for (auto const& language : choice.languages) {
-                        scene.abTest = tag;
-                        scene.appearance = appearance;
-                        scene.device = device;
-                        scene.language = language;
-                        pictures.push_back({scene, fileName(scene)});
+                        shown.abTest = tag;
+                        shown.appearance = appearance;
+                        shown.device = device;
+                        shown.language = language;
+                        pictures.push_back({shown, fileName(shown)});
                     }
     }
     return pictures;
 }
 
-std::string renderCommand(Options const& scene) {
-    auto command = fmt::format("paywall render {} --device {} --language {}", scene.screen,
-                               scene.device->name, scene.language);
-    if (scene.landscape) command += " --landscape";
-    if (scene.appearance == UIUserInterfaceStyle::dark) command += " --appearance dark";
-    if (!scene.abTest.empty()) command += " --ab-test " + shellQuoted(scene.abTest);
-    if (scene.catalogue) command += " --catalogue " + shellQuoted(*scene.catalogue);
-    if (scene.products)
-        command += " --products " + shellQuoted(fmt::format("{}", fmt::join(*scene.products, ",")));
-    if (scene.select != 0) command += fmt::format(" --select {}", scene.select);
-    for (auto const& [product, offer] : scene.discounts)
+std::string renderCommand(Options const& options) {
+    auto command = fmt::format("paywall render {} --device {} --language {}", options.screen,
+                               options.device->name, options.language);
+    if (options.isLandscape) command += " --landscape";
+    if (options.appearance == UIUserInterfaceStyle::dark) command += " --appearance dark";
+    if (!options.abTest.empty()) command += " --ab-test " + shellQuoted(options.abTest);
+    if (options.catalogue) command += " --catalogue " + shellQuoted(*options.catalogue);
+    if (options.products)
+        command += " --products " + shellQuoted(fmt::format("{}", fmt::join(*options.products, ",")));
+    if (options.select != 0) command += fmt::format(" --select {}", options.select);
+    for (auto const& [product, offer] : options.discounts)
         command += " --discount " + shellQuoted(product + "=" + offer);
-    for (auto const& folder : scene.pictureFolders) command += " --pictures " + shellQuoted(folder);
+    for (auto const& folder : options.pictureFolders) command += " --pictures " + shellQuoted(folder);
     return command + " --out FILE.png";
 }
 

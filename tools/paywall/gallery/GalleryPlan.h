@@ -5,9 +5,9 @@
 
 namespace trelundo::paywall {
 
-/// One picture of a gallery: the scene that it shows, and its file.
+/// One picture of a gallery: what it shows, and its file.
 struct GalleryPicture {
-    Options scene;
+    Options options;
     /// Relative to the folders of pictures and previews: "OfferViewController/phone-320x568.ar.light.png".
     std::string file;
 
@@ -19,6 +19,6 @@ struct GalleryPicture {
 std::vector<GalleryPicture> planGallery(Options const& options, StoreConfiguration const& catalogue);
 
 /// The command line that draws the same picture, with FILE.png for the file.
-std::string renderCommand(Options const& scene);
+std::string renderCommand(Options const& options);
 
 } // namespace trelundo::paywall

@@ -52,12 +52,12 @@ std::unique_ptr<SandboxStore> openSandbox(Options const& options,
     SandboxStore::Options sandbox{.file = storeFile(options)};
     sandbox.configuration = std::move(configuration);
     static VirtualClock fixedDate;
-    if (options.fakeClock) sandbox.seed = options.seed;
+    if (options.usesFakeClock) sandbox.seed = options.seed;
     // Where nothing is shown, all time is virtual.
-    if (options.fakeClock && options.command == "show") sandbox.clock = &fixedDate;
+    if (options.usesFakeClock && options.command == "show") sandbox.clock = &fixedDate;
     auto opened = SandboxStore::open(std::move(sandbox));
     if (!opened.store) failInput(opened.error);
-    opened.store->setCanMakePayments(!options.cannotMakePayments);
+    opened.store->setCanMakePayments(options.canMakePayments);
     return std::move(opened.store);
 }
 

@@ -1,4 +1,4 @@
-#include "tools/paywall/gallery/Showcase.h"
+#include "tools/paywall/gallery/SampleSelection.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@ namespace {
 
 enum class Content { plans, trial, promotion };
 
-struct Showcase {
+struct ScreenSample {
     std::string_view screen;
     Content content = Content::plans;
     std::span<std::string_view const> tags = {};
@@ -21,22 +21,22 @@ constexpr std::array<std::string_view, 7> secondTags{"V2_A1", "V2_A2", "V2_A3", 
                                                      "V2_B1", "V2_B2", "V2_B3"};
 
 /// Screens that are not listed show plans and know no tag.
-constexpr std::array showcases{
-    Showcase{.screen = "PremiumViewController", .tags = firstTags, .showsTags = true},
-    Showcase{.screen = "PremiumV2ViewController", .tags = secondTags},
-    Showcase{.screen = "PremiumV3ViewController", .tags = secondTags},
-    Showcase{.screen = "PremiumV4ViewController", .tags = secondTags},
-    Showcase{.screen = "PremiumV5ViewController", .tags = secondTags},
-    Showcase{.screen = "PremiumV6ViewController", .content = Content::trial},
-    Showcase{.screen = "OfferViewController", .content = Content::promotion},
-    Showcase{.screen = "OfferV2ViewController", .content = Content::promotion},
-    Showcase{.screen = "OfferV3ViewController", .content = Content::promotion},
-    Showcase{.screen = "OfferV4ViewController", .content = Content::promotion},
+constexpr std::array screenSamples{
+    ScreenSample{.screen = "PremiumViewController", .tags = firstTags, .showsTags = true},
+    ScreenSample{.screen = "PremiumV2ViewController", .tags = secondTags},
+    ScreenSample{.screen = "PremiumV3ViewController", .tags = secondTags},
+    ScreenSample{.screen = "PremiumV4ViewController", .tags = secondTags},
+    ScreenSample{.screen = "PremiumV5ViewController", .tags = secondTags},
+    ScreenSample{.screen = "PremiumV6ViewController", .content = Content::trial},
+    ScreenSample{.screen = "OfferViewController", .content = Content::promotion},
+    ScreenSample{.screen = "OfferV2ViewController", .content = Content::promotion},
+    ScreenSample{.screen = "OfferV3ViewController", .content = Content::promotion},
+    ScreenSample{.screen = "OfferV4ViewController", .content = Content::promotion},
 };
 
-Showcase showcase(std::string_view screen) {
-    auto const found = std::ranges::find(showcases, screen, &Showcase::screen);
-    return found == showcases.end() ? Showcase{.screen = screen} : *found;
+ScreenSample sampleOf(std::string_view screen) {
+    auto const found = std::ranges::find(screenSamples, screen, &ScreenSample::screen);
+    return found == screenSamples.end() ? ScreenSample{.screen = screen} : *found;
 }
 
 bool isWanted(SKProduct const& product, Content content) {
@@ -58,8 +58,8 @@ std::vector<Ref<SKProduct>> productsInHostOrder(Options const& options, StoreCon
 
 } // namespace
 
-std::vector<std::string> showcaseTags(std::string_view screen, std::vector<std::string> const& asked) {
-    auto const [name, content, known, showsTags] = showcase(screen);
+std::vector<std::string> sampleTags(std::string_view screen, std::vector<std::string> const& asked) {
+    auto const [name, content, known, showsTags] = sampleOf(screen);
     std::vector<std::string> tags;
     if (asked.empty()) {
         tags.emplace_back();
@@ -72,13 +72,13 @@ std::vector<std::string> showcaseTags(std::string_view screen, std::vector<std::
 }
 
 bool isKnownTag(std::string_view tag) {
-    return tag.empty() || std::ranges::any_of(showcases, [&](Showcase const& each) {
+    return tag.empty() || std::ranges::any_of(screenSamples, [&](ScreenSample const& each) {
                return std::ranges::find(each.tags, tag) != each.tags.end();
            });
 }
 
-void chooseProduct(Options& options, StoreConfiguration const& catalogue) {
-    auto const content = showcase(options.screen).content;
+void selectSampleProduct(Options& options, StoreConfiguration const& catalogue) {
+    auto const content = sampleOf(options.screen).content;
     if (content == Content::plans) return;
     auto const products = productsInHostOrder(options, catalogue);
     auto const found =

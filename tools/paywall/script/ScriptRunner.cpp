@@ -1,9 +1,9 @@
-#include "tools/paywall/script/Player.h"
+#include "tools/paywall/script/ScriptRunner.h"
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/output/Describe.h"
 #include "tools/paywall/screens/PropertyValues.h"
-#include "tools/paywall/script/PlayerSteps.h"
+#include "tools/paywall/script/StepArguments.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/text/UILabel.h"
@@ -54,62 +54,62 @@ bool choice(Step const& step, std::size_t index, std::string_view yes, std::stri
     return false;
 }
 
-void Player::play(std::vector<Step> const& steps) {
+void ScriptRunner::play(std::vector<Step> const& steps) {
     for (auto const& step : steps) perform(step);
 }
 
-void Player::perform(Step const& step) {
-    using Action = std::function<void(Player&, Step const&)>;
+void ScriptRunner::perform(Step const& step) {
+    using Action = std::function<void(ScriptRunner&, Step const&)>;
     static std::map<std::string, Action, std::less<>> const actions{
-        {"tap", &Player::tap},
-        {"press", &Player::press},
-        {"release", &Player::release},
-        {"drag", &Player::drag},
-        {"alert", &Player::chooseAction},
-        {"advance", &Player::advance},
-        {"store", &Player::changeStore},
+        {"tap", &ScriptRunner::tap},
+        {"press", &ScriptRunner::press},
+        {"release", &ScriptRunner::release},
+        {"drag", &ScriptRunner::drag},
+        {"alert", &ScriptRunner::chooseAction},
+        {"advance", &ScriptRunner::advance},
+        {"store", &ScriptRunner::changeStore},
         {"can-make-payments",
-         [](Player& player, Step const& s) {
-             player.stage_.store().setCanMakePayments(choice(s, 0, "on", "off"));
+         [](ScriptRunner& runner, Step const& s) {
+             runner.session_.store().setCanMakePayments(choice(s, 0, "on", "off"));
          }},
-        {"rotate", &Player::rotate},
-        {"appearance", &Player::setAppearance},
-        {"snapshot", &Player::takeSnapshot},
-        {"describe", &Player::writeDescription},
-        {"expect", &Player::expect},
-        {"set", &Player::assign},
-        {"host", &Player::instructHost},
-        {"cover", &Player::cover},
-        {"uncover", &Player::uncover},
-        {"dismiss", &Player::dismissScreen},
+        {"rotate", &ScriptRunner::rotate},
+        {"appearance", &ScriptRunner::setAppearance},
+        {"snapshot", &ScriptRunner::takeSnapshot},
+        {"describe", &ScriptRunner::writeDescription},
+        {"expect", &ScriptRunner::expect},
+        {"set", &ScriptRunner::assign},
+        {"host", &ScriptRunner::instructHost},
+        {"cover", &ScriptRunner::cover},
+        {"uncover", &ScriptRunner::uncover},
+        {"dismiss", &ScriptRunner::dismissScreen},
     };
     actions.at(step.command)(*this, step);
 }
 
 // Touches
 
-Ref<UIView> Player::find(Step const& step) {
+Ref<UIView> ScriptRunner::find(Step const& step) {
     shell_.window().layoutWindow();
     auto view = findView(shell_.window(), step.arguments.front());
     if (!view) fail(step, "no such view is visible");
     return view;
 }
 
-CGPoint Player::middleOf(UIView& view) const {
+CGPoint ScriptRunner::middleOf(UIView& view) const {
     auto const bounds = view.bounds();
     return view.convertPointTo({bounds.midX(), bounds.midY()}, nullptr);
 }
 
-void Player::tap(Step const& step) { shell_.tap(middleOf(*find(step))); }
+void ScriptRunner::tap(Step const& step) { shell_.tap(middleOf(*find(step))); }
 
-void Player::press(Step const& step) {
+void ScriptRunner::press(Step const& step) {
     auto const place = middleOf(*find(step));
     auto const [held, isNew] = presses_.try_emplace(argument(step, 0), nextTouch_);
     if (!isNew) fail(step, "held already");
     shell_.window().touchBegan(nextTouch_++, place);
 }
 
-void Player::release(Step const& step) {
+void ScriptRunner::release(Step const& step) {
     if (presses_.empty()) fail(step, "nothing is held by a press");
     auto const place = middleOf(*find(step));
     auto held = presses_.find(argument(step, 0));
@@ -120,7 +120,7 @@ void Player::release(Step const& step) {
     shell_.window().touchEnded(touch, place);
 }
 
-void Player::drag(Step const& step) {
+void ScriptRunner::drag(Step const& step) {
     double const dx = parsed(step, 1, parseNumber);
     double const dy = parsed(step, 2, parseNumber);
     if (!(std::hypot(dx, dy) <= longestDrag))
@@ -128,7 +128,7 @@ void Player::drag(Step const& step) {
     shell_.drag(middleOf(*find(step)), dx, dy, 0);
 }
 
-void Player::chooseAction(Step const& step) {
+void ScriptRunner::chooseAction(Step const& step) {
     auto const alert = cast<UIAlertController>(shell_.window().topViewController());
     if (!alert) fail(step, "no alert is shown");
     auto const action = std::ranges::find(alert->actions(), argument(step, 0), &UIAlertAction::title);
@@ -138,25 +138,25 @@ void Player::chooseAction(Step const& step) {
 
 // Surroundings
 
-void Player::advance(Step const& step) {
+void ScriptRunner::advance(Step const& step) {
     double const seconds = parsed(step, 0, parseNumber);
     if (!(seconds >= 0 && seconds <= 86400)) fail(step, "the seconds must be between 0 and 86400");
     shell_.advance(seconds);
 }
 
-void Player::rotate(Step const& step) { shell_.rotate(choice(step, 0, "landscape", "portrait")); }
+void ScriptRunner::rotate(Step const& step) { shell_.rotate(choice(step, 0, "landscape", "portrait")); }
 
-void Player::setAppearance(Step const& step) {
+void ScriptRunner::setAppearance(Step const& step) {
     shell_.setUserInterfaceStyle(choice(step, 0, "dark", "light") ? UIUserInterfaceStyle::dark
                                                                   : UIUserInterfaceStyle::light);
 }
 
-void Player::takeSnapshot(Step const& step) {
+void ScriptRunner::takeSnapshot(Step const& step) {
     std::string reason;
     if (!shell_.snapshot(argument(step, 0), reason)) fail(step, reason);
 }
 
-void Player::writeDescription(Step const& step) {
+void ScriptRunner::writeDescription(Step const& step) {
     auto& shown = screen(step);
     shell_.window().layoutWindow();
     std::ofstream file{argument(step, 0)};
@@ -164,7 +164,7 @@ void Player::writeDescription(Step const& step) {
     if (!file.flush()) fail(step, "the file cannot be written");
 }
 
-void Player::expect(Step const& step) {
+void ScriptRunner::expect(Step const& step) {
     std::vector<std::pair<std::string, std::string>> fields;
     for (auto const& word : step.arguments | std::views::drop(1)) {
         auto const separator = word.text.find('=');
@@ -172,34 +172,34 @@ void Player::expect(Step const& step) {
             fail(step, fmt::format("\"{}\" is not of the form KEY=VALUE", word.text));
         fields.emplace_back(word.text.substr(0, separator), word.text.substr(separator + 1));
     }
-    if (!stage_.log().holds(argument(step, 0), fields)) fail(step, "the log holds no such line");
+    if (!session_.log().holds(argument(step, 0), fields)) fail(step, "the log holds no such line");
 }
 
 // The host
 
-UIViewController& Player::screen(Step const& step) const {
-    if (!stage_.screen()) fail(step, "the screen has gone");
-    return *stage_.screen();
+UIViewController& ScriptRunner::screen(Step const& step) const {
+    if (!session_.screen()) fail(step, "the screen has gone");
+    return *session_.screen();
 }
 
-void Player::assign(Step const& step) {
+void ScriptRunner::assign(Step const& step) {
     auto const& text = argument(step, 0);
     auto const separator = text.find('=');
     if (separator == std::string::npos) fail(step, "not of the form NAME=VALUE");
     auto& shown = screen(step);
     try {
-        setProperty(stage_.screenType(), shown, text.substr(0, separator), text.substr(separator + 1));
+        setProperty(session_.screenType(), shown, text.substr(0, separator), text.substr(separator + 1));
     } catch (Failure const& failure) {
         fail(step, failure.message);
     }
 }
 
-void Player::instructHost(Step const& step) {
+void ScriptRunner::instructHost(Step const& step) {
     if (argument(step, 0) != "promote") fail(step, "the host can only be told to promote");
-    stage_.host().setAcceptsPromotions(choice(step, 1, "yes", "no"));
+    session_.host().setAcceptsPromotions(choice(step, 1, "yes", "no"));
 }
 
-void Player::cover(Step const& step) {
+void ScriptRunner::cover(Step const& step) {
     if (isCovered()) fail(step, "the screen is covered already");
     cover_ = make<UIViewController>();
     cover_->view()->setBackgroundColor(UIColor::black());
@@ -208,18 +208,18 @@ void Player::cover(Step const& step) {
     if (!isCovered()) fail(step, "a dismissal is under way; advance first");
 }
 
-bool Player::isCovered() const { return cover_ && cover_->presentingViewController(); }
+bool ScriptRunner::isCovered() const { return cover_ && cover_->presentingViewController(); }
 
-void Player::uncover(Step const& step) {
+void ScriptRunner::uncover(Step const& step) {
     if (!isCovered()) fail(step, "nothing covers the screen");
     // The dismissal would be refused.
     if (cover_->isBeingPresented()) fail(step, "the covering screen is still arriving; advance first");
     std::exchange(cover_, nullptr)->dismiss(true);
 }
 
-void Player::dismissScreen(Step const& step) {
-    if (!stage_.screen()) fail(step, "the screen has gone");
-    stage_.hostScreen().dismiss(true);
+void ScriptRunner::dismissScreen(Step const& step) {
+    if (!session_.screen()) fail(step, "the screen has gone");
+    session_.hostScreen().dismiss(true);
 }
 
 } // namespace trelundo::paywall

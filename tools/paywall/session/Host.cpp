@@ -1,4 +1,4 @@
-#include "tools/paywall/stage/Host.h"
+#include "tools/paywall/session/Host.h"
 
 #include "tools/paywall/output/Names.h"
 #include "trelundo/kit/store/PremiumManager.h"

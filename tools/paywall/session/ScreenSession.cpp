@@ -1,10 +1,10 @@
-#include "tools/paywall/stage/Stage.h"
+#include "tools/paywall/session/ScreenSession.h"
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/demo/Demonstration.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/ScreenProperties.h"
-#include "tools/paywall/stage/Languages.h"
+#include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
@@ -20,10 +20,10 @@
 
 namespace trelundo::paywall {
 
-Stage::Stage(Options const& options, EventLog& log)
-    : Stage(options, log, openSandbox(options)) {}
+ScreenSession::ScreenSession(Options const& options, EventLog& log)
+    : ScreenSession(options, log, openSandbox(options)) {}
 
-Stage::Stage(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store)
+ScreenSession::ScreenSession(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store)
     : options_(options)
     , log_(log)
     , host_(make<Host>(options, log))
@@ -39,7 +39,7 @@ Stage::Stage(Options const& options, EventLog& log, std::unique_ptr<SandboxStore
     loadProducts();
 }
 
-Stage::~Stage() {
+ScreenSession::~ScreenSession() {
     setTextChangeListener(nullptr);
     setActivityChangeListener(nullptr);
     setPresentationListener({});
@@ -49,13 +49,13 @@ Stage::~Stage() {
     queue.setBackend(nullptr);
 }
 
-void Stage::loadProducts() {
+void ScreenSession::loadProducts() {
     PremiumManager::sharedInstance().start(
         options_.products.value_or(store_->configuration().subscriptionIdentifiers()));
     RunLoop::main().runUntilIdle();
 }
 
-void Stage::applyDiscounts(UIViewController& screen) const {
+void ScreenSession::applyDiscounts(UIViewController& screen) const {
     ScreenType::PaymentDiscounts discounts;
     for (auto const& [product, offer] : options_.discounts) discounts[product] = signedDiscount(offer);
     screenType_->setDiscounts(screen, discounts);
@@ -65,21 +65,21 @@ void Stage::applyDiscounts(UIViewController& screen) const {
     if (own != discounts.end()) screenType_->setDiscount(screen, own->second);
 }
 
-void Stage::applyOptions(UIViewController& screen) {
+void ScreenSession::applyOptions(UIViewController& screen) {
     if (auto* paywall = dynamic_cast<BaseViewController*>(&screen)) {
-        if (!options_.noDelegate) paywall->setDelegate(host_);
+        if (options_.hasDelegate) paywall->setDelegate(host_);
         paywall->setSource(options_.source);
         paywall->setPremiumId(options_.premiumId);
         paywall->setABTest(options_.abTest);
         paywall->setIntroductoryPriceWasOffered(options_.introductoryPriceWasOffered);
     }
     auto* notice = dynamic_cast<BillingViewController*>(&screen);
-    if (notice && !options_.noDelegate) notice->setDelegate(host_);
+    if (notice && options_.hasDelegate) notice->setDelegate(host_);
     if (screenType_->properties.contains("features"))
         setProperty(*screenType_, screen, "features", demonstrationFeatures());
 }
 
-void Stage::makeHostScreen() {
+void ScreenSession::makeHostScreen() {
     hostScreen_ = make<UIViewController>();
     auto picture = make<UIImageView>(UIImage::named("bg_access"));
     picture->setContentMode(UIViewContentMode::scaleAspectFill);
@@ -89,7 +89,7 @@ void Stage::makeHostScreen() {
     hostScreen_->view()->addSubview(picture);
 }
 
-void Stage::show(UIWindow& window) {
+void ScreenSession::show(UIWindow& window) {
     screen_ = screenType_->make();
     auto& screen = *screen_;
     applyOptions(screen);
@@ -110,7 +110,7 @@ void Stage::show(UIWindow& window) {
 
 // The log
 
-void Stage::listen() {
+void ScreenSession::listen() {
     setTextChangeListener([this](UIView& view, std::string const& text) {
         log_.write("text", {{"view", view.accessibilityIdentifier()}, {"text", text}});
     });
@@ -131,7 +131,7 @@ void Stage::listen() {
         });
 }
 
-void Stage::didPresent(UIViewController& controller, bool animated) {
+void ScreenSession::didPresent(UIViewController& controller, bool animated) {
     auto const* alert = dynamic_cast<UIAlertController*>(&controller);
     if (!alert) {
         log_.write("presented", {{"screen", controller.className()}, {"animated", animated}});
@@ -146,7 +146,7 @@ void Stage::didPresent(UIViewController& controller, bool animated) {
                          {"preferred", preferred ? Json(preferred->title()) : Json(nullptr)}});
 }
 
-void Stage::didDismiss(UIViewController& controller, bool animated) {
+void ScreenSession::didDismiss(UIViewController& controller, bool animated) {
     if (auto const* alert = dynamic_cast<UIAlertController*>(&controller)) {
         auto const action = alert->performedAction();
         log_.write("alert-dismissed", {{"action", action ? Json(action->title()) : Json(nullptr)}});
@@ -156,7 +156,7 @@ void Stage::didDismiss(UIViewController& controller, bool animated) {
     if (screen_ && &controller == screen_.get()) screen_ = nullptr;
 }
 
-void Stage::paymentAdded(SKPayment const& payment) {
+void ScreenSession::paymentAdded(SKPayment const& payment) {
     auto const discount = payment.paymentDiscount();
     log_.write("payment",
                {{"product", payment.productIdentifier()},
@@ -165,7 +165,7 @@ void Stage::paymentAdded(SKPayment const& payment) {
                 {"discount", discount ? Json(discount->identifier()) : Json(nullptr)}});
 }
 
-void Stage::transactionUpdated(std::string const& id, SKPaymentTransaction const& transaction) {
+void ScreenSession::transactionUpdated(std::string const& id, SKPaymentTransaction const& transaction) {
     auto const& error = transaction.error();
     log_.write("transaction", {{"id", id},
                                {"product", transaction.payment()->productIdentifier()},
@@ -174,7 +174,7 @@ void Stage::transactionUpdated(std::string const& id, SKPaymentTransaction const
                                                : Json(nullptr)}});
 }
 
-void Stage::transactionFinished(std::string const& id, SKPaymentTransaction const& /*transaction*/) {
+void ScreenSession::transactionFinished(std::string const& id, SKPaymentTransaction const& /*transaction*/) {
     log_.write("finished", {{"id", id}});
 }
 

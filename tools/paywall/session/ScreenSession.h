@@ -3,7 +3,7 @@
 #include "tools/paywall/Options.h"
 #include "tools/paywall/output/EventLog.h"
 #include "tools/paywall/screens/Screens.h"
-#include "tools/paywall/stage/Host.h"
+#include "tools/paywall/session/Host.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
@@ -14,17 +14,17 @@
 namespace trelundo::paywall {
 
 /// Everything behind a screen but the shell: the user's language, the host with its pictures, the sandbox
-/// store, and the listeners that write the log. Make the shell first, then the stage; then load the products
-/// and show the screen in the shell's window.
-class Stage : public SKPaymentQueueMonitor {
+/// store, and the listeners that write the log. Make the shell first, then the session; then load the
+/// products and show the screen in the shell's window.
+class ScreenSession : public SKPaymentQueueMonitor {
 public:
     /// A catalogue or store file that cannot be used throws a Failure.
-    Stage(Options const& options, EventLog& log);
-    /// With a store that is open already; `options` and `log` must live as long as the stage.
-    Stage(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store);
-    ~Stage() override;
-    Stage(Stage const&) = delete;
-    Stage& operator=(Stage const&) = delete;
+    ScreenSession(Options const& options, EventLog& log);
+    /// With a store that is open already; `options` and `log` must live as long as the session.
+    ScreenSession(Options const& options, EventLog& log, std::unique_ptr<SandboxStore> store);
+    ~ScreenSession() override;
+    ScreenSession(ScreenSession const&) = delete;
+    ScreenSession& operator=(ScreenSession const&) = delete;
 
     /// Sets the screen up in the order of a host: flags, discounts and settings, then the products, then the
     /// view; presents it full screen over a plain host screen.

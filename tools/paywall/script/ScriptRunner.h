@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/paywall/script/Script.h"
-#include "tools/paywall/stage/Stage.h"
+#include "tools/paywall/session/ScreenSession.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
 #include <map>
@@ -10,12 +10,12 @@
 
 namespace trelundo::paywall {
 
-/// Performs the steps of a script on a staged screen. Time moves by `advance` alone.
-class Player {
+/// Performs the steps of a script on a screen without a display. Time moves by `advance` alone.
+class ScriptRunner {
 public:
-    Player(OffscreenShell& shell, Stage& stage)
+    ScriptRunner(OffscreenShell& shell, ScreenSession& session)
         : shell_(shell)
-        , stage_(stage) {}
+        , session_(session) {}
 
     /// Performs all steps; the first that cannot be done, or whose expectation is not met, throws a Failure
     /// naming it.
@@ -49,7 +49,7 @@ private:
     UIViewController& screen(Step const& step) const;
 
     OffscreenShell& shell_;
-    Stage& stage_;
+    ScreenSession& session_;
     Ref<UIViewController> cover_;
     std::map<std::string, int> presses_; // the touch that holds a control, by its name
     int nextTouch_ = 100;                // apart from those of tap and drag

@@ -1,7 +1,7 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/screens/PropertyValues.h"
-#include "tools/paywall/script/Player.h"
-#include "tools/paywall/script/PlayerSteps.h"
+#include "tools/paywall/script/ScriptRunner.h"
+#include "tools/paywall/script/StepArguments.h"
 
 namespace trelundo::paywall {
 
@@ -45,8 +45,8 @@ void checkArguments(Step const& step) {
 
 } // namespace
 
-void Player::changeStore(Step const& step) {
-    auto& store = stage_.store();
+void ScriptRunner::changeStore(Step const& step) {
+    auto& store = session_.store();
     auto const& change = argument(step, 0);
     checkArguments(step);
 
@@ -68,9 +68,9 @@ void Player::changeStore(Step const& step) {
         fail(step, "unknown change of the store");
 }
 
-void Player::require(Step const& step, bool succeeded) {
+void ScriptRunner::require(Step const& step, bool succeeded) {
     if (!succeeded)
-        fail(step, stage_.store().lastError().empty() ? "the store refuses" : stage_.store().lastError());
+        fail(step, session_.store().lastError().empty() ? "the store refuses" : session_.store().lastError());
 }
 
 } // namespace trelundo::paywall

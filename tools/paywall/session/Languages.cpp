@@ -1,4 +1,4 @@
-#include "tools/paywall/stage/Languages.h"
+#include "tools/paywall/session/Languages.h"
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/foundation/Locale.h"
