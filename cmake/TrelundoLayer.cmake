@@ -1,8 +1,9 @@
-# trelundo_layer(NAME ALIAS [FOLDERS folders...] [SOURCES files...] [DEPENDS layers...] [PRIVATE targets...]): the library
-# trelundo_NAME, called TrelundoKit::ALIAS, from the sources below FOLDERS (the current folder when neither is named) and
-# from SOURCES. DEPENDS are the layers that its headers show, PRIVATE what only its sources use.
+# trelundo_layer(NAME ALIAS COMPONENT component [FOLDERS folders...] [SOURCES files...] [DEPENDS layers...]
+# [PRIVATE targets...]): the library trelundo_NAME, called TrelundoKit::ALIAS, from the sources below FOLDERS (the current
+# folder when neither is named) and from SOURCES. It is found with a COMPONENT of the package. DEPENDS are the layers that
+# its headers show, PRIVATE what only its sources use.
 function(trelundo_layer name alias)
-    cmake_parse_arguments(LAYER "" "" "DEPENDS;PRIVATE;FOLDERS;SOURCES" ${ARGN})
+    cmake_parse_arguments(LAYER "" "COMPONENT" "DEPENDS;PRIVATE;FOLDERS;SOURCES" ${ARGN})
     if(NOT LAYER_FOLDERS AND NOT LAYER_SOURCES)
         set(LAYER_FOLDERS .)
     endif()
@@ -24,4 +25,7 @@ function(trelundo_layer name alias)
         ${target} SYSTEM
         INTERFACE $<BUILD_INTERFACE:$<$<NOT:$<BOOL:$<TARGET_PROPERTY:TRELUNDO_OWN>>>:${TRELUNDO_INCLUDE_DIR}>>)
     target_link_libraries(${target} PUBLIC ${LAYER_DEPENDS} PRIVATE ${LAYER_PRIVATE})
+    if(TRELUNDO_INSTALL)
+        trelundo_install_layer(${target} ${LAYER_COMPONENT} ${sources})
+    endif()
 endfunction()
