@@ -1,0 +1,3 @@
+#include "Purchase.h"
+
+int main(int argc, char** argv) { return argc == 2 ? buyFirstPlan(argv[1]) : 2; }

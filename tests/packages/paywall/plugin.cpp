@@ -1,0 +1,3 @@
+#include "Purchase.h"
+
+extern "C" int buy(char const* catalogue) { return buyFirstPlan(catalogue); }
