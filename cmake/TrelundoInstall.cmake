@@ -73,9 +73,11 @@ endfunction()
 
 # trelundo_install_tool(): the `paywall` tool with its manual and its completions.
 function(trelundo_install_tool)
-    cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR}
-               OUTPUT_VARIABLE libraries)
-    set_target_properties(paywall PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+    if(BUILD_SHARED_LIBS)
+        cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR}
+                   OUTPUT_VARIABLE libraries)
+        set_target_properties(paywall PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+    endif()
     install(TARGETS paywall DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
     install(FILES paywall.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
     install(FILES completions/paywall.bash RENAME paywall
