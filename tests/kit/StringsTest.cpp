@@ -13,10 +13,9 @@ constexpr char const* languages[] = {"en", "de", "fr", "es", "ja", "ar", "he"};
 StringsTable kitTable(std::string const& language) {
     auto const bytes = Texts::kitBundle().data(language + ".lproj/Premium.strings");
     EXPECT_TRUE(bytes) << language;
-    std::optional<StringsTable::ParseError> error;
-    auto table = StringsTable::parse(bytes.value_or(""), error);
-    EXPECT_FALSE(error) << language << ", line " << error->line << ": " << error->reason;
-    return table;
+    auto table = StringsTable::parse(bytes.value_or(""), language);
+    EXPECT_TRUE(table) << table.error().message;
+    return std::move(table).value_or({});
 }
 
 int occurrences(std::string_view text, std::string_view part) {

@@ -31,16 +31,12 @@ QImage halves(int width, int height) {
 }
 
 Ref<Picture> decoded(std::string const& bytes, double scale = 1) {
-    std::string reason;
-    auto picture = Picture::decode(bytes, "sample", scale, reason);
-    EXPECT_TRUE(picture) << reason;
-    return picture;
+    return Picture::decode(bytes, "sample", scale).value();
 }
 
 std::string reasonFor(std::string const& bytes) {
-    std::string reason;
-    EXPECT_FALSE(Picture::decode(bytes, "sample.png", 1, reason));
-    return reason;
+    auto const picture = Picture::decode(bytes, "sample.png", 1);
+    return picture ? "decoded" : picture.error().message;
 }
 
 constexpr auto artwork = R"(<?xml version="1.0"?>

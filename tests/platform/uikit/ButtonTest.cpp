@@ -18,10 +18,7 @@ constexpr std::string_view square =
     R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
     R"(<rect width="20" height="10" fill="#00ff00"/></svg>)";
 
-Ref<UIImage> picture() {
-    std::string reason;
-    return make<UIImage>(Picture::decode(square, "square", 1, reason), "square");
-}
+Ref<UIImage> picture() { return make<UIImage>(Picture::decode(square, "square", 1).value(), "square"); }
 
 CGSize sizeOf(std::string text, UIFont font) {
     auto const label = make<UILabel>();

@@ -92,9 +92,9 @@ TEST_F(OffscreenShellTest, DraggingTakesVirtualTimeAndScrolls) {
 }
 
 TEST_F(OffscreenShellTest, AFailedSnapshotNamesTheFile) {
-    std::string reason;
-    EXPECT_FALSE(shell.snapshot("/no/such/folder/a.png", reason));
-    EXPECT_THAT(reason, testing::HasSubstr("/no/such/folder/a.png"));
+    auto const taken = shell.snapshot("/no/such/folder/a.png");
+    ASSERT_FALSE(taken);
+    EXPECT_THAT(taken.error().message, testing::HasSubstr("/no/such/folder/a.png"));
 }
 
 TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {

@@ -218,10 +218,10 @@ TEST_F(GalleryPageTest, EveryControlHasALabelAndEnoughContrast) {
 
 /// The pixels of a screenshot.
 std::unique_ptr<Surface> pixelsOf(fs::path const& file) {
-    std::string reason;
     startGraphics();
-    auto const picture = Picture::decode(readText(file), file.string(), 1, reason);
-    if (!picture) return nullptr;
+    auto const decoded = Picture::decode(readText(file), file.string(), 1);
+    if (!decoded) return nullptr;
+    auto const& picture = *decoded;
     CGRect const whole{0, 0, picture->size().width, picture->size().height};
     auto surface =
         std::make_unique<Surface>(static_cast<int>(whole.size.width), static_cast<int>(whole.size.height), 1);

@@ -84,8 +84,7 @@ int listLanguages() {
 int renderScreen(Options const& options) {
     EventLog log{"/dev/null"};
     OffscreenSession offscreen{options, log};
-    std::string reason;
-    if (!offscreen.shell.snapshot(*options.out, reason)) failInput(reason);
+    if (auto const taken = offscreen.shell.snapshot(*options.out); !taken) failInput(taken.error().message);
     return statusOk;
 }
 

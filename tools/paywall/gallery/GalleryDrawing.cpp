@@ -62,10 +62,10 @@ private:
 
 void write(Surface const& surface, std::filesystem::path const& picture,
            std::filesystem::path const& preview) {
-    std::string reason;
-    if (!surface.writePng(picture.string(), reason)) failInput(reason);
+    if (auto const written = surface.writePng(picture.string()); !written) failInput(written.error().message);
     Reduction const reduced{surface, static_cast<int>(std::lround(surface.scale()))};
-    if (!writePngFile(reduced.source(), preview.string(), reason)) failInput(reason);
+    if (auto const written = writePngFile(reduced.source(), preview.string()); !written)
+        failInput(written.error().message);
 }
 
 CGRect frameOf(Json const& view) {

@@ -152,8 +152,7 @@ void ScriptRunner::setAppearance(Step const& step) {
 }
 
 void ScriptRunner::takeSnapshot(Step const& step) {
-    std::string reason;
-    if (!shell_.snapshot(argument(step, 0), reason)) fail(step, reason);
+    if (auto const taken = shell_.snapshot(argument(step, 0)); !taken) fail(step, taken.error().message);
 }
 
 void ScriptRunner::writeDescription(Step const& step) {

@@ -198,10 +198,9 @@ StringsTable Bundle::loadTable(std::string_view name) const {
     auto const resource = find(std::string{name}.append(tableSuffix));
     auto const bytes = resource ? resource->contents() : std::nullopt;
     if (!bytes) return {};
-    std::optional<StringsTable::ParseError> error;
-    auto parsed = StringsTable::parse(*bytes, error);
-    if (error) logWarning(fmt::format("{}:{}: {}", resource->place, error->line, error->reason));
-    return parsed;
+    auto parsed = StringsTable::parse(*bytes, resource->place);
+    if (!parsed) logWarning(parsed.error().message);
+    return std::move(parsed).value_or({});
 }
 
 std::string Bundle::localizedString(std::string_view key, std::string_view value,

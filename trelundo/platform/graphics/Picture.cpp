@@ -24,12 +24,11 @@ CGSize sizeInPoints(DecodedPicture const& content, double scale) {
 
 } // namespace
 
-Ref<Picture> Picture::decode(std::string_view bytes, std::string const& name, double scale,
-                             std::string& reason) {
+Result<Ref<Picture>> Picture::decode(std::string_view bytes, std::string const& name, double scale) {
     startGraphics();
     if (!(scale > 0) || !std::isfinite(scale)) scale = 1;
-    auto content = decodePicture(bytes, name, reason);
-    if (!content) return nullptr;
+    auto content = decodePicture(bytes, name);
+    if (!content) return content.error();
     auto const size = sizeInPoints(*content, scale);
     auto state = std::make_unique<State>(State{nextIdentity(), std::move(*content)});
     return make<Picture>(std::move(state), size, scale);

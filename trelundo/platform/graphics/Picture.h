@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/foundation/Ref.h"
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/graphics/CGColor.h"
 #include "trelundo/platform/graphics/Geometry.h"
 
@@ -17,10 +18,9 @@ class Picture : public NSObject {
 public:
     static constexpr double maximumPixels = 16'000'000;
 
-    /// Decodes `bytes`. Broken data, an unknown format and a picture of more than 16 megapixels give null
-    /// and a reason that names `name`.
-    static Ref<Picture> decode(std::string_view bytes, std::string const& name, double scale,
-                               std::string& reason);
+    /// Decodes `bytes`, never to null. Broken data, an unknown format and a picture of more than 16
+    /// megapixels give an error that names `name`. A scale that is not positive counts as 1.
+    static Result<Ref<Picture>> decode(std::string_view bytes, std::string const& name, double scale);
     ~Picture() override;
 
     /// In points: pixels divided by the scale; the view box's size for SVG.

@@ -128,7 +128,7 @@ Bytes encode(PngSource const& source) {
 
 } // namespace
 
-bool writePngFile(PngSource const& source, std::string const& path, std::string& reason) {
+Result<void> writePngFile(PngSource const& source, std::string const& path) {
     auto const content = encode(source);
     errno = 0;
     {
@@ -137,12 +137,11 @@ bool writePngFile(PngSource const& source, std::string const& path, std::string&
             file.write(reinterpret_cast<char const*>(content.data()),
                        static_cast<std::streamsize>(content.size()));
             file.close();
-            if (file) return true;
+            if (file) return {};
             std::remove(path.c_str());
         }
     }
-    reason = path + ": cannot be written (" + (errno ? std::strerror(errno) : "unknown reason") + ")";
-    return false;
+    return Error{path + ": cannot be written (" + (errno ? std::strerror(errno) : "unknown reason") + ")"};
 }
 
 } // namespace trelundo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <cstdint>
 #include <string>
 
@@ -15,7 +17,7 @@ struct PngSource {
 };
 
 /// Writes `source` as a PNG file (8 bits a channel, no interlacing, no metadata): equal pixels give equal
-/// bytes. On failure false, a reason that names the file, and no half-written file.
-bool writePngFile(PngSource const& source, std::string const& path, std::string& reason);
+/// bytes. The error names the file; a failure leaves no half-written file.
+Result<void> writePngFile(PngSource const& source, std::string const& path);
 
 } // namespace trelundo

@@ -53,13 +53,13 @@ bool Surface::isOpaque() const {
     return *opaque_;
 }
 
-bool Surface::writePng(std::string const& path, std::string& reason) const {
+Result<void> Surface::writePng(std::string const& path) const {
     return writePngFile({.pixels = bytes(),
                          .bytesPerLine = bytesPerLine(),
                          .width = pixelWidth(),
                          .height = pixelHeight(),
                          .opaque = isOpaque()},
-                        path, reason);
+                        path);
 }
 
 } // namespace trelundo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/graphics/Geometry.h"
 
 #include <cstdint>
@@ -27,9 +28,8 @@ public:
     std::uint8_t const* bytes() const;
     int bytesPerLine() const;
 
-    /// Writes a PNG with light compression (a fraction of the time of the default). On failure false and
-    /// a reason that names the file.
-    bool writePng(std::string const& path, std::string& reason) const;
+    /// Writes a PNG with light compression (a fraction of the time of the default). The error names the file.
+    Result<void> writePng(std::string const& path) const;
 
     /// Whether no pixel lets anything through. Found once after each change.
     bool isOpaque() const;

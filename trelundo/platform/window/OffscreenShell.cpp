@@ -83,9 +83,7 @@ Surface const& OffscreenShell::render() {
     return *surface;
 }
 
-bool OffscreenShell::snapshot(std::string const& path, std::string& reason) {
-    return render().writePng(path, reason);
-}
+Result<void> OffscreenShell::snapshot(std::string const& path) { return render().writePng(path); }
 
 void OffscreenShell::tap(CGPoint location) {
     window_->layoutWindow();

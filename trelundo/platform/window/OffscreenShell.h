@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
@@ -32,8 +33,8 @@ public:
 
     /// Lays out and draws the present moment.
     Surface const& render();
-    /// On failure false and a reason naming the file.
-    bool snapshot(std::string const& path, std::string& reason);
+    /// Writes a PNG of the present moment. The error names the file.
+    Result<void> snapshot(std::string const& path);
 
     void tap(CGPoint location);
     /// Presses at `from`, moves by (dx, dy) over `seconds` of virtual time, releases.

@@ -66,11 +66,9 @@ int lineAt(std::string_view text, std::size_t position) {
 
 } // namespace
 
-std::optional<StringsTable::ParseError> StringsParser::parse(std::string_view bytes) {
-    if (!decode(bytes)) return error_;
-    while (skipSpace() && !atEnd() && takePair()) {
-    }
-    return error_;
+Result<StringsTable::Entries> StringsParser::parse(std::string_view bytes) {
+    if (!decode(bytes) || !takePairs()) return std::move(error_);
+    return std::move(entries_);
 }
 
 bool StringsParser::decode(std::string_view bytes) {
@@ -107,6 +105,14 @@ bool StringsParser::checkUtf8() {
         if (!takeCodePoint(text_, position)) return fail("a byte that is not UTF-8", start);
     }
     return true;
+}
+
+bool StringsParser::takePairs() {
+    while (skipSpace()) {
+        if (atEnd()) return true;
+        if (!takePair()) return false;
+    }
+    return false;
 }
 
 bool StringsParser::takePair() {
@@ -221,8 +227,8 @@ void StringsParser::takeUnicodeEscape(std::string& text) {
     appendCodePoint(text, unit);
 }
 
-bool StringsParser::fail(std::string reason, std::size_t position) {
-    error_ = {lineAt(text_, position), std::move(reason)};
+bool StringsParser::fail(std::string_view reason, std::size_t position) {
+    error_ = {fmt::format("{}:{}: {}", file_, lineAt(text_, position), reason)};
     return false;
 }
 

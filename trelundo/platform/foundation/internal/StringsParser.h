@@ -9,20 +9,22 @@
 
 namespace trelundo {
 
-/// Reads `"key" = "value";` pairs into a map. One parser reads one file.
+/// Reads `"key" = "value";` pairs into a map. One parser reads one file once.
 class StringsParser {
 public:
-    explicit StringsParser(StringsTable::Entries& entries)
-        : entries_(entries) {}
+    /// `file` is what the error names.
+    explicit StringsParser(std::string_view file)
+        : file_(file) {}
 
-    /// None when all of `bytes` was read; else the first error, and the entries before it.
-    std::optional<StringsTable::ParseError> parse(std::string_view bytes);
+    /// The entries, or the first error with its line.
+    Result<StringsTable::Entries> parse(std::string_view bytes);
 
 private:
     bool decode(std::string_view bytes);
     bool decodeUtf16(std::string_view bytes, bool isBigEndian);
     bool checkUtf8();
 
+    bool takePairs();
     bool takePair();
     bool skipSpace();
     bool skipComment();
@@ -40,13 +42,14 @@ private:
     }
 
     /// Notes an error at `position` and returns false.
-    bool fail(std::string reason, std::size_t position);
-    bool fail(std::string reason) { return fail(std::move(reason), position_); }
+    bool fail(std::string_view reason, std::size_t position);
+    bool fail(std::string_view reason) { return fail(reason, position_); }
 
-    StringsTable::Entries& entries_;
+    std::string_view file_;
     std::string text_;
     std::size_t position_ = 0;
-    std::optional<StringsTable::ParseError> error_;
+    StringsTable::Entries entries_;
+    Error error_;
 };
 
 } // namespace trelundo

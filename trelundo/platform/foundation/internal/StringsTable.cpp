@@ -4,11 +4,10 @@
 
 namespace trelundo {
 
-StringsTable StringsTable::parse(std::string_view bytes, std::optional<ParseError>& error) {
-    StringsTable table;
-    error = StringsParser{table.entries_}.parse(bytes);
-    if (error) table.entries_.clear();
-    return table;
+Result<StringsTable> StringsTable::parse(std::string_view bytes, std::string_view file) {
+    auto entries = StringsParser{file}.parse(bytes);
+    if (!entries) return entries.error();
+    return StringsTable{*std::move(entries)};
 }
 
 std::string const* StringsTable::find(std::string_view key) const {

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,13 +13,12 @@ namespace trelundo {
 class StringsTable {
 public:
     using Entries = std::map<std::string, std::string, std::less<>>;
-    struct ParseError {
-        int line; // from 1
-        std::string reason;
-    };
 
-    /// Any syntax error makes the whole table fail; then the result is empty and `error` is set.
-    static StringsTable parse(std::string_view bytes, std::optional<ParseError>& error);
+    StringsTable() = default;
+    explicit StringsTable(Entries entries)
+        : entries_(std::move(entries)) {}
+    /// Any syntax error makes the whole table fail; the error names `file` and the line.
+    static Result<StringsTable> parse(std::string_view bytes, std::string_view file);
 
     /// Null when the key is missing.
     std::string const* find(std::string_view key) const;

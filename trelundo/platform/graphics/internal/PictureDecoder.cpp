@@ -49,7 +49,7 @@ std::string faultInArtwork(QByteArray const& data) {
     return reader.hasError() ? reader.errorString().toStdString() : std::string{};
 }
 
-std::optional<DecodedPicture> decodePixels(QByteArray const& data, char const* format, std::string& fault) {
+Result<DecodedPicture> decodePixels(QByteArray const& data, char const* format) {
     QBuffer buffer;
     buffer.setData(data);
     buffer.open(QIODevice::ReadOnly);
@@ -57,15 +57,10 @@ std::optional<DecodedPicture> decodePixels(QByteArray const& data, char const* f
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(true);
     auto const size = reader.size();
-    if (static_cast<double>(size.width()) * size.height() > Picture::maximumPixels) {
-        fault = "more than 16 megapixels";
-        return std::nullopt;
-    }
+    if (static_cast<double>(size.width()) * size.height() > Picture::maximumPixels)
+        return Error{"more than 16 megapixels"};
     auto image = reader.read();
-    if (image.isNull()) {
-        fault = reader.errorString().toStdString();
-        return std::nullopt;
-    }
+    if (image.isNull()) return Error{reader.errorString().toStdString()};
     DecodedPicture picture;
     picture.pixels = std::move(image).convertToFormat(
         image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
@@ -79,37 +74,32 @@ QSizeF sizeOf(QSvgRenderer const& artwork) {
     return stated.isEmpty() || stated == box.toSize() ? box : QSizeF(stated);
 }
 
-std::optional<DecodedPicture> decodeArtwork(QByteArray const& data, std::string& fault) {
-    fault = faultInArtwork(data);
-    if (!fault.empty()) return std::nullopt;
+Result<DecodedPicture> decodeArtwork(QByteArray const& data) {
+    if (auto fault = faultInArtwork(data); !fault.empty()) return Error{std::move(fault)};
     DecodedPicture picture;
     picture.artwork = std::make_unique<QSvgRenderer>(data);
     auto const size = picture.artworkSize = sizeOf(*picture.artwork);
     if (!picture.artwork->isValid() || !(size.width() > 0) || !(size.height() > 0) ||
-        !std::isfinite(size.width() * size.height())) {
-        fault = "artwork without a size";
-        return std::nullopt;
-    }
+        !std::isfinite(size.width() * size.height()))
+        return Error{"artwork without a size"};
     return picture;
 }
 
-std::optional<DecodedPicture> decodeAny(std::string_view bytes, std::string& fault) {
+Result<DecodedPicture> decodeAny(std::string_view bytes) {
     QByteArray const data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    if (auto const* format = pixelFormat(bytes)) return decodePixels(data, format, fault);
-    if (looksLikeArtwork(bytes)) return decodeArtwork(data, fault);
-    fault = "neither PNG, JPEG nor SVG";
-    return std::nullopt;
+    if (auto const* format = pixelFormat(bytes)) return decodePixels(data, format);
+    if (looksLikeArtwork(bytes)) return decodeArtwork(data);
+    return Error{"neither PNG, JPEG nor SVG"};
 }
 
 } // namespace
 
-std::optional<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name,
-                                            std::string& reason) {
+Result<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name) {
     QuietMessages const quiet;
-    std::string fault;
-    auto picture = decodeAny(bytes, fault);
-    if (!picture) reason = name + ": " + (fault.empty() ? "broken picture" : fault);
-    return picture;
+    auto picture = decodeAny(bytes);
+    if (picture) return picture;
+    auto const& fault = picture.error().message;
+    return Error{name + ": " + (fault.empty() ? "broken picture" : fault)};
 }
 
 } // namespace trelundo

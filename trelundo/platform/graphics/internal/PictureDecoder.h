@@ -1,10 +1,11 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <QImage>
 #include <QSizeF>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,8 +25,7 @@ struct DecodedPicture {
     QSizeF artworkSize; // points: its width and height, or its view box where it states none
 };
 
-/// Recognises the format by its first bytes. On failure absent and a reason that names `name`.
-std::optional<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name,
-                                            std::string& reason);
+/// Recognises the format by its first bytes. The error names `name`.
+Result<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name);
 
 } // namespace trelundo

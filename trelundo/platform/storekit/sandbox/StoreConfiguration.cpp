@@ -36,13 +36,10 @@ std::optional<std::string> readText(std::filesystem::path const& path, std::stri
 StoreConfiguration::Loaded parseOrThrow(std::string_view text, std::string const& name,
                                         StoreConfiguration::Options const& options) {
     if (text.size() > largestFile) return {.error = name + ": larger than 8 MB"};
-    auto const json = JsonText::parse(text);
-    if (!json.value) {
-        return {.error = name + ":" + std::to_string(json.line) +
-                         ": not a StoreKit configuration: " + json.reason};
-    }
+    auto const json = JsonValue::parse(text, name, "a StoreKit configuration");
+    if (!json) return {.error = json.error().message};
     StoreConfigurationReader reader{name, options};
-    if (!reader.read(*json.value)) return {.error = reader.error()};
+    if (!reader.read(*json)) return {.error = reader.error()};
     return {.configuration = std::move(reader).takeConfiguration()};
 }
 

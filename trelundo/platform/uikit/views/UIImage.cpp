@@ -146,10 +146,9 @@ std::optional<std::string> refusal(std::string const& name) {
 }
 
 Ref<UIImage> decode(Resource const& resource, std::string const& name) {
-    std::string reason;
-    auto picture = Picture::decode(resource.bytes, resource.path, resource.scale, reason);
-    if (picture) return make<UIImage>(std::move(picture), name)->withRenderingMode(resource.renderingMode);
-    logOnce(reason);
+    auto picture = Picture::decode(resource.bytes, resource.path, resource.scale);
+    if (picture) return make<UIImage>(*std::move(picture), name)->withRenderingMode(resource.renderingMode);
+    logOnce(picture.error().message);
     return nullptr;
 }
 

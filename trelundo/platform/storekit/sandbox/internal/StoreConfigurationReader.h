@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/foundation/internal/JsonText.h"
+#include "trelundo/platform/foundation/internal/JsonValue.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 #include "trelundo/platform/storekit/sandbox/internal/Storefront.h"
 

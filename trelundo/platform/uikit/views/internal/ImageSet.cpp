@@ -1,6 +1,6 @@
 #include "trelundo/platform/uikit/views/internal/ImageSet.h"
 
-#include "trelundo/platform/foundation/internal/JsonText.h"
+#include "trelundo/platform/foundation/internal/JsonValue.h"
 
 #include <algorithm>
 #include <array>
@@ -59,19 +59,19 @@ UIImageRenderingMode renderingModeIn(JsonValue const* properties) {
 
 ImageSet ImageSet::parse(std::string_view text, std::string& reason) {
     ImageSet set;
-    auto const json = JsonText::parse(text);
-    if (!json.value) {
-        reason = ":" + std::to_string(json.line) + ": " + json.reason;
+    auto const json = JsonValue::parse(text, "");
+    if (!json) {
+        reason = json.error().message;
         return set;
     }
-    auto const* images = json.value->find("images");
+    auto const* images = json->find("images");
     if (!images || !images->is(Kind::array)) {
         reason = ": \"images\" is no list";
         return set;
     }
     for (auto const& value : images->elements)
         if (auto slot = slotIn(value)) set.slots_.push_back(std::move(*slot));
-    set.renderingMode_ = renderingModeIn(json.value->find("properties"));
+    set.renderingMode_ = renderingModeIn(json->find("properties"));
     return set;
 }
 

@@ -1,9 +1,10 @@
-#include "trelundo/platform/foundation/internal/JsonText.h"
+#include "trelundo/platform/foundation/internal/JsonValue.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <fmt/format.h>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -79,10 +80,10 @@ public:
         return fail(colon == std::string::npos ? message : message.substr(colon + 2));
     }
 
-    JsonText result(bool isComplete) && {
-        if (!isComplete) return {.reason = std::move(reason_), .line = line_};
-        return {.value = std::move(root_)};
-    }
+    JsonValue takeRoot() && { return std::move(root_); }
+    std::string const& fault() const { return fault_; }
+    /// How far the parser has come; 1 is the first line.
+    auto line() const { return 1 + std::count(text_.data(), reached_, '\n'); }
 
 private:
     /// The parser writes the decimal separator of the process's locale.
@@ -127,9 +128,8 @@ private:
         }
     }
 
-    bool fail(std::string reason) {
-        reason_ = std::move(reason);
-        line_ = 1 + static_cast<int>(std::count(text_.data(), reached_, '\n'));
+    bool fail(std::string fault) {
+        fault_ = std::move(fault);
         return false;
     }
 
@@ -139,8 +139,7 @@ private:
     std::vector<std::string> names_; // of the member that each open level is reading
     JsonValue root_;
     std::size_t count_ = 0;
-    std::string reason_;
-    int line_ = 0;
+    std::string fault_;
 };
 
 } // namespace
@@ -170,13 +169,15 @@ bool JsonValue::isSet(std::string_view name) const {
     return value && value->is(Kind::boolean) && value->isTrue;
 }
 
-JsonText JsonText::parse(std::string_view text) {
+Result<JsonValue> JsonValue::parse(std::string_view text, std::string_view file, std::string_view expected) {
     TreeBuilder builder{text};
     ReadPosition const begin{text.data(), builder.reached()};
     ReadPosition const end{text.data() + text.size(), builder.reached()};
     bool const isComplete =
         nlohmann::json::sax_parse(begin, end, &builder, nlohmann::json::input_format_t::json, true, true);
-    return std::move(builder).result(isComplete);
+    if (isComplete) return std::move(builder).takeRoot();
+    auto const complaint = expected.empty() ? std::string{} : fmt::format("not {}: ", expected);
+    return Error{fmt::format("{}:{}: {}{}", file, builder.line(), complaint, builder.fault())};
 }
 
 } // namespace trelundo
