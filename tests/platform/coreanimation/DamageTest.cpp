@@ -2,7 +2,7 @@
 
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/coreanimation/internal/Compositor.h"
-#include "trelundo/platform/coreanimation/internal/PixelRect.h"
+#include "trelundo/platform/coreanimation/internal/Damage.h"
 #include "trelundo/platform/graphics/Surface.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 
-#include "trelundo/platform/coreanimation/internal/LayerShape.h"
+#include "trelundo/platform/coreanimation/internal/LayerCorners.h"
 
 #include <algorithm>
 

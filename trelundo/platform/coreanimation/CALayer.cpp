@@ -1,7 +1,6 @@
 #include "trelundo/platform/coreanimation/CALayer.h"
 
-#include "trelundo/platform/coreanimation/internal/LayerAnimation.h"
-#include "trelundo/platform/coreanimation/internal/LayerShape.h"
+#include "trelundo/platform/coreanimation/internal/AnimationRegistry.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/Log.h"
 
@@ -44,7 +43,7 @@ template <class Value> void CALayer::assign(Value CALayerValues::*property, Valu
     }
 }
 
-template <class Value> void CALayer::assignLook(Value& property, Value value) {
+template <class Value> void CALayer::assignAppearance(Value& property, Value value) {
     if (property == value) return;
     property = value;
     contentChanged();
@@ -101,7 +100,7 @@ void CALayer::setHidden(bool hidden) {
     ++changes;
 }
 
-void CALayer::setMasksToBounds(bool masks) { assignLook(masksToBounds_, masks); }
+void CALayer::setMasksToBounds(bool masks) { assignAppearance(masksToBounds_, masks); }
 
 void CALayer::setBackgroundColor(std::optional<CGColor> color) {
     if (color != values_.backgroundColor) contentChanged();
@@ -113,7 +112,7 @@ void CALayer::setCornerRadius(double radius) {
     assign(&CALayerValues::cornerRadius, radius);
 }
 
-void CALayer::setMaskedCorners(CACornerMask corners) { assignLook(maskedCorners_, corners); }
+void CALayer::setMaskedCorners(CACornerMask corners) { assignAppearance(maskedCorners_, corners); }
 
 void CALayer::setBorderWidth(double width) {
     if (width != values_.borderWidth) contentChanged();
@@ -125,19 +124,21 @@ void CALayer::setBorderColor(CGColor color) {
     assign(&CALayerValues::borderColor, color);
 }
 
-void CALayer::setShadowColor(CGColor color) { assignLook(shadowColor_, color); }
+void CALayer::setShadowColor(CGColor color) { assignAppearance(shadowColor_, color); }
 
-void CALayer::setShadowOpacity(double opacity) { assignLook(shadowOpacity_, opacity); }
+void CALayer::setShadowOpacity(double opacity) { assignAppearance(shadowOpacity_, opacity); }
 
-void CALayer::setShadowOffset(CGSize offset) { assignLook(shadowOffset_, offset); }
+void CALayer::setShadowOffset(CGSize offset) { assignAppearance(shadowOffset_, offset); }
 
-void CALayer::setShadowRadius(double radius) { assignLook(shadowRadius_, radius); }
+void CALayer::setShadowRadius(double radius) { assignAppearance(shadowRadius_, radius); }
 
-void CALayer::setContentsScale(double scale) { assignLook(contentsScale_, scale); }
+void CALayer::setContentsScale(double scale) { assignAppearance(contentsScale_, scale); }
 
-void CALayer::setShouldRasterize(bool rasterize) { assignLook(shouldRasterize_, rasterize); }
+void CALayer::setShouldRasterize(bool rasterize) { assignAppearance(shouldRasterize_, rasterize); }
 
-void CALayer::setBackdropEffect(std::optional<BackdropEffect> effect) { assignLook(backdropEffect_, effect); }
+void CALayer::setBackdropEffect(std::optional<BackdropEffect> effect) {
+    assignAppearance(backdropEffect_, effect);
+}
 
 void CALayer::setNeedsDisplay() { contentChanged(); }
 
@@ -164,7 +165,7 @@ CGRect CALayer::contentsRect() const {
 
 bool CALayer::hasShadow() const {
     // A mask cuts the layer's own shadow, which lies outside the bounds.
-    return shadowOpacity_ > 0 && isVisible(shadowColor_) && !masksToBounds_;
+    return shadowOpacity_ > 0 && shadowColor_.alpha > 0 && !masksToBounds_;
 }
 
 // The tree.

@@ -164,7 +164,7 @@ private:
     friend class AnimationRegistry;
 
     template <class Value> void assign(Value CALayerValues::*property, Value value);
-    template <class Value> void assignLook(Value& property, Value value);
+    template <class Value> void assignAppearance(Value& property, Value value);
     void detach();
     void leaveDisplay();
     bool hasAncestor(CALayer const& layer) const;

@@ -1,8 +1,8 @@
 #include "trelundo/platform/coreanimation/internal/Compositor.h"
 
 #include "trelundo/platform/coreanimation/CATransaction.h"
-#include "trelundo/platform/coreanimation/internal/Flattener.h"
-#include "trelundo/platform/coreanimation/internal/ListPainter.h"
+#include "trelundo/platform/coreanimation/internal/DisplayListBuilder.h"
+#include "trelundo/platform/coreanimation/internal/DisplayListPainter.h"
 #include "trelundo/platform/foundation/Clock.h"
 
 #include <utility>
@@ -11,7 +11,7 @@ namespace trelundo {
 
 namespace {
 
-constexpr CGColor display{0, 0, 0, 1}; // a screen without a picture is black
+constexpr CGColor display{0, 0, 0, 1}; // a screen without a bitmap is black
 
 PixelRect whole(Surface const& surface) { return {0, 0, surface.pixelWidth(), surface.pixelHeight()}; }
 
@@ -21,7 +21,7 @@ void includeReaders(Damage& damage, DisplayList const& list) {
     while (grown) {
         grown = false;
         for (auto const& item : list) {
-            if (!item.picture || !item.picture->readsTarget() || !damage.intersects(item.visible())) continue;
+            if (!item.bitmap || !item.bitmap->readsBackdrop() || !damage.intersects(item.visible())) continue;
             grown = damage.absorb(item.visible()) || grown;
         }
     }
@@ -30,7 +30,7 @@ void includeReaders(Damage& damage, DisplayList const& list) {
 } // namespace
 
 struct Compositor::State {
-    PictureStore store;
+    BitmapCache store;
     DisplayList last;
     CALayer const* root = nullptr;
     Surface const* surface = nullptr;
@@ -52,10 +52,10 @@ std::vector<CGRect> Compositor::render(CALayer& root, Surface& surface) {
     if (known && !moving && !state.moving && state.changes == CALayer::changeCount()) return {};
 
     state.store.beginFrame();
-    Flattener flattener(state.store, surface.scale(), Clock::current().now());
+    DisplayListBuilder builder(state.store, surface.scale(), Clock::current().now());
     DisplayList list{{.key = 0, .rect = whole(surface), .clip = whole(surface), .color = display}};
-    auto const steps = flattener.flatten(root, whole(surface));
-    list.insert(list.end(), steps.begin(), steps.end());
+    auto const items = builder.build(root, whole(surface));
+    list.insert(list.end(), items.begin(), items.end());
 
     Damage damage;
     if (known)
@@ -65,7 +65,7 @@ std::vector<CGRect> Compositor::render(CALayer& root, Surface& surface) {
     includeReaders(damage, list);
 
     std::vector<CGRect> repainted;
-    ListPainter painter(surface, 0, 0);
+    DisplayListPainter painter(surface, 0, 0);
     for (auto const& rect : damage.rects()) {
         painter.paint(list, rect);
         repainted.push_back(rect.points(1));
@@ -80,11 +80,11 @@ std::vector<CGRect> Compositor::render(CALayer& root, Surface& surface) {
 }
 
 void Compositor::draw(CALayer& layer, Surface& surface) {
-    PictureStore store;
+    BitmapCache store;
     store.beginFrame();
-    Flattener flattener(store, surface.scale(), Clock::current().now());
-    auto const list = flattener.flatten(layer, whole(surface));
-    ListPainter(surface, 0, 0).paint(list, whole(surface));
+    DisplayListBuilder builder(store, surface.scale(), Clock::current().now());
+    auto const list = builder.build(layer, whole(surface));
+    DisplayListPainter(surface, 0, 0).paint(list, whole(surface));
 }
 
 } // namespace trelundo

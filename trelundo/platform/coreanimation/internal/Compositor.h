@@ -12,7 +12,7 @@ class CALayer;
 class Surface;
 
 /// Draws a layer tree into a surface. It remembers what it drew: a further frame repaints only what has
-/// changed, and contents that cost much (texts, scaled and rounded pictures) are kept as pictures.
+/// changed, and contents that cost much (texts, scaled and rounded bitmaps) are kept as bitmaps.
 class Compositor {
 public:
     Compositor();

@@ -1,6 +1,6 @@
 #include "trelundo/platform/coreanimation/internal/DisplayList.h"
 
-#include "trelundo/platform/coreanimation/internal/LayerPicture.h"
+#include "trelundo/platform/coreanimation/internal/LayerBitmap.h"
 
 #include <bit>
 #include <unordered_map>
@@ -9,26 +9,26 @@ namespace trelundo {
 
 namespace {
 
-/// Whether only the pixels of the picture differ.
+/// Whether only the pixels of the bitmap differ.
 bool differInPixelsOnly(DisplayItem const& left, DisplayItem const& right) {
     auto same = left;
     same.serial = right.serial;
-    return left.picture && right.picture && same.looksLike(right);
+    return left.bitmap && right.bitmap && same.isEquivalent(right);
 }
 
 void addChange(Damage& damage, DisplayItem const& last, DisplayItem const& next, std::uint64_t frame) {
-    if (last.looksLike(next)) return;
-    auto const* const parts = next.picture ? next.picture->changesSince(last.serial, frame) : nullptr;
+    if (last.isEquivalent(next)) return;
+    auto const* const parts = next.bitmap ? next.bitmap->changesSince(last.serial, frame) : nullptr;
     if (!parts || !differInPixelsOnly(last, next)) {
         damage.add(last.visible());
         return damage.add(next.visible());
     }
-    auto const dx = next.rect.x - next.picture->rect().x;
-    auto const dy = next.rect.y - next.picture->rect().y;
+    auto const dx = next.rect.x - next.bitmap->rect().x;
+    auto const dy = next.rect.y - next.bitmap->rect().y;
     for (auto const& part : parts->rects()) damage.add(part.translated(dx, dy).intersection(next.visible()));
 }
 
-bool haveSameSteps(DisplayList const& left, DisplayList const& right) {
+bool haveSameKeys(DisplayList const& left, DisplayList const& right) {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](auto const& a, auto const& b) { return a.key == b.key; });
 }
@@ -74,7 +74,7 @@ private:
 
 } // namespace
 
-bool DisplayItem::looksLike(DisplayItem const& other) const {
+bool DisplayItem::isEquivalent(DisplayItem const& other) const {
     return key == other.key && rect == other.rect && clip == other.clip && opacity == other.opacity &&
            color == other.color && serial == other.serial;
 }
@@ -83,16 +83,16 @@ DisplayItem DisplayItem::moved(int dx, int dy, PixelRect const& within, double f
     auto item = *this;
     item.rect = rect.translated(dx, dy);
     item.clip = clip.translated(dx, dy).intersection(within);
-    if (picture)
+    if (bitmap)
         item.opacity *= fading;
     else
         item.color.alpha = std::min(1.0, color.alpha) * fading;
     return item;
 }
 
-bool looksLike(DisplayList const& left, DisplayList const& right) {
+bool isEquivalent(DisplayList const& left, DisplayList const& right) {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](auto const& a, auto const& b) { return a.looksLike(b); });
+                      [](auto const& a, auto const& b) { return a.isEquivalent(b); });
 }
 
 PixelRect extent(DisplayList const& list) {
@@ -103,7 +103,7 @@ PixelRect extent(DisplayList const& list) {
 
 Damage difference(DisplayList const& last, DisplayList const& next, std::uint64_t frame) {
     Damage damage;
-    if (haveSameSteps(last, next)) {
+    if (haveSameKeys(last, next)) {
         for (std::size_t index = 0; index < next.size(); ++index)
             addChange(damage, last[index], next[index], frame);
     } else {

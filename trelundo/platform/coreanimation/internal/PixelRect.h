@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace trelundo {
 
@@ -59,23 +58,5 @@ inline PixelRect pixelsAround(CGRect const& rect, double scale) {
     return {left, top, nearestPixel(std::ceil(rect.maxX() * scale - tolerance)) - left,
             nearestPixel(std::ceil(rect.maxY() * scale - tolerance)) - top};
 }
-
-/// The areas of a picture that must be painted anew: a short list of rectangles, merged where that costs
-/// little.
-class Damage {
-public:
-    void add(PixelRect const& rect);
-    /// Unites everything that touches `rect` with it, so that one rectangle holds it whole. Returns whether
-    /// the damage grew.
-    bool absorb(PixelRect const& rect);
-    bool intersects(PixelRect const& rect) const;
-    bool isEmpty() const { return rects_.empty(); }
-    void clear() { rects_.clear(); }
-    std::vector<PixelRect> const& rects() const { return rects_; }
-
-private:
-    void mergeCheapest();
-    std::vector<PixelRect> rects_;
-};
 
 } // namespace trelundo

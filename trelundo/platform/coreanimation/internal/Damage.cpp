@@ -1,4 +1,4 @@
-#include "trelundo/platform/coreanimation/internal/PixelRect.h"
+#include "trelundo/platform/coreanimation/internal/Damage.h"
 
 #include <limits>
 

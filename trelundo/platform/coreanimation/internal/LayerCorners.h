@@ -16,6 +16,4 @@ inline CornerRadii cornerRadii(double radius, CACornerMask corners) {
             at(CACornerMask::maxXMaxY)};
 }
 
-inline bool isVisible(CGColor const& color) { return color.alpha > 0; }
-
 } // namespace trelundo

@@ -6,9 +6,9 @@
 namespace trelundo {
 
 /// Paints display lists into a surface whose corner is at (x, y) of the list's pixels.
-class ListPainter {
+class DisplayListPainter {
 public:
-    ListPainter(Surface& target, int x, int y)
+    DisplayListPainter(Surface& target, int x, int y)
         : target_(target)
         , canvas_(target)
         , x_(x)
@@ -20,9 +20,9 @@ public:
     void paintOver(DisplayList const& list, PixelRect const& area);
 
 private:
-    void paintSteps(DisplayList const& list, std::size_t first, PixelRect const& area);
-    void paintStep(DisplayItem const& item, PixelRect const& visible);
-    void paintPicture(DisplayItem const& item);
+    void paintItems(DisplayList const& list, std::size_t first, PixelRect const& area);
+    void paintItem(DisplayItem const& item, PixelRect const& visible);
+    void paintBitmap(DisplayItem const& item);
     CGRect points(PixelRect const& rect) const;
 
     Surface& target_;
