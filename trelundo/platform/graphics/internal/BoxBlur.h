@@ -20,6 +20,8 @@ struct BlurBuffer {
     std::vector<std::uint8_t> bytes;
 };
 
+inline constexpr double largestDeviation = 1000; // pixels
+
 /// How many pixels a side to merge into one before blurring with `deviation` pixels, so that the blur stays
 /// cheap and the merging cannot be seen.
 int blurReduction(double deviation);

@@ -1,7 +1,7 @@
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 
-#include "trelundo/platform/graphics/internal/QuietMessages.h"
-#include "trelundo/platform/graphics/text/internal/TextShaper.h"
+#include "trelundo/platform/graphics/internal/MessageSilencer.h"
+#include "trelundo/platform/graphics/text/internal/ShapedWord.h"
 
 #include <QGuiApplication>
 
@@ -35,7 +35,7 @@ void startApplication() {
     static char* arguments[] = {name, option, platform, nullptr};
     static int count = 3;
     // Complaints about the environment (locale, runtime folder) mean nothing to a process without a session.
-    QuietMessages const quiet;
+    MessageSilencer const quiet;
     [[maybe_unused]] static auto* const application = new QGuiApplication(count, arguments);
 }
 

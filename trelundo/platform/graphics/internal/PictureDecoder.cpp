@@ -1,7 +1,7 @@
 #include "trelundo/platform/graphics/internal/PictureDecoder.h"
 
 #include "trelundo/platform/graphics/Picture.h"
-#include "trelundo/platform/graphics/internal/QuietMessages.h"
+#include "trelundo/platform/graphics/internal/MessageSilencer.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -95,7 +95,7 @@ Result<DecodedPicture> decodeAny(std::string_view bytes) {
 } // namespace
 
 Result<DecodedPicture> decodePicture(std::string_view bytes, std::string const& name) {
-    QuietMessages const quiet;
+    MessageSilencer const quiet;
     auto picture = decodeAny(bytes);
     if (picture) return picture;
     auto const& fault = picture.error().message;

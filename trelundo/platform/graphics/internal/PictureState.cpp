@@ -2,8 +2,8 @@
 
 #include "trelundo/platform/graphics/internal/ColorBytes.h"
 #include "trelundo/platform/graphics/internal/RenditionCache.h"
+#include "trelundo/platform/graphics/internal/RunOnPoolThread.h"
 #include "trelundo/platform/graphics/internal/TransparentPixels.h"
-#include "trelundo/platform/graphics/internal/WholeFills.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -15,7 +15,7 @@ namespace {
 QImage drawArtwork(QSvgRenderer& artwork, int width, int height) {
     auto image = transparentPixels(width, height);
     if (image.isNull()) return image;
-    drawInWholeFills([&] {
+    runOnPoolThread([&] {
         QPainter painter(&image);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         artwork.render(&painter, QRectF(0, 0, width, height));

@@ -2,7 +2,7 @@
 
 #include "trelundo/platform/graphics/Canvas.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
-#include "trelundo/platform/graphics/text/internal/TextLines.h"
+#include "trelundo/platform/graphics/text/internal/Typesetter.h"
 #include "trelundo/platform/graphics/text/internal/TextPainter.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace trelundo {
 
 namespace {
 
-LineSetter started(std::vector<TextRun> const& runs, TextLimits const& limits) {
+Typesetter started(std::vector<TextRun> const& runs, TextLimits const& limits) {
     startGraphics();
     return {runs, limits};
 }
@@ -19,7 +19,7 @@ LineSetter started(std::vector<TextRun> const& runs, TextLimits const& limits) {
 } // namespace
 
 struct TextLayout::State {
-    LineSetter set;
+    Typesetter set;
 };
 
 TextLayout::TextLayout(std::vector<TextRun> const& runs, TextLimits const& limits)
@@ -37,11 +37,11 @@ CGSize TextLayout::size() const {
 
 int TextLayout::lineCount() const { return static_cast<int>(state_->set.lines.size()); }
 bool TextLayout::isTruncated() const { return state_->set.truncated; }
-bool TextLayout::breaksWord() const { return std::ranges::any_of(state_->set.lines, &SetLine::breaksWord); }
+bool TextLayout::breaksWord() const { return std::ranges::any_of(state_->set.lines, &TextLine::breaksWord); }
 
 bool TextLayout::isWrapped() const {
-    return std::ranges::any_of(state_->set.lines, &SetLine::softEnd) ||
-           std::ranges::adjacent_find(state_->set.lines, {}, &SetLine::source) != state_->set.lines.end();
+    return std::ranges::any_of(state_->set.lines, &TextLine::softEnd) ||
+           std::ranges::adjacent_find(state_->set.lines, {}, &TextLine::source) != state_->set.lines.end();
 }
 
 double TextLayout::firstBaseline() const {

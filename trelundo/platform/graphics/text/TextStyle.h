@@ -63,7 +63,7 @@ struct FontSpec {
     double xHeight() const { return size * 1078 / 2048; }
 };
 
-/// Text of one look.
+/// Text of one run.
 struct TextRun {
     std::string text;
     FontSpec font;

@@ -1,7 +1,7 @@
 #include "trelundo/platform/graphics/text/internal/FontLibrary.h"
 
 #include "trelundo/platform/foundation/Log.h"
-#include "trelundo/platform/graphics/text/internal/FontFiles.h"
+#include "trelundo/platform/graphics/text/internal/FontFile.h"
 
 #include <QFile>
 

@@ -1,7 +1,8 @@
 #include "trelundo/platform/graphics/text/internal/TextPainter.h"
 
 #include "trelundo/platform/graphics/internal/CanvasState.h"
-#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+#include "trelundo/platform/graphics/internal/PainterGeometry.h"
+#include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <QGlyphRun>
 #include <QPainter>
@@ -22,13 +23,13 @@ bool hasBits(NSUnderlineStyle style, NSUnderlineStyle bits) {
     return (static_cast<int>(style) & static_cast<int>(bits)) == static_cast<int>(bits);
 }
 
-NSTextAlignment physicalAlignment(SetLine const& line) {
+NSTextAlignment physicalAlignment(TextLine const& line) {
     auto const alignment = line.style.alignment;
     if (alignment != NSTextAlignment::natural && alignment != NSTextAlignment::justified) return alignment;
     return line.paragraph->rightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
 }
 
-double leftEdge(SetLine const& line, double width) {
+double leftEdge(TextLine const& line, double width) {
     auto const start = line.paragraph->rightToLeft ? line.trailing : line.leading;
     auto const end = width - (line.paragraph->rightToLeft ? line.leading : line.trailing);
     switch (physicalAlignment(line)) {
@@ -42,7 +43,7 @@ double leftEdge(SetLine const& line, double width) {
 }
 
 /// Spaces at the end of a line take no part in reordering: they stand at the paragraph's end.
-std::vector<std::uint8_t> lineLevels(SetLine const& line, std::size_t last) {
+std::vector<std::uint8_t> lineLevels(TextLine const& line, std::size_t last) {
     std::vector<std::uint8_t> levels;
     levels.reserve(last - line.first);
     for (auto i = line.first; i < last; ++i) levels.push_back(line.paragraph->characters[i].level);
@@ -52,7 +53,7 @@ std::vector<std::uint8_t> lineLevels(SetLine const& line, std::size_t last) {
 }
 
 /// Spaces at which the text goes on in the next line hang outside and are not drawn.
-std::size_t drawnEnd(SetLine const& line) {
+std::size_t drawnEnd(TextLine const& line) {
     auto last = line.last;
     while (line.softEnd && last > line.first && line.paragraph->characters[last - 1].isSpace) --last;
     return last;
@@ -60,7 +61,7 @@ std::size_t drawnEnd(SetLine const& line) {
 
 } // namespace
 
-void TextPainter::draw(SetLine const& line, CGPoint origin, double width) {
+void TextPainter::draw(TextLine const& line, CGPoint origin, double width) {
     auto const placed = place(line, origin.x + leftEdge(line, width), width);
     auto const baseline = origin.y + line.baseline;
     canvas_.state().painter.save();
@@ -71,7 +72,7 @@ void TextPainter::draw(SetLine const& line, CGPoint origin, double width) {
     canvas_.state().painter.restore();
 }
 
-std::vector<TextPainter::Placed> TextPainter::place(SetLine const& line, double left, double width) const {
+std::vector<TextPainter::Placed> TextPainter::place(TextLine const& line, double left, double width) const {
     auto const extra = spaceForJustifying(line, width);
     auto const levels = lineLevels(line, drawnEnd(line));
     std::vector<Placed> placed;
@@ -85,7 +86,7 @@ std::vector<TextPainter::Placed> TextPainter::place(SetLine const& line, double 
     return placed;
 }
 
-double TextPainter::spaceForJustifying(SetLine const& line, double width) const {
+double TextPainter::spaceForJustifying(TextLine const& line, double width) const {
     if (line.style.alignment != NSTextAlignment::justified || !line.softEnd) return 0;
     auto const* characters = line.paragraph->characters.data();
     auto const spaces = std::count_if(characters + line.first, characters + drawnEnd(line),
@@ -109,10 +110,10 @@ std::vector<TextPainter::Stretch> TextPainter::stretches(std::vector<Placed> con
 
 void TextPainter::drawBackgrounds(std::vector<Placed> const& placed, double top, double height) {
     auto const any =
-        std::ranges::any_of(styles_, [](auto const& style) { return style.look.background.has_value(); });
+        std::ranges::any_of(styles_, [](auto const& style) { return style.run.background.has_value(); });
     if (!any) return;
     for (auto const& stretch : stretches(placed, false))
-        if (auto const& color = styles_[stretch.style].look.background)
+        if (auto const& color = styles_[stretch.style].run.background)
             canvas_.fill({stretch.left, top, stretch.right - stretch.left, height}, *color);
 }
 
@@ -132,7 +133,7 @@ void TextPainter::drawGlyphs(std::vector<Placed> const& placed, double baseline)
         for (auto i = shaped.firstGlyph; i < shaped.firstGlyph + shaped.glyphCount; ++i) {
             auto const& glyph = character->word->glyphs[i];
             indexes.push_back(glyph.index);
-            places.emplace_back(left + glyph.x * size, baseline - style.look.baselineOffset + glyph.y * size);
+            places.emplace_back(left + glyph.x * size, baseline - style.run.baselineOffset + glyph.y * size);
         }
     }
     if (head) drawGlyphRun(*head, indexes, places);
@@ -147,7 +148,7 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
         run.setRawFont(font);
         run.setGlyphIndexes(QList<quint32>(indexes.begin(), indexes.end()));
         run.setPositions(QList<QPointF>(places.begin(), places.end()));
-        canvas_.state().painter.setPen(toQColor(style.look.color));
+        canvas_.state().painter.setPen(toQColor(style.run.color));
         canvas_.state().painter.drawGlyphRun(QPointF(), run);
     }
     indexes.clear();
@@ -157,7 +158,7 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
 void TextPainter::drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration) {
     auto const below = decoration == Decoration::underline;
     auto const styleOf = [&](ScaledStyle const& style) {
-        return below ? style.look.underline : style.look.strikethrough;
+        return below ? style.run.underline : style.run.strikethrough;
     };
     auto const drawn = [&](ScaledStyle const& style) { return styleOf(style) != NSUnderlineStyle::none; };
     if (std::ranges::none_of(styles_, drawn)) return;
@@ -166,10 +167,10 @@ void TextPainter::drawDecorations(std::vector<Placed> const& placed, double base
     for (auto const& stretch : stretches(placed, byWord)) {
         auto const& style = styles_[stretch.style];
         if (!drawn(style) || (stretch.isSpace && hasBits(styleOf(style), NSUnderlineStyle::byWord))) continue;
-        auto const& color = below ? style.look.underlineColor : style.look.strikethroughColor;
-        auto const raised = baseline - style.look.baselineOffset;
+        auto const& color = below ? style.run.underlineColor : style.run.strikethroughColor;
+        auto const raised = baseline - style.run.baselineOffset;
         auto const middle = below ? raised + style.font.size / 9 : raised - style.font.xHeight() / 2;
-        drawRule(stretch, styleOf(style), middle, color.value_or(style.look.color));
+        drawRule(stretch, styleOf(style), middle, color.value_or(style.run.color));
     }
 }
 

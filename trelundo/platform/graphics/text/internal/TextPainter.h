@@ -1,7 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/text/internal/TextLines.h"
+#include "trelundo/platform/graphics/text/internal/TextLine.h"
 
 #include <QPointF>
 
@@ -17,7 +17,7 @@ public:
         , styles_(styles) {}
 
     /// `origin` is the top left corner of the text, `width` what lines are aligned within.
-    void draw(SetLine const& line, CGPoint origin, double width);
+    void draw(TextLine const& line, CGPoint origin, double width);
 
 private:
     /// A character at its place on the line.
@@ -34,8 +34,8 @@ private:
         bool isSpace;
     };
 
-    std::vector<Placed> place(SetLine const& line, double left, double width) const;
-    double spaceForJustifying(SetLine const& line, double width) const;
+    std::vector<Placed> place(TextLine const& line, double left, double width) const;
+    double spaceForJustifying(TextLine const& line, double width) const;
     std::vector<Stretch> stretches(std::vector<Placed> const& placed, bool splitAtSpaces) const;
     void drawBackgrounds(std::vector<Placed> const& placed, double top, double height);
     void drawGlyphs(std::vector<Placed> const& placed, double baseline);

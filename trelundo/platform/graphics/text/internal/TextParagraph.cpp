@@ -1,6 +1,6 @@
 #include "trelundo/platform/graphics/text/internal/TextParagraph.h"
 
-#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+#include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <unicode/uchar.h>
 
@@ -68,17 +68,17 @@ double systemTracking(double size) {
     return (below.thousandths + (above->thousandths - below.thousandths) * share) * size / 1000;
 }
 
-ScaledStyle::ScaledStyle(TextRun const& run, double scale)
-    : look(run)
+ScaledStyle::ScaledStyle(TextRun const& original, double scale)
+    : run(original)
     , font(run.font)
     , kern(finite(run.kern.value_or(0) * scale))
     , kerning(run.kern != 0.0) {
-    look.text.clear();
+    run.text.clear();
     font.size = positive(run.font.size * scale);
     tracking = systemTracking(font.size);
-    look.baselineOffset = finite(run.baselineOffset * scale);
-    ascent = font.ascender() + look.baselineOffset;
-    descent = -font.descender() - look.baselineOffset;
+    run.baselineOffset = finite(run.baselineOffset * scale);
+    ascent = font.ascender() + run.baselineOffset;
+    descent = -font.descender() - run.baselineOffset;
 }
 
 void StyledText::append(std::u16string_view more, std::size_t style) {
@@ -125,7 +125,7 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
         auto const style = text.styles[start];
         auto const& font = styles[style].font;
         // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
-        auto& preferred = library.systemFace(font.weight, font.italic, styles[style].look.font.size);
+        auto& preferred = library.systemFace(font.weight, font.italic, styles[style].run.font.size);
         auto& face =
             library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
         characters.push_back({.start = start,

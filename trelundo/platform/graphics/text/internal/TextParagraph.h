@@ -1,7 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/graphics/text/TextStyle.h"
-#include "trelundo/platform/graphics/text/internal/TextShaper.h"
+#include "trelundo/platform/graphics/text/internal/ShapedWord.h"
 
 #include <memory>
 #include <string>
@@ -9,11 +9,11 @@
 
 namespace trelundo {
 
-/// A run's look with everything that depends on the scale worked out.
+/// A run's attributes with everything that depends on the scale worked out.
 struct ScaledStyle {
-    ScaledStyle(TextRun const& run, double scale);
+    ScaledStyle(TextRun const& original, double scale);
 
-    TextRun look; // without its text
+    TextRun run; // without its text
     FontSpec font;
     double kern;     // points after each character
     double tracking; // points after each character of the system family

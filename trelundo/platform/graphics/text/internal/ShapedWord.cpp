@@ -1,4 +1,4 @@
-#include "trelundo/platform/graphics/text/internal/TextShaper.h"
+#include "trelundo/platform/graphics/text/internal/ShapedWord.h"
 
 #include <QFont>
 #include <QGlyphRun>

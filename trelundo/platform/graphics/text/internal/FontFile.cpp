@@ -1,4 +1,4 @@
-#include "trelundo/platform/graphics/text/internal/FontFiles.h"
+#include "trelundo/platform/graphics/text/internal/FontFile.h"
 
 #include <fontconfig/fontconfig.h>
 

@@ -6,13 +6,13 @@ namespace trelundo {
 
 /// Drops what the graphics library would print, as long as it lives: failures are reported by those who meet
 /// them.
-class QuietMessages {
+class MessageSilencer {
 public:
-    QuietMessages()
+    MessageSilencer()
         : previous_(qInstallMessageHandler(ignore)) {}
-    ~QuietMessages() { qInstallMessageHandler(previous_); }
-    QuietMessages(QuietMessages const&) = delete;
-    QuietMessages& operator=(QuietMessages const&) = delete;
+    ~MessageSilencer() { qInstallMessageHandler(previous_); }
+    MessageSilencer(MessageSilencer const&) = delete;
+    MessageSilencer& operator=(MessageSilencer const&) = delete;
 
 private:
     static void ignore(QtMsgType, QMessageLogContext const&, QString const&) {}

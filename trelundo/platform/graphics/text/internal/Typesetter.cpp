@@ -1,6 +1,6 @@
-#include "trelundo/platform/graphics/text/internal/TextLines.h"
+#include "trelundo/platform/graphics/text/internal/Typesetter.h"
 
-#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+#include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <QString>
 
@@ -29,19 +29,81 @@ double visibleWidth(TextParagraph const& paragraph, std::size_t first, std::size
     return paragraph.width(first, last);
 }
 
+constexpr char16_t ellipsis[] = u"\u2026";
+
+bool isTruncating(NSLineBreakMode mode) {
+    return mode == NSLineBreakMode::byTruncatingHead || mode == NSLineBreakMode::byTruncatingTail ||
+           mode == NSLineBreakMode::byTruncatingMiddle;
+}
+
+/// How many characters stay at each end of a shortened line.
+struct Kept {
+    std::size_t head = 0;
+    std::size_t tail = 0;
+};
+
+/// Takes characters from one end while they fit into `room`; what is left of it is the result.
+double take(TextParagraph const& text, std::size_t& count, std::size_t most, double room, bool fromHead) {
+    while (count < most) {
+        auto const& next = text.characters[fromHead ? count : text.characters.size() - 1 - count];
+        if (next.advance > room + tolerance) break;
+        room -= next.advance;
+        ++count;
+    }
+    return room;
+}
+
+Kept keptCharacters(TextParagraph const& text, NSLineBreakMode mode, double room) {
+    Kept kept;
+    auto const all = text.characters.size();
+    if (mode == NSLineBreakMode::byTruncatingTail) {
+        take(text, kept.head, all, room, true);
+    } else if (mode == NSLineBreakMode::byTruncatingHead) {
+        take(text, kept.tail, all, room, false);
+    } else {
+        auto left = room / 2 + take(text, kept.head, all, room / 2, true);
+        left = take(text, kept.tail, all - kept.head, left, false);
+        take(text, kept.head, all - kept.tail, left, true);
+    }
+    return kept;
+}
+
+/// Leaves out one more character, at the longer end.
+void shorten(Kept& kept) { --(kept.head >= kept.tail ? kept.head : kept.tail); }
+
+void dropSpacesAtCut(TextParagraph const& text, Kept& kept) {
+    auto const& characters = text.characters;
+    while (kept.head > 0 && characters[kept.head - 1].isSpace) --kept.head;
+    while (kept.tail > 0 && characters[characters.size() - kept.tail].isSpace) --kept.tail;
+}
+
+StyledText joined(TextParagraph const& text, Kept const& kept) {
+    auto const headEnd = kept.head > 0 ? text.end(kept.head - 1) : 0;
+    auto const tailStart =
+        kept.tail > 0 ? text.characters[text.characters.size() - kept.tail].start : text.text.units.size();
+    // The ellipsis looks like the text it follows, at the head like the text it precedes.
+    auto const styleAt = kept.head > 0 ? headEnd - 1 : std::min(tailStart, text.text.units.size() - 1);
+    auto result = text.text.part(0, headEnd);
+    result.append(ellipsis, text.text.styles[styleAt]);
+    auto const tail = text.text.part(tailStart, text.text.units.size());
+    result.units += tail.units;
+    result.styles.insert(result.styles.end(), tail.styles.begin(), tail.styles.end());
+    return result;
+}
+
 } // namespace
 
-LineSetter::LineSetter(std::vector<TextRun> const& runs, TextLimits const& limits)
+Typesetter::Typesetter(std::vector<TextRun> const& runs, TextLimits const& limits)
     : limits_(limits) {
     limits_.width = limit(limits.width);
     limits_.height = limit(limits.height);
     if (!(limits_.fontScale > 0) || !std::isfinite(limits_.fontScale)) limits_.fontScale = 1;
     for (auto const& run : runs) styles.emplace_back(run, limits_.fontScale);
     readRuns(runs);
-    if (!runs.empty()) setLines();
+    if (!runs.empty()) typeset();
 }
 
-void LineSetter::readRuns(std::vector<TextRun> const& runs) {
+void Typesetter::readRuns(std::vector<TextRun> const& runs) {
     if (runs.empty()) return;
     sources_.emplace_back();
     for (std::size_t style = 0; style < runs.size(); ++style) {
@@ -52,7 +114,7 @@ void LineSetter::readRuns(std::vector<TextRun> const& runs) {
     paragraphs_.resize(sources_.size());
 }
 
-void LineSetter::readUnits(std::u16string const& units, std::size_t style) {
+void Typesetter::readUnits(std::u16string const& units, std::size_t style) {
     sources_.back().endStyle = style;
     for (std::size_t start = 0; start < units.size();) {
         auto const end = static_cast<std::size_t>(
@@ -68,19 +130,19 @@ void LineSetter::readUnits(std::u16string const& units, std::size_t style) {
     }
 }
 
-NSParagraphStyle const& LineSetter::styleOf(std::size_t source) const {
+NSParagraphStyle const& Typesetter::styleOf(std::size_t source) const {
     auto const& text = sources_[source].text;
-    return styles[text.styles.empty() ? sources_[source].endStyle : text.styles.front()].look.paragraph;
+    return styles[text.styles.empty() ? sources_[source].endStyle : text.styles.front()].run.paragraph;
 }
 
-bool LineSetter::isRightToLeft(StyledText const& text, NSParagraphStyle const& style) const {
+bool Typesetter::isRightToLeft(StyledText const& text, NSParagraphStyle const& style) const {
     if (style.baseWritingDirection != NSWritingDirection::natural)
         return style.baseWritingDirection == NSWritingDirection::rightToLeft;
     auto const direction = baseDirection(text.units);
     return direction == BaseDirection::none ? limits_.rightToLeft : direction == BaseDirection::rightToLeft;
 }
 
-std::shared_ptr<TextParagraph const> LineSetter::paragraph(std::size_t source) {
+std::shared_ptr<TextParagraph const> Typesetter::paragraph(std::size_t source) {
     auto& kept = paragraphs_[source];
     if (!kept) {
         auto const& text = sources_[source].text;
@@ -89,21 +151,21 @@ std::shared_ptr<TextParagraph const> LineSetter::paragraph(std::size_t source) {
     return kept;
 }
 
-double LineSetter::room(SetLine const& line) const {
+double Typesetter::room(TextLine const& line) const {
     if (limits_.width == greatestFiniteMagnitude) return limits_.width;
     return std::max(limits_.width - line.leading - line.trailing, 0.0);
 }
 
-LineSetter::Place LineSetter::after(SetLine const& line) const {
+Typesetter::Place Typesetter::after(TextLine const& line) const {
     return line.softEnd ? Place{line.source, line.last} : Place{line.source + 1, 0};
 }
 
 /// Sets lines until the text, their allowed number or the height ends, then finishes the last one.
-void LineSetter::setLines() {
+void Typesetter::typeset() {
     Place next;
     while (next.source < sources_.size()) {
         if (limits_.numberOfLines > 0 && static_cast<int>(lines.size()) == limits_.numberOfLines) break;
-        auto line = setLine(next);
+        auto line = makeLine(next);
         keepCompany(line);
         placeLine(line);
         if (!fitsBelow(line)) break;
@@ -114,12 +176,12 @@ void LineSetter::setLines() {
     height = lines.back().top + lines.back().height;
 }
 
-bool LineSetter::fitsBelow(SetLine const& line) const {
+bool Typesetter::fitsBelow(TextLine const& line) const {
     return lines.empty() || line.top + line.height <= limits_.height + tolerance;
 }
 
-SetLine LineSetter::setLine(Place place) {
-    SetLine line;
+TextLine Typesetter::makeLine(Place place) {
+    TextLine line;
     line.source = place.source;
     line.paragraph = paragraph(place.source);
     line.style = styleOf(place.source);
@@ -142,7 +204,7 @@ SetLine LineSetter::setLine(Place place) {
     return line;
 }
 
-std::size_t LineSetter::fittingEnd(SetLine& line, bool byWords) const {
+std::size_t Typesetter::fittingEnd(TextLine& line, bool byWords) const {
     auto const& text = *line.paragraph;
     auto const most = room(line) + tolerance;
     double width = 0;
@@ -164,7 +226,7 @@ std::size_t LineSetter::fittingEnd(SetLine& line, bool byWords) const {
 }
 
 /// Where the last word of a line begins, which may be the line's own beginning.
-std::size_t LineSetter::lastWord(SetLine const& line) const {
+std::size_t Typesetter::lastWord(TextLine const& line) const {
     auto first = line.last;
     do {
         if (first > line.first) --first;
@@ -173,7 +235,7 @@ std::size_t LineSetter::lastWord(SetLine const& line) const {
 }
 
 /// A short word alone on the last line of a paragraph gets the word before it for company.
-void LineSetter::keepCompany(SetLine& last) {
+void Typesetter::keepCompany(TextLine& last) {
     if (lines.empty() || last.softEnd || lines.back().source != last.source) return;
     auto above = lines.back();
     auto const& text = *last.paragraph;
@@ -186,10 +248,10 @@ void LineSetter::keepCompany(SetLine& last) {
     lines.pop_back();
     placeLine(above);
     lines.push_back(above);
-    last = setLine(after(above));
+    last = makeLine(after(above));
 }
 
-double LineSetter::gapAfter(SetLine const& line) const {
+double Typesetter::gapAfter(TextLine const& line) const {
     auto gap = line.style.lineSpacing;
     if (!line.softEnd && sources_[line.source].endsParagraph) {
         gap += line.style.paragraphSpacing;
@@ -199,7 +261,7 @@ double LineSetter::gapAfter(SetLine const& line) const {
 }
 
 /// Gives a line its height, by its tallest font and the paragraph's wishes, and puts it below the one before.
-void LineSetter::placeLine(SetLine& line) {
+void Typesetter::placeLine(TextLine& line) {
     auto const& text = *line.paragraph;
     auto const& fallback = styles[line.first < text.characters.size() ? text.characters[line.first].style
                                                                       : sources_[line.source].endStyle];
@@ -218,6 +280,77 @@ void LineSetter::placeLine(SetLine& line) {
         line.height = std::min(line.height, line.style.maximumLineHeight * scale);
     line.top = lines.empty() ? 0 : lines.back().top + lines.back().height + gapAfter(lines.back());
     line.baseline = line.top + line.height - natural + ascent;
+}
+
+/// Finishes the last line, after which the text goes on at `next` or has ended.
+void Typesetter::endLastLine(Place next) {
+    auto& line = lines.back();
+    auto const mode = limits_.lineBreakMode.value_or(line.style.lineBreakMode);
+    auto const more = next.source < sources_.size();
+    if (mode == NSLineBreakMode::byClipping && line.softEnd) {
+        line.last = line.paragraph->characters.size();
+        line.width = line.paragraph->width(line.first, line.last);
+        line.softEnd = line.breaksWord = false;
+        placeLast();
+        truncated = true;
+    } else if (more) {
+        truncated = true;
+        if (isTruncating(mode)) truncate(line, mode);
+    }
+}
+
+/// The text from the start of a line to the end of its paragraph, or of everything with spaces for line ends.
+StyledText Typesetter::remainder(TextLine const& line, bool toTheEnd) const {
+    auto const& text = line.paragraph->text;
+    auto const start = line.first < line.paragraph->characters.size()
+                           ? line.paragraph->characters[line.first].start
+                           : text.units.size();
+    auto result = text.part(start, text.units.size());
+    for (auto next = line.source + 1; toTheEnd && next < sources_.size(); ++next) {
+        result.append(u" ", sources_[next - 1].endStyle);
+        auto const& source = sources_[next].text;
+        result.units += source.units;
+        result.styles.insert(result.styles.end(), source.styles.begin(), source.styles.end());
+    }
+    return result;
+}
+
+void Typesetter::truncate(TextLine& line, NSLineBreakMode mode) {
+    auto text = remainder(line, mode != NSLineBreakMode::byTruncatingTail);
+    if (text.units.empty()) text.append(u" ", sources_[line.source].endStyle);
+    line = shortened(line, text, mode);
+    placeLast();
+}
+
+TextLine Typesetter::shortened(TextLine const& line, StyledText const& text, NSLineBreakMode mode) {
+    auto const rightToLeft = line.paragraph->rightToLeft;
+    TextParagraph const whole(text, styles, rightToLeft);
+    auto const dots = [&](std::size_t style) {
+        StyledText mark;
+        mark.append(ellipsis, style);
+        TextParagraph const shaped(mark, styles, rightToLeft);
+        return shaped.width(0, shaped.characters.size());
+    };
+    auto const available = room(line);
+    auto result = line;
+    result.first = 0;
+    result.softEnd = result.breaksWord = false;
+    auto kept = keptCharacters(whole, mode, std::max(available - dots(text.styles.front()), 0.0));
+    for (;;) {
+        dropSpacesAtCut(whole, kept);
+        result.paragraph = std::make_shared<TextParagraph const>(joined(whole, kept), styles, rightToLeft);
+        result.last = result.paragraph->characters.size();
+        result.width = result.paragraph->width(0, result.last);
+        if (result.width <= available + tolerance || kept.head + kept.tail == 0) return result;
+        shorten(kept);
+    }
+}
+
+void Typesetter::placeLast() {
+    auto line = std::move(lines.back());
+    lines.pop_back();
+    placeLine(line);
+    lines.push_back(std::move(line));
 }
 
 } // namespace trelundo

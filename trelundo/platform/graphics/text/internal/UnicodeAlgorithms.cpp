@@ -1,4 +1,4 @@
-#include "trelundo/platform/graphics/text/internal/TextUnicode.h"
+#include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <unicode/ubidi.h>
 #include <unicode/ubrk.h>
