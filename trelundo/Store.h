@@ -11,6 +11,7 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 #include "trelundo/platform/storekit/SKProductsRequest.h"

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "tests/support/MainQueue.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
@@ -15,7 +16,7 @@ public:
     FakeStore() { SKPaymentQueue::defaultQueue().setBackend(this); }
     ~FakeStore() override {
         SKPaymentQueue::defaultQueue().setBackend(nullptr);
-        DispatchQueue::main().removeAll();
+        clearMainQueue();
     }
 
     std::map<std::string, Ref<SKProduct>> catalogue;

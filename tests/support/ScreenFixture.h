@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/FakeStore.h"
+#include "tests/support/MainThread.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/window/OffscreenShell.h"
@@ -55,6 +56,7 @@ protected:
         return button ? button->titleLabel()->text().value_or("") : "";
     }
 
+    MainThreadScope mainThread;
     OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
     FakeStore store;
     Ref<UIViewController> host = make<UIViewController>();

@@ -189,8 +189,7 @@ TEST_F(AnimationTest, AChainOfVeryShortAnimationsAdvancesOneStepAFrame) {
         }
         EXPECT_EQ(layer->position().x, hasAnything ? 51 : 0);
         EXPECT_TRUE(CATransaction::hasWork());
-        CATransaction::reset();
-        DispatchQueue::main().removeAll();
+        test::MainThreadScope::clear();
     }
 }
 

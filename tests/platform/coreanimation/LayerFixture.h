@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/MainThread.h"
 #include "tests/support/ScopedState.h"
 #include "trelundo/platform/coreanimation/CALayer.h"
 #include "trelundo/platform/coreanimation/CATransaction.h"
@@ -20,8 +21,7 @@ protected:
         root->setBounds({0, 0, 100, 100});
     }
     ~LayerTest() override {
-        CATransaction::reset();
-        DispatchQueue::main().removeAll();
+        test::MainThreadScope::clear();
     }
 
     Ref<CALayer> add(CGRect frame) {

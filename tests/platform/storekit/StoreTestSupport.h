@@ -1,8 +1,10 @@
 #pragma once
 
 #include "tests/support/Files.h"
+#include "tests/support/MainQueue.h"
 #include "tests/support/ScopedState.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
@@ -143,8 +145,8 @@ private:
 /// A clean main queue and a clock that stands still, for each test.
 class StoreTest : public ::testing::Test {
 protected:
-    StoreTest() { DispatchQueue::main().removeAll(); }
-    ~StoreTest() override { DispatchQueue::main().removeAll(); }
+    StoreTest() { test::clearMainQueue(); }
+    ~StoreTest() override { test::clearMainQueue(); }
 
     static void turn() { RunLoop::main().runTurn(); }
     static void drain() { RunLoop::main().runUntilIdle(); }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "tests/support/MainThread.h"
 #include "tests/support/ScopedState.h"
+#include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/window/OffscreenShell.h"
@@ -52,6 +54,7 @@ protected:
     test::RecordedWarnings recorded;
     std::vector<std::string>& warnings = recorded.lines;
     std::vector<std::string> texts;
+    test::MainThreadScope mainThread;
     OffscreenShell shell{{.device = DeviceProfile::find("phone-320x568")}};
 };
 

@@ -104,11 +104,14 @@ TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {
         OffscreenShell first({.device = device});
         first.advance(1);
         DispatchQueue::main().async([&] { ++calls; });
+        DispatchQueue::main().asyncAfter(1.5, [&] { ++calls; });
     }
     OffscreenShell second({.device = device});
     EXPECT_EQ(Clock::current().now(), 0);
     second.advance(1);
-    EXPECT_EQ(calls, 0) << "what the first left behind belongs to its time";
+    EXPECT_EQ(calls, 1) << "what was pending is not lost";
+    second.advance(1);
+    EXPECT_EQ(calls, 2) << "and what was delayed keeps the time that was left";
 }
 
 TEST_F(OffscreenShellTest, ViewAnimationsRunInVirtualTime) {

@@ -5,7 +5,7 @@
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/store/PremiumManager.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include <algorithm>

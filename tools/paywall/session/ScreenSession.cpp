@@ -7,7 +7,7 @@
 #include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/uikit/accessibility/ActivityChanges.h"
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/uikit/controllers/PresentationListener.h"

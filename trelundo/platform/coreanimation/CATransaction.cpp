@@ -26,6 +26,4 @@ void CATransaction::advanceFrame() { AnimationRegistry::shared().advanceFrame(Cl
 
 bool CATransaction::hasWork() { return AnimationRegistry::shared().hasWork(); }
 
-void CATransaction::reset() { AnimationRegistry::shared().reset(); }
-
 } // namespace trelundo

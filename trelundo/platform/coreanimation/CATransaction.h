@@ -37,8 +37,6 @@ public:
     static void advanceFrame();
     /// Whether anything is running or waiting for its completion, so that a shell must produce frames.
     static bool hasWork();
-    /// Drops everything without completions (a test's clean slate).
-    static void reset();
 };
 
 } // namespace trelundo

@@ -1,5 +1,7 @@
 #include "trelundo/platform/foundation/Clock.h"
 
+#include "trelundo/platform/foundation/internal/DispatchQueueState.h"
+
 #include <chrono>
 
 namespace trelundo {
@@ -34,6 +36,10 @@ Clock& Clock::current() {
     return clock ? *clock : systemClock();
 }
 
-void Clock::setCurrent(Clock* clock) { chosenClock = clock; }
+void Clock::setCurrent(Clock* clock) {
+    auto const before = current().now();
+    chosenClock = clock;
+    DispatchQueue::main().state().shift(current().now() - before);
+}
 
 } // namespace trelundo

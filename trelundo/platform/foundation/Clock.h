@@ -15,7 +15,8 @@ public:
     virtual double date() const = 0;
 
     static Clock& current();
-    /// `clock` must outlive its use; null returns to the system's clocks.
+    /// `clock` must outlive its use; null returns to the system's clocks. What the main queue delays keeps
+    /// the time that is left.
     static void setCurrent(Clock* clock);
 };
 

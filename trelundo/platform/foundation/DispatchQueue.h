@@ -24,36 +24,16 @@ public:
     bool hasReady() const;
     /// Clock::now() of the next delayed block; infinity when there is none.
     double nextDeadline() const;
-    /// Drops everything submitted (a test's clean slate).
-    void removeAll();
-
     /// Called from the submitting thread whenever work arrives, so that a shell can wake its event loop.
     void setWakeUp(Block wakeUp);
+
+    /// For the platform itself.
+    struct State;
+    State& state() { return *state_; }
 
 private:
     DispatchQueue();
     ~DispatchQueue();
-    struct State;
-    std::unique_ptr<State> state_;
-};
-
-/// The main thread's loop: dispatched blocks first, then the observers that prepare the next frame.
-class RunLoop {
-public:
-    static RunLoop& main();
-
-    /// One turn: the ready blocks, then the before-sleep observers in ascending order.
-    void runTurn();
-    /// Turns until no block is ready (bounded by `limit` turns).
-    void runUntilIdle(int limit = 1000);
-    /// Registers what runs before the loop sleeps (layout, then the commit of animations). Returns an id.
-    int addBeforeSleepObserver(int order, std::function<void()> observer);
-    void removeBeforeSleepObserver(int id);
-
-private:
-    RunLoop();
-    ~RunLoop();
-    struct State;
     std::unique_ptr<State> state_;
 };
 

@@ -1,3 +1,5 @@
+#include "trelundo/platform/foundation/RunLoop.h"
+
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include <algorithm>

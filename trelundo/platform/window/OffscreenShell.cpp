@@ -1,8 +1,6 @@
 #include "trelundo/platform/window/OffscreenShell.h"
 
-#include "trelundo/platform/coreanimation/CATransaction.h"
 #include "trelundo/platform/coreanimation/internal/Compositor.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
@@ -42,9 +40,6 @@ OffscreenShell::OffscreenShell(Configuration configuration)
 
 OffscreenShell::~OffscreenShell() {
     window_ = nullptr;
-    // What is pending counts in this shell's time.
-    DispatchQueue::main().removeAll();
-    CATransaction::reset();
     Clock::setCurrent(nullptr);
 }
 

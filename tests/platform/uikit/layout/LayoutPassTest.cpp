@@ -1,6 +1,6 @@
 #include "tests/platform/uikit/layout/LayoutStage.h"
 
-#include "trelundo/platform/coreanimation/CATransaction.h"
+#include "tests/support/MainThread.h"
 
 namespace trelundo {
 namespace {
@@ -195,7 +195,7 @@ TEST_F(LayoutPassTest, FittingSizeIsTheSmallestAndLeavesNoTrace) {
 }
 
 TEST_F(LayoutPassTest, LayoutInsideAnAnimationMovesWhatIsShown) {
-    CATransaction::reset();
+    test::MainThreadScope const scope;
     auto const window = make<UIWindow>(CGRect{0, 0, 400, 600});
     auto const view = add(*window, CGSize{10, 10});
     auto const left = (view->leadingAnchor() == window->leadingAnchor()).constraint();
@@ -206,7 +206,6 @@ TEST_F(LayoutPassTest, LayoutInsideAnAnimationMovesWhatIsShown) {
     UIView::animate({.duration = 1, .animations = [&] { window->layoutIfNeeded(); }});
     EXPECT_EQ(view->frame().minX(), 100);
     EXPECT_TRUE(view->layer().isAnimating());
-    CATransaction::reset();
 }
 
 TEST_F(LayoutPassTest, SwitchingToConstraintsLaterTakesEffect) {

@@ -34,6 +34,7 @@ public:
     void drop(CALayer& layer);
     void advanceFrame(double now);
     bool hasWork() const { return !running_.empty() || !due_.empty(); }
+    /// Drops everything without completions: what one test leaves must not reach into the next.
     void reset();
 
     bool enabled = true;

@@ -4,6 +4,7 @@
 #include "trelundo/platform/coreanimation/CATransaction.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 
 namespace trelundo {
 
