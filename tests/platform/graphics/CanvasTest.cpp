@@ -35,16 +35,13 @@ TEST(CanvasTest, ClipsOnWholePixelsUntilRestored) {
     auto const surface = drawn(4, 4, 1, [](Canvas& canvas) {
         canvas.save();
         canvas.clip({0.4, 0.4, 2.2, 2.2});
-        EXPECT_EQ(canvas.clipBounds(), CGRect(0, 0, 3, 3));
         canvas.save();
         canvas.clip({10, 10, 5, 5});
-        EXPECT_TRUE(canvas.clipBounds().isNull());
         canvas.fill({0, 0, 4, 4}, blue);
         canvas.restore();
         canvas.fillRounded({-10, -10, 30, 30}, CornerRadii::all(1), red);
         canvas.restore();
         canvas.restore(); // one too many is harmless
-        EXPECT_EQ(canvas.clipBounds(), CGRect(0, 0, 4, 4));
     });
     EXPECT_EQ(surface->pixel(2, 2), 0xffff0000);
     EXPECT_EQ(surface->pixel(3, 2), 0u);

@@ -56,12 +56,12 @@ TEST(TextDrawingTest, IsTheSameEveryTime) {
 
 TEST(TextDrawingTest, NaturalAlignmentFollowsTheFirstStrongCharacter) {
     EXPECT_LT(ink(run("abc")).left, 20);
-    EXPECT_LT(ink(run("abc"), {.rightToLeft = true}).left, 20);
+    EXPECT_LT(ink(run("abc"), {.isRightToLeft = true}).left, 20);
     EXPECT_GT(ink(run("שלום")).right, 380);
     EXPECT_GT(ink(run("123 مرحبا")).right, 380);
     // Without a strong character the surroundings decide.
     EXPECT_LT(ink(run("123")).left, 20);
-    EXPECT_GT(ink(run("123"), {.rightToLeft = true}).right, 380);
+    EXPECT_GT(ink(run("123"), {.isRightToLeft = true}).right, 380);
 }
 
 TEST(TextDrawingTest, ExplicitAlignmentIsPhysical) {

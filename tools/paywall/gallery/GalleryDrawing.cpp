@@ -34,7 +34,7 @@ public:
                 .bytesPerLine = width_ * channels,
                 .width = width_,
                 .height = height_,
-                .opaque = surface_.isOpaque()};
+                .isOpaque = surface_.isOpaque()};
     }
 
 private:

@@ -52,7 +52,7 @@ Json toJson(TextRun const& run) {
     Json json{{"text", run.text},
               {"fontSize", tidy(run.font.size)},
               {"fontWeight", run.font.weight},
-              {"italic", run.font.italic},
+              {"italic", run.font.isItalic},
               {"color", run.color.hexText()},
               {"lineSpacing", tidy(run.paragraph.lineSpacing)},
               {"alignment", nameOf(run.paragraph.alignment, alignmentNames)}};

@@ -96,7 +96,7 @@ void CALayer::setZPosition(double z) {
 void CALayer::setOpacity(double opacity) { assign(&CALayerValues::opacity, opacity); }
 
 void CALayer::setHidden(bool hidden) {
-    hidden_ = hidden;
+    isHidden_ = hidden;
     ++changes;
 }
 
@@ -171,14 +171,14 @@ bool CALayer::hasShadow() const {
 // The tree.
 
 void CALayer::setDisplayRoot(bool root) {
-    displayRoot_ = root;
+    isDisplayRoot_ = root;
     ++changes;
     if (!isDisplayed()) leaveDisplay();
 }
 
 bool CALayer::isDisplayed() const {
     for (auto const* layer = this; layer; layer = layer->superlayer_) {
-        if (layer->displayRoot_) return true;
+        if (layer->isDisplayRoot_) return true;
     }
     return false;
 }

@@ -79,7 +79,7 @@ public:
 
     double opacity() const { return values_.opacity; }
     void setOpacity(double opacity);
-    bool isHidden() const { return hidden_; }
+    bool isHidden() const { return isHidden_; }
     void setHidden(bool hidden);
     bool masksToBounds() const { return masksToBounds_; }
     void setMasksToBounds(bool masks);
@@ -173,10 +173,10 @@ private:
     CALayerValues values_;
     CGPoint anchorPoint_{0.5, 0.5};
     double zPosition_ = 0;
-    bool hidden_ = false;
+    bool isHidden_ = false;
     bool masksToBounds_ = false;
     bool shouldRasterize_ = false;
-    bool displayRoot_ = false;
+    bool isDisplayRoot_ = false;
     CACornerMask maskedCorners_ = CACornerMask::all;
     CGColor shadowColor_{0, 0, 0, 1};
     double shadowOpacity_ = 0;

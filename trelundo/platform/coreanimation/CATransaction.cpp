@@ -18,9 +18,9 @@ bool CATransaction::isAnimating() {
 
 CATransaction::Settings const* CATransaction::current() { return AnimationRegistry::shared().current(); }
 
-void CATransaction::setAnimationsEnabled(bool enabled) { AnimationRegistry::shared().enabled = enabled; }
+void CATransaction::setAnimationsEnabled(bool enabled) { AnimationRegistry::shared().isEnabled = enabled; }
 
-bool CATransaction::areAnimationsEnabled() { return AnimationRegistry::shared().enabled; }
+bool CATransaction::areAnimationsEnabled() { return AnimationRegistry::shared().isEnabled; }
 
 void CATransaction::advanceFrame() { AnimationRegistry::shared().advanceFrame(Clock::current().now()); }
 

@@ -24,8 +24,6 @@ public:
         return object_;
     }
 
-    bool isBuilt() const { return static_cast<bool>(object_); }
-
 private:
     std::string_view name_;
     Ref<T> object_;

@@ -88,12 +88,6 @@ std::string Locale::languageCode() const {
     });
 }
 
-std::string Locale::regionCode() const {
-    return written([&](char* buffer, int32_t size, UErrorCode* status) {
-        return uloc_getCountry(identifier_.c_str(), buffer, size, status);
-    });
-}
-
 std::string Locale::currencyCode() const {
     std::array<UChar, 4> code{};
     UErrorCode status = U_ZERO_ERROR;

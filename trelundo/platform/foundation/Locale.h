@@ -15,7 +15,6 @@ public:
     /// The identifier in canonical form, keywords included; empty for the root locale and for malformed text.
     std::string const& identifier() const { return identifier_; }
     std::string languageCode() const;
-    std::string regionCode() const;
     /// Three-letter code: the currency keyword, else the region's currency, else "XXX".
     std::string currencyCode() const;
     bool isRightToLeft() const;

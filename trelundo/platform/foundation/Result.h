@@ -58,18 +58,18 @@ public:
     Result() = default;
     Result(Error error) // NOLINT(google-explicit-constructor): `return Error{...};` is the point
         : error_(std::move(error))
-        , failed_(true) {}
+        , hasFailed_(true) {}
 
-    bool has_value() const { return !failed_; }
+    bool has_value() const { return !hasFailed_; }
     explicit operator bool() const { return has_value(); }
     Error const& error() const {
-        if (!failed_) fatalError("A result that succeeded was asked for its error");
+        if (!hasFailed_) fatalError("A result that succeeded was asked for its error");
         return error_;
     }
 
 private:
     Error error_;
-    bool failed_ = false;
+    bool hasFailed_ = false;
 };
 
 } // namespace trelundo

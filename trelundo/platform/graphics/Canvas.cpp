@@ -153,13 +153,6 @@ void Canvas::clip(CGRect const& rect) {
     state_->painter.setClipRect(state_->clip, Qt::IntersectClip);
 }
 
-CGRect Canvas::clipBounds() const {
-    auto const& clip = state_->clip;
-    if (clip.isEmpty()) return CGRect::null();
-    auto const bounds = state_->painter.worldTransform().inverted().mapRect(QRectF(clip));
-    return {bounds.x(), bounds.y(), bounds.width(), bounds.height()};
-}
-
 void Canvas::multiplyOpacity(double opacity) {
     state_->painter.setOpacity(state_->painter.opacity() * (opacity > 0 ? std::min(opacity, 1.0) : 0.0));
 }

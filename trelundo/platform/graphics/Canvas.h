@@ -42,7 +42,6 @@ public:
     void concatenate(CGAffineTransform const& transform);
     void translate(double x, double y) { concatenate(CGAffineTransform::translation(x, y)); }
     void clip(CGRect const& rect); // hard edges on whole pixels
-    CGRect clipBounds() const;
     /// Multiplies the opacity of everything drawn until the matching restore().
     void multiplyOpacity(double opacity);
 

@@ -4,8 +4,6 @@
 #include "trelundo/platform/graphics/internal/PictureState.h"
 #include "trelundo/platform/graphics/internal/RenditionCache.h"
 
-#include <QSvgRenderer>
-
 #include <cmath>
 
 namespace trelundo {
@@ -40,7 +38,5 @@ Picture::Picture(std::unique_ptr<State> state, CGSize size, double scale)
     , scale_(scale) {}
 
 Picture::~Picture() { RenditionCache::shared().removePicture(state_->identity); }
-
-bool Picture::isScalable() const { return state_->content.artwork != nullptr; }
 
 } // namespace trelundo

@@ -26,7 +26,6 @@ public:
     /// In points: pixels divided by the scale; the view box's size for SVG.
     CGSize size() const { return size_; }
     double scale() const { return scale_; }
-    bool isScalable() const;
 
 private:
     friend class Canvas;

@@ -60,16 +60,16 @@ void fillRow(Bytes& row, PngSource const& source, int y) {
     for (int x = 0; x < source.width; ++x) {
         std::uint32_t pixel;
         std::memcpy(&pixel, line + 4 * static_cast<std::ptrdiff_t>(x), 4);
-        source.opaque ? appendOpaque(out, pixel) : appendTranslucent(out, pixel);
+        source.isOpaque ? appendOpaque(out, pixel) : appendTranslucent(out, pixel);
     }
 }
 
 /// Gathers what the compressor gives. Memory for the worst case would be written once only to be given back.
 class Compressor {
 public:
-    Compressor() { ready_ = deflateInit2(&stream_, 1, Z_DEFLATED, 15, 9, Z_FILTERED) == Z_OK; }
+    Compressor() { isReady_ = deflateInit2(&stream_, 1, Z_DEFLATED, 15, 9, Z_FILTERED) == Z_OK; }
     ~Compressor() {
-        if (ready_) deflateEnd(&stream_);
+        if (isReady_) deflateEnd(&stream_);
     }
     Compressor(Compressor const&) = delete;
     Compressor& operator=(Compressor const&) = delete;
@@ -79,8 +79,8 @@ public:
         stream_.avail_in = static_cast<uInt>(content.size());
         do {
             if (stream_.avail_out == 0) grow();
-            if (ready_) deflate(&stream_, isLast ? Z_FINISH : Z_NO_FLUSH);
-        } while (ready_ && stream_.avail_out == 0);
+            if (isReady_) deflate(&stream_, isLast ? Z_FINISH : Z_NO_FLUSH);
+        } while (isReady_ && stream_.avail_out == 0);
     }
     Bytes take() {
         out_.erase(out_.end() - static_cast<std::ptrdiff_t>(stream_.avail_out), out_.end());
@@ -97,13 +97,13 @@ private:
     }
 
     z_stream stream_{};
-    bool ready_;
+    bool isReady_;
     Bytes out_;
 };
 
 Bytes compressedRows(PngSource const& source) {
     Compressor compressor;
-    Bytes row(static_cast<std::size_t>(source.width) * (source.opaque ? 3 : 4) + 1);
+    Bytes row(static_cast<std::size_t>(source.width) * (source.isOpaque ? 3 : 4) + 1);
     for (int y = 0; y < source.height; ++y) {
         fillRow(row, source, y);
         compressor.add(row, y + 1 == source.height);
@@ -115,7 +115,7 @@ Bytes encode(PngSource const& source) {
     Bytes header;
     appendNumber(header, static_cast<std::uint32_t>(source.width));
     appendNumber(header, static_cast<std::uint32_t>(source.height));
-    auto const colorType = static_cast<std::uint8_t>(source.opaque ? 2 : 6);
+    auto const colorType = static_cast<std::uint8_t>(source.isOpaque ? 2 : 6);
     for (auto byte : {std::uint8_t{8}, colorType, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}})
         header.push_back(byte);
 

@@ -13,7 +13,7 @@ struct PngSource {
     int bytesPerLine;
     int width;
     int height;
-    bool opaque; // written without an alpha channel
+    bool isOpaque; // written without an alpha channel
 };
 
 /// Writes `source` as a PNG file (8 bits a channel, no interlacing, no metadata): equal pixels give equal

@@ -58,7 +58,7 @@ Result<void> Surface::writePng(std::string const& path) const {
                          .bytesPerLine = bytesPerLine(),
                          .width = pixelWidth(),
                          .height = pixelHeight(),
-                         .opaque = isOpaque()},
+                         .isOpaque = isOpaque()},
                         path);
 }
 

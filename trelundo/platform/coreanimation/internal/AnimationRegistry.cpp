@@ -45,7 +45,7 @@ void AnimationRegistry::commit() {
     if (open_.empty()) return logWarning("CATransaction: commit without begin");
     auto group = std::move(open_.back().group);
     open_.pop_back();
-    group->open = false;
+    group->isOpen = false;
     if (group->running > 0) return;
     group->lastEnd = std::max(group->lastEnd, Clock::current().now());
     if (!group->completion) return;
@@ -63,7 +63,7 @@ void AnimationRegistry::start(CALayer& layer, LayerAnimation::Contribution add) 
         LayerAnimation{&layer, std::move(add), Clock::current().now() + std::max(0.0, settings.delay),
                        settings.duration, settings.timing, settings.repeats, settings.autoreverses, group});
     ++group->running;
-    group->animated = true;
+    group->hasAnimations = true;
     layer.animations_.push_back(animation);
     running_.push_back(std::move(animation));
 }
@@ -78,9 +78,9 @@ void AnimationRegistry::drop(CALayer& layer) {
 }
 
 void AnimationRegistry::release(std::shared_ptr<AnimationGroup> const& group, bool finished, double time) {
-    group->finished = group->finished && finished;
+    group->isFinished = group->isFinished && finished;
     group->lastEnd = std::max(group->lastEnd, time);
-    if (--group->running == 0 && !group->open && group->completion) due_.push_back(group);
+    if (--group->running == 0 && !group->isOpen && group->completion) due_.push_back(group);
 }
 
 void AnimationRegistry::advanceFrame(double now) {
@@ -105,20 +105,20 @@ void AnimationRegistry::deliverDue(std::uint64_t before) {
     std::stable_sort(ready.begin(), ready.end(), isToldBefore);
     for (auto const& group : ready) {
         auto const completion = std::exchange(group->completion, nullptr);
-        inIdleCompletion_ = !group->animated;
-        if (completion) completion(group->finished);
+        isInIdleCompletion_ = !group->hasAnimations;
+        if (completion) completion(group->isFinished);
     }
-    inIdleCompletion_ = false;
+    isInIdleCompletion_ = false;
 }
 
 void AnimationRegistry::scheduleTurn() {
     // A chain of transactions with nothing to animate would otherwise keep the main queue busy without end:
     // what the completion of one of them starts waits for a frame.
-    if (turnScheduled_ || inIdleCompletion_) return;
-    turnScheduled_ = true;
+    if (isTurnScheduled_ || isInIdleCompletion_) return;
+    isTurnScheduled_ = true;
     DispatchQueue::main().async([this, turn = turn_] {
         if (turn != turn_) return;
-        turnScheduled_ = false;
+        isTurnScheduled_ = false;
         deliverDue(groups_);
     });
 }
@@ -131,9 +131,9 @@ void AnimationRegistry::reset() {
     running_.clear();
     due_.clear();
     open_.clear();
-    enabled = true;
-    turnScheduled_ = false;
-    inIdleCompletion_ = false;
+    isEnabled = true;
+    isTurnScheduled_ = false;
+    isInIdleCompletion_ = false;
     ++turn_;
 }
 

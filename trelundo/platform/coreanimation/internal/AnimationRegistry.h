@@ -14,9 +14,9 @@ namespace trelundo {
 struct AnimationGroup {
     std::function<void(bool)> completion;
     std::size_t running = 0;
-    bool open = true; // between begin and commit
-    bool animated = false;
-    bool finished = true;
+    bool isOpen = true; // between begin and commit
+    bool hasAnimations = false;
+    bool isFinished = true;
     double lastEnd = 0; // seconds of Clock::now()
     std::uint64_t order = 0;
 };
@@ -37,7 +37,7 @@ public:
     /// Drops everything without completions: what one test leaves must not reach into the next.
     void reset();
 
-    bool enabled = true;
+    bool isEnabled = true;
 
 private:
     struct Open {
@@ -54,8 +54,8 @@ private:
     std::vector<std::shared_ptr<AnimationGroup>> due_;
     std::uint64_t groups_ = 0;
     std::uint64_t turn_ = 0; // tells a main-queue block of before a reset() from later ones
-    bool turnScheduled_ = false;
-    bool inIdleCompletion_ = false; // of a transaction that had nothing to animate
+    bool isTurnScheduled_ = false;
+    bool isInIdleCompletion_ = false; // of a transaction that had nothing to animate
 };
 
 } // namespace trelundo

@@ -22,10 +22,4 @@ void BitmapCache::endFrame() {
     });
 }
 
-std::size_t BitmapCache::bytes() const {
-    std::size_t sum = 0;
-    for (auto const& [key, bitmap] : bitmaps_) sum += bitmap->bytes();
-    return sum;
-}
-
 } // namespace trelundo

@@ -14,8 +14,6 @@ public:
     std::uint64_t frame() const { return frame_; }
     void beginFrame() { ++frame_; }
     void endFrame();
-    void clear() { bitmaps_.clear(); }
-    std::size_t bytes() const;
 
     /// The bitmap with that key; always asked for with the same class.
     template <class Bitmap> Bitmap& get(std::uint64_t key) {

@@ -35,7 +35,7 @@ struct Compositor::State {
     CALayer const* root = nullptr;
     Surface const* surface = nullptr;
     std::uint64_t changes = 0; // CALayer::changeCount() as drawn
-    bool moving = false;       // something was on its way when the last frame was drawn
+    bool isMoving = false;     // something was on its way when the last frame was drawn
 };
 
 Compositor::Compositor()
@@ -49,7 +49,7 @@ std::vector<CGRect> Compositor::render(CALayer& root, Surface& surface) {
     auto& state = *state_;
     auto const moving = CATransaction::hasWork();
     auto const known = state.root == &root && state.surface == &surface;
-    if (known && !moving && !state.moving && state.changes == CALayer::changeCount()) return {};
+    if (known && !moving && !state.isMoving && state.changes == CALayer::changeCount()) return {};
 
     state.store.beginFrame();
     DisplayListBuilder builder(state.store, surface.scale(), Clock::current().now());
@@ -75,7 +75,7 @@ std::vector<CGRect> Compositor::render(CALayer& root, Surface& surface) {
     state.root = &root;
     state.surface = &surface;
     state.changes = CALayer::changeCount();
-    state.moving = moving;
+    state.isMoving = moving;
     return repainted;
 }
 

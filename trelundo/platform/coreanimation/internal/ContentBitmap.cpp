@@ -3,7 +3,7 @@
 namespace trelundo {
 
 bool ContentBitmap::Parameters::drawsLike(Parameters const& other) const {
-    return contents == other.contents && direct == other.direct && version == other.version &&
+    return hasContents == other.hasContents && isDirect == other.isDirect && version == other.version &&
            bounds == other.bounds && shownSize == other.shownSize && shape == other.shape &&
            rect == other.rect && background == other.background && borderWidth == other.borderWidth &&
            borderColor == other.borderColor && radii == other.radii && scale == other.scale;
@@ -18,7 +18,7 @@ void ContentBitmap::update(Parameters const& parameters) {
 void ContentBitmap::draw(Canvas& canvas) const {
     auto const shape = parameters_.shape.points(scale_);
     if (parameters_.background) canvas.fillRounded(shape, parameters_.radii, *parameters_.background);
-    if (parameters_.contents) {
+    if (parameters_.hasContents) {
         canvas.save();
         // Contents are drawn for the assigned size and stretched while the size is on its way.
         auto const assigned = parameters_.bounds.size;
@@ -41,11 +41,11 @@ void ContentBitmap::render() {
         canvas.translate(-rect_.x / scale_, -rect_.y / scale_);
         draw(canvas);
     }
-    if (parameters_.contents) trim();
+    if (parameters_.hasContents) trim();
 }
 
 void ContentBitmap::paint(Canvas& canvas, Surface& target, int x, int y) {
-    if (!parameters_.direct) return LayerBitmap::paint(canvas, target, x, y);
+    if (!parameters_.isDirect) return LayerBitmap::paint(canvas, target, x, y);
     canvas.save();
     canvas.clip(rect_.translated(x, y).points(scale_));
     canvas.translate(x / scale_, y / scale_);

@@ -10,8 +10,8 @@ class ContentBitmap : public LayerBitmap {
 public:
     struct Parameters {
         CALayer* layer = nullptr; // not compared: the key tells layers apart
-        bool contents = false;
-        bool direct = false; // not kept: drawn anew at every painting
+        bool hasContents = false;
+        bool isDirect = false; // not kept: drawn anew at every painting
         std::uint64_t version = 0;
         CGRect bounds;    // as assigned: what the contents are drawn for
         CGSize shownSize; // as shown now, points

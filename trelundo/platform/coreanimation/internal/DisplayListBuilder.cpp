@@ -188,7 +188,7 @@ void DisplayListBuilder::addContents(Node const& node, PaintContext const& conte
     if (rect.isEmpty()) return;
     ContentBitmap::Parameters parameters;
     parameters.layer = &node.layer;
-    parameters.contents = node.layer.hasContents();
+    parameters.hasContents = node.layer.hasContents();
     parameters.version = node.layer.contentVersion();
     parameters.bounds = node.layer.bounds();
     parameters.shownSize = node.values.bounds.size;
@@ -196,7 +196,7 @@ void DisplayListBuilder::addContents(Node const& node, PaintContext const& conte
     parameters.background = background;
     parameters.radii = node.radii;
     parameters.scale = scale_;
-    if (parameters.contents) {
+    if (parameters.hasContents) {
         auto const drawn = node.layer.contentsRect();
         auto const& origin = parameters.bounds.origin;
         parameters.rect = rect.unionWith(pixelsAround(drawn.offsetBy(-origin.x, -origin.y), scale_));
@@ -206,8 +206,8 @@ void DisplayListBuilder::addContents(Node const& node, PaintContext const& conte
         parameters.version = 0;
     }
     auto const owner = node.layer.delegate();
-    parameters.direct = isTooLarge(parameters.rect) ||
-                        (parameters.contents && !background && owner && owner->retainsContents());
+    parameters.isDirect = isTooLarge(parameters.rect) ||
+                          (parameters.hasContents && !background && owner && owner->retainsContents());
     auto const key = displayKey(node.layer, LayerPart::contents);
     if (!parameters.rect.translated(nearestPixel(context.x), nearestPixel(context.y))
              .intersects(context.clip))
@@ -245,7 +245,7 @@ void DisplayListBuilder::addBorder(Node const& node, PaintContext const& context
     parameters.borderColor = node.values.borderColor;
     parameters.radii = node.radii;
     parameters.scale = scale_;
-    parameters.direct = isTooLarge(parameters.rect);
+    parameters.isDirect = isTooLarge(parameters.rect);
     auto const key = displayKey(node.layer, LayerPart::border);
     auto& bitmap = cache_.get<ContentBitmap>(key);
     bitmap.update(parameters);

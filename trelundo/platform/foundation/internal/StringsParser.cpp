@@ -109,7 +109,7 @@ bool StringsParser::checkUtf8() {
 
 bool StringsParser::takePairs() {
     while (skipSpace()) {
-        if (atEnd()) return true;
+        if (isAtEnd()) return true;
         if (!takePair()) return false;
     }
     return false;
@@ -119,20 +119,20 @@ bool StringsParser::takePair() {
     auto key = takeText("a key");
     if (!key || !skipSpace()) return false;
     auto value = key;
-    if (!atEnd() && peek() == '=') {
+    if (!isAtEnd() && peek() == '=') {
         ++position_;
         if (!skipSpace()) return false;
         value = takeText("a value");
         if (!value || !skipSpace()) return false;
     }
-    if (atEnd() || peek() != ';') return fail(fmt::format("expected \";\" after the entry \"{}\"", *key));
+    if (isAtEnd() || peek() != ';') return fail(fmt::format("expected \";\" after the entry \"{}\"", *key));
     ++position_;
     entries_.insert_or_assign(*std::move(key), *std::move(value));
     return true;
 }
 
 bool StringsParser::skipSpace() {
-    while (!atEnd()) {
+    while (!isAtEnd()) {
         if (isSpace(peek())) {
             ++position_;
         } else if (startsWith(lineSeparator) || startsWith(paragraphSeparator)) {
@@ -158,26 +158,26 @@ bool StringsParser::skipComment() {
 }
 
 std::optional<std::string> StringsParser::takeText(char const* what) {
-    if (!atEnd() && (peek() == '"' || peek() == '\'')) return takeQuoted(peek());
+    if (!isAtEnd() && (peek() == '"' || peek() == '\'')) return takeQuoted(peek());
     auto const start = position_;
-    while (!atEnd() && isUnquoted(peek())) ++position_;
+    while (!isAtEnd() && isUnquoted(peek())) ++position_;
     if (position_ > start) return text_.substr(start, position_ - start);
-    fail(atEnd() ? fmt::format("expected {} before the end of the file", what)
-                 : fmt::format("expected {}", what));
+    fail(isAtEnd() ? fmt::format("expected {} before the end of the file", what)
+                   : fmt::format("expected {}", what));
     return std::nullopt;
 }
 
 std::optional<std::string> StringsParser::takeQuoted(char quote) {
     auto const start = position_++;
     std::string text;
-    while (!atEnd() && peek() != quote) {
+    while (!isAtEnd() && peek() != quote) {
         if (peek() != '\\') {
             text += text_[position_++];
-        } else if (++position_; !atEnd()) {
+        } else if (++position_; !isAtEnd()) {
             takeEscape(text);
         }
     }
-    if (atEnd()) {
+    if (isAtEnd()) {
         fail("a quoted text without end", start);
         return std::nullopt;
     }
@@ -198,7 +198,7 @@ void StringsParser::takeEscape(std::string& text) {
 
 unsigned StringsParser::takeOctal() {
     unsigned code = 0;
-    for (int digits = 0; digits < 3 && !atEnd() && isOctal(peek()); ++digits)
+    for (int digits = 0; digits < 3 && !isAtEnd() && isOctal(peek()); ++digits)
         code = code * 8 + static_cast<unsigned>(text_[position_++] - '0');
     return code & 0xFFU;
 }
@@ -206,7 +206,7 @@ unsigned StringsParser::takeOctal() {
 char16_t StringsParser::takeHexadecimal() {
     ++position_; // the letter
     unsigned unit = 0;
-    for (int digits = 0; digits < 4 && !atEnd(); ++digits, ++position_) {
+    for (int digits = 0; digits < 4 && !isAtEnd(); ++digits, ++position_) {
         auto const digit = hexadecimalDigit(peek());
         if (!digit) break;
         unit = unit * 16 + *digit;

@@ -35,7 +35,7 @@ private:
     void takeUnicodeEscape(std::string& text);
     unsigned takeOctal();
 
-    bool atEnd() const { return position_ == text_.size(); }
+    bool isAtEnd() const { return position_ == text_.size(); }
     char peek() const { return text_[position_]; }
     bool startsWith(std::string_view token) const {
         return std::string_view{text_}.substr(position_).starts_with(token);

@@ -47,8 +47,8 @@ void startOnce() {
     std::setlocale(LC_ALL, "C");
     shapeWord({.text = u"a",
                .face = &FontLibrary::shared().systemFace(400, false, 17),
-               .kerning = true,
-               .rightToLeft = false},
+               .usesKerning = true,
+               .isRightToLeft = false},
               {1});
 }
 

@@ -2,8 +2,8 @@
 
 #include "trelundo/platform/graphics/Canvas.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
-#include "trelundo/platform/graphics/text/internal/Typesetter.h"
 #include "trelundo/platform/graphics/text/internal/TextPainter.h"
+#include "trelundo/platform/graphics/text/internal/Typesetter.h"
 
 #include <algorithm>
 
@@ -36,11 +36,11 @@ CGSize TextLayout::size() const {
 }
 
 int TextLayout::lineCount() const { return static_cast<int>(state_->set.lines.size()); }
-bool TextLayout::isTruncated() const { return state_->set.truncated; }
+bool TextLayout::isTruncated() const { return state_->set.isTruncated; }
 bool TextLayout::breaksWord() const { return std::ranges::any_of(state_->set.lines, &TextLine::breaksWord); }
 
 bool TextLayout::isWrapped() const {
-    return std::ranges::any_of(state_->set.lines, &TextLine::softEnd) ||
+    return std::ranges::any_of(state_->set.lines, &TextLine::hasSoftEnd) ||
            std::ranges::adjacent_find(state_->set.lines, {}, &TextLine::source) != state_->set.lines.end();
 }
 

@@ -20,7 +20,7 @@ struct TextLimits {
     /// All fonts, kerning and line spacing multiplied by this.
     double fontScale = 1;
     /// Direction of natural alignment where the text itself has none, and of the paragraph's base.
-    bool rightToLeft = false;
+    bool isRightToLeft = false;
 };
 
 /// Text set in lines. Line ends are LF, CR, CRLF, U+2028 and U+2029. A line is as high as its tallest font;

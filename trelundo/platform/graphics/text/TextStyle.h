@@ -52,7 +52,7 @@ struct NSParagraphStyle {
 struct FontSpec {
     double size = 17;
     int weight = 400; // 100 to 900
-    bool italic = false;
+    bool isItalic = false;
     bool operator==(FontSpec const&) const = default;
 
     // Vertical metrics shared by all weights, in points, by 1950, -494, 1443 and 1078 units of 2048.

@@ -15,7 +15,8 @@ constexpr int bisectionSteps = 8;   // of the range of scales
 
 bool isSame(TextLimits const& a, TextLimits const& b) {
     return a.width == b.width && a.height == b.height && a.numberOfLines == b.numberOfLines &&
-           a.lineBreakMode == b.lineBreakMode && a.fontScale == b.fontScale && a.rightToLeft == b.rightToLeft;
+           a.lineBreakMode == b.lineBreakMode && a.fontScale == b.fontScale &&
+           a.isRightToLeft == b.isRightToLeft;
 }
 
 } // namespace
@@ -55,7 +56,7 @@ TextLimits UILabel::limits(double width, double height, int lines, double fontSc
             .numberOfLines = lines,
             .lineBreakMode = effectiveLineBreakMode(),
             .fontScale = fontScale,
-            .rightToLeft = isRightToLeft()};
+            .isRightToLeft = isRightToLeft()};
 }
 
 TextLayout const& UILabel::layout(TextLimits const& limits) const {

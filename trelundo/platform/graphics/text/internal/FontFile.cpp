@@ -35,7 +35,7 @@ std::optional<FontFile> describe(FcPattern* pattern) {
     if (variable) return std::nullopt;
     return FontFile{.path = reinterpret_cast<char const*>(path),
                     .weight = FcWeightToOpenType(number(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR)),
-                    .italic = number(pattern, FC_SLANT, FC_SLANT_ROMAN) != FC_SLANT_ROMAN};
+                    .isItalic = number(pattern, FC_SLANT, FC_SLANT_ROMAN) != FC_SLANT_ROMAN};
 }
 
 } // namespace
@@ -50,7 +50,7 @@ std::vector<FontFile> findFontFamily(std::string const& family) {
         if (auto file = describe(found->fonts[i])) files.push_back(std::move(*file));
     // The configuration lists files in the order of their folders, which differs between machines.
     std::ranges::sort(files, {},
-                      [](FontFile const& file) { return std::tie(file.weight, file.italic, file.path); });
+                      [](FontFile const& file) { return std::tie(file.weight, file.isItalic, file.path); });
     return files;
 }
 

@@ -10,7 +10,7 @@ namespace trelundo {
 struct FontFile {
     std::string path;
     int weight; // 100 to 900
-    bool italic;
+    bool isItalic;
 };
 
 /// All upright and italic faces of a family in a fixed order; empty when it is not installed.

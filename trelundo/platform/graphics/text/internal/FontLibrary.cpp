@@ -58,7 +58,7 @@ void open(FontFace& face) {
 }
 
 QRawFont const& opened(FontFace& face) {
-    if (!std::exchange(face.opened, true) && !face.file.empty()) open(face);
+    if (!std::exchange(face.isOpen, true) && !face.file.empty()) open(face);
     return face.reference;
 }
 
@@ -157,7 +157,7 @@ FontLibrary::FontLibrary() {
     displayFamily_ = systemFamily_ + " Display";
     if (family(displayFamily_).empty()) displayFamily_ = systemFamily_;
     for (auto const& name : {systemFamily_, displayFamily_})
-        for (auto& face : families_[name]) face.system = true;
+        for (auto& face : families_[name]) face.isSystem = true;
     if (systemFamily_ != "Inter")
         logWarning("The system font Inter is missing; install the package fonts-inter. Using " +
                    systemFamily_ + ".");
@@ -177,7 +177,7 @@ FontLibrary::Family& FontLibrary::family(std::string const& name) {
     auto const [entry, isNew] = families_.try_emplace(name);
     if (!isNew) return entry->second;
     for (auto const& file : findFontFamily(name)) {
-        FontFace face{.file = file.path, .weight = file.weight, .italic = file.italic};
+        FontFace face{.file = file.path, .weight = file.weight, .isItalic = file.isItalic};
         // Kana kern only in proportional setting, which nobody asked for.
         face.kernsByItself = name != japaneseFamily;
         entry->second.push_back(std::move(face));
@@ -187,7 +187,7 @@ FontLibrary::Family& FontLibrary::family(std::string const& name) {
 
 FontFace* FontLibrary::closest(Family& family, int weight, bool italic) {
     auto const distance = [&](FontFace const& face) {
-        return std::pair(face.italic != italic, std::abs(face.weight - weight));
+        return std::pair(face.isItalic != italic, std::abs(face.weight - weight));
     };
     auto const best = std::ranges::min_element(family, {}, distance);
     return best == family.end() ? nullptr : &*best;
@@ -200,7 +200,7 @@ FontFace& FontLibrary::systemFace(int weight, bool italic, double size) {
 }
 
 FontFace* FontLibrary::faceOfFamily(std::string const& name, FontFace const& like) {
-    return closest(family(name), like.weight, like.italic);
+    return closest(family(name), like.weight, like.isItalic);
 }
 
 FontFace& FontLibrary::faceFor(std::u16string_view cluster, FontFace& preferred, FontFace* previous) {

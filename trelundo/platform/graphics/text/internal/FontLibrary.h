@@ -18,10 +18,10 @@ namespace trelundo {
 struct FontFace {
     std::string file;
     int weight = 400; // 100 to 900
-    bool italic = false;
-    bool system = false;       // of the system family, which has tracking
+    bool isItalic = false;
+    bool isSystem = false;     // of the system family, which has tracking
     bool kernsByItself = true; // false: the font's kerning spoils running text
-    bool opened = false;
+    bool isOpen = false;
     std::shared_ptr<QFile> mapping{};
     QRawFont reference{}; // at referenceSize; invalid when the file cannot be read
 };

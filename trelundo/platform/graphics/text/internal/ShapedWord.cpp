@@ -31,7 +31,7 @@ private:
     void layOut();
     void collectGlyphs();
     void findEdges();
-    bool isOneToOne() const { return !word_.rightToLeft && glyphs_.size() == ends_.size(); }
+    bool isOneToOne() const { return !word_.isRightToLeft && glyphs_.size() == ends_.size(); }
     std::size_t characterAt(double x) const;
     void assign();
 
@@ -64,9 +64,9 @@ void WordShaping::layOut() {
     layout_.setText(QString::fromUtf16(word_.text.data(), static_cast<qsizetype>(word_.text.size())));
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
-    option.setTextDirection(word_.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setTextDirection(word_.isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     layout_.setTextOption(option);
-    if (!word_.kerning || !word_.face->kernsByItself) {
+    if (!word_.usesKerning || !word_.face->kernsByItself) {
         QFont font;
         font.setKerning(false);
         QTextCharFormat format;
@@ -138,14 +138,14 @@ void WordShaping::assign() {
 
 struct WordHash {
     std::size_t operator()(WordToShape const& word) const {
-        auto const flags = (word.kerning ? 1U : 0U) + (word.rightToLeft ? 2U : 0U);
+        auto const flags = (word.usesKerning ? 1U : 0U) + (word.isRightToLeft ? 2U : 0U);
         return std::hash<std::u16string>{}(word.text) ^ (std::hash<void*>{}(word.face) * 31 + flags);
     }
 };
 
 struct WordEqual {
     bool operator()(WordToShape const& a, WordToShape const& b) const {
-        return a.face == b.face && a.kerning == b.kerning && a.rightToLeft == b.rightToLeft &&
+        return a.face == b.face && a.usesKerning == b.usesKerning && a.isRightToLeft == b.isRightToLeft &&
                a.text == b.text;
     }
 };

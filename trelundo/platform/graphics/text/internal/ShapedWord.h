@@ -32,8 +32,8 @@ struct ShapedWord {
 struct WordToShape {
     std::u16string text;
     FontFace* face;
-    bool kerning; // the font's own
-    bool rightToLeft;
+    bool usesKerning; // the font's own
+    bool isRightToLeft;
 };
 
 /// Shapes a word whose characters end at `ends` (UTF-16 units). Words are kept for the next time.

@@ -19,7 +19,7 @@ struct TextLine {
     double top = 0;
     double height = 0;
     double baseline = 0;     // from the top of the text
-    bool softEnd = false;    // broken where the text has no line end
+    bool hasSoftEnd = false; // broken where the text has no line end
     bool breaksWord = false; // broken inside a word for want of width
     NSParagraphStyle style;
 };

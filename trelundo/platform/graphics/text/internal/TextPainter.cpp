@@ -26,12 +26,12 @@ bool hasBits(NSUnderlineStyle style, NSUnderlineStyle bits) {
 NSTextAlignment physicalAlignment(TextLine const& line) {
     auto const alignment = line.style.alignment;
     if (alignment != NSTextAlignment::natural && alignment != NSTextAlignment::justified) return alignment;
-    return line.paragraph->rightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
+    return line.paragraph->isRightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
 }
 
 double leftEdge(TextLine const& line, double width) {
-    auto const start = line.paragraph->rightToLeft ? line.trailing : line.leading;
-    auto const end = width - (line.paragraph->rightToLeft ? line.leading : line.trailing);
+    auto const start = line.paragraph->isRightToLeft ? line.trailing : line.leading;
+    auto const end = width - (line.paragraph->isRightToLeft ? line.leading : line.trailing);
     switch (physicalAlignment(line)) {
     case NSTextAlignment::center:
         return (start + end - line.width) / 2;
@@ -48,14 +48,14 @@ std::vector<std::uint8_t> lineLevels(TextLine const& line, std::size_t last) {
     levels.reserve(last - line.first);
     for (auto i = line.first; i < last; ++i) levels.push_back(line.paragraph->characters[i].level);
     for (auto i = last; i > line.first && line.paragraph->characters[i - 1].isSpace; --i)
-        levels[i - 1 - line.first] = line.paragraph->rightToLeft ? 1 : 0;
+        levels[i - 1 - line.first] = line.paragraph->isRightToLeft ? 1 : 0;
     return levels;
 }
 
 /// Spaces at which the text goes on in the next line hang outside and are not drawn.
 std::size_t drawnEnd(TextLine const& line) {
     auto last = line.last;
-    while (line.softEnd && last > line.first && line.paragraph->characters[last - 1].isSpace) --last;
+    while (line.hasSoftEnd && last > line.first && line.paragraph->characters[last - 1].isSpace) --last;
     return last;
 }
 
@@ -87,7 +87,7 @@ std::vector<TextPainter::Placed> TextPainter::place(TextLine const& line, double
 }
 
 double TextPainter::spaceForJustifying(TextLine const& line, double width) const {
-    if (line.style.alignment != NSTextAlignment::justified || !line.softEnd) return 0;
+    if (line.style.alignment != NSTextAlignment::justified || !line.hasSoftEnd) return 0;
     auto const* characters = line.paragraph->characters.data();
     auto const spaces = std::count_if(characters + line.first, characters + drawnEnd(line),
                                       [](TextCharacter const& character) { return character.isSpace; });
@@ -206,16 +206,16 @@ void TextPainter::drawDashes(double left, double right, double top, double thick
     static constexpr std::array<double, 6> dashDotDot{4, 2, 1, 2, 1, 2};
     std::span<double const> lengths;
     switch (pattern) {
-    case 0x100:
+    case static_cast<int>(NSUnderlineStyle::patternDot):
         lengths = dot;
         break;
-    case 0x200:
+    case static_cast<int>(NSUnderlineStyle::patternDash):
         lengths = dash;
         break;
-    case 0x300:
+    case static_cast<int>(NSUnderlineStyle::patternDashDot):
         lengths = dashDot;
         break;
-    case 0x400:
+    case static_cast<int>(NSUnderlineStyle::patternDashDotDot):
         lengths = dashDotDot;
         break;
     default:

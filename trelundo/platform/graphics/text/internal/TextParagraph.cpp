@@ -72,7 +72,7 @@ ScaledStyle::ScaledStyle(TextRun const& original, double scale)
     : run(original)
     , font(run.font)
     , kern(finite(run.kern.value_or(0) * scale))
-    , kerning(run.kern != 0.0) {
+    , usesKerning(run.kern != 0.0) {
     run.text.clear();
     font.size = positive(run.font.size * scale);
     tracking = systemTracking(font.size);
@@ -94,9 +94,9 @@ StyledText StyledText::part(std::size_t start, std::size_t end) const {
     return result;
 }
 
-TextParagraph::TextParagraph(StyledText source, std::vector<ScaledStyle> const& styles, bool isRightToLeft)
+TextParagraph::TextParagraph(StyledText source, std::vector<ScaledStyle> const& styles, bool rightToLeft)
     : text(std::move(source))
-    , rightToLeft(isRightToLeft) {
+    , isRightToLeft(rightToLeft) {
     std::ranges::transform(text.units, text.units.begin(), shown);
     splitCharacters(styles);
     shape(styles);
@@ -115,7 +115,7 @@ double TextParagraph::width(std::size_t first, std::size_t last) const {
 void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
     auto const ends = characterEnds(text.units);
     auto const breaks = lineBreaks(text.units);
-    auto const levels = embeddingLevels(text.units, rightToLeft);
+    auto const levels = embeddingLevels(text.units, isRightToLeft);
     auto& library = FontLibrary::shared();
     characters.reserve(ends.size());
     std::size_t start = 0;
@@ -125,7 +125,7 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
         auto const style = text.styles[start];
         auto const& font = styles[style].font;
         // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
-        auto& preferred = library.systemFace(font.weight, font.italic, styles[style].run.font.size);
+        auto& preferred = library.systemFace(font.weight, font.isItalic, styles[style].run.font.size);
         auto& face =
             library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
         characters.push_back({.start = start,
@@ -166,8 +166,10 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
                                     std::vector<ScaledStyle> const& styles) {
     auto const& head = characters[first];
     auto const& style = styles[head.style];
-    WordToShape toShape{
-        .text = {}, .face = head.face, .kerning = style.kerning, .rightToLeft = head.level % 2 == 1};
+    WordToShape toShape{.text = {},
+                        .face = head.face,
+                        .usesKerning = style.usesKerning,
+                        .isRightToLeft = head.level % 2 == 1};
     std::vector<int> ends;
     ends.reserve(last - first);
     for (auto i = first; i < last; ++i) {
@@ -177,7 +179,7 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
         ends.push_back(static_cast<int>(toShape.text.size()));
     }
     auto const word = shapeWord(toShape, ends);
-    auto const extra = style.kern + (head.face->system ? style.tracking : 0);
+    auto const extra = style.kern + (head.face->isSystem ? style.tracking : 0);
     for (auto i = first; i < last; ++i) {
         auto& character = characters[i];
         character.word = word;

@@ -15,10 +15,10 @@ struct ScaledStyle {
 
     TextRun run; // without its text
     FontSpec font;
-    double kern;     // points after each character
-    double tracking; // points after each character of the system family
-    bool kerning;    // the font's own
-    double ascent;   // points above the baseline, the baseline offset included
+    double kern;      // points after each character
+    double tracking;  // points after each character of the system family
+    bool usesKerning; // the font's own
+    double ascent;    // points above the baseline, the baseline offset included
     double descent;
 };
 
@@ -53,7 +53,7 @@ struct TextParagraph {
     double width(std::size_t first, std::size_t last) const;
 
     StyledText text;
-    bool rightToLeft;
+    bool isRightToLeft;
     std::vector<TextCharacter> characters;
 
 private:

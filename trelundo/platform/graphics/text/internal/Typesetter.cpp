@@ -139,7 +139,7 @@ bool Typesetter::isRightToLeft(StyledText const& text, NSParagraphStyle const& s
     if (style.baseWritingDirection != NSWritingDirection::natural)
         return style.baseWritingDirection == NSWritingDirection::rightToLeft;
     auto const direction = baseDirection(text.units);
-    return direction == BaseDirection::none ? limits_.rightToLeft : direction == BaseDirection::rightToLeft;
+    return direction == BaseDirection::none ? limits_.isRightToLeft : direction == BaseDirection::rightToLeft;
 }
 
 std::shared_ptr<TextParagraph const> Typesetter::paragraph(std::size_t source) {
@@ -157,7 +157,7 @@ double Typesetter::room(TextLine const& line) const {
 }
 
 Typesetter::Place Typesetter::after(TextLine const& line) const {
-    return line.softEnd ? Place{line.source, line.last} : Place{line.source + 1, 0};
+    return line.hasSoftEnd ? Place{line.source, line.last} : Place{line.source + 1, 0};
 }
 
 /// Sets lines until the text, their allowed number or the height ends, then finishes the last one.
@@ -196,10 +196,10 @@ TextLine Typesetter::makeLine(Place place) {
     auto const byWords = style.lineBreakMode != NSLineBreakMode::byCharWrapping;
     auto const& text = *line.paragraph;
     line.last = fittingEnd(line, byWords);
-    line.softEnd = line.last < text.characters.size();
+    line.hasSoftEnd = line.last < text.characters.size();
     line.width = visibleWidth(text, line.first, line.last);
     // Spaces at the end of a paragraph count as far as there is room.
-    if (!line.softEnd)
+    if (!line.hasSoftEnd)
         line.width = std::max(line.width, std::min(text.width(line.first, line.last), room(line)));
     return line;
 }
@@ -236,7 +236,7 @@ std::size_t Typesetter::lastWord(TextLine const& line) const {
 
 /// A short word alone on the last line of a paragraph gets the word before it for company.
 void Typesetter::keepCompany(TextLine& last) {
-    if (lines.empty() || last.softEnd || lines.back().source != last.source) return;
+    if (lines.empty() || last.hasSoftEnd || lines.back().source != last.source) return;
     auto above = lines.back();
     auto const& text = *last.paragraph;
     auto const byWords = last.style.lineBreakMode != NSLineBreakMode::byCharWrapping;
@@ -253,7 +253,7 @@ void Typesetter::keepCompany(TextLine& last) {
 
 double Typesetter::gapAfter(TextLine const& line) const {
     auto gap = line.style.lineSpacing;
-    if (!line.softEnd && sources_[line.source].endsParagraph) {
+    if (!line.hasSoftEnd && sources_[line.source].endsParagraph) {
         gap += line.style.paragraphSpacing;
         if (line.source + 1 < sources_.size()) gap += styleOf(line.source + 1).paragraphSpacingBefore;
     }
@@ -287,14 +287,14 @@ void Typesetter::endLastLine(Place next) {
     auto& line = lines.back();
     auto const mode = limits_.lineBreakMode.value_or(line.style.lineBreakMode);
     auto const more = next.source < sources_.size();
-    if (mode == NSLineBreakMode::byClipping && line.softEnd) {
+    if (mode == NSLineBreakMode::byClipping && line.hasSoftEnd) {
         line.last = line.paragraph->characters.size();
         line.width = line.paragraph->width(line.first, line.last);
-        line.softEnd = line.breaksWord = false;
+        line.hasSoftEnd = line.breaksWord = false;
         placeLast();
-        truncated = true;
+        isTruncated = true;
     } else if (more) {
-        truncated = true;
+        isTruncated = true;
         if (isTruncating(mode)) truncate(line, mode);
     }
 }
@@ -323,7 +323,7 @@ void Typesetter::truncate(TextLine& line, NSLineBreakMode mode) {
 }
 
 TextLine Typesetter::shortened(TextLine const& line, StyledText const& text, NSLineBreakMode mode) {
-    auto const rightToLeft = line.paragraph->rightToLeft;
+    auto const rightToLeft = line.paragraph->isRightToLeft;
     TextParagraph const whole(text, styles, rightToLeft);
     auto const dots = [&](std::size_t style) {
         StyledText mark;
@@ -334,7 +334,7 @@ TextLine Typesetter::shortened(TextLine const& line, StyledText const& text, NSL
     auto const available = room(line);
     auto result = line;
     result.first = 0;
-    result.softEnd = result.breaksWord = false;
+    result.hasSoftEnd = result.breaksWord = false;
     auto kept = keptCharacters(whole, mode, std::max(available - dots(text.styles.front()), 0.0));
     for (;;) {
         dropSpacesAtCut(whole, kept);

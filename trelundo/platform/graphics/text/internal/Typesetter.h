@@ -15,7 +15,7 @@ public:
 
     std::vector<ScaledStyle> styles;
     std::vector<TextLine> lines;
-    bool truncated = false;
+    bool isTruncated = false;
     double height = 0;
 
 private:
