@@ -89,8 +89,6 @@ protected:
     virtual double transitionDuration() const { return 0.4; } // seconds
 
 private:
-    friend class UIWindow;
-    friend class UIView;
     friend class PresentationEngine;
     friend class UIAlertController;
 

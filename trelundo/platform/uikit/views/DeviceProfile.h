@@ -10,7 +10,7 @@ namespace trelundo {
 
 /// One class of devices: sizes in portrait points, pixels as built.
 struct DeviceProfile {
-    std::string_view name; // "phone-390x844"; lives as long as the program
+    std::string_view name; // "phone-390x844"
     UIUserInterfaceIdiom idiom;
     CGSize points;
     double scale;

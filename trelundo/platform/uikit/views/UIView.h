@@ -259,7 +259,6 @@ private:
     friend class LayoutNode;
     friend class LayoutPass;
     friend class NSLayoutConstraint;
-    friend class UILayoutGuide;
     friend class UIWindow;
     friend class UIViewController;
     friend class PresentationEngine;
