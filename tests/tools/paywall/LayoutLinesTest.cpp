@@ -10,7 +10,7 @@ namespace {
 Json otherThan(Json const& fact) {
     if (fact.is_string()) return fact.get<std::string>() + "0";
     if (fact.is_boolean()) return !fact.get<bool>();
-    return fact.is_number() ? Json(fact.get<double>() + 1) : Json("another");
+    return fact.get<double>() + 1;
 }
 
 /// What the goldens compare may leave out nothing that the tool tells.
@@ -18,8 +18,9 @@ TEST(LayoutLinesTest, EachFactShows) {
     auto const description =
         Json::parse(runPaywall({"describe", "PremiumV5ViewController", "--source", "FamilySharing"}).output);
     auto const lines = layoutLines(description);
-    for (auto const& [place, fact] : description.flatten().items()) {
-        if (place.ends_with("/subviews")) continue;
+    auto const facts = description.flatten();
+    for (auto const& [place, fact] : facts.items()) {
+        if (fact.is_null()) continue; // an empty list
         auto changed = description;
         changed[Json::json_pointer{place}] = otherThan(fact);
         EXPECT_NE(layoutLines(changed), lines) << place;

@@ -56,9 +56,12 @@ std::string PlanTexts::share() const {
 
 std::string PlanTexts::saving() const {
     if (!isYearly()) return {};
-    auto const saving = yearlySaving(product_, products_, {oneWeek, sevenDays});
-    // A dearer year is nothing to praise.
-    return saving && *saving > 0 ? savingText(*saving) : std::string{};
+    SubscriptionPeriods const weeks{oneWeek, sevenDays};
+    auto const other = comparedWithYear(products_, weeks);
+    // Nothing is saved against a free plan, and a dearer year is nothing to praise.
+    if (!other || other->price() == Decimal{0}) return {};
+    auto const saving = *yearlySaving(product_, products_, weeks);
+    return saving > 0 ? savingText(saving) : std::string{};
 }
 
 std::string PlanTexts::name() const {

@@ -13,12 +13,17 @@ std::int64_t savingPercentage(Decimal const& yearlyPrice, Decimal const& price, 
     return trappingProduct(trappingInteger(std::round(saving.doubleValue() * 10)), 10);
 }
 
+Ref<SKProduct> comparedWithYear(Products const& products, SubscriptionPeriods weeks) {
+    auto const monthly = firstWithPeriod(products, {oneMonth});
+    return monthly ? monthly : firstWithPeriod(products, weeks);
+}
+
 std::optional<std::int64_t> yearlySaving(SKProduct const& yearly, Products const& products,
                                          SubscriptionPeriods weeks) {
-    auto const monthly = firstWithPeriod(products, {oneMonth});
-    auto const other = monthly ? monthly : firstWithPeriod(products, weeks);
-    if (!other || other->price() == Decimal{0}) return std::nullopt;
-    return savingPercentage(yearly.price(), other->price(), monthly ? 12 : 52);
+    auto const other = comparedWithYear(products, weeks);
+    if (!other) return std::nullopt;
+    return savingPercentage(yearly.price(), other->price(),
+                            other->subscriptionPeriod() == oneMonth ? 12 : 52);
 }
 
 std::string savingText(std::int64_t percentage) {

@@ -12,8 +12,12 @@ namespace trelundo {
 /// from zero. Not bounded: a dearer year gives a negative figure. A zero `price` ends the program.
 std::int64_t savingPercentage(Decimal const& yearlyPrice, Decimal const& price, int count);
 
-/// The saving of a yearly product against the first monthly one, else against the first whose period is among
-/// `weeks`. Absent when there is neither, and against a free one.
+/// What a year is compared with: the first monthly product, else the first whose period is among `weeks`;
+/// null when there is neither.
+Ref<SKProduct> comparedWithYear(Products const& products, SubscriptionPeriods weeks);
+
+/// The saving of a yearly product against comparedWithYear(); absent when there is no such product. A free
+/// one ends the program.
 std::optional<std::int64_t> yearlySaving(SKProduct const& yearly, Products const& products,
                                          SubscriptionPeriods weeks);
 
