@@ -16,7 +16,6 @@ inline constexpr auto measuredScreen = "PremiumV2ViewController";
 struct StagedScreen {
     explicit StagedScreen(std::string name)
         : options(optionsFor(std::move(name)))
-        , log("/dev/null")
         , offscreen(options, log) {}
 
     static paywall::Options optionsFor(std::string name) {

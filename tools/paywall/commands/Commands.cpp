@@ -82,14 +82,14 @@ int listLanguages() {
 }
 
 int renderScreen(Options const& options) {
-    EventLog log{"/dev/null"};
+    EventLog log;
     OffscreenSession offscreen{options, log};
     if (auto const taken = offscreen.shell.snapshot(*options.out); !taken) failInput(taken.error().message);
     return statusOk;
 }
 
 int describeScreen(Options const& options) {
-    EventLog log{"/dev/null"};
+    EventLog log;
     OffscreenSession offscreen{options, log};
     offscreen.shell.window().layoutWindow();
     printLine(toText(describe(*offscreen.session.screen()), 2));

@@ -9,6 +9,7 @@
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/store/StoreAccess.h"
 
+#include "tools/paywall/system/Environment.h"
 #include <algorithm>
 #include <fmt/format.h>
 
@@ -19,7 +20,7 @@ namespace {
 /// Everything that a picture depends on: the program, the host's files and the options.
 GalleryFolder::Keys contentKeys(std::vector<GalleryPicture> const& plan, Options const& options) {
     ContentKey inputs;
-    inputs.addPath("/proc/self/exe");
+    inputs.addPath(programFile());
     if (options.catalogue) inputs.addPath(*options.catalogue);
     for (auto const& folder : options.pictureFolders) inputs.addPath(folder);
     auto const common = inputs.finished();

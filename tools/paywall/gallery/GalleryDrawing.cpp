@@ -125,7 +125,7 @@ Json flaggedTexts(Json const& description) {
 
 Json drawPicture(GalleryPicture const& picture, StoreConfiguration const& catalogue,
                  std::filesystem::path const& folder) {
-    EventLog log{"/dev/null"};
+    EventLog log;
     OffscreenSession offscreen{picture.options, log, catalogue};
     write(offscreen.shell.render(), folder / picture.picturePath(), folder / picture.previewPath());
     return flaggedTexts(describe(*offscreen.session.screen()));

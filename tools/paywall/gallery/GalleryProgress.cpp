@@ -1,9 +1,10 @@
 #include "tools/paywall/gallery/GalleryProgress.h"
 
+#include "tools/paywall/system/Environment.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <fmt/format.h>
-#include <unistd.h>
 
 namespace trelundo::paywall {
 
@@ -21,7 +22,7 @@ void print(std::string const& text) {
 
 GalleryProgress::GalleryProgress(std::size_t total)
     : total_(total)
-    , isTerminal_(isatty(STDOUT_FILENO) == 1) {}
+    , isTerminal_(isStandardOutputTerminal()) {}
 
 std::string GalleryProgress::bar() const {
     auto const done = barWidth * drawn_ / std::max<std::size_t>(1, total_);

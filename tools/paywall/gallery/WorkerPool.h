@@ -20,9 +20,10 @@ struct JobListener {
     std::function<void(Job const&)> finished;
 };
 
-/// Runs the jobs in forked processes, as many at once as there are cores, and hears their results in this
-/// one, which must not have started threads or graphics. What the processes write to standard error is told
-/// once, however many of them write it. The first failure throws a Failure after the others at work ended.
+/// Runs the jobs in copies of this process, as many at once as there are cores, and hears their results in
+/// this one, which must not have started threads or graphics. What the processes write to standard error is
+/// told once, however many of them write it. The first failure throws a Failure after the others at work
+/// ended.
 void runJobs(std::vector<Job> const& jobs, JobListener const& listener);
 
 } // namespace trelundo::paywall

@@ -63,22 +63,24 @@ EventLog::EventLog(std::optional<std::string> const& path)
 }
 
 void EventLog::requireWritten() const {
-    if (std::ferror(file_)) failInput(name_ + ": the log cannot be written");
+    if (file_ && std::ferror(file_)) failInput(name_ + ": the log cannot be written");
 }
 
 EventLog::~EventLog() {
     if (ownsFile_)
         std::fclose(file_);
-    else
+    else if (file_)
         std::fflush(file_);
 }
 
 void EventLog::write(std::string const& kind, Json const& fields) {
     Json line{{"t", tidy(Clock::current().now() - start_)}, {"kind", kind}};
     line.update(fields);
-    auto const text = toText(line) + "\n";
-    std::fwrite(text.data(), 1, text.size(), file_);
-    std::fflush(file_);
+    if (file_) {
+        auto const text = toText(line) + "\n";
+        std::fwrite(text.data(), 1, text.size(), file_);
+        std::fflush(file_);
+    }
     lines_.push_back(std::move(line));
     if (listener_) listener_(lines_.back());
 }

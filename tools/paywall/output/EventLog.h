@@ -14,6 +14,8 @@ namespace trelundo::paywall {
 /// written at the moment it happens and kept for expectations.
 class EventLog {
 public:
+    /// Written nowhere.
+    EventLog() = default;
     /// Writes to `path`, or to standard output when absent. A file that cannot be written throws a Failure.
     explicit EventLog(std::optional<std::string> const& path);
     ~EventLog();
@@ -36,8 +38,8 @@ public:
     void setListener(std::function<void(Json const&)> listener) { listener_ = std::move(listener); }
 
 private:
-    std::FILE* file_;
-    bool ownsFile_;
+    std::FILE* file_ = nullptr;
+    bool ownsFile_ = false;
     std::string name_;
     double start_ = 0;
     std::vector<Json> lines_;

@@ -2,9 +2,9 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/demo/Demonstration.h"
+#include "tools/paywall/system/Environment.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 namespace trelundo::paywall {
@@ -13,12 +13,7 @@ namespace {
 
 /// Where a window keeps its purchases between runs.
 std::filesystem::path userStoreFile() {
-    auto const* data = std::getenv("XDG_DATA_HOME");
-    auto const* home = std::getenv("HOME");
-    std::filesystem::path const base = data && *data ? std::filesystem::path{data}
-                                       : home        ? std::filesystem::path{home} / ".local/share"
-                                                     : std::filesystem::temp_directory_path();
-    auto const folder = base / "trelundo-paywall";
+    auto const folder = userDataFolder() / "trelundo-paywall";
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) failInput(folder.string() + ": cannot be made: " + error.message());
