@@ -28,7 +28,7 @@ std::string periodText(SKProductSubscriptionPeriod const& period, bool capitaliz
 }
 
 Json toJson(SKProductDiscount const& discount, SKProduct const& product) {
-    return {{"identifier", discount.identifier() ? Json(*discount.identifier()) : Json(nullptr)},
+    return {{"identifier", orNull(discount.identifier())},
             {"paymentMode", nameOf(discount.paymentMode())},
             {"price", discount.price().description()},
             {"priceText", PremiumManager::price(discount, product)},

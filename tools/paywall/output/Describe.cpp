@@ -1,5 +1,7 @@
 #include "tools/paywall/output/Describe.h"
 
+#include "tools/paywall/output/Names.h"
+#include "tools/paywall/output/VisibleText.h"
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/uikit/collection/UICollectionView.h"
 #include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
@@ -11,15 +13,13 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <array>
-#include <cmath>
-#include <string_view>
 
 namespace trelundo::paywall {
 
 namespace {
 
-/// Rounded to ten thousandths, so that floating-point dust does not show.
-double tidy(double value) { return std::round(value * 1e4) / 1e4 + 0.0; }
+/// Without floating-point dust.
+double tidy(double value) { return rounded(value, 1e4); }
 
 Json toJson(CGRect rect) {
     return {tidy(rect.origin.x), tidy(rect.origin.y), tidy(rect.size.width), tidy(rect.size.height)};
@@ -30,24 +30,6 @@ Json toJson(UIEdgeInsets insets) {
     return {tidy(insets.top), tidy(insets.left), tidy(insets.bottom), tidy(insets.right)};
 }
 
-template <class Enumeration, std::size_t count>
-std::string_view nameOf(Enumeration value, std::array<std::string_view, count> const& names) {
-    return names.at(static_cast<std::size_t>(value));
-}
-
-constexpr std::array<std::string_view, 5> alignmentNames{"left", "center", "right", "justified", "natural"};
-constexpr std::array<std::string_view, 13> contentModeNames{
-    "scaleToFill", "scaleAspectFit", "scaleAspectFill", "redraw",   "center",     "top",        "bottom",
-    "left",        "right",          "topLeft",         "topRight", "bottomLeft", "bottomRight"};
-constexpr std::array<std::string_view, 5> distributionNames{"fill", "fillEqually", "fillProportionally",
-                                                            "equalSpacing", "equalCentering"};
-constexpr std::array<std::string_view, 6> stackAlignmentNames{"fill",   "leading",  "firstBaseline",
-                                                              "center", "trailing", "lastBaseline"};
-constexpr std::array<std::string_view, 4> statusBarNames{"default", "lightContent", "", "darkContent"};
-constexpr std::array<std::string_view, 6> blurStyleNames{"extraLight", "light",   "dark",
-                                                         "",           "regular", "prominent"};
-constexpr std::array<std::string_view, 3> sizeClassNames{"unspecified", "compact", "regular"};
-
 Json toJson(TextRun const& run) {
     Json json{{"text", run.text},
               {"fontSize", tidy(run.font.size)},
@@ -55,7 +37,7 @@ Json toJson(TextRun const& run) {
               {"italic", run.font.isItalic},
               {"color", run.color.hexText()},
               {"lineSpacing", tidy(run.paragraph.lineSpacing)},
-              {"alignment", nameOf(run.paragraph.alignment, alignmentNames)}};
+              {"alignment", nameOf(run.paragraph.alignment)}};
     if (run.kern) json["kern"] = tidy(*run.kern);
     if (run.underline != NSUnderlineStyle::none) {
         json["underline"] = static_cast<int>(run.underline);
@@ -120,9 +102,8 @@ void addGradient(Json& json, CALayer const& layer) {
         colors = Json::array();
         for (auto const& color : *gradient->colors()) colors.push_back(color.hexText());
     }
-    Json const locations = gradient->locations() ? Json(*gradient->locations()) : Json(nullptr);
     json["gradient"] = {{"colors", colors},
-                        {"locations", locations},
+                        {"locations", orNull(gradient->locations())},
                         {"startPoint", toJson(gradient->startPoint())},
                         {"endPoint", toJson(gradient->endPoint())}};
 }
@@ -133,7 +114,7 @@ void addRuns(Json& json, UILabel const& label) {
 }
 
 void addLabel(Json& json, UILabel const& label) {
-    json["text"] = label.text().value_or("");
+    json["text"] = visibleText(label);
     addRuns(json, label);
     json["numberOfLines"] = label.numberOfLines();
     if (label.adjustsFontSizeToFitWidth()) json["minimumScaleFactor"] = tidy(label.minimumScaleFactor());
@@ -143,8 +124,7 @@ void addLabel(Json& json, UILabel const& label) {
 }
 
 void addButton(Json& json, UIButton& button) {
-    auto const attributed = button.currentAttributedTitle();
-    json["text"] = attributed ? attributed->string() : button.currentTitle().value_or("");
+    json["text"] = visibleText(button);
     addRuns(json, *button.titleLabel());
     if (auto const image = button.currentImage()) json["image"] = toJson(*image);
     json["contentInsets"] = toJson(button.contentEdgeInsets());
@@ -154,20 +134,20 @@ void addButton(Json& json, UIButton& button) {
 
 /// Beside what every blurred layer tells.
 void addEffect(Json& json, UIVisualEffectView const& view) {
-    if (view.effect()) json["effect"]["style"] = nameOf(view.effect()->style(), blurStyleNames);
+    if (view.effect()) json["effect"]["style"] = nameOf(view.effect()->style());
 }
 
 void addImageView(Json& json, UIImageView const& view) {
     json["image"] = view.image() ? toJson(*view.image()) : Json(nullptr);
-    json["contentMode"] = nameOf(view.contentMode(), contentModeNames);
+    json["contentMode"] = nameOf(view.contentMode());
     json["tintColor"] = view.tintColor().cgColor(view.traitCollection()).hexText();
 }
 
 void addStackView(Json& json, UIStackView const& stack) {
     json["axis"] = stack.axis() == NSLayoutConstraintAxis::vertical ? "vertical" : "horizontal";
     json["spacing"] = tidy(stack.spacing());
-    json["distribution"] = nameOf(stack.distribution(), distributionNames);
-    json["stackAlignment"] = nameOf(stack.alignment(), stackAlignmentNames);
+    json["distribution"] = nameOf(stack.distribution());
+    json["stackAlignment"] = nameOf(stack.alignment());
     json["isLayoutMarginsRelativeArrangement"] = stack.isLayoutMarginsRelativeArrangement();
     json["layoutMargins"] = toJson(stack.layoutMargins());
 }
@@ -228,10 +208,10 @@ Json describeView(UIView& view) {
 Json describe(UIViewController& controller) {
     auto json = describeView(*controller.view());
     auto const& traits = controller.traitCollection();
-    json["statusBarStyle"] = nameOf(controller.preferredStatusBarStyle(), statusBarNames);
+    json["statusBarStyle"] = nameOf(controller.preferredStatusBarStyle());
     json["prefersHomeIndicatorAutoHidden"] = controller.prefersHomeIndicatorAutoHidden();
-    json["horizontalSizeClass"] = nameOf(traits.horizontalSizeClass, sizeClassNames);
-    json["verticalSizeClass"] = nameOf(traits.verticalSizeClass, sizeClassNames);
+    json["horizontalSizeClass"] = nameOf(traits.horizontalSizeClass);
+    json["verticalSizeClass"] = nameOf(traits.verticalSizeClass);
     json["layoutDirection"] = controller.view()->isRightToLeft() ? "rightToLeft" : "leftToRight";
     if (auto const presented = controller.presentedViewController()) json["presented"] = describe(*presented);
     return json;

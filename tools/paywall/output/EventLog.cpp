@@ -6,15 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cmath>
 #include <cstring>
 
 namespace trelundo::paywall {
 
 namespace {
-
-/// Whole microseconds, so that virtual times print short and equal everywhere.
-double tidy(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
 Json const* findField(Json const& line, std::string const& path) {
     if (line.contains(path)) return &line.at(path);
@@ -74,7 +70,7 @@ EventLog::~EventLog() {
 }
 
 void EventLog::write(std::string const& kind, Json const& fields) {
-    Json line{{"t", tidy(Clock::current().now() - start_)}, {"kind", kind}};
+    Json line{{"t", rounded(Clock::current().now() - start_, 1e6)}, {"kind", kind}};
     line.update(fields);
     if (file_) {
         auto const text = toText(line) + "\n";

@@ -35,4 +35,38 @@ std::string_view nameOf(UIUserInterfaceStyle style) {
     return find(style, std::array<std::string_view, 3>{"unspecified", "light", "dark"});
 }
 
+std::string_view nameOf(UIUserInterfaceSizeClass sizeClass) {
+    return find(sizeClass, std::array<std::string_view, 3>{"unspecified", "compact", "regular"});
+}
+
+std::string_view nameOf(UIStatusBarStyle style) {
+    return find(style, std::array<std::string_view, 4>{"default", "lightContent", "", "darkContent"});
+}
+
+std::string_view nameOf(UIBlurEffectStyle style) {
+    return find(style,
+                std::array<std::string_view, 6>{"extraLight", "light", "dark", "", "regular", "prominent"});
+}
+
+std::string_view nameOf(UIViewContentMode mode) {
+    return find(mode, std::array<std::string_view, 13>{"scaleToFill", "scaleAspectFit", "scaleAspectFill",
+                                                       "redraw", "center", "top", "bottom", "left", "right",
+                                                       "topLeft", "topRight", "bottomLeft", "bottomRight"});
+}
+
+std::string_view nameOf(UIStackViewDistribution distribution) {
+    return find(distribution, std::array<std::string_view, 5>{"fill", "fillEqually", "fillProportionally",
+                                                              "equalSpacing", "equalCentering"});
+}
+
+std::string_view nameOf(UIStackViewAlignment alignment) {
+    return find(alignment, std::array<std::string_view, 6>{"fill", "leading", "firstBaseline", "center",
+                                                           "trailing", "lastBaseline"});
+}
+
+std::string_view nameOf(NSTextAlignment alignment) {
+    return find(alignment,
+                std::array<std::string_view, 5>{"left", "center", "right", "justified", "natural"});
+}
+
 } // namespace trelundo::paywall

@@ -2,11 +2,10 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/output/Describe.h"
+#include "tools/paywall/output/VisibleText.h"
 #include "tools/paywall/screens/PropertyValues.h"
 #include "tools/paywall/script/StepArguments.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
-#include "trelundo/platform/uikit/controls/UIButton.h"
-#include "trelundo/platform/uikit/text/UILabel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,15 +19,6 @@ namespace trelundo::paywall {
 namespace {
 
 constexpr int longestDrag = 1'000'000; // points
-
-std::string visibleText(UIView& view) {
-    if (auto* button = dynamic_cast<UIButton*>(&view)) {
-        auto const attributed = button->currentAttributedTitle();
-        return attributed ? attributed->string() : button->currentTitle().value_or("");
-    }
-    auto* label = dynamic_cast<UILabel*>(&view);
-    return label ? label->text().value_or("") : std::string{};
-}
 
 /// Depth first from the front; hidden subtrees do not count.
 Ref<UIView> findView(UIView& view, Step::Word const& word) {

@@ -16,7 +16,7 @@ void Host::logEvent(std::string const& name) {
 
 void Host::logEvent(std::string const& name, EventParameters const& parameters) {
     Json json = Json::object();
-    for (auto const& [key, value] : parameters) json[key] = value ? Json(*value) : Json(nullptr);
+    for (auto const& [key, value] : parameters) json[key] = orNull(value);
     log_.write("event", {{"name", name}, {"parameters", json}});
 }
 

@@ -140,8 +140,8 @@ void ScreenSession::didPresent(UIViewController& controller, bool animated) {
     Json actions = Json::array();
     for (auto const& action : alert->actions()) actions.push_back(action->title());
     auto const preferred = alert->preferredAction();
-    log_.write("alert", {{"title", alert->alertTitle() ? Json(*alert->alertTitle()) : Json(nullptr)},
-                         {"message", alert->message() ? Json(*alert->message()) : Json(nullptr)},
+    log_.write("alert", {{"title", orNull(alert->alertTitle())},
+                         {"message", orNull(alert->message())},
                          {"actions", actions},
                          {"preferred", preferred ? Json(preferred->title()) : Json(nullptr)}});
 }
@@ -158,11 +158,9 @@ void ScreenSession::didDismiss(UIViewController& controller, bool animated) {
 
 void ScreenSession::paymentAdded(SKPayment const& payment) {
     auto const discount = payment.paymentDiscount();
-    log_.write("payment",
-               {{"product", payment.productIdentifier()},
-                {"applicationUsername",
-                 payment.applicationUsername() ? Json(*payment.applicationUsername()) : Json(nullptr)},
-                {"discount", discount ? Json(discount->identifier()) : Json(nullptr)}});
+    log_.write("payment", {{"product", payment.productIdentifier()},
+                           {"applicationUsername", orNull(payment.applicationUsername())},
+                           {"discount", discount ? Json(discount->identifier()) : Json(nullptr)}});
 }
 
 void ScreenSession::transactionUpdated(std::string const& id, SKPaymentTransaction const& transaction) {

@@ -43,7 +43,6 @@ public:
     void transactionFinished(std::string const& id, SKPaymentTransaction const& transaction) override;
 
 private:
-    void openStore();
     void loadProducts();
     void listen();
     void didPresent(UIViewController& controller, bool animated);
