@@ -19,4 +19,13 @@ struct Failure {
 [[noreturn]] inline void failInput(std::string message) { throw Failure{statusFailure, std::move(message)}; }
 [[noreturn]] inline void failUsage(std::string message) { throw Failure{statusUsage, std::move(message)}; }
 
+/// Does what `read` does; its failure is told after `subject`, as a matter of usage.
+template <class Read> auto readFor(std::string const& subject, Read read) {
+    try {
+        return read();
+    } catch (Failure const& failure) {
+        failUsage(subject + ": " + failure.message);
+    }
+}
+
 } // namespace trelundo::paywall

@@ -2,6 +2,7 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/gallery/SampleSelection.h"
+#include "tools/paywall/screens/PropertyValues.h"
 #include "tools/paywall/screens/Screens.h"
 #include "tools/paywall/session/Languages.h"
 
@@ -36,11 +37,8 @@ std::vector<std::string> splitList(std::string const& text) {
     return items;
 }
 
-std::pair<std::string, std::string> splitAssignment(std::string const& option, std::string const& text) {
-    auto const separator = text.find('=');
-    if (separator == std::string::npos || separator == 0)
-        failUsage(fmt::format("{}: \"{}\" is not of the form NAME=VALUE", option, text));
-    return {text.substr(0, separator), text.substr(separator + 1)};
+std::pair<std::string, std::string> assignment(std::string const& option, std::string const& text) {
+    return readFor(option, [&] { return parseAssignment(text, "NAME=VALUE"); });
 }
 
 /// The parser takes an empty text for zero.
@@ -153,10 +151,10 @@ void check(Options& options, RawOptions const& raw) {
     if (!options.screen.empty()) parseScreen(options.screen);
     checkGallery(options.gallery, raw);
     for (auto const& text : raw.discounts) {
-        auto const [product, offer] = splitAssignment("--discount", text);
+        auto const [product, offer] = assignment("--discount", text);
         options.discounts[product] = offer;
     }
-    for (auto const& text : raw.settings) options.settings.push_back(splitAssignment("--set", text));
+    for (auto const& text : raw.settings) options.settings.push_back(assignment("--set", text));
 }
 
 void checkStore(Options const& options) {

@@ -14,31 +14,21 @@ namespace {
 
 Ref<UIImage> parsePicture(std::string const& name) { return name == "none" ? nullptr : UIImage::named(name); }
 
-/// An offer of the product at the selected index. Its discount is the one given for that product, to be set
-/// first; without a product any one given counts.
+/// An offer of one product. Its discount is the one given for that product, to be set first; without a
+/// product any one given counts.
 template <class Screen> ScreenType offer(std::string name, Properties own) {
-    own.emplace("product", property(&Screen::setProduct, parseProduct));
     own.emplace("paymentDiscount", property(&Screen::setPaymentDiscount, parseDiscount));
-    return {.name = std::move(name),
-            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
-            .properties = withBase(std::move(own)),
-            .setDiscounts = [](auto&, auto&) {},
-            .setProducts =
-                [](UIViewController& screen, Products const& products, int select) {
-                    dynamic_cast<Screen&>(screen).setProduct(productAt(products, select));
-                },
-            .setDiscount =
-                [](UIViewController& screen, Ref<SKPaymentDiscount> const& discount) {
-                    dynamic_cast<Screen&>(screen).setPaymentDiscount(discount);
-                }};
+    auto type = oneProductScreen<Screen>(std::move(name), std::move(own));
+    type.setDiscount = [](UIViewController& screen, Ref<SKPaymentDiscount> const& discount) {
+        dynamic_cast<Screen&>(screen).setPaymentDiscount(discount);
+    };
+    return type;
 }
 
 Properties themed(Properties own) {
     using Screen = ThemedOfferViewController;
+    own.merge(colorProperties({"backgroundColor", "textColor", "buttonColor"}));
     own.merge(Properties{
-        {"backgroundColor", property(&Screen::setBackgroundColor, parseColor)},
-        {"textColor", property(&Screen::setTextColor, parseColor)},
-        {"buttonColor", property(&Screen::setButtonColor, parseColor)},
         {"backgroundImageName", property(&Screen::setBackgroundImageName, parseText)},
         {"backgroundTopShadowName", property(&Screen::setBackgroundTopShadowName, parseText)},
         {"backgroundBottomShadowName", property(&Screen::setBackgroundBottomShadowName, parseText)},
@@ -60,16 +50,14 @@ ScreenType offerSheet() {
 }
 
 ScreenType percentageOfferWithBadge() {
-    return offer<OfferV2ViewController>(
-        "OfferV2ViewController",
-        themed({{"buttonTextColor", property(&OfferV2ViewController::setButtonTextColor, parseColor)},
-                {"preferredLanguage", preferredLanguage()}}));
+    auto own = colorProperties({"buttonTextColor"});
+    own.emplace("preferredLanguage", preferredLanguage());
+    return offer<OfferV2ViewController>("OfferV2ViewController", themed(std::move(own)));
 }
 
 ScreenType sentenceOffer() {
-    return offer<OfferV3ViewController>(
-        "OfferV3ViewController",
-        themed({{"buttonTextColor", property(&OfferV3ViewController::setButtonTextColor, parseColor)}}));
+    return offer<OfferV3ViewController>("OfferV3ViewController",
+                                        themed(colorProperties({"buttonTextColor"})));
 }
 
 ScreenType percentageOffer() {
@@ -79,25 +67,21 @@ ScreenType percentageOffer() {
 
 ScreenType billingNotice() {
     using Screen = BillingViewController;
-    return {.name = "BillingViewController",
-            .make = [] { return Ref<UIViewController>{make<Screen>()}; },
-            .properties =
-                {
-                    {"mainBackgroundColor", property(&Screen::setMainBackgroundColor, parseColor)},
-                    {"warningBadgeImage", property(&Screen::setWarningBadgeImage, parsePicture)},
-                    {"headlineColor", property(&Screen::setHeadlineColor, parseColor)},
-                    {"updateDetailsTextColor", property(&Screen::setUpdateDetailsTextColor, parseColor)},
-                    {"updateDetailsBackgroundColor",
-                     property(&Screen::setUpdateDetailsBackgroundColor, parseColor)},
-                    {"appName", property(&Screen::setAppName, parseText)},
-                    {"headLineLabelText", property(&Screen::setHeadLineLabelText, parseText)},
-                    {"issueDetailsText", property(&Screen::setIssueDetailsText, parseText)},
-                    {"updateDetailsText", property(&Screen::setUpdateDetailsText, parseText)},
-                    {"closeBdageImage", property(&Screen::setCloseBdageImage, parsePicture)},
-                    {"isSmallScreen", property(&Screen::setSmallScreen, parseBool)},
-                },
-            .setDiscounts = [](auto&, auto&) {},
-            .setProducts = [](auto&, auto&, int) {}};
+    return screenType<Screen>(
+        "BillingViewController",
+        {
+            {"mainBackgroundColor", property(&Screen::setMainBackgroundColor, parseColor)},
+            {"warningBadgeImage", property(&Screen::setWarningBadgeImage, parsePicture)},
+            {"headlineColor", property(&Screen::setHeadlineColor, parseColor)},
+            {"updateDetailsTextColor", property(&Screen::setUpdateDetailsTextColor, parseColor)},
+            {"updateDetailsBackgroundColor", property(&Screen::setUpdateDetailsBackgroundColor, parseColor)},
+            {"appName", property(&Screen::setAppName, parseText)},
+            {"headLineLabelText", property(&Screen::setHeadLineLabelText, parseText)},
+            {"issueDetailsText", property(&Screen::setIssueDetailsText, parseText)},
+            {"updateDetailsText", property(&Screen::setUpdateDetailsText, parseText)},
+            {"closeBdageImage", property(&Screen::setCloseBdageImage, parsePicture)},
+            {"isSmallScreen", property(&Screen::setSmallScreen, parseBool)},
+        });
 }
 
 } // namespace trelundo::paywall

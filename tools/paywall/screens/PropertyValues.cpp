@@ -30,15 +30,16 @@ int parseInteger(std::string const& text) { return parse<int>(text, "a whole num
 double parseNumber(std::string const& text) { return parse<double>(text, "a number"); }
 
 UIColor parseColor(std::string const& text) {
-    bool const hasAlpha = text.size() == 9;
-    unsigned value = 0;
-    auto const* end = text.data() + text.size();
-    bool const isColor = (hasAlpha || text.size() == 7) && text.front() == '#' &&
-                         std::from_chars(text.data() + 1, end, value, 16).ptr == end;
-    if (!isColor) failUsage(fmt::format("\"{}\" is not a colour of the form #rrggbb or #rrggbbaa", text));
-    if (!hasAlpha) value = value << 8 | 0xFF;
-    auto const channel = [value](int shift) { return (value >> shift & 0xFF) / 255.0; };
-    return {channel(24), channel(16), channel(8), channel(0)};
+    auto color = UIColor::fromHex(text);
+    if (!color) failUsage(fmt::format("\"{}\" is not a colour of the form #rrggbb or #rrggbbaa", text));
+    return *std::move(color);
+}
+
+std::pair<std::string, std::string> parseAssignment(std::string const& text, std::string_view form) {
+    auto const separator = text.find('=');
+    if (separator == std::string::npos || separator == 0)
+        failUsage(fmt::format("\"{}\" is not of the form {}", text, form));
+    return {text.substr(0, separator), text.substr(separator + 1)};
 }
 
 std::vector<Feature> parseFeatures(std::string const& text) {

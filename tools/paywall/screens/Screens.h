@@ -20,8 +20,9 @@ struct ScreenType {
     /// Every public property that a command line may set, texts parsed. "none" assigns absent.
     std::map<std::string, Setter> properties;
     /// Payment discounts by product identifier.
-    std::function<void(UIViewController&, PaymentDiscounts const&)> setDiscounts;
-    std::function<void(UIViewController&, Products const&, int select)> setProducts;
+    std::function<void(UIViewController&, PaymentDiscounts const&)> setDiscounts = [](auto&, auto&) {};
+    std::function<void(UIViewController&, Products const&, int select)> setProducts = [](auto&, auto&, int) {
+    };
     /// The one payment discount of a one-product screen; empty for screens that take none.
     std::function<void(UIViewController&, Ref<SKPaymentDiscount> const&)> setDiscount = nullptr;
     /// The root frame is the device in both; over the full screen the host's own screen stays visible

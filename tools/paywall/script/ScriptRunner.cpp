@@ -5,6 +5,7 @@
 #include "tools/paywall/output/VisibleText.h"
 #include "tools/paywall/screens/PropertyValues.h"
 #include "tools/paywall/script/StepArguments.h"
+#include "tools/paywall/script/StoreSteps.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include <algorithm>
@@ -31,19 +32,6 @@ Ref<UIView> findView(UIView& view, Step::Word const& word) {
 
 } // namespace
 
-void fail(Step const& step, std::string const& reason) {
-    std::string words = step.command;
-    for (auto const& word : step.arguments)
-        words += word.isQuoted ? " \"" + word.text + "\"" : " " + word.text;
-    failInput(fmt::format("{}: {}: {}", step.place, words, reason));
-}
-
-bool choice(Step const& step, std::size_t index, std::string_view yes, std::string_view no) {
-    if (argument(step, index) == yes) return true;
-    if (argument(step, index) != no) fail(step, fmt::format("neither {} nor {}", yes, no));
-    return false;
-}
-
 void ScriptRunner::play(std::vector<Step> const& steps) {
     for (auto const& step : steps) perform(step);
 }
@@ -57,7 +45,7 @@ void ScriptRunner::perform(Step const& step) {
         {"drag", &ScriptRunner::drag},
         {"alert", &ScriptRunner::chooseAction},
         {"advance", &ScriptRunner::advance},
-        {"store", &ScriptRunner::changeStore},
+        {"store", [](ScriptRunner& runner, Step const& s) { changeStore(runner.session_.store(), s); }},
         {"can-make-payments",
          [](ScriptRunner& runner, Step const& s) {
              runner.session_.store().setCanMakePayments(choice(s, 0, "on", "off"));
@@ -155,12 +143,8 @@ void ScriptRunner::writeDescription(Step const& step) {
 
 void ScriptRunner::expect(Step const& step) {
     std::vector<std::pair<std::string, std::string>> fields;
-    for (auto const& word : step.arguments | std::views::drop(1)) {
-        auto const separator = word.text.find('=');
-        if (separator == std::string::npos)
-            fail(step, fmt::format("\"{}\" is not of the form KEY=VALUE", word.text));
-        fields.emplace_back(word.text.substr(0, separator), word.text.substr(separator + 1));
-    }
+    for (auto const& word : step.arguments | std::views::drop(1))
+        fields.push_back(performed(step, [&] { return parseAssignment(word.text, "KEY=VALUE"); }));
     if (!session_.log().holds(argument(step, 0), fields)) fail(step, "the log holds no such line");
 }
 
@@ -172,15 +156,11 @@ UIViewController& ScriptRunner::screen(Step const& step) const {
 }
 
 void ScriptRunner::assign(Step const& step) {
-    auto const& text = argument(step, 0);
-    auto const separator = text.find('=');
-    if (separator == std::string::npos) fail(step, "not of the form NAME=VALUE");
     auto& shown = screen(step);
-    try {
-        setProperty(session_.screenType(), shown, text.substr(0, separator), text.substr(separator + 1));
-    } catch (Failure const& failure) {
-        fail(step, failure.message);
-    }
+    performed(step, [&] {
+        auto const [name, value] = parseAssignment(argument(step, 0), "NAME=VALUE");
+        setProperty(session_.screenType(), shown, name, value);
+    });
 }
 
 void ScriptRunner::instructHost(Step const& step) {

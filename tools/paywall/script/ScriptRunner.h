@@ -29,8 +29,6 @@ private:
     void drag(Step const& step);
     void chooseAction(Step const& step);
     void advance(Step const& step);
-    void changeStore(Step const& step);
-    void require(Step const& step, bool succeeded);
     void rotate(Step const& step);
     void setAppearance(Step const& step);
     void takeSnapshot(Step const& step);

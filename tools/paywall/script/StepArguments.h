@@ -19,13 +19,18 @@ inline std::string const& argument(Step const& step, std::size_t index) {
 /// One of two words; anything else fails the step.
 bool choice(Step const& step, std::size_t index, std::string_view yes, std::string_view no);
 
-/// A value read from an argument; what cannot be read fails the step.
-template <class Parse> auto parsed(Step const& step, std::size_t index, Parse parse) {
+/// Does what `action` does; its failure becomes the step's.
+template <class Action> auto performed(Step const& step, Action action) {
     try {
-        return parse(argument(step, index));
+        return action();
     } catch (Failure const& failure) {
         fail(step, failure.message);
     }
+}
+
+/// A value read from an argument; what cannot be read fails the step.
+template <class Parse> auto parsed(Step const& step, std::size_t index, Parse parse) {
+    return performed(step, [&] { return parse(argument(step, index)); });
 }
 
 } // namespace trelundo::paywall

@@ -1,6 +1,6 @@
-#include "tools/paywall/Failure.h"
+#include "tools/paywall/script/StoreSteps.h"
+
 #include "tools/paywall/screens/PropertyValues.h"
-#include "tools/paywall/script/ScriptRunner.h"
 #include "tools/paywall/script/StepArguments.h"
 
 namespace trelundo::paywall {
@@ -43,10 +43,13 @@ void checkArguments(Step const& step) {
     if (step.arguments.size() > expected) fail(step, "there are too many arguments");
 }
 
+void require(Step const& step, SandboxStore const& store, bool succeeded) {
+    if (!succeeded) fail(step, store.lastError().empty() ? "the store refuses" : store.lastError());
+}
+
 } // namespace
 
-void ScriptRunner::changeStore(Step const& step) {
-    auto& store = session_.store();
+void changeStore(SandboxStore& store, Step const& step) {
     auto const& change = argument(step, 0);
     checkArguments(step);
 
@@ -57,20 +60,15 @@ void ScriptRunner::changeStore(Step const& step) {
     else if (change == "interrupt")
         store.interruptNext();
     else if (change == "resume")
-        require(step, store.resume());
+        require(step, store, store.resume());
     else if (change == "approve")
-        require(step, store.approve());
+        require(step, store, store.approve());
     else if (change == "decline")
-        require(step, store.decline());
+        require(step, store, store.decline());
     else if (change == "promote")
-        require(step, store.promote(argument(step, 1)));
+        require(step, store, store.promote(argument(step, 1)));
     else
         fail(step, "unknown change of the store");
-}
-
-void ScriptRunner::require(Step const& step, bool succeeded) {
-    if (!succeeded)
-        fail(step, session_.store().lastError().empty() ? "the store refuses" : session_.store().lastError());
 }
 
 } // namespace trelundo::paywall
