@@ -1,6 +1,7 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/commands/CommandLine.h"
 #include "tools/paywall/commands/Commands.h"
+#include "tools/paywall/output/Console.h"
 
 #include <cstdio>
 #include <exception>
@@ -13,10 +14,10 @@ int main(int argc, char** argv) {
         if (std::fflush(stdout) != 0 || std::ferror(stdout)) failInput("standard output cannot be written");
         return status;
     } catch (Failure const& failure) {
-        std::fprintf(stderr, "paywall: %s\n", failure.message.c_str());
+        complain(failure.message);
         return failure.status;
     } catch (std::exception const& error) {
-        std::fprintf(stderr, "paywall: %s\n", error.what());
+        complain(error.what());
         return statusFailure;
     }
 }

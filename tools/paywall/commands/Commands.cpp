@@ -1,6 +1,7 @@
 #include "tools/paywall/commands/Commands.h"
 
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/output/Console.h"
 #include "tools/paywall/output/Describe.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/Screens.h"
@@ -12,7 +13,6 @@
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/window/WindowShell.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
@@ -21,10 +21,6 @@
 namespace trelundo::paywall {
 
 namespace {
-
-int printLine(std::string_view text) {
-    return std::printf("%.*s\n", static_cast<int>(text.size()), text.data());
-}
 
 std::string readFile(std::string const& path) {
     std::ifstream file{path, std::ios::binary};

@@ -1,16 +1,16 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/commands/Commands.h"
-#include "tools/paywall/demo/Demonstration.h"
 #include "tools/paywall/output/Json.h"
 #include "tools/paywall/output/Names.h"
+#include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 
+#include "tools/paywall/output/Console.h"
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <fmt/format.h>
 #include <set>
 
@@ -58,8 +58,6 @@ Json toJson(SKProduct const& product) {
             {"discounts", discounts}};
 }
 
-void print(Json const& json) { std::printf("%s\n", toText(json).c_str()); }
-
 void printTable(Products const& products) {
     std::array<std::size_t, 5> widths{};
     std::vector<std::array<std::string, 5>> rows{{"product", "price", "per month", "per week", "period"}};
@@ -76,7 +74,7 @@ void printTable(Products const& products) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) line += fmt::format("{:<{}}  ", row[i], widths[i]);
         line.erase(line.find_last_not_of(' ') + 1);
-        std::printf("%s\n", line.c_str());
+        printLine(line);
     }
 }
 
@@ -110,13 +108,13 @@ private:
 
 void printState(PremiumManager const& manager, std::vector<std::string> const& missing, bool asJson) {
     if (asJson) {
-        for (auto const& product : manager.products()) print(toJson(*product));
-        print({{"state", nameOf(manager.state())}, {"invalidProductIdentifiers", missing}});
+        for (auto const& product : manager.products()) printLine(toText(toJson(*product)));
+        printLine(toText({{"state", nameOf(manager.state())}, {"invalidProductIdentifiers", missing}}));
         return;
     }
     printTable(manager.products());
-    for (auto const& identifier : missing) std::printf("not in the catalogue: %s\n", identifier.c_str());
-    std::printf("state: %s\n", std::string{nameOf(manager.state())}.c_str());
+    for (auto const& identifier : missing) printLine("not in the catalogue: " + identifier);
+    printLine(fmt::format("state: {}", nameOf(manager.state())));
 }
 
 } // namespace
@@ -133,7 +131,7 @@ int printProducts(Options const& options) {
 
     std::vector<std::string> missing;
     if (listener->error())
-        fmt::print(stderr, "paywall: warning: the products could not be loaded: {}\n", *listener->error());
+        complain("warning: the products could not be loaded: " + *listener->error());
     else
         missing = missingIdentifiers(manager.productIdentifiers(), manager.products());
     printState(manager, missing, options.printsJson);

@@ -1,9 +1,7 @@
 #include "tools/paywall/demo/Demonstration.h"
 
 #include "tools/paywall/Failure.h"
-#include "trelundo/kit/common/Texts.h"
-#include "trelundo/platform/foundation/Locale.h"
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
+#include "trelundo/platform/foundation/Bundle.h"
 
 #include <algorithm>
 #include <array>
@@ -43,15 +41,6 @@ std::string demonstrationFeatures() {
         text += std::string{":"} + feature.picture;
     }
     return text;
-}
-
-void useLanguage(std::string const& tag) {
-    Locale::setPreferredLanguages({tag});
-    auto const chosen = Texts::kitBundle().preferredLocalizations();
-    bool const isRightToLeft = !chosen.empty() && Locale{chosen.front()}.isRightToLeft();
-    UIApplication::shared().setUserInterfaceLayoutDirection(
-        isRightToLeft ? UIUserInterfaceLayoutDirection::rightToLeft
-                      : UIUserInterfaceLayoutDirection::leftToRight);
 }
 
 void addHostPictures(std::vector<std::string> const& folders) {

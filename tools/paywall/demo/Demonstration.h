@@ -13,9 +13,6 @@ std::string_view demonstrationCatalogue();
 /// them.
 std::string demonstrationFeatures();
 
-/// Makes `tag` the user's language; the layout direction follows the language that the texts come out in.
-void useLanguage(std::string const& tag);
-
 /// Puts the demonstration pictures, and the folders before them, into the main bundle.
 void addHostPictures(std::vector<std::string> const& folders);
 

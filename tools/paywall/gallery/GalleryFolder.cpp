@@ -1,6 +1,7 @@
 #include "tools/paywall/gallery/GalleryFolder.h"
 
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/output/MakeFolder.h"
 
 #include <fstream>
 
@@ -18,12 +19,6 @@ std::uintmax_t sizeOf(fs::path const& file) {
     std::error_code error;
     auto const size = fs::file_size(file, error);
     return error ? 0 : size;
-}
-
-void makeFolder(fs::path const& folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error) failInput(folder.string() + ": cannot be made: " + error.message());
 }
 
 /// Readers see the old file or the new one, never a half.

@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <algorithm>
 #include <unicode/uloc.h>
@@ -16,15 +17,18 @@ std::vector<std::string> languages() {
 
 bool isKnownLanguage(std::string const& tag) {
     auto const language = Locale{tag}.languageCode();
-    char const* const* const known = uloc_getISOLanguages();
-    return std::any_of(
-        known,
-        [&] {
-            auto const* end = known;
-            while (*end) ++end;
-            return end;
-        }(),
-        [&](char const* code) { return language == code; });
+    for (auto const* code = uloc_getISOLanguages(); *code; ++code)
+        if (language == *code) return true;
+    return false;
+}
+
+void useLanguage(std::string const& tag) {
+    Locale::setPreferredLanguages({tag});
+    auto const chosen = Texts::kitBundle().preferredLocalizations();
+    bool const isRightToLeft = !chosen.empty() && Locale{chosen.front()}.isRightToLeft();
+    UIApplication::shared().setUserInterfaceLayoutDirection(
+        isRightToLeft ? UIUserInterfaceLayoutDirection::rightToLeft
+                      : UIUserInterfaceLayoutDirection::leftToRight);
 }
 
 } // namespace trelundo::paywall

@@ -2,9 +2,10 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/demo/Demonstration.h"
+#include "tools/paywall/output/Console.h"
+#include "tools/paywall/output/MakeFolder.h"
 #include "tools/paywall/system/Environment.h"
 
-#include <cstdio>
 #include <filesystem>
 
 namespace trelundo::paywall {
@@ -14,9 +15,7 @@ namespace {
 /// Where a window keeps its purchases between runs.
 std::filesystem::path userStoreFile() {
     auto const folder = userDataFolder() / "trelundo-paywall";
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) failInput(folder.string() + ": cannot be made: " + error.message());
+    makeFolder(folder);
     return folder / "store.sqlite";
 }
 
@@ -31,8 +30,7 @@ StoreConfiguration loadCatalogue(std::optional<std::string> const& path) {
     auto loaded = path ? StoreConfiguration::load(*path)
                        : StoreConfiguration::parse(demonstrationCatalogue(), "demonstration catalogue");
     if (!loaded.configuration) failInput(loaded.error);
-    for (auto const& warning : loaded.configuration->warnings())
-        std::fprintf(stderr, "paywall: warning: %s\n", warning.c_str());
+    for (auto const& warning : loaded.configuration->warnings()) complain("warning: " + warning);
     return *std::move(loaded.configuration);
 }
 
