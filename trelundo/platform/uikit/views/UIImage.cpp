@@ -107,18 +107,20 @@ std::string setFile(ImageName const& name) { return name.stem + ".imageset/Conte
 std::optional<Resource> findInSet(Bundle const& bundle, ImageName const& name) {
     auto const contents = load(bundle, setFile(name), 1);
     if (!contents) return std::nullopt;
-    std::string reason;
-    auto const set = ImageSet::parse(contents->bytes, reason);
-    if (!reason.empty()) logOnce(contents->path + reason);
+    auto const set = ImageSet::parse(contents->bytes, contents->path);
+    if (!set) {
+        logOnce(set.error().message);
+        return std::nullopt;
+    }
     auto const& screen = UIScreen::main();
-    auto const* slot = set.best(screen.device().idiom, static_cast<int>(screen.scale()));
+    auto const* slot = set->best(screen.device().idiom, static_cast<int>(screen.scale()));
     if (!slot) return std::nullopt;
     auto resource = load(bundle, name.stem + ".imageset/" + slot->file, std::max(slot->scale, 1));
     if (!resource) {
         logOnce(contents->path + ": there is no file \"" + slot->file + "\"");
         return std::nullopt;
     }
-    resource->renderingMode = set.renderingMode();
+    resource->renderingMode = set->renderingMode();
     return resource;
 }
 

@@ -57,18 +57,12 @@ UIImageRenderingMode renderingModeIn(JsonValue const* properties) {
 
 } // namespace
 
-ImageSet ImageSet::parse(std::string_view text, std::string& reason) {
-    ImageSet set;
-    auto const json = JsonValue::parse(text, "");
-    if (!json) {
-        reason = json.error().message;
-        return set;
-    }
+Result<ImageSet> ImageSet::parse(std::string_view text, std::string const& file) {
+    auto const json = JsonValue::parse(text, file);
+    if (!json) return json.error();
     auto const* images = json->find("images");
-    if (!images || !images->is(Kind::array)) {
-        reason = ": \"images\" is no list";
-        return set;
-    }
+    if (!images || !images->is(Kind::array)) return Error{file + ": \"images\" is no list"};
+    ImageSet set;
     for (auto const& value : images->elements)
         if (auto slot = slotIn(value)) set.slots_.push_back(std::move(*slot));
     set.renderingMode_ = renderingModeIn(json->find("properties"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/uikit/views/UIImageRenderingMode.h"
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
 
@@ -20,9 +21,8 @@ public:
         int scale = 0;                                                  // 0: serves every scale
     };
 
-    /// The set that `text` describes. What is no image set has no slots and gives a reason, to be written
-    /// behind the file's name (":3: unexpected ...").
-    static ImageSet parse(std::string_view text, std::string& reason);
+    /// The set that `text` describes. The error names `file`, and the line of broken text.
+    static Result<ImageSet> parse(std::string_view text, std::string const& file);
 
     /// The slot for a device: one of its own idiom before a universal one, then its own scale before one for
     /// every scale before the finest. Null when none serves it.
