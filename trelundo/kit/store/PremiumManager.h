@@ -68,6 +68,8 @@ public:
     /// store.
     bool purchase(Purchase purchase);
     void restore(std::string const& source, RestoreCompletion completion);
+    /// Whether a purchase or restore ended by the user's own cancelling: no failure to tell of.
+    static bool isCancellation(NSError const& error);
 
     /// `price / div` as a currency text of at most two fraction digits.
     static std::string price(Price const& price);

@@ -5,7 +5,6 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/foundation/Strings.h"
-#include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
@@ -21,10 +20,6 @@ constexpr double smallScreenPixelHeight = 1136;
 constexpr char const* restoreSource = "Buy"; // restores are never reported under the screen's own source
 constexpr char const* failureMessage =
     "Please try again. If the problem presists, let us know and we'll get right on it.";
-
-bool isCancellation(NSError const& error) {
-    return error.code() == static_cast<int>(SKErrorCode::paymentCancelled) || error.code() == -2;
-}
 
 void logEvent(std::string const& name, std::string const& source) {
     if (auto delegate = PremiumManager::sharedInstance().delegate())
@@ -179,7 +174,7 @@ void BaseViewController::purchaseDidEnd(bool success, Ref<SKPayment> const& paym
                      {{.title = "OK", .action = hideProgress, .isPreferred = true}});
     } else if (!error) {
         // Without an error there is nothing to tell: the overlay stays until the user leaves the screen.
-    } else if (isCancellation(*error)) {
+    } else if (PremiumManager::isCancellation(*error)) {
         setProgressShown(false);
     } else {
         presentFailure({.title = "Purchase Failed", .tryAgain = [payment](BaseViewController* screen) {
@@ -214,7 +209,7 @@ void BaseViewController::restoreDidEnd(bool success, Ref<NSError> const& error) 
         close();
     } else if (!error) {
         // As with purchases: the overlay stays.
-    } else if (isCancellation(*error)) {
+    } else if (PremiumManager::isCancellation(*error)) {
         setProgressShown(false);
     } else {
         presentFailure({.title = "Restoration Failed", .tryAgain = [](BaseViewController* screen) {
