@@ -35,8 +35,6 @@ NumberFormatter formatterOf(Style style, std::string_view locale = "en_US") {
     return formatter;
 }
 
-// CurrencyAgreementTest has every locale and the digits of its currency; here stand texts that no library
-// wrote.
 TEST(NumberFormatterTest, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
     struct {
         char const *locale, *number, *text;
@@ -49,6 +47,7 @@ TEST(NumberFormatterTest, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
         {"en_US@currency=JPY", "8", "¥8"},
         {"en_US@currency=KWD", "4.999166", "KWD\u00a04.99"},
         {"hi_IN", "1234567.891", "₹12,34,567.89"},
+        {"es_ES", "1234.5", "1.234,50\u00a0€"},
         {"fr_FR@currency=USD", "1234567.891", "1\u202f234\u202f567,89\u00a0$US"},
         {"nl_NL", "-3.5", "€\u00a0-3,50"},
         {"de_CH", "1234567.891", "CHF\u00a01’234’567.89"},
