@@ -18,21 +18,6 @@ TEST_F(LayerTest, FrameFollowsBoundsPositionAnchorAndTransform) {
     EXPECT_EQ(layer->frame(), CGRect(0, 0, 10, 60));
 }
 
-TEST_F(LayerTest, ALayerHasOneSuperlayer) {
-    auto const first = add({0, 0, 1, 1}), second = add({0, 0, 1, 1});
-    auto const child = make<CALayer>();
-    first->addSublayer(child);
-    second->insertSublayer(child, 99);
-    EXPECT_TRUE(first->sublayers().empty());
-    EXPECT_EQ(child->superlayer(), second.get());
-    root->insertSublayer(second, 0);
-    EXPECT_EQ(root->sublayers().front(), second);
-    EXPECT_EQ(root->sublayers().size(), 2u);
-    second->removeFromSuperlayer();
-    EXPECT_EQ(second->superlayer(), nullptr);
-    EXPECT_FALSE(child->isDisplayed());
-}
-
 TEST_F(LayerTest, ALayerCannotBePutIntoItself) {
     test::RecordedWarnings const warnings;
     auto const layer = add({0, 0, 1, 1});

@@ -47,19 +47,6 @@ TEST(CanvasTest, ClipsOnWholePixelsUntilRestored) {
     EXPECT_EQ(surface->pixel(3, 2), 0u);
 }
 
-TEST(CanvasTest, OpacitiesMultiply) {
-    auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
-        canvas.save();
-        canvas.multiplyOpacity(0.5);
-        canvas.multiplyOpacity(0.5);
-        canvas.fill({0, 0, 1, 2}, white);
-        canvas.restore();
-        canvas.fill({1, 0, 1, 2}, white);
-    });
-    EXPECT_NEAR(alphaAt(*surface, 0, 0), 64, 1);
-    EXPECT_EQ(alphaAt(*surface, 1, 0), 255);
-}
-
 TEST(CanvasTest, RoundsEachCornerByItsOwnRadius) {
     auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
         canvas.fillRounded({0, 0, 20, 20}, {.topLeft = 8, .bottomRight = 400}, red);
@@ -74,18 +61,6 @@ TEST(CanvasTest, RoundsEachCornerByItsOwnRadius) {
     int soft = 0;
     for (int x = 0; x < 8; ++x) soft += alphaAt(*surface, x, 1) % 255 != 0 ? 1 : 0;
     EXPECT_GE(soft, 1);
-}
-
-TEST(CanvasTest, BordersLieInsideAndFollowTheCorners) {
-    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
-        canvas.strokeRounded({0, 0, 20, 20}, CornerRadii::all(6), 2, red);
-    });
-    EXPECT_EQ(alphaAt(*surface, 0, 0), 0);
-    EXPECT_EQ(alphaAt(*surface, 10, 1), 255);
-    EXPECT_EQ(alphaAt(*surface, 10, 2), 0);
-    EXPECT_EQ(alphaAt(*surface, 10, 10), 0);
-    auto const thick = drawn(8, 8, 1, [](Canvas& canvas) { canvas.strokeRounded({0, 0, 8, 8}, {}, 9, red); });
-    EXPECT_EQ(alphaAt(*thick, 4, 4), 255);
 }
 
 /// A gradient over a strip of 100 by 2 pixels.
@@ -143,18 +118,6 @@ TEST(CanvasTest, CopiesSurfacesPixelByPixel) {
     EXPECT_NEAR(alphaAt(*surface, 12, 4), 128, 1);
 }
 
-TEST(CanvasTest, CutsSurfacesToRoundedCorners) {
-    auto const source = drawn(10, 10, 2, [](Canvas& canvas) { canvas.fill({0, 0, 10, 10}, red); });
-    auto const surface = drawn(12, 12, 2, [&](Canvas& canvas) {
-        canvas.drawSurface(*source, {1, 1}, CornerRadii::all(4));
-    });
-    EXPECT_EQ(alphaAt(*surface, 2, 2), 0);
-    EXPECT_EQ(surface->pixel(12, 12), 0xffff0000);
-    EXPECT_EQ(surface->pixel(12, 2), 0xffff0000);
-    EXPECT_EQ(alphaAt(*surface, 1, 12), 0);
-    EXPECT_EQ(alphaAt(*surface, 22, 12), 0);
-}
-
 TEST(CanvasTest, DrawsThroughRotations) {
     auto const source = drawn(4, 4, 1, [](Canvas& canvas) {
         canvas.fill({0, 0, 4, 4}, red);
@@ -178,20 +141,6 @@ TEST(CanvasTest, BlurLeavesEvenColorsAlone) {
         canvas.blurBackdrop({5, 5, 31, 30}, CornerRadii::all(7), 20, 1.8, clear);
     });
     EXPECT_TRUE(sameBytes(*plain, *blurred));
-}
-
-TEST(CanvasTest, BlurMixesOnlyInsideItsShape) {
-    auto const surface = drawn(60, 60, 1, [](Canvas& canvas) {
-        canvas.fill({0, 0, 30, 60}, black);
-        canvas.fill({30, 0, 30, 60}, white);
-        canvas.blurBackdrop({0, 0, 60, 30}, {}, 10, 1, clear);
-    });
-    auto const near = static_cast<int>(surface->pixel(26, 15) & 0xff);
-    EXPECT_GT(near, 60);
-    EXPECT_LT(near, 128);
-    EXPECT_LT(static_cast<int>(surface->pixel(2, 15) & 0xff), 10);
-    EXPECT_EQ(surface->pixel(26, 30), 0xff000000);
-    EXPECT_EQ(surface->pixel(31, 45), 0xffffffff);
 }
 
 TEST(CanvasTest, BlurRaisesSaturationAndLaysItsOverlayOver) {
@@ -220,18 +169,6 @@ TEST(CanvasTest, ShadowsFadeOutAroundTheirShape) {
     for (int distance = 1; distance < 20; ++distance)
         EXPECT_LE(alphaAt(*surface, 70 + distance, 60), alphaAt(*surface, 69 + distance, 60));
     EXPECT_NEAR(alphaAt(*surface, 25, 60), alphaAt(*surface, 74, 60), 2);
-}
-
-TEST(CanvasTest, ShadowsOfContentFollowItsAlpha) {
-    auto const source = drawn(40, 40, 1, [](Canvas& canvas) { canvas.fill({10, 10, 20, 20}, white); });
-    auto const content = drawn(100, 100, 1, [&](Canvas& canvas) {
-        canvas.drawShadow(*source, {20, 20}, 3, {0, 0}, {1, 0, 0, 1});
-    });
-    auto const shape = drawn(100, 100, 1, [](Canvas& canvas) {
-        canvas.drawShadow(CGRect(30, 30, 20, 20), {}, 3, {0, 0}, {1, 0, 0, 1});
-    });
-    for (int x = 15; x < 65; ++x) EXPECT_NEAR(alphaAt(*content, x, 40), alphaAt(*shape, x, 40), 2) << x;
-    EXPECT_EQ(content->pixel(40, 40) & 0xffff, 0u);
 }
 
 TEST(CanvasTest, GeometryThatCannotBeDrawnDoesNoHarm) {

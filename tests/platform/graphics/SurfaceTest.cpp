@@ -45,17 +45,6 @@ TEST_F(PngFileTest, KeepsTranslucentPixels) {
         }
 }
 
-TEST_F(PngFileTest, OpaquePixelsNeedNoAlphaAndStayExact) {
-    auto const surface = drawn(20, 20, 1, [](Canvas& canvas) {
-        canvas.fill({0, 0, 20, 20}, {0.1, 0.2, 0.3, 1});
-        canvas.fillRounded({3, 3, 9, 9}, CornerRadii::all(4), red);
-    });
-    ASSERT_TRUE(surface->isOpaque());
-    auto const read = written(*surface);
-    EXPECT_FALSE(read.hasAlphaChannel());
-    EXPECT_EQ(read.convertToFormat(QImage::Format_ARGB32_Premultiplied), surface->pixels().image);
-}
-
 TEST(SurfaceTest, ReportsAFileThatCannotBeWritten) {
     auto const result = Surface(2, 2, 1).writePng("/nowhere/at/all.png");
     ASSERT_FALSE(result);
