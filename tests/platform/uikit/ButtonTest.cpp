@@ -113,19 +113,6 @@ TEST_F(ButtonTest, ColoursFollowTheKind) {
     EXPECT_EQ(button->titleColor(State::disabled), UIColor::black());
 }
 
-TEST_F(ButtonTest, AttributedRunsTakeTheLabelsFontAndKeepTheirOwn) {
-    NSAttributedString title{"own", TextAttributes{}.with(Key::font, UIFont::system(11))};
-    title.append(" label's");
-    button->setAttributedTitle(title, State::normal);
-    button->titleLabel()->setFont(UIFont::boldSystem(25));
-    button->setHighlighted(true);
-    auto const runs = button->titleLabel()->resolvedRuns();
-    ASSERT_EQ(runs.size(), 2u);
-    EXPECT_EQ(runs[0].font.size, 11);
-    EXPECT_EQ(runs[1].font, (FontSpec{25, 700, false}));
-    EXPECT_EQ(runs[1].color, (CGColor{0, 0, 0, 1}));
-}
-
 // Parts.
 
 TEST_F(ButtonTest, PartsAreMadeWhenNeededPictureBelowTitle) {
@@ -170,40 +157,6 @@ TEST_F(ButtonTest, ContentAndItsInsetsMakeTheSize) {
     EXPECT_EQ(sized("", nullptr, {}, UIButtonType::system), (CGSize{30, 30}));
     EXPECT_EQ(sized("", nullptr, {8, 8, 8, 8}), (CGSize{16, 16}));
     EXPECT_EQ(sized("", picture(), {}), (CGSize{20, 10}));
-}
-
-TEST_F(ButtonTest, ATwoLineTitleBreaksAtItsLineFeedAndWhereItMust) {
-    button->titleLabel()->setNumberOfLines(2);
-    NSParagraphStyle style;
-    style.lineSpacing = 4;
-    auto attributes = TextAttributes{}.with(Key::font, UIFont::system(15)).with(Key::paragraphStyle, style);
-    button->setAttributedTitle(NSAttributedString{"Continue\nThen a longer second line", attributes},
-                               State::normal);
-    auto const second = sizeOf("Then a longer second line", UIFont::system(15));
-    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{second.width, 40 + 12}));
-    show(button, {0, 0, second.width, 60});
-    EXPECT_EQ(button->titleLabel()->fit().lineCount, 2);
-    EXPECT_FALSE(button->titleLabel()->fit().truncated);
-    EXPECT_DOUBLE_EQ(titleFrame().size.height, 40);
-    button->setFrame({0, 0, second.width / 2, 60});
-    EXPECT_LE(titleFrame().size.width, second.width / 2);
-    EXPECT_TRUE(button->titleLabel()->fit().truncated);
-    attributes.set(Key::paragraphStyle, NSParagraphStyle{});
-    button->setAttributedTitle(NSAttributedString{"Then a longer second line", attributes}, State::normal);
-    EXPECT_DOUBLE_EQ(titleFrame().size.height, 36) << "a line that is too long wraps";
-}
-
-TEST_F(ButtonTest, ATitleLabelsSettingsChangeTheButtonsSize) {
-    button->setTitle("Continue", State::normal);
-    button->setTranslatesAutoresizingMaskIntoConstraints(false);
-    auto& window = shell.window();
-    window.addSubview(button);
-    activate({button->leadingAnchor() == window.leadingAnchor(), button->topAnchor() == window.topAnchor()});
-    window.layoutWindow();
-    EXPECT_DOUBLE_EQ(button->frame().size.height, 33.5);
-    button->titleLabel()->setFont(UIFont::system(15));
-    window.layoutWindow();
-    EXPECT_DOUBLE_EQ(button->frame().size.height, 30);
 }
 
 // Layout.

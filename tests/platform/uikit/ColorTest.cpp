@@ -37,11 +37,4 @@ TEST(ColorTest, AnotherAlphaKeepsADynamicColourDynamic) {
     EXPECT_EQ(UIColor::white().withAlphaComponent(0.5), UIColor(1, 1, 1, 0.5));
 }
 
-TEST(ColorTest, DynamicColoursCompareByRule) {
-    EXPECT_EQ(UIColor::label(), UIColor::label());
-    EXPECT_FALSE(UIColor::label() == UIColor::black());
-    EXPECT_FALSE(UIColor::label() == UIColor::label().withAlphaComponent(1));
-    EXPECT_EQ(UIColor(0, 0, 0), UIColor::black());
-}
-
 } // namespace trelundo

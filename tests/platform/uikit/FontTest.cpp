@@ -6,13 +6,6 @@
 
 namespace trelundo {
 
-TEST(FontTest, MetricsAreThoseOfTheSystemFont) {
-    EXPECT_NEAR(UIFont::system(15).lineHeight(), 17.900391, 1e-6);
-    EXPECT_NEAR(UIFont::boldSystem(20).ascender(), 19.043, 1e-3);
-    EXPECT_NEAR(UIFont::italicSystem(20).descender(), -4.824, 1e-3);
-    EXPECT_NEAR(UIFont::system(93).capHeight(), 65.53, 0.01);
-}
-
 TEST(FontTest, AnyWeightPicksTheNearestNamedOne) {
     EXPECT_EQ(UIFont::Weight{0.25}.hundreds(), 500);
     EXPECT_EQ(UIFont::Weight{-7}.hundreds(), 100);

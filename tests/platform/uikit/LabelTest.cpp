@@ -254,17 +254,4 @@ TEST_F(LabelTest, TextChangesAreReportedOnceAndOnlyWhenTheyCanBeSeen) {
     EXPECT_EQ(texts.size(), 2u);
 }
 
-TEST_F(LabelTest, BoundingRectMeasuresLines) {
-    auto const one =
-        boundingRect(NSAttributedString{"Total"}, {greatestFiniteMagnitude, greatestFiniteMagnitude});
-    EXPECT_EQ(one.origin, CGPoint{});
-    EXPECT_NEAR(one.size.height, UIFont::system(12).lineHeight(), 1e-6);
-    auto const two = boundingRect(NSAttributedString{"Total\nTotal"}, {greatestFiniteMagnitude, 1});
-    EXPECT_NEAR(two.size.height, 2 * one.size.height, 1e-6);
-    EXPECT_NEAR(two.size.width, one.size.width, 1e-6);
-    auto const wrapped = boundingRect(NSAttributedString{"Total Total"}, {one.size.width * 1.5, 1});
-    EXPECT_NEAR(wrapped.size.height, two.size.height, 1e-6);
-    EXPECT_EQ(boundingRect(NSAttributedString{}, {100, 100}).size.width, 0);
-}
-
 } // namespace trelundo

@@ -175,18 +175,6 @@ TEST_F(PresentationTest, DismissingFromBelowTakesEverythingAbove) {
     EXPECT_FALSE(middle->isBeingDismissed());
 }
 
-TEST_F(PresentationTest, TheListenerHearsOfThePresentationInsideTheCall) {
-    setPresentationListener({.presented = [](UIViewController& controller, bool animated) {
-        note(std::string("presented ") + (animated ? "animated" : "plain") +
-             (controller.isViewLoaded() ? " loaded" : ""));
-    }});
-    auto const screen = make<WitnessController>("screen");
-    host->present(screen, true);
-    EXPECT_EQ(journal.front(), "presented animated");
-    host->present(make<UIViewController>(), false);
-    EXPECT_THAT(journal, ::testing::Not(::testing::Contains("presented plain"))) << "refused";
-}
-
 TEST_F(PresentationTest, AScreenMayPresentAndDismissFromItsOwnCallbacks) {
     auto const screen = make<WitnessController>("screen");
     screen->onDidAppear = [&] { screen->dismiss(true, [] { note("gone"); }); };

@@ -180,25 +180,6 @@ TEST_F(ConstraintTest, RightToLeftMirrorsLeadingAndTrailingOnly) {
     expectFrames({60, 0, 100, 0}, {168, 0, 200, 0}, 56);
 }
 
-TEST_F(ConstraintTest, BaselinesAlignAndFollowTheirText) {
-    auto const small = add(*root, CGSize{40, 20});
-    auto const large = add(*root, CGSize{40, 50});
-    small->baseline = 15;
-    large->baseline = 38;
-    activate({
-        large->topAnchor() == root->topAnchor() + 10,
-        small->firstBaselineAnchor() == large->firstBaselineAnchor(),
-        small->leadingAnchor() == root->leadingAnchor(),
-        large->leadingAnchor() == root->leadingAnchor(),
-    });
-    layout();
-    EXPECT_EQ(small->frame().minY(), 33);
-    large->baseline = 40;
-    large->resize({40, 52});
-    layout();
-    EXPECT_EQ(small->frame().minY(), 35);
-}
-
 TEST_F(ConstraintTest, GuidesTakePartAndReportTheirFrames) {
     auto const view = add(*root);
     auto const guide = make<UILayoutGuide>("room");

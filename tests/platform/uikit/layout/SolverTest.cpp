@@ -239,27 +239,15 @@ struct Loaded {
     }
 };
 
-TEST(SolverTest, RandomProblemsReachTheBestCorner) {
-    for (unsigned seed = 0; seed < 1500; ++seed) {
-        std::mt19937 random(seed);
-        auto const problem = randomProblem(random, 2 + seed % 2, 3 + seed % 6);
-        Loaded loaded(problem);
-        Loaded again(problem);
-        EXPECT_EQ(loaded.solver.solve(), again.solver.solve());
-        EXPECT_EQ(loaded.point(problem), again.point(problem)) << "equal calls give equal values";
-        loaded.expectOptimal(problem, "seed " + std::to_string(seed));
-    }
-}
-
 TEST(SolverTest, RandomChangesStepByStepStayOptimal) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         std::mt19937 random(seed + 5000);
-        auto problem = randomProblem(random, 3, 6);
+        auto problem = randomProblem(random, 2 + seed % 2, 3 + seed % 6);
         Loaded loaded(problem);
         for (int step = 0; step < 60; ++step) {
             auto const i = random() % problem.definitions.size();
             if (random() % 3 == 0) {
-                problem.definitions[i] = randomProblem(random, 3, 1).definitions[0];
+                problem.definitions[i] = randomProblem(random, problem.variables, 1).definitions[0];
                 loaded.solver.remove(loaded.handles[i]);
                 loaded.handles[i] = loaded.add(problem.definitions[i]);
             } else {
