@@ -37,4 +37,12 @@ TEST(ColorTest, AnotherAlphaKeepsADynamicColourDynamic) {
     EXPECT_EQ(UIColor::white().withAlphaComponent(0.5), UIColor(1, 1, 1, 0.5));
 }
 
+TEST(ColorTest, HexadecimalTextIsReadStrictly) {
+    EXPECT_EQ(UIColor::fromHex("#1e90ff80"), UIColor(30 / 255.0, 144 / 255.0, 1, 128 / 255.0));
+    EXPECT_EQ(UIColor::fromHex("#FF716A"), UIColor(1, 113 / 255.0, 106 / 255.0, 1));
+    for (auto const* text :
+         {"", "#", "1e90ff", "#1e90f", "#1e90fg", "#1e90ff8", "#-e90ff", "#+12345", "# 12345"})
+        EXPECT_FALSE(UIColor::fromHex(text)) << text;
+}
+
 } // namespace trelundo

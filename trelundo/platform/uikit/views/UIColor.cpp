@@ -1,5 +1,7 @@
 #include "trelundo/platform/uikit/views/UIColor.h"
 
+#include <charconv>
+
 namespace trelundo {
 
 namespace {
@@ -13,6 +15,17 @@ UIColor byAppearance(UIColor const& light, UIColor const& dark) {
 }
 
 } // namespace
+
+std::optional<UIColor> UIColor::fromHex(std::string_view text) {
+    if ((text.size() != 7 && text.size() != 9) || text.front() != '#') return std::nullopt;
+    unsigned value = 0;
+    auto const* const end = text.data() + text.size();
+    auto const [parsed, error] = std::from_chars(text.data() + 1, end, value, 16);
+    if (error != std::errc{} || parsed != end) return std::nullopt;
+    if (text.size() == 7) value = value << 8 | 0xFF;
+    auto const component = [value](int shift) { return (value >> shift & 0xFF) / 255.0; };
+    return UIColor{component(24), component(16), component(8), component(0)};
+}
 
 UIColor UIColor::dynamic(std::function<UIColor(UITraitCollection const&)> rule) {
     UIColor color = clear();

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 namespace trelundo {
 
@@ -16,6 +17,8 @@ public:
         : fixed_{red, green, blue, alpha} {}
     UIColor(CGColor color)
         : fixed_(color) {}
+    /// "#rrggbb" or "#rrggbbaa"; none for any other text.
+    static std::optional<UIColor> fromHex(std::string_view text);
     static UIColor gray(double white, double alpha) { return {white, white, white, alpha}; }
     /// `rule` is asked again for every set of traits; each call makes a colour of its own identity.
     static UIColor dynamic(std::function<UIColor(UITraitCollection const&)> rule);
