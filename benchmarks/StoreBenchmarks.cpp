@@ -1,6 +1,7 @@
 #include "benchmarks/Comparison.h"
 #include "tools/paywall/demo/Demonstration.h"
 #include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <filesystem>
@@ -113,17 +114,40 @@ private:
     sqlite3* database_ = nullptr;
 };
 
+/// Finishes what the sandbox sells as soon as it says so.
+class Finisher : public StoreBackendListener {
+public:
+    explicit Finisher(SandboxStore& store)
+        : store_(store) {}
+    void transactionsUpdated(std::vector<StoreTransaction> transactions) override {
+        for (auto const& each : transactions)
+            if (each.state == SKPaymentTransactionState::purchased && store_.finish(each.key)) ++count;
+    }
+    void restoreFinished() override {}
+    void restoreFailed(Ref<NSError>) override {}
+    void promotedPurchase(SKPayment::Fields, Ref<SKProduct>) override {}
+    void storefrontChanged() override {}
+
+    int count = 0;
+
+private:
+    SandboxStore& store_;
+};
+
 void buyAndFinish(benchmark::State& state) {
     Folder const folder;
     auto const catalogue =
         StoreConfiguration::parse(paywall::demonstrationCatalogue(), "demonstration catalogue");
-    auto const opened =
-        SandboxStore::open({.file = folder.path / "store.sqlite", .configuration = catalogue.configuration});
+    auto const store =
+        *SandboxStore::open({.file = folder.path / "store.sqlite", .configuration = *catalogue});
+    Finisher finisher{*store};
+    store->setListener(&finisher);
     BareCommits bare{folder.path / "bare.sqlite"};
     auto const buy = [&] {
-        auto const key = opened.store->buyAtOnce({.productIdentifier = "app.premium.yearly"});
-        if (!key) throw std::runtime_error("the sandbox did not sell");
-        opened.store->finish(*key);
+        auto const before = finisher.count;
+        store->addPayment({.productIdentifier = "app.premium.yearly"});
+        RunLoop::main().runUntilIdle();
+        if (finisher.count == before) throw std::runtime_error("the sandbox did not sell");
     };
     compare(state, buy, [&] { bare(); });
 }

@@ -26,7 +26,6 @@ bool isSound(trelundo::StoreConfiguration const& configuration) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     auto const loaded =
         trelundo::StoreConfiguration::parse({reinterpret_cast<char const*>(data), size}, "fuzzed");
-    if (loaded.configuration.has_value() != loaded.error.empty()) std::abort();
-    if (loaded.configuration && !isSound(*loaded.configuration)) std::abort();
+    if (loaded ? !isSound(*loaded) : loaded.error().message.empty()) std::abort();
     return 0;
 }

@@ -27,9 +27,10 @@ int main(int argc, char** argv) {
     if (argc < 3) return std::fprintf(stderr, "usage: minimal_host CATALOGUE.storekit PRODUCT...\n"), 2;
     WindowShell shell{argc, argv, {.device = DeviceProfile::find("phone-390x844"), .title = "Minimal host"}};
     auto catalogue = StoreConfiguration::load(argv[1]);
-    if (!catalogue.configuration) return std::fprintf(stderr, "%s\n", catalogue.error.c_str()), 1;
-    auto const sandbox = SandboxStore::open({.configuration = catalogue.configuration});
-    SKPaymentQueue::defaultQueue().setBackend(sandbox.store.get());
+    if (!catalogue) return std::fprintf(stderr, "%s\n", catalogue.error().message.c_str()), 1;
+    auto const sandbox = SandboxStore::open({.configuration = *catalogue});
+    if (!sandbox) return std::fprintf(stderr, "%s\n", sandbox.error().message.c_str()), 1;
+    SKPaymentQueue::defaultQueue().setBackend(sandbox->get());
 
     shell.window().setRootViewController(make<UIViewController>());
     shell.window().makeKeyAndVisible();

@@ -10,53 +10,56 @@
 
 namespace trelundo::test {
 
-/// A store that records what it is asked and answers what the test says, one main-queue turn later.
+/// A store behind a queue, without opinions: it notes what it is asked, and tells and answers what the test
+/// says.
 class FakeStore : public StoreBackend {
 public:
-    FakeStore() { SKPaymentQueue::defaultQueue().setBackend(this); }
+    explicit FakeStore(SKPaymentQueue& queue = SKPaymentQueue::defaultQueue())
+        : queue_(&queue) {
+        queue.setBackend(this);
+    }
     ~FakeStore() override {
-        SKPaymentQueue::defaultQueue().setBackend(nullptr);
+        if (auto const queue = queue_.lock()) queue->setBackend(nullptr);
         clearMainQueue();
     }
 
-    std::map<std::string, Ref<SKProduct>> catalogue;
-    Ref<NSError> loadError;
-    bool mayPay = true;
+    StoreBackendListener* listener = nullptr;
+    std::vector<std::string> calls; // "add a", "finish t1", "restore", "synchronize"
     std::vector<SKPayment::Fields> payments;
     std::vector<std::string> finished;
-    int restores = 0;
+    std::vector<StoreTransaction> waiting; // told when the queue synchronizes
+    bool canPay = true;
 
-    /// Reports one transaction for the last payment and lets the main queue run.
-    void report(SKPaymentTransactionState state, Ref<NSError> error = nullptr) {
-        StoreTransaction transaction{.key = "t" + std::to_string(payments.size()),
-                                     .payment = payments.back()};
-        transaction.state = state;
-        transaction.error = std::move(error);
-        deliver({transaction});
+    /// With a catalogue or an error, requests are answered by themselves; else by the test.
+    std::map<std::string, Ref<SKProduct>> catalogue;
+    Ref<NSError> loadError;
+    std::vector<std::function<void(ProductsResult)>> answers;
+
+    /// A transaction of the product `p` + `key`; without `code` it has no error.
+    static StoreTransaction transaction(std::string const& key, SKPaymentTransactionState state,
+                                        int code = -1) {
+        return {.key = key,
+                .payment = {.productIdentifier = "p" + key},
+                .state = state,
+                .error = code < 0 ? nullptr : makeStoreError(code)};
     }
-    void deliver(std::vector<StoreTransaction> transactions) {
-        listener_->transactionsUpdated(std::move(transactions));
-        RunLoop::main().runUntilIdle();
+    void tell(std::vector<StoreTransaction> transactions) const {
+        listener->transactionsUpdated(std::move(transactions));
     }
-    /// A restore of `count` transactions in one update, then its end.
-    void deliverRestored(int count) {
-        std::vector<StoreTransaction> restored;
-        for (int i = 0; i < count; ++i) {
-            restored.push_back({.key = "r" + std::to_string(i), .payment = {.productIdentifier = "yearly"}});
-            restored.back().state = SKPaymentTransactionState::restored;
-        }
-        if (count > 0) listener_->transactionsUpdated(restored);
-        listener_->restoreFinished();
-        RunLoop::main().runUntilIdle();
-    }
-    void failRestore(Ref<NSError> error) {
-        listener_->restoreFailed(std::move(error));
+    /// Tells of the last payment and lets the main queue run.
+    void report(SKPaymentTransactionState state, Ref<NSError> error = nullptr) const {
+        tell({{.key = "t" + std::to_string(payments.size()),
+               .payment = payments.back(),
+               .state = state,
+               .error = std::move(error)}});
         RunLoop::main().runUntilIdle();
     }
 
-    void setListener(StoreBackendListener* listener) override { listener_ = listener; }
+    void setListener(StoreBackendListener* heard) override { listener = heard; }
     void loadProducts(std::set<std::string> const& identifiers,
                       std::function<void(ProductsResult)> done) override {
+        answers.push_back(done);
+        if (catalogue.empty() && !loadError) return;
         ProductsResult result{.error = loadError};
         for (auto const& identifier : identifiers) {
             if (auto const found = catalogue.find(identifier); found != catalogue.end())
@@ -66,18 +69,27 @@ public:
         }
         DispatchQueue::main().async([=] { done(result); });
     }
-    bool canMakePayments() const override { return mayPay; }
-    void addPayment(SKPayment::Fields const& payment) override { payments.push_back(payment); }
-    bool finish(std::string const& key) override {
-        finished.push_back(key);
-        return true;
+    bool canMakePayments() const override { return canPay; }
+    void addPayment(SKPayment::Fields const& payment) override {
+        payments.push_back(payment);
+        calls.push_back("add " + payment.productIdentifier);
     }
-    void restore(std::optional<std::string> const& /*applicationUsername*/) override { ++restores; }
-    void synchronize() override {}
-    std::string storefront() const override { return "USA"; }
+    Result<void> finish(std::string const& key) override {
+        finished.push_back(key);
+        calls.push_back("finish " + key);
+        return {};
+    }
+    void restore(std::optional<std::string> const& /*applicationUsername*/) override {
+        calls.push_back("restore");
+    }
+    void synchronize() override {
+        calls.push_back("synchronize");
+        if (!waiting.empty()) tell(waiting);
+    }
+    std::string storefront() const override { return "FRA"; }
 
 private:
-    StoreBackendListener* listener_ = nullptr;
+    Weak<SKPaymentQueue> queue_;
 };
 
 } // namespace trelundo::test

@@ -36,7 +36,8 @@ void tapContinue(OffscreenShell& shell, PremiumViewController& paywall) {
 
 /// The identifier of what is on record as purchased and finished; empty when nothing is.
 std::string soldProduct(SandboxStore const& store) {
-    for (auto const& stored : store.transactions())
+    auto const transactions = *store.transactions();
+    for (auto const& stored : transactions)
         if (stored.isFinished) return stored.transaction.payment.productIdentifier;
     return {};
 }
@@ -45,9 +46,9 @@ std::string soldProduct(SandboxStore const& store) {
 
 int buyFirstPlan(char const* catalogue) {
     auto loaded = StoreConfiguration::load(catalogue);
-    if (!loaded.configuration) return std::fprintf(stderr, "%s\n", loaded.error.c_str()), 1;
-    auto const sandbox = SandboxStore::open({.configuration = loaded.configuration});
-    SKPaymentQueue::defaultQueue().setBackend(sandbox.store.get());
+    if (!loaded) return std::fprintf(stderr, "%s\n", loaded.error().message.c_str()), 1;
+    auto const sandbox = *SandboxStore::open({.configuration = *loaded});
+    SKPaymentQueue::defaultQueue().setBackend(sandbox.get());
 
     OffscreenShell shell{{.device = DeviceProfile::find("phone-390x844")}};
     auto const root = make<UIViewController>();
@@ -68,7 +69,7 @@ int buyFirstPlan(char const* catalogue) {
     shell.render();
     tapContinue(shell, *paywall);
 
-    auto const sold = soldProduct(*sandbox.store);
+    auto const sold = soldProduct(*sandbox);
     std::printf("sold: %s\n", sold.c_str());
     SKPaymentQueue::defaultQueue().setBackend(nullptr);
     return sold.empty() ? 1 : 0;

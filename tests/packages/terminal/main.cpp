@@ -34,9 +34,9 @@ bool buy(SKProduct const& product) {
 int main(int argc, char** argv) {
     if (argc != 3) return std::fprintf(stderr, "usage: host CATALOGUE.storekit PRODUCT\n"), 2;
     auto const catalogue = StoreConfiguration::load(argv[1]);
-    if (!catalogue.configuration) return std::fprintf(stderr, "%s\n", catalogue.error.c_str()), 1;
-    auto const sandbox = SandboxStore::open({.configuration = catalogue.configuration});
-    SKPaymentQueue::defaultQueue().setBackend(sandbox.store.get());
+    if (!catalogue) return std::fprintf(stderr, "%s\n", catalogue.error().message.c_str()), 1;
+    auto const sandbox = *SandboxStore::open({.configuration = *catalogue});
+    SKPaymentQueue::defaultQueue().setBackend(sandbox.get());
 
     auto const host = make<Host>();
     auto& manager = PremiumManager::sharedInstance();

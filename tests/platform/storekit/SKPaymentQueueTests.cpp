@@ -1,5 +1,7 @@
 #include "StoreTestSupport.h"
 
+#include "tests/support/FakeStore.h"
+
 #include <algorithm>
 #include <thread>
 
@@ -7,24 +9,22 @@ namespace trelundo {
 namespace {
 
 using State = SKPaymentTransactionState;
+using test::FakeStore;
 
 class PaymentQueueTest : public StoreTest {
 protected:
-    PaymentQueueTest() { queue->setBackend(&backend); }
-    ~PaymentQueueTest() override { queue->setBackend(nullptr); }
-
     void observe() {
         queue->addTransactionObserver(observer);
         drain();
-        backend.calls.clear();
+        store.calls.clear();
     }
     void tell(std::string const& key, State state) {
-        backend.tell({FakeBackend::report(key, state)});
+        store.tell({FakeStore::transaction(key, state)});
         drain();
     }
 
-    FakeBackend backend;
     Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    FakeStore store{*queue};
     Ref<RecordingObserver> observer = make<RecordingObserver>();
     RecordedWarnings warnings;
 };
@@ -35,25 +35,26 @@ TEST_F(PaymentQueueTest, ProcessesNothingWithoutObserver) {
     queue->add(payment);
     payment->setProductIdentifier("changed after the call");
     queue->restoreCompletedTransactions();
-    backend.listener->promotedPurchase({.productIdentifier = "b"}, nullptr);
+    store.listener->promotedPurchase({.productIdentifier = "b"}, nullptr);
     drain();
-    EXPECT_EQ(backend.calls, Lines{});
+    EXPECT_EQ(store.calls, Lines{});
 
     queue->addTransactionObserver(observer);
-    EXPECT_EQ(backend.calls, (Lines{"synchronize", "add a", "restore"}));
+    EXPECT_EQ(store.calls, (Lines{"synchronize", "add a", "restore"}));
     drain();
     EXPECT_EQ(observer->lines, Lines{"promoted b"});
-    EXPECT_EQ(backend.calls.size(), 3U) << "a promotion that is not accepted is not bought";
+    EXPECT_EQ(store.calls.size(), 3U) << "a promotion that is not accepted is not bought";
 
     observer = nullptr; // a destroyed observer counts as none
     queue->add(paymentFor("c"));
-    EXPECT_EQ(backend.calls.size(), 3U);
+    EXPECT_EQ(store.calls.size(), 3U);
 }
 
 TEST_F(PaymentQueueTest, BringsUnfinishedTransactionsInTheNextTurn) {
     auto const second = make<RecordingObserver>();
     auto const late = make<RecordingObserver>();
-    backend.waiting = {FakeBackend::report("1", State::purchased), FakeBackend::report("2", State::deferred)};
+    store.waiting = {FakeStore::transaction("1", State::purchased),
+                     FakeStore::transaction("2", State::deferred)};
     queue->addTransactionObserver(observer);
     queue->addTransactionObserver(observer);
     queue->addTransactionObserver(second);
@@ -72,17 +73,17 @@ TEST_F(PaymentQueueTest, BringsUnfinishedTransactionsInTheNextTurn) {
 
 TEST_F(PaymentQueueTest, UpdatesOneObjectInPlaceOnTheMainQueue) {
     observe();
-    std::thread{[&] { backend.tell({FakeBackend::report("1", State::purchasing)}); }}.join();
+    std::thread{[&] { store.tell({FakeStore::transaction("1", State::purchasing)}); }}.join();
     EXPECT_EQ(observer->lines, Lines{}) << "never inside the call";
     turn();
     auto const transaction = observer->last.at(0);
     tell("1", State::deferred);
-    auto paid = FakeBackend::report("1", State::restored);
+    auto paid = FakeStore::transaction("1", State::restored);
     paid.transactionIdentifier = "1";
     paid.date = 5;
-    paid.originalKey = paid.originalIdentifier = "0";
+    paid.originalIdentifier = "0";
     paid.originalDate = 3;
-    backend.tell({paid});
+    store.tell({paid});
     drain();
     EXPECT_EQ(observer->lines, (Lines{"p1:purchasing", "p1:deferred", "p1:restored"}));
     EXPECT_TRUE(observer->last.at(0) == transaction);
@@ -99,30 +100,31 @@ TEST_F(PaymentQueueTest, UpdatesOneObjectInPlaceOnTheMainQueue) {
 TEST_F(PaymentQueueTest, FinishedTransactionsLeaveInALaterTurn) {
     observer->finishes = true;
     observe();
-    backend.tell({FakeBackend::report("1", State::failed, 2)});
+    store.tell({FakeStore::transaction("1", State::failed, 2)});
     turn();
-    EXPECT_EQ(backend.calls, Lines{"finish 1"});
+    EXPECT_EQ(store.calls, Lines{"finish 1"});
     EXPECT_EQ(queue->transactions().size(), 1U);
     turn();
     EXPECT_EQ(queue->transactions().size(), 0U);
     EXPECT_EQ(observer->takeLines(), (Lines{"p1:failed(2)", "removed p1"}));
 
-    backend.tell({FakeBackend::report("1", State::failed, 2)});
+    store.tell({FakeStore::transaction("1", State::failed, 2)});
     drain();
     EXPECT_EQ(observer->lines, Lines{}) << "a report from before the finish is stale";
 }
 
 TEST_F(PaymentQueueTest, RefusesWhatCannotBeFinished) {
     observe();
-    backend.tell({FakeBackend::report("1", State::purchasing), FakeBackend::report("2", State::deferred),
-                  FakeBackend::report("3", State::purchased)});
+    store.tell({FakeStore::transaction("1", State::purchasing), FakeStore::transaction("2", State::deferred),
+                FakeStore::transaction("3", State::purchased)});
     drain();
     for (auto const& transaction : queue->transactions()) queue->finishTransaction(transaction);
-    EXPECT_EQ(backend.calls, Lines{"finish 3"});
+    EXPECT_EQ(store.calls, Lines{"finish 3"});
     queue->finishTransaction(observer->last.at(2));
-    queue->finishTransaction(make<SKPaymentTransaction>(paymentFor("x"), State::purchased));
+    queue->finishTransaction(make<SKPaymentTransaction>(
+        SKPaymentTransaction::Fields{.payment = paymentFor("x"), .state = State::purchased}));
     queue->finishTransaction(nullptr);
-    EXPECT_EQ(backend.calls, Lines{"finish 3"});
+    EXPECT_EQ(store.calls, Lines{"finish 3"});
     EXPECT_EQ(warnings.lines, (Lines{"Transaction 1 was not finished: it is still purchasing",
                                      "Transaction 2 was not finished: it waits for approval",
                                      "Transaction 3 was not finished: it is finished already",
@@ -134,12 +136,12 @@ TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilThe
     observer->finishes = true;
     observe();
     queue->restoreCompletedTransactions();
-    backend.tell({FakeBackend::report("1", State::restored)});
-    backend.tell({FakeBackend::report("2", State::restored), FakeBackend::report("3", State::restored)});
+    store.tell({FakeStore::transaction("1", State::restored)});
+    store.tell({FakeStore::transaction("2", State::restored), FakeStore::transaction("3", State::restored)});
     tell("9", State::purchased);
     EXPECT_EQ(observer->takeLines(), Lines{"p9:purchased"}) << "a purchase does not wait for the restore";
     EXPECT_EQ(queue->transactions().size(), 4U) << "but stays until its end";
-    backend.listener->restoreFinished();
+    store.listener->restoreFinished();
     drain();
     EXPECT_EQ(observer->lines, (Lines{"p1:restored p2:restored p3:restored", "restored, 4 on the queue",
                                       "removed p9 p1 p2 p3"}));
@@ -151,7 +153,7 @@ TEST_F(PaymentQueueTest, ATransactionFinishedBeforeTheRestoreDoesNotStayForIt) {
     tell("1", State::purchased);
     queue->finishTransaction(observer->last.at(0));
     queue->restoreCompletedTransactions();
-    backend.listener->restoreFinished();
+    store.listener->restoreFinished();
     drain();
     EXPECT_EQ(observer->lines.back(), "restored, 0 on the queue");
 }
@@ -161,12 +163,12 @@ TEST_F(PaymentQueueTest, ARestoreInsideARestoreFollowsIt) {
     observe();
     observer->onUpdate = [&](SKPaymentQueue& queue_) { queue_.restoreCompletedTransactions(); };
     queue->restoreCompletedTransactions();
-    backend.tell({FakeBackend::report("1", State::restored)});
-    backend.listener->restoreFinished();
+    store.tell({FakeStore::transaction("1", State::restored)});
+    store.listener->restoreFinished();
     drain();
     observer->onUpdate = nullptr;
-    EXPECT_EQ(std::ranges::count(backend.calls, "restore"), 2);
-    backend.listener->restoreFailed(makeStoreError(SKErrorCode::paymentCancelled));
+    EXPECT_EQ(std::ranges::count(store.calls, "restore"), 2);
+    store.listener->restoreFailed(makeStoreError(SKErrorCode::paymentCancelled));
     drain();
     EXPECT_EQ(observer->lines,
               (Lines{"p1:restored", "restored, 1 on the queue", "removed p1", "restore failed(2)"}));
@@ -192,7 +194,7 @@ TEST_F(PaymentQueueTest, ObserversMayComeAndGoInsideACallback) {
     EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
     EXPECT_EQ(removed->lines, Lines{});
     EXPECT_EQ(late->lines, Lines{"p1:purchased"}) << "who comes late is told in the next turn";
-    EXPECT_EQ(backend.calls.back(), "add q");
+    EXPECT_EQ(store.calls.back(), "add q");
 }
 
 TEST_F(PaymentQueueTest, AnObserverMayDestroyItselfAndTheQueueInsideACallback) {
@@ -210,8 +212,8 @@ TEST_F(PaymentQueueTest, EventsWithoutObserverWaitInOrder) {
     observe();
     queue->restoreCompletedTransactions();
     queue->removeTransactionObserver(*observer);
-    backend.tell({FakeBackend::report("1", State::restored)});
-    backend.listener->restoreFinished();
+    store.tell({FakeStore::transaction("1", State::restored)});
+    store.listener->restoreFinished();
     drain();
     EXPECT_EQ(observer->lines, Lines{});
     queue->addTransactionObserver(observer);
@@ -222,10 +224,10 @@ TEST_F(PaymentQueueTest, EventsWithoutObserverWaitInOrder) {
 TEST_F(PaymentQueueTest, AReplacedStoreIsForgotten) {
     observe();
     tell("1", State::purchased);
-    backend.tell({FakeBackend::report("2", State::purchased)});
+    store.tell({FakeStore::transaction("2", State::purchased)});
     queue->setBackend(nullptr);
     drain();
-    EXPECT_EQ(backend.listener, nullptr);
+    EXPECT_EQ(store.listener, nullptr);
     EXPECT_TRUE(queue->transactions().empty());
     EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
 }

@@ -16,17 +16,17 @@ namespace trelundo {
 namespace {
 
 using State = SKPaymentTransactionState;
+using Outcome = SandboxStore::Outcome;
 
-constexpr std::size_t runCount = 200;
 constexpr std::size_t batchSize = 8; // processes at a time
 
-StoreConfiguration catalogue() {
-    return *StoreConfiguration::parse(R"({"products": [
+std::unique_ptr<SandboxStore> openStore(std::filesystem::path const& folder) {
+    auto const catalogue = StoreConfiguration::parse(R"({"products": [
         {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
         {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"},
         {"productID": "frame", "displayPrice": "9.99", "type": "NonConsumable"}]})",
-                                      "shop")
-                .configuration;
+                                                     "shop");
+    return *SandboxStore::open({.file = folder / "store.db", .configuration = *catalogue, .seed = 0});
 }
 
 /// What a run that may die at any moment has seen; written line by line past all buffers.
@@ -59,12 +59,15 @@ struct Variant {
     bool approves = true;
 };
 
-/// Every kind of operation once or more, on a store that calls `hook` at each step.
+/// Every kind of operation once or more. Calls `step` before and after what makes an operation durable, from
+/// the creation of the store's file to the last commit.
 void performScenario(std::filesystem::path const& folder, Variant variant,
-                     std::function<void(std::string_view)> hook) {
+                     std::function<void()> const& step) {
+    DatabaseProbe const probe{[&](std::string_view sql, bool hasEnded) {
+        if (sql.starts_with("COMMIT") || (sql.starts_with("BEGIN") && !hasEnded)) step();
+    }};
     Journal journal{folder / "journal"};
-    auto const opened = SandboxStore::open(
-        {.file = folder / "store.db", .configuration = catalogue(), .seed = 0, .stepHook = std::move(hook)});
+    auto const store = openStore(folder);
     auto const queue = make<SKPaymentQueue>();
     auto const buyer = make<RecordingObserver>();
     buyer->onUpdate = [&](SKPaymentQueue& told) {
@@ -75,82 +78,69 @@ void performScenario(std::filesystem::path const& folder, Variant variant,
             told.finishTransaction(each);
         }
     };
-    auto& store = *opened.store;
     queue->setMonitor(&journal);
-    queue->setBackend(&store);
+    queue->setBackend(store.get());
     queue->addTransactionObserver(buyer);
-    auto const buy = [&](char const* product, SandboxStore::Outcome::Kind kind) {
-        store.setNextOutcome({.kind = kind});
+    auto const buy = [&](char const* product, Outcome::Kind kind) {
+        store->setNextOutcome({.kind = kind});
         queue->add(paymentFor(product));
         journal.write(std::string{"added "} + product);
         RunLoop::main().runUntilIdle();
     };
-    buy("badge", SandboxStore::Outcome::Kind::purchased);
-    buy("frame", SandboxStore::Outcome::Kind::deferred);
-    buy("coins", SandboxStore::Outcome::Kind::interrupted);
+    buy("badge", Outcome::Kind::purchased);
+    buy("frame", Outcome::Kind::deferred);
+    buy("coins", Outcome::Kind::interrupted);
     queue->restoreCompletedTransactions();
     RunLoop::main().runUntilIdle();
-    variant.approves ? store.approve() : store.decline();
+    EXPECT_TRUE(variant.approves ? store->approve() : store->decline());
     RunLoop::main().runUntilIdle();
-    store.resume();
+    EXPECT_TRUE(store->resume());
     journal.write("resumed");
     RunLoop::main().runUntilIdle();
     queue->setBackend(nullptr);
 }
 
-struct Death {
-    std::string step;
-    int occurrence = 1;
-};
+int countSteps(Variant variant) {
+    TemporaryFolder const folder;
+    int count = 0;
+    performScenario(folder.path(), variant, [&] { ++count; });
+    return count;
+}
 
-/// One death, in a folder of its own. The process runs beside others until ended() waits for it.
+/// A process that dies at one step, in a folder of its own, beside others until hasDied() waits for it.
 class DyingRun {
 public:
-    DyingRun(Variant variant, Death death)
-        : variant_(variant)
-        , death_(std::move(death))
+    DyingRun(Variant which, int step)
+        : variant(which)
+        , lastStep(step)
         , process_(::fork()) {
         if (process_ != 0) return;
         int seen = 0;
-        performScenario(folder_.path(), variant_, [&](std::string_view step) {
-            if (step == death_.step && ++seen == death_.occurrence) ::kill(::getpid(), SIGKILL);
+        performScenario(folder(), variant, [&] {
+            if (++seen == lastStep) ::kill(::getpid(), SIGKILL);
         });
         ::_exit(0);
     }
 
-    /// Whether the process has died at its step.
     bool hasDied() const {
         int status = 0;
         ::waitpid(process_, &status, 0);
         return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     }
     std::filesystem::path const& folder() const { return folder_.path(); }
-    Variant variant() const { return variant_; }
-    std::string place() const { return death_.step + " " + std::to_string(death_.occurrence); }
+
+    Variant const variant;
+    int const lastStep;
 
 private:
     TemporaryFolder folder_;
-    Variant variant_;
-    Death death_;
     ::pid_t process_;
 };
-
-/// Every step of the scenario, as often as it comes.
-std::vector<Death> deathsOf(Variant variant) {
-    TemporaryFolder const folder;
-    std::map<std::string, int, std::less<>> counts;
-    performScenario(folder.path(), variant, [&](std::string_view step) { ++counts[std::string{step}]; });
-    std::vector<Death> deaths;
-    for (auto const& step : SandboxStore::steps()) {
-        for (int i = 1; i <= counts[step]; ++i) deaths.push_back({step, i});
-    }
-    return deaths;
-}
 
 /// The journal of a run, sorted out.
 struct Account {
     struct Told {
-        int state = 0;
+        State state = {};
         std::string product;
     };
     std::map<std::string, Told> told; // the last word, by identifier
@@ -164,9 +154,9 @@ struct Account {
         for (std::string line; std::getline(stream, line);) read(line);
     }
 
-    bool wasSold(std::string const& product) const {
+    bool hasHeard(std::string const& product, State state) const {
         return std::ranges::any_of(told, [&](auto const& each) {
-            return each.second.product == product && each.second.state == static_cast<int>(State::purchased);
+            return each.second.product == product && each.second.state == state;
         });
     }
 
@@ -175,37 +165,33 @@ private:
         std::istringstream words{line};
         std::string kind;
         std::string word;
+        int state = 0;
         words >> kind >> word;
-        if (kind == "told") words >> told[word].state >> told[word].product;
+        if (kind == "told")
+            words >> state >> told[word].product, told[word].state = static_cast<State>(state);
         if (kind == "finishing") unsure = word;
-        if (kind == "finished") {
-            finished.insert(word);
-            unsure.clear();
-        }
+        if (kind == "finished") finished.insert(word), unsure.clear();
         if (kind == "added") added.push_back(word);
         if (kind == "resumed") isResumed = true;
     }
 };
 
 /// Whether a transaction last seen in `before` may be in `after` when it comes back.
-bool mayBecome(int before, int after) {
-    auto const state = static_cast<State>(before);
-    if (state == State::purchasing) return after != static_cast<int>(State::restored);
-    if (state == State::deferred) return after == 1 || after == 2 || after == 4;
+bool mayBecome(State before, State after) {
+    if (before == State::purchasing) return after != State::restored;
+    if (before == State::deferred) return after != State::purchasing && after != State::restored;
     return before == after;
 }
 
+/// The next run of the program.
 class SandboxCrashTest : public StoreTest {
 protected:
-    /// The next run of the program: what comes back by itself, then after resuming and restoring.
-    void check(std::filesystem::path const& folder, Variant variant, std::string const& place) {
-        SCOPED_TRACE(place);
-        Account const account{folder / "journal"};
-        auto opened =
-            SandboxStore::open({.file = folder / "store.db", .configuration = catalogue(), .seed = 0});
-        ASSERT_TRUE(opened.store) << opened.error;
-        EXPECT_EQ(opened.warning, "");
-        auto const records = opened.store->transactions();
+    void check(DyingRun const& run) {
+        SCOPED_TRACE("step " + std::to_string(run.lastStep));
+        Account const account{run.folder() / "journal"};
+        auto const store = openStore(run.folder());
+        EXPECT_TRUE(warnings.lines.empty()) << warnings.lines.front();
+        auto const records = *store->transactions();
         for (auto const& product : account.added)
             EXPECT_TRUE(std::ranges::any_of(records, [&](auto const& each) {
                 return each.transaction.payment.productIdentifier == product;
@@ -213,15 +199,31 @@ protected:
 
         auto const queue = make<SKPaymentQueue>();
         auto const observer = make<RecordingObserver>();
-        queue->setBackend(opened.store.get());
+        queue->setBackend(store.get());
         queue->addTransactionObserver(observer);
         drain();
-        std::map<std::string, int> back;
-        for (auto const& each : opened.store->transactions()) {
-            if (!each.isFinished && !each.isHeld)
-                back[each.transaction.key] = static_cast<int>(each.transaction.state);
-        }
-        EXPECT_EQ(queue->transactions().size(), back.size());
+        checkWhatComesBack(*store, *queue, account);
+        observer->lines.clear();
+        EXPECT_TRUE(store->resume());
+        drain();
+        EXPECT_TRUE(!account.hasHeard("coins", State::failed) || isSold(*store, "coins"))
+            << "what was held back arrives in the end";
+        EXPECT_TRUE(!account.isResumed || observer->lines.empty()) << "and once only";
+        observer->lines.clear();
+        queue->restoreCompletedTransactions();
+        drain();
+        checkWhatIsOwned(*store, observer->lines.front(), account);
+        EXPECT_TRUE(run.variant.approves || !account.hasHeard("frame", State::purchased));
+        queue->setBackend(nullptr);
+    }
+
+    static void checkWhatComesBack(SandboxStore const& store, SKPaymentQueue const& queue,
+                                   Account const& account) {
+        std::map<std::string, State> back;
+        auto const records = *store.transactions();
+        for (auto const& each : records)
+            if (!each.isFinished && !each.isHeld) back[each.transaction.key] = each.transaction.state;
+        EXPECT_EQ(queue.transactions().size(), back.size());
         for (auto const& [id, told] : account.told) {
             if (account.finished.contains(id)) {
                 EXPECT_FALSE(back.contains(id)) << id << " came back after its finish";
@@ -230,58 +232,42 @@ protected:
                 EXPECT_TRUE(mayBecome(told.state, back[id])) << id;
             }
         }
-        checkEntitlements(*opened.store, *queue, *observer, account, variant);
-        queue->setBackend(nullptr);
     }
 
-    void checkEntitlements(SandboxStore& store, SKPaymentQueue& queue, RecordingObserver& observer,
-                           Account const& account, Variant variant) {
-        observer.lines.clear();
-        EXPECT_TRUE(store.resume());
-        drain();
-        auto const sold = [&](char const* product) {
-            return std::ranges::any_of(store.transactions(), [&](auto const& each) {
-                return each.transaction.payment.productIdentifier == product &&
-                       each.transaction.state == State::purchased;
-            });
-        };
-        bool const wasInterrupted = std::ranges::any_of(account.told, [](auto const& each) {
-            return each.second.product == "coins" && each.second.state == 2;
-        });
-        EXPECT_TRUE(!wasInterrupted || sold("coins")) << "what was held back arrives in the end";
-        EXPECT_TRUE(!account.isResumed || observer.lines.empty()) << "and once only";
-
-        observer.lines.clear();
-        queue.restoreCompletedTransactions();
-        drain();
-        std::string const restored = observer.lines.empty() ? "" : observer.lines.front();
-        for (auto const* product : {"badge", "frame"}) {
-            bool const isOwned = restored.find(std::string{product} + ":restored") != std::string::npos;
-            EXPECT_TRUE(isOwned || !account.wasSold(product)) << product;
-            EXPECT_EQ(isOwned, sold(product)) << product;
+    static void checkWhatIsOwned(SandboxStore const& store, std::string const& restored,
+                                 Account const& account) {
+        for (std::string const product : {"badge", "frame"}) {
+            bool const isOwned = restored.find(product + ":restored") != std::string::npos;
+            EXPECT_TRUE(isOwned || !account.hasHeard(product, State::purchased)) << product;
+            EXPECT_EQ(isOwned, isSold(store, product)) << product;
         }
-        EXPECT_TRUE(variant.approves || !account.wasSold("frame"));
     }
+
+    static bool isSold(SandboxStore const& store, std::string const& product) {
+        auto const records = *store.transactions();
+        return std::ranges::any_of(records, [&](auto const& each) {
+            return each.transaction.payment.productIdentifier == product &&
+                   each.transaction.state == State::purchased;
+        });
+    }
+
+    RecordedWarnings warnings;
 };
 
 TEST_F(SandboxCrashTest, NothingIsLostOrRepeatedWhereverTheProcessDies) {
-    std::vector<std::pair<Variant, Death>> plan;
-    for (bool const finishes : {true, false})
-        for (bool const approves : {true, false})
-            for (auto const& death : deathsOf({finishes, approves}))
-                plan.emplace_back(Variant{finishes, approves}, death);
-    std::set<std::string> steps;
-    for (auto const& each : plan) steps.insert(each.second.step);
-    EXPECT_EQ(steps.size(), SandboxStore::steps().size()) << "the scenario passes every step";
-    EXPECT_LE(plan.size(), runCount) << "and every passage is a death";
-
-    for (std::size_t begin = 0; begin < runCount; begin += batchSize) {
+    std::deque<std::pair<Variant, int>> plan;
+    for (Variant const variant : {Variant{true, true}, {true, false}, {false, true}, {false, false}}) {
+        int const steps = countSteps(variant);
+        EXPECT_GE(steps, 3 * 10) << "before, inside and after every commit";
+        for (int step = 1; step <= steps; ++step) plan.emplace_back(variant, step);
+    }
+    while (!plan.empty()) {
         std::deque<DyingRun> batch;
-        for (auto i = begin; i < begin + batchSize; ++i)
-            batch.emplace_back(plan[i % plan.size()].first, plan[i % plan.size()].second);
+        for (; !plan.empty() && batch.size() < batchSize; plan.pop_front())
+            batch.emplace_back(plan.front().first, plan.front().second);
         for (auto const& run : batch) {
-            EXPECT_TRUE(run.hasDied()) << run.place();
-            check(run.folder(), run.variant(), run.place());
+            EXPECT_TRUE(run.hasDied()) << run.lastStep;
+            check(run);
         }
         if (HasFatalFailure()) return;
     }

@@ -3,9 +3,11 @@
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -28,39 +30,60 @@ int inChild(std::function<int()> const& work) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+/// While it lives, no file grows beyond a limit, as on a full disk.
+class FullDisk {
+public:
+    explicit FullDisk(::rlim_t bytes = 0)
+        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &limit_);
+        rlimit const full{bytes, limit_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &full);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &limit_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(FullDisk const&) = delete;
+    FullDisk& operator=(FullDisk const&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit limit_{};
+};
+
 class SandboxLedgerTest : public ::testing::Test {
 protected:
-    SandboxLedger::Opened open() const { return SandboxLedger::open({.file = file}); }
+    Result<std::unique_ptr<SandboxLedger>> open() const { return SandboxLedger::open(file); }
+    static bool record(SandboxLedger& ledger) {
+        return ledger.recordPurchase({.productIdentifier = "p"}, true).has_value();
+    }
     void fill(int purchases) const {
-        auto const opened = open();
-        ASSERT_TRUE(opened.ledger) << opened.error;
-        for (int i = 0; i < purchases; ++i) opened.ledger->recordPurchase({.productIdentifier = "p"}, true);
+        auto const ledger = *open();
+        for (int i = 0; i < purchases; ++i) record(*ledger);
     }
     void expectRefusal(std::string const& reason) const {
         auto const before = contentsOf(file);
-        auto const opened = open();
-        EXPECT_FALSE(opened.ledger);
-        EXPECT_EQ(opened.error, file.string() + ": " + reason);
-        EXPECT_EQ(opened.setAside, "");
+        EXPECT_EQ(open().error().message, file.string() + ": " + reason);
+        EXPECT_EQ(warnings.lines, std::vector<std::string>{}) << "not set aside";
         EXPECT_EQ(contentsOf(file), before) << "nothing lost";
     }
 
     TemporaryFolder folder;
     std::filesystem::path file = folder / "store.db";
+    RecordedWarnings warnings;
 };
 
 TEST_F(SandboxLedgerTest, ItsFilesBelongToTheirOwnerAlone) {
     auto const mask = ::umask(0);
     {
-        auto const opened = open();
-        ASSERT_TRUE(opened.ledger);
-        opened.ledger->recordPurchase({.productIdentifier = "p"}, true);
+        auto const ledger = *open();
+        record(*ledger);
         for (auto const& entry : std::filesystem::directory_iterator{folder.path()})
             EXPECT_EQ(static_cast<int>(entry.status().permissions()), 0600) << entry.path();
     }
     ::umask(mask);
     std::filesystem::permissions(file, std::filesystem::perms::all);
-    open();
+    EXPECT_TRUE(open());
     EXPECT_EQ(static_cast<int>(std::filesystem::status(file).permissions()), 0600);
 }
 
@@ -68,11 +91,11 @@ TEST_F(SandboxLedgerTest, SetsABrokenFileAside) {
     std::string const garbage(5000, 'x');
     for (auto const* name : {"store.db.broken-1", "store.db.broken-2"}) {
         std::ofstream{file, std::ios::binary} << garbage;
-        auto const opened = open();
-        ASSERT_TRUE(opened.ledger) << opened.error;
-        EXPECT_EQ(opened.setAside, (folder / name).string());
+        auto const ledger = *open();
+        EXPECT_EQ(warnings.lines.back(),
+                  file.string() + ": the store was broken; it was kept as " + (folder / name).string());
         EXPECT_EQ(contentsOf(folder / name), garbage) << "kept as it was";
-        EXPECT_TRUE(opened.ledger->recordPurchase({.productIdentifier = "p"}, true));
+        EXPECT_TRUE(record(*ledger));
     }
 }
 
@@ -83,17 +106,17 @@ TEST_F(SandboxLedgerTest, NoDamageIsFatal) {
         auto damaged = sound;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x5a);
         std::ofstream{file, std::ios::binary} << damaged;
+        warnings.lines.clear();
         auto const opened = open();
-        EXPECT_TRUE(opened.ledger || !opened.error.empty());
-        if (!opened.ledger) continue;
-        EXPECT_TRUE(opened.ledger->recordPurchase({.productIdentifier = "p"}, true)) << at;
-        EXPECT_EQ(opened.ledger->records().size(), opened.setAside.empty() ? 61U : 1U) << at;
+        if (!opened) continue;
+        EXPECT_TRUE(record(**opened)) << at;
+        EXPECT_EQ((*opened)->records()->size(), warnings.lines.empty() ? 61U : 1U) << at;
     }
     for (std::size_t const length : {0UL, 50UL, 4096UL, sound.size() - 4096}) {
         std::ofstream{file, std::ios::binary} << sound.substr(0, length);
-        auto const opened = open();
-        EXPECT_TRUE(opened.ledger) << opened.error;
-        EXPECT_EQ(opened.setAside.empty(), length == 0) << length;
+        warnings.lines.clear();
+        EXPECT_TRUE(open());
+        EXPECT_EQ(warnings.lines.empty(), length == 0) << length;
     }
 }
 
@@ -112,11 +135,12 @@ TEST_F(SandboxLedgerTest, RefusesFilesOfOthersOfAnotherSchemaOrInUse) {
     expectRefusal("the store has another schema");
     change("DROP INDEX more");
 
-    auto const first = open();
-    EXPECT_EQ(first.ledger->records().size(), 1U);
+    auto const first = *open();
+    EXPECT_EQ(first->records()->size(), 1U);
     expectRefusal("the store is in use by another process");
-    EXPECT_EQ(inChild([&] { return open().error.ends_with("in use by another process") ? 0 : 1; }), 0);
-    EXPECT_TRUE(first.ledger->recordPurchase({.productIdentifier = "p"}, true));
+    EXPECT_EQ(inChild([&] { return open().error().message.ends_with("in use by another process") ? 0 : 1; }),
+              0);
+    EXPECT_TRUE(record(*first));
 }
 
 TEST_F(SandboxLedgerTest, RefusesWhatItCannotWrite) {
@@ -126,46 +150,44 @@ TEST_F(SandboxLedgerTest, RefusesWhatItCannotWrite) {
     // The superuser may write anything, so the child becomes nobody.
     auto const openAsNobody = [&] {
         if (::geteuid() == 0 && ::setuid(65534) != 0) return 2;
-        return open().error == file.string() + ": the store is read-only" ? 0 : 1;
+        return open().error().message == file.string() + ": the store is read-only" ? 0 : 1;
     };
     EXPECT_EQ(inChild(openAsNobody), 0);
-    EXPECT_EQ(SandboxLedger::open({.file = folder.path()}).error, folder.path().string() + ": not a file");
-    EXPECT_EQ(SandboxLedger::open({.file = folder / "none/store.db"}).error,
-              (folder / "none/store.db").string() +
-                  ": the store cannot be created: No such file or directory");
+    EXPECT_EQ(SandboxLedger::open(folder.path()).error().message, folder.path().string() + ": not a file");
+    auto const homeless = folder / "none/store.db";
+    EXPECT_EQ(SandboxLedger::open(homeless).error().message,
+              homeless.string() + ": the store cannot be created: No such file or directory");
 }
 
 TEST_F(SandboxLedgerTest, AFullDiskLosesNothing) {
-    std::size_t recorded = 0;
+    std::size_t recorded = 1;
     {
-        auto const opened = open();
-        auto const record = [&] { return opened.ledger->recordPurchase({.productIdentifier = "p"}, true); };
-        ASSERT_TRUE(record());
+        auto const ledger = *open();
+        ASSERT_TRUE(record(*ledger));
         auto full = std::make_optional<FullDisk>(60'000);
-        while (recorded < 200 && record()) ++recorded;
-        auto const kept = opened.ledger->records().size();
+        while (recorded < 200 && record(*ledger)) ++recorded;
+        auto const kept = ledger->records()->size();
         full.reset();
-        EXPECT_TRUE(recorded > 0 && recorded < 200) << recorded;
-        EXPECT_TRUE(opened.ledger->lastError().starts_with(file.string() + ": the disk"));
-        EXPECT_EQ(kept, recorded + 1);
-        EXPECT_TRUE(record()) << "it goes on";
+        EXPECT_TRUE(recorded > 1 && recorded < 200) << recorded;
+        EXPECT_EQ(kept, recorded);
+        EXPECT_TRUE(record(*ledger)) << "it goes on";
     }
-    EXPECT_EQ(open().ledger->records().size(), recorded + 2);
+    EXPECT_EQ((*open())->records()->size(), recorded + 1);
 }
 
 TEST_F(SandboxLedgerTest, AnOperationInTheWrongStateChangesNothing) {
-    auto const opened = SandboxLedger::open({});
-    auto& ledger = *opened.ledger;
-    auto const identifier = ledger.recordPurchase({.productIdentifier = "p"}, true)->identifier;
-    EXPECT_FALSE(ledger.finish(identifier)) << "still purchasing";
-    EXPECT_FALSE(ledger.settle("approval", identifier, State::deferred, {}));
-    EXPECT_TRUE(ledger.settle("outcome", identifier, State::purchasing, {.date = 3}));
-    EXPECT_FALSE(ledger.settle("outcome", identifier, State::purchasing, {}));
-    EXPECT_TRUE(ledger.finish(identifier));
-    EXPECT_FALSE(ledger.finish(identifier));
-    EXPECT_FALSE(ledger.finish(identifier + 1));
-    EXPECT_EQ(ledger.find(identifier)->date, 3);
-    EXPECT_TRUE(ledger.unfinished().empty());
+    auto const ledger = *SandboxLedger::open();
+    auto const identifier = ledger->recordPurchase({.productIdentifier = "p"}, true)->identifier;
+    EXPECT_FALSE(ledger->finish(identifier)) << "still purchasing";
+    EXPECT_FALSE(*ledger->settle(identifier, State::deferred, {}));
+    EXPECT_EQ((*ledger->settle(identifier, State::purchasing, {.date = 3}))->date, 3);
+    EXPECT_FALSE(*ledger->settle(identifier, State::purchasing, {}));
+    EXPECT_TRUE(ledger->finish(identifier));
+    for (auto const refused : {identifier, identifier + 1})
+        EXPECT_EQ(ledger->finish(refused).error().message,
+                  "transaction " + std::to_string(refused) + " cannot be finished");
+    EXPECT_EQ(ledger->records()->at(0).date, 3);
+    EXPECT_TRUE(ledger->unfinished()->empty());
 }
 
 } // namespace

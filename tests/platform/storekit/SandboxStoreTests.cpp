@@ -1,6 +1,8 @@
-#include "SandboxStoreTest.h"
+#include "StoreTestSupport.h"
 
-#include <algorithm>
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+
+#include <memory>
 
 namespace trelundo {
 namespace {
@@ -8,6 +10,68 @@ namespace {
 using Kind = SandboxStore::Outcome::Kind;
 using RestoreKind = SandboxStore::RestoreOutcome::Kind;
 using State = SKPaymentTransactionState;
+
+constexpr char const* products = R"("products": [
+    {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
+    {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}],
+  "nonRenewingSubscriptions": [{"productID": "pass", "displayPrice": "5", "type": "NonRenewingSubscription"}],
+  "subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month", "displayPrice": "4.99",
+    "type": "RecurringSubscription", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
+      {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}])";
+
+StoreConfiguration catalogue(std::string const& settings = "{}") {
+    return *StoreConfiguration::parse(R"({"settings": )" + settings + ", " + products + "}", "shop");
+}
+
+/// A queue and its observer on a sandbox store; reopen() is the next run of the program.
+class SandboxStoreTest : public StoreTest {
+protected:
+    ~SandboxStoreTest() override { queue->setBackend(nullptr); }
+
+    void open(SandboxStore::Options options = {.configuration = catalogue(), .seed = 0}) {
+        auto opened = *SandboxStore::open(options);
+        queue->setBackend(opened.get());
+        store = std::move(opened);
+        queue->addTransactionObserver(observer);
+        drain();
+    }
+    void openFile(std::string const& settings = "{}") {
+        open({.file = folder / "store.db", .configuration = catalogue(settings), .seed = 0});
+    }
+    void close() {
+        queue->setBackend(nullptr);
+        store = nullptr;
+        queue->removeTransactionObserver(*observer);
+        drain();
+        observer->lines.clear();
+    }
+    void reopen() {
+        close();
+        openFile();
+    }
+    Lines buy(std::string product) {
+        queue->add(paymentFor(std::move(product)));
+        drain();
+        return observer->takeLines();
+    }
+    Lines restore() {
+        queue->restoreCompletedTransactions();
+        drain();
+        return observer->takeLines();
+    }
+    int failureOf(SKPayment::Fields payment) {
+        queue->add(make<SKPayment>(std::move(payment)));
+        drain();
+        auto const error = observer->last.at(0)->error();
+        return error ? error->code() : -1;
+    }
+
+    TemporaryFolder folder;
+    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    Ref<RecordingObserver> observer = make<RecordingObserver>();
+    std::unique_ptr<SandboxStore> store;
+    RecordedWarnings warnings;
+};
 
 TEST_F(SandboxStoreTest, SellsByTurnsAfterTheDelay) {
     open({.configuration = catalogue(), .seed = 3, .delay = 2});
@@ -17,13 +81,11 @@ TEST_F(SandboxStoreTest, SellsByTurnsAfterTheDelay) {
     EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
     EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003001");
     EXPECT_EQ(observer->last.at(0)->transactionDate(), 1002);
-    store->setDelay(0);
+    open();
     queue->add(paymentFor("coins"));
     EXPECT_EQ(observer->lines, Lines{});
     turn();
     EXPECT_EQ(observer->lines, Lines{"coins:purchasing"});
-    turn();
-    EXPECT_EQ(observer->lines, (Lines{"coins:purchasing", "coins:purchased"}));
 }
 
 TEST_F(SandboxStoreTest, FollowsTheScriptButRefusesWhatItCannotSell) {
@@ -40,7 +102,9 @@ TEST_F(SandboxStoreTest, FollowsTheScriptButRefusesWhatItCannotSell) {
     }
     EXPECT_EQ(buy("coins").at(1), "coins:purchased");
     EXPECT_EQ(buy("nothing").at(1), "nothing:failed(5)");
-    EXPECT_FALSE(store->promote("nothing"));
+    store->setNextOutcome({Kind::cancelled, 0});
+    EXPECT_EQ(buy("nothing").at(1), "nothing:failed(2)") << "as told, even so";
+    EXPECT_EQ(store->promote("nothing").error().message, "no product nothing");
     store->setCanMakePayments(false);
     EXPECT_EQ(buy("coins").at(1), "coins:failed(4)");
     EXPECT_FALSE(store->canMakePayments());
@@ -50,9 +114,6 @@ TEST_F(SandboxStoreTest, HonoursTheSettingsOfTheConfiguration) {
     open({.configuration = catalogue(R"({"_askToBuyEnabled": true, "_storefront": "JPN"})"), .seed = 0});
     EXPECT_EQ(buy("coins").back(), "coins:deferred");
     EXPECT_EQ(queue->storefrontCountryCode(), "JPN");
-    store->setStorefront("FRA");
-    drain();
-    EXPECT_EQ(observer->takeLines(), Lines{"storefront FRA"});
     open({.configuration =
               catalogue(R"({"_failTransactionsEnabled": true, "_storeKitError": 3, "_storeKitErrors": [
         {"name": "App Store Sync", "enabled": true}]})"),
@@ -88,9 +149,9 @@ TEST_F(SandboxStoreTest, RestoringAgainUsesWhatIsStillUnfinished) {
     openFile();
     buy("badge");
     restore();
-    auto const before = store->transactions().size();
+    auto const before = store->transactions()->size();
     restore();
-    EXPECT_EQ(store->transactions().size(), before);
+    EXPECT_EQ(store->transactions()->size(), before);
     reopen();
     EXPECT_EQ(observer->lines, Lines{"badge:purchased badge:restored"});
 }
@@ -142,8 +203,7 @@ TEST_F(SandboxStoreTest, DeferredTransactionsWaitForAWord) {
     reopen();
     EXPECT_EQ(observer->takeLines(), Lines{"coins:deferred badge:deferred month:deferred"});
     auto const month = observer->last.at(2);
-    EXPECT_FALSE(store->approve("1000000099"));
-    EXPECT_EQ(store->lastError(), "no deferred transaction 1000000099");
+    EXPECT_EQ(store->approve("1000000099").error().message, "no deferred transaction 1000000099");
     EXPECT_TRUE(store->approve("1000000003"));
     EXPECT_EQ(observer->lines, Lines{}) << "told in a later turn";
     drain();
@@ -164,11 +224,9 @@ TEST_F(SandboxStoreTest, ApprovesWithoutQueueOrCatalogue) {
     buy("badge");
     close();
     {
-        auto const offline = SandboxStore::open({.file = folder / "store.db"});
-        ASSERT_TRUE(offline.store);
-        ASSERT_EQ(offline.store->transactions().size(), 1U);
-        EXPECT_EQ(offline.store->transactions()[0].transaction.state, State::deferred);
-        EXPECT_TRUE(offline.store->approve());
+        auto const offline = *SandboxStore::open({.file = folder / "store.db"});
+        EXPECT_EQ(offline->transactions()->at(0).transaction.state, State::deferred);
+        EXPECT_TRUE(offline->approve());
     }
     observer->finishes = true;
     openFile();
@@ -194,9 +252,7 @@ TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesOnceAfterResuming) {
 
 TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
     openFile();
-    store->setDelay(5);
     queue->add(paymentFor("badge"));
-    drain();
     reopen();
     EXPECT_EQ(observer->lines, (Lines{"badge:purchasing", "badge:purchased"}));
 }
@@ -209,61 +265,38 @@ TEST_F(SandboxStoreTest, ClearingForgetsEverything) {
     queue->add(paymentFor("coins"));
     EXPECT_TRUE(store->clear());
     drain();
-    EXPECT_EQ(store->transactions().size(), 0U);
+    EXPECT_EQ(store->transactions()->size(), 0U);
+    EXPECT_EQ(warnings.lines, Lines{}) << "a purchase that is gone is no failure";
     observer->lines.clear();
     EXPECT_EQ(restore().at(0).substr(0, 8), "restored");
 }
 
-TEST_F(SandboxStoreTest, BuysAtOnce) {
-    open();
-    auto const key = store->buyAtOnce({.productIdentifier = "badge"});
-    EXPECT_EQ(key, "1000000001");
-    EXPECT_TRUE(store->finish(*key));
-    EXPECT_FALSE(store->finish(*key));
-    EXPECT_FALSE(store->finish("nonsense"));
+TEST_F(SandboxStoreTest, WhatCannotBeReadOrRecordedFailsWithItsReasonAndIsLeftAlone) {
+    DatabaseProbe const probe;
+    openFile();
+    buy("coins");
+    auto const coins = observer->last.at(0);
+    queue->add(paymentFor("badge")); // on record; its outcome is on the way
+    probe.execute("ALTER TABLE transactions RENAME TO unreadable");
+    auto const reason = (folder / "store.db").string() + ": no such table: transactions";
     drain();
-    EXPECT_EQ(observer->lines, Lines{});
-    EXPECT_EQ(restore().at(0), "badge:restored");
-}
+    EXPECT_EQ(observer->takeLines(), Lines{"badge:purchasing"}) << "told no outcome, and not cleared";
+    EXPECT_EQ(warnings.lines, Lines{reason});
+    EXPECT_EQ(restore(), Lines{"restore failed(0)"});
+    EXPECT_EQ(buy("pass"), Lines{"pass:failed(0)"});
+    EXPECT_EQ(observer->last.at(0)->error()->localizedDescription(), reason);
+    queue->finishTransaction(coins);
+    EXPECT_EQ(warnings.lines.back(), "Transaction 1000000001 was not finished: " + reason);
+    EXPECT_EQ(store->transactions().error().message, reason);
+    EXPECT_EQ(store->approve().error().message, reason);
+    EXPECT_EQ(store->resume().error().message, reason);
 
-TEST_F(SandboxStoreTest, SaysSoWhenTheDiskIsFullAndGoesOnAfterwards) {
-    observer->finishes = true;
-    openFile();
-    buy("badge");
-    auto full = std::make_optional<FullDisk>();
-    auto const bought = buy("coins");
-    auto const restored = restore();
-    bool const isResumed = store->resume();
-    full.reset();
-    EXPECT_EQ(bought, (Lines{"coins:failed(0)", "removed coins"}));
-    EXPECT_EQ(restored, Lines{"restore failed(0)"});
-    EXPECT_TRUE(isResumed) << "nothing was held back, so nothing had to be written";
-    EXPECT_TRUE(store->lastError().starts_with((folder / "store.db").string() + ": the disk"))
-        << store->lastError();
-    EXPECT_EQ(buy("coins").at(1), "coins:purchased");
-    EXPECT_EQ(restore().at(0), "badge:restored");
-}
-
-TEST_F(SandboxStoreTest, AnOutcomeThatCannotBeRecordedIsTriedAgain) {
-    openFile();
-    queue->add(paymentFor("coins"));
-    {
-        FullDisk const full;
-        drain();
-    }
-    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"}) << "not told before it is on the disk";
+    probe.execute("ALTER TABLE unreadable RENAME TO transactions");
+    queue->finishTransaction(coins);
     time.clock.setNow(1);
     drain();
-    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
-    {
-        FullDisk const full;
-        queue->finishTransaction(observer->last.at(0));
-    }
-    drain();
-    EXPECT_EQ(queue->transactions().size(), 1U);
-    queue->finishTransaction(observer->last.at(0));
-    drain();
-    EXPECT_EQ(queue->transactions().size(), 0U);
+    EXPECT_EQ(observer->takeLines(), (Lines{"removed coins", "badge:purchased"}));
+    EXPECT_EQ(restore().at(0), "badge:restored");
 }
 
 TEST_F(SandboxStoreTest, MayBeDestroyedWithWorkUnderWay) {
@@ -274,6 +307,66 @@ TEST_F(SandboxStoreTest, MayBeDestroyedWithWorkUnderWay) {
     store = nullptr;
     drain();
     EXPECT_EQ(observer->lines, Lines{});
+}
+
+// Offers
+
+TEST_F(SandboxStoreTest, ChecksOffers) {
+    open();
+    auto const pay = [&](SKPaymentDiscount::Fields fields, std::string product = "month") {
+        return failureOf({.productIdentifier = product, .paymentDiscount = make<SKPaymentDiscount>(fields)});
+    };
+    SKPaymentDiscount::Fields const sound{
+        .identifier = "offer", .keyIdentifier = "K", .nonce = "n", .signature = "s"};
+    EXPECT_EQ(pay(sound), -1);
+    EXPECT_EQ(pay(sound, "badge"), 11) << "an offer of another product";
+    auto broken = sound;
+    broken.identifier = "other";
+    EXPECT_EQ(pay(broken), 11);
+    for (auto field : {&SKPaymentDiscount::Fields::identifier, &SKPaymentDiscount::Fields::keyIdentifier,
+                       &SKPaymentDiscount::Fields::nonce, &SKPaymentDiscount::Fields::signature}) {
+        broken = sound;
+        broken.*field = "";
+        EXPECT_EQ(pay(broken), 13);
+    }
+}
+
+// A pair of keys on the curve P-256, made for this test; the private one has signed the fields of the test's
+// offer, joined by U+2063, and is gone.
+constexpr char const* publicKey = "-----BEGIN PUBLIC KEY-----\n"
+                                  "MFkwEwYHKoZIzj0CAQYIKoZIzj0DAQcDQgAElEGH/8qKSSog0DZoPlpSMU+AGBQu\n"
+                                  "SXhG96wH7mwJLD1M/O91rYpm+mqK6X5s5p64Dd5APMRUz0DfDVcz9BMmkw==\n"
+                                  "-----END PUBLIC KEY-----\n";
+constexpr char const* signature =
+    "MEUCIQCSgW8706UAcf6KrLo0FnUf/WshC13LRQS6G/J9X2TewQIgIXmLSJsyqjLjc/T49JtZ/QwslqzHfkmuWy4/78l8bsg=";
+
+TEST_F(SandboxStoreTest, ChecksSignaturesWhenItHasAKey) {
+    OfferKey const key{.identifier = "K1", .publicKey = publicKey, .bundleIdentifier = "app"};
+    open({.configuration = catalogue(), .seed = 0, .offerKey = key});
+    SKPaymentDiscount::Fields discount{
+        .identifier = "offer", .keyIdentifier = "K1", .nonce = "n", .signature = signature, .timestamp = 42};
+    SKPayment::Fields payment{.productIdentifier = "month", .applicationUsername = "user"};
+    auto const pay = [&](SKPaymentDiscount::Fields const& fields) {
+        payment.paymentDiscount = make<SKPaymentDiscount>(fields);
+        return failureOf(payment);
+    };
+    EXPECT_EQ(pay(discount), -1);
+    auto changed = discount;
+    changed.nonce = "N";
+    EXPECT_EQ(pay(changed), -1) << "a nonce is signed in lower case";
+    changed = discount;
+    changed.timestamp = 43;
+    EXPECT_EQ(pay(changed), 12);
+    changed = discount;
+    changed.keyIdentifier = "K2";
+    EXPECT_EQ(pay(changed), 12);
+    changed = discount;
+    for (auto const* text : {"????", "AAAA", "x", "="}) {
+        changed.signature = text;
+        EXPECT_EQ(pay(changed), 12) << text;
+    }
+    payment.applicationUsername = "someone else";
+    EXPECT_EQ(pay(discount), 12);
 }
 
 } // namespace

@@ -7,20 +7,13 @@
 #include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
-#include "trelundo/platform/storekit/StoreBackend.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sqlite3.h>
 
 namespace trelundo {
 
 using namespace test;
-
-inline std::string nameOf(SKPaymentTransactionState state) {
-    static constexpr char const* names[] = {"purchasing", "purchased", "failed", "restored", "deferred"};
-    return names[static_cast<int>(state)];
-}
 
 /// Writes down every callback as one line: "a:purchased b:failed(2)", "removed a", "restored", "restore
 /// failed(2)".
@@ -73,8 +66,9 @@ private:
         return error ? "(" + std::to_string(error->code()) + ")" : "";
     }
     static std::string describe(SKPaymentTransaction const& transaction) {
-        return transaction.payment()->productIdentifier() + ":" + nameOf(transaction.transactionState()) +
-               describe(transaction.error());
+        static constexpr char const* names[] = {"purchasing", "purchased", "failed", "restored", "deferred"};
+        return transaction.payment()->productIdentifier() + ":" +
+               names[static_cast<int>(transaction.transactionState())] + describe(transaction.error());
     }
 };
 
@@ -84,62 +78,41 @@ inline Ref<SKPayment> paymentFor(std::string product) {
     return make<SKPayment>(SKPayment::Fields{.productIdentifier = std::move(product)});
 }
 
-/// A store without opinions: it notes what it is asked, and tells and answers what the test says.
-class FakeBackend : public StoreBackend {
+/// Hears of every statement that begins, and of every one that has ended, in the databases that are opened
+/// while it lives. One at a time.
+class DatabaseProbe {
 public:
-    void setListener(StoreBackendListener* heard) override { listener = heard; }
-    void loadProducts(std::set<std::string> const&, std::function<void(ProductsResult)> done) override {
-        answers.push_back(std::move(done));
-    }
-    bool canMakePayments() const override { return true; }
-    void addPayment(SKPayment::Fields const& payment) override {
-        calls.push_back("add " + payment.productIdentifier);
-    }
-    bool finish(std::string const& key) override {
-        calls.push_back("finish " + key);
-        return true;
-    }
-    void restore(std::optional<std::string> const&) override { calls.push_back("restore"); }
-    void synchronize() override {
-        calls.push_back("synchronize");
-        if (!waiting.empty()) listener->transactionsUpdated(waiting);
-    }
-    std::string storefront() const override { return "FRA"; }
+    using Listener = std::function<void(std::string_view sql, bool hasEnded)>;
 
-    static StoreTransaction report(std::string const& key, SKPaymentTransactionState state, int code = -1) {
-        StoreTransaction report{.key = key, .payment = {.productIdentifier = "p" + key}, .state = state};
-        if (code >= 0) report.error = makeStoreError(code);
-        return report;
+    explicit DatabaseProbe(Listener listener = nullptr)
+        : listener_(std::move(listener)) {
+        current = this;
+        sqlite3_auto_extension(reinterpret_cast<void (*)()>(attach));
     }
-    void tell(std::vector<StoreTransaction> reports) const {
-        listener->transactionsUpdated(std::move(reports));
-    }
+    ~DatabaseProbe() { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(attach)); }
+    DatabaseProbe(DatabaseProbe const&) = delete;
+    DatabaseProbe& operator=(DatabaseProbe const&) = delete;
 
-    StoreBackendListener* listener = nullptr;
-    Lines calls;
-    std::vector<StoreTransaction> waiting;
-    std::vector<std::function<void(ProductsResult)>> answers; // of the requests, for the test to give
-};
-
-/// While it lives, no file grows beyond a limit, as on a full disk.
-class FullDisk {
-public:
-    explicit FullDisk(::rlim_t bytes = 0)
-        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &limit_);
-        rlimit const full{bytes, limit_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &full);
+    /// In the database opened first.
+    void execute(char const* sql) const {
+        ASSERT_EQ(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
     }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &limit_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(FullDisk const&) = delete;
-    FullDisk& operator=(FullDisk const&) = delete;
 
 private:
-    void (*handler_)(int);
-    rlimit limit_{};
+    static int attach(sqlite3* database, char**, sqlite3_api_routines const*) {
+        if (!current->database_) current->database_ = database;
+        return sqlite3_trace_v2(database, SQLITE_TRACE_STMT | SQLITE_TRACE_PROFILE, hear, current);
+    }
+    static int hear(unsigned event, void* probe, void* statement, void*) {
+        auto const& listener = static_cast<DatabaseProbe*>(probe)->listener_;
+        if (listener)
+            listener(sqlite3_sql(static_cast<sqlite3_stmt*>(statement)), event == SQLITE_TRACE_PROFILE);
+        return 0;
+    }
+
+    static inline DatabaseProbe* current = nullptr;
+    Listener listener_;
+    sqlite3* database_ = nullptr;
 };
 
 /// A clean main queue and a clock that stands still, for each test.

@@ -122,13 +122,15 @@ int manageStore(Options const& options) {
     if (!std::ifstream{*options.store}) failInput(*options.store + ": there is no such store file");
     auto const store = openSandbox(options);
     if (options.storeAction == "list") {
-        for (auto const& stored : store->transactions()) printLine(storedLine(stored));
+        auto const transactions = store->transactions();
+        if (!transactions) failInput(transactions.error().message);
+        for (auto const& stored : *transactions) printLine(storedLine(stored));
         return statusOk;
     }
-    bool const isDone = options.storeAction == "clear"     ? store->clear()
+    auto const change = options.storeAction == "clear"     ? store->clear()
                         : options.storeAction == "approve" ? store->approve(options.transaction)
                                                            : store->decline(options.transaction);
-    if (!isDone) failInput(*options.store + ": " + store->lastError());
+    if (!change) failInput(*options.store + ": " + change.error().message);
     return statusOk;
 }
 

@@ -43,8 +43,8 @@ void checkArguments(Step const& step) {
     if (step.arguments.size() > expected) fail(step, "there are too many arguments");
 }
 
-void require(Step const& step, SandboxStore const& store, bool succeeded) {
-    if (!succeeded) fail(step, store.lastError().empty() ? "the store refuses" : store.lastError());
+void require(Step const& step, Result<void> const& change) {
+    if (!change) fail(step, change.error().message);
 }
 
 } // namespace
@@ -60,13 +60,13 @@ void changeStore(SandboxStore& store, Step const& step) {
     else if (change == "interrupt")
         store.interruptNext();
     else if (change == "resume")
-        require(step, store, store.resume());
+        require(step, store.resume());
     else if (change == "approve")
-        require(step, store, store.approve());
+        require(step, store.approve());
     else if (change == "decline")
-        require(step, store, store.decline());
+        require(step, store.decline());
     else if (change == "promote")
-        require(step, store, store.promote(argument(step, 1)));
+        require(step, store.promote(argument(step, 1)));
     else
         fail(step, "unknown change of the store");
 }

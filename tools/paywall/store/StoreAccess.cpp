@@ -29,9 +29,9 @@ std::filesystem::path storeFile(Options const& options) {
 StoreConfiguration loadCatalogue(std::optional<std::string> const& path) {
     auto loaded = path ? StoreConfiguration::load(*path)
                        : StoreConfiguration::parse(demonstrationCatalogue(), "demonstration catalogue");
-    if (!loaded.configuration) failInput(loaded.error);
-    for (auto const& warning : loaded.configuration->warnings()) complain("warning: " + warning);
-    return *std::move(loaded.configuration);
+    if (!loaded) failInput(loaded.error().message);
+    for (auto const& warning : loaded->warnings()) complain("warning: " + warning);
+    return *std::move(loaded);
 }
 
 std::unique_ptr<SandboxStore> openSandbox(Options const& options) {
@@ -49,9 +49,9 @@ std::unique_ptr<SandboxStore> openSandbox(Options const& options,
     // Where nothing is shown, all time is virtual.
     if (options.usesFakeClock && options.command == "show") sandbox.clock = &fixedDate;
     auto opened = SandboxStore::open(std::move(sandbox));
-    if (!opened.store) failInput(opened.error);
-    opened.store->setCanMakePayments(options.canMakePayments);
-    return std::move(opened.store);
+    if (!opened) failInput(opened.error().message);
+    (*opened)->setCanMakePayments(options.canMakePayments);
+    return *std::move(opened);
 }
 
 Ref<SKPaymentDiscount> signedDiscount(std::string const& offer) {

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "trelundo/platform/foundation/Ref.h"
-#include "trelundo/platform/storekit/Forward.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace trelundo {
+
+class SKProduct;
 
 /// A signed promotional offer to be applied to a payment. Immutable; checked by the store only.
 class SKPaymentDiscount : public NSObject {

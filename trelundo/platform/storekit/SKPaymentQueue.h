@@ -12,6 +12,7 @@
 
 namespace trelundo {
 
+class SKPaymentQueue;
 class StoreBackend;
 
 using SKPaymentTransactions = std::vector<Ref<SKPaymentTransaction>>;

@@ -20,37 +20,32 @@ enum class SKPaymentTransactionState : int {
 /// a new state.
 class SKPaymentTransaction : public NSObject {
 public:
-    SKPaymentTransaction(Ref<SKPayment> payment, SKPaymentTransactionState state)
-        : payment_(std::move(payment))
-        , state_(state) {}
+    struct Fields {
+        Ref<SKPayment> payment = nullptr;
+        SKPaymentTransactionState state = SKPaymentTransactionState::purchasing;
+        Ref<NSError> error = nullptr;
+        std::optional<std::string> identifier = std::nullopt;
+        std::optional<double> date = std::nullopt;
+        Ref<SKPaymentTransaction> original = nullptr;
+    };
+    explicit SKPaymentTransaction(Fields fields)
+        : fields_(std::move(fields)) {}
 
-    Ref<SKPayment> const& payment() const { return payment_; }
-    SKPaymentTransactionState transactionState() const { return state_; }
+    Ref<SKPayment> const& payment() const { return fields_.payment; }
+    SKPaymentTransactionState transactionState() const { return fields_.state; }
     /// Failed transactions only; null also for a failure that a script injected without error.
-    Ref<NSError> const& error() const { return error_; }
+    Ref<NSError> const& error() const { return fields_.error; }
     /// Purchased and restored transactions only.
-    std::optional<std::string> const& transactionIdentifier() const { return identifier_; }
+    std::optional<std::string> const& transactionIdentifier() const { return fields_.identifier; }
     /// Seconds since 2001-01-01 00:00 UTC; purchased and restored transactions only.
-    std::optional<double> transactionDate() const { return date_; }
+    std::optional<double> transactionDate() const { return fields_.date; }
     /// Restored transactions only: the first purchase.
-    Ref<SKPaymentTransaction> const& original() const { return original_; }
-
-    // For the queue, a backend and tests.
-    void setState(SKPaymentTransactionState state) { state_ = state; }
-    void setError(Ref<NSError> error) { error_ = std::move(error); }
-    void setTransactionIdentifier(std::optional<std::string> identifier) {
-        identifier_ = std::move(identifier);
-    }
-    void setTransactionDate(std::optional<double> date) { date_ = date; }
-    void setOriginal(Ref<SKPaymentTransaction> original) { original_ = std::move(original); }
+    Ref<SKPaymentTransaction> const& original() const { return fields_.original; }
 
 private:
-    Ref<SKPayment> payment_;
-    SKPaymentTransactionState state_;
-    Ref<NSError> error_;
-    std::optional<std::string> identifier_;
-    std::optional<double> date_;
-    Ref<SKPaymentTransaction> original_;
+    friend class SKPaymentQueue;
+
+    Fields fields_;
 };
 
 } // namespace trelundo

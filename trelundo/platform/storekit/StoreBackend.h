@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/storekit/SKPayment.h"
 #include "trelundo/platform/storekit/SKPaymentTransaction.h"
 #include "trelundo/platform/storekit/SKProduct.h"
@@ -21,8 +22,7 @@ struct StoreTransaction {
     Ref<NSError> error = nullptr;
     std::string transactionIdentifier = {}; // empty: none yet
     double date = 0;                        // seconds since 2001-01-01 00:00 UTC
-    std::string originalKey = {};           // restored ones: the first purchase; empty: none
-    std::string originalIdentifier = {};
+    std::string originalIdentifier = {};    // restored ones: of the first purchase; empty: none
     double originalDate = 0;
 };
 
@@ -56,9 +56,9 @@ public:
                               std::function<void(ProductsResult)> done) = 0;
     virtual bool canMakePayments() const = 0;
     virtual void addPayment(SKPayment::Fields const& payment) = 0;
-    /// Makes `key` durable as finished before it returns. False: it could not be written; nothing is lost,
-    /// the transaction will come again.
-    virtual bool finish(std::string const& key) = 0;
+    /// Makes `key` durable as finished before it returns. When that fails nothing is lost: the transaction
+    /// will come again.
+    virtual Result<void> finish(std::string const& key) = 0;
     /// Ends with exactly one restoreFinished() or restoreFailed(), after the last restored transaction. The
     /// queue asks for one restore at a time.
     virtual void restore(std::optional<std::string> const& applicationUsername) = 0;

@@ -10,11 +10,11 @@ namespace trelundo {
 
 namespace {
 
-/// Why a transaction cannot be finished now; empty: it can.
-std::string refusal(SKPaymentTransactionState state, bool isFinished) {
-    if (isFinished) return "it is finished already";
-    if (state == SKPaymentTransactionState::purchasing) return "it is still purchasing";
-    if (state == SKPaymentTransactionState::deferred) return "it waits for approval";
+/// Whether a transaction may be finished now.
+Result<void> checkFinish(SKPaymentTransactionState state, bool isFinished) {
+    if (isFinished) return Error{"it is finished already"};
+    if (state == SKPaymentTransactionState::purchasing) return Error{"it is still purchasing"};
+    if (state == SKPaymentTransactionState::deferred) return Error{"it waits for approval"};
     return {};
 }
 
@@ -91,24 +91,24 @@ SKPaymentQueue::State::Entry* SKPaymentQueue::State::apply(StoreTransaction cons
     if (finishedKeys.contains(report.key)) return nullptr;
     auto& entry = entries[report.key];
     if (!entry.transaction) {
-        entry.transaction = make<SKPaymentTransaction>(make<SKPayment>(report.payment), report.state);
+        entry.transaction = make<SKPaymentTransaction>(
+            SKPaymentTransaction::Fields{.payment = make<SKPayment>(report.payment)});
         keys[entry.transaction.get()] = report.key;
         pending.push_back(entry.transaction);
     }
-    auto& transaction = *entry.transaction;
-    transaction.setState(report.state);
-    transaction.setError(report.error);
+    auto& fields = entry.transaction->fields_;
+    fields.state = report.state;
+    fields.error = report.error;
     if (!report.transactionIdentifier.empty()) {
-        transaction.setTransactionIdentifier(report.transactionIdentifier);
-        transaction.setTransactionDate(report.date);
+        fields.identifier = report.transactionIdentifier;
+        fields.date = report.date;
     }
-    if (!report.originalKey.empty()) {
-        auto original =
-            make<SKPaymentTransaction>(transaction.payment(), SKPaymentTransactionState::purchased);
-        original->setTransactionIdentifier(report.originalIdentifier);
-        original->setTransactionDate(report.originalDate);
-        transaction.setOriginal(std::move(original));
-    }
+    if (!report.originalIdentifier.empty())
+        fields.original = make<SKPaymentTransaction>(
+            SKPaymentTransaction::Fields{.payment = fields.payment,
+                                         .state = SKPaymentTransactionState::purchased,
+                                         .identifier = report.originalIdentifier,
+                                         .date = report.originalDate});
     return &entry;
 }
 
@@ -236,10 +236,10 @@ void SKPaymentQueue::State::finish(Ref<SKPaymentTransaction> const& transaction)
     auto const key = keys.find(transaction.get());
     if (key == keys.end()) return logWarning("A transaction was not finished: it is not on the queue");
     auto& entry = entries.at(key->second);
-    auto const reason = refusal(transaction->transactionState(), entry.isFinished);
-    if (!reason.empty()) return logWarning("Transaction " + key->second + " was not finished: " + reason);
-    if (backend && !backend->finish(key->second))
-        return logWarning("Transaction " + key->second + " was not finished: the store could not record it");
+    auto finished = checkFinish(transaction->transactionState(), entry.isFinished);
+    if (finished && backend) finished = backend->finish(key->second);
+    if (!finished)
+        return logWarning("Transaction " + key->second + " was not finished: " + finished.error().message);
     entry.isFinished = true;
     finishedKeys.insert(key->second);
     if (monitor) monitor->transactionFinished(key->second, *transaction);

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@
 namespace trelundo {
 
 namespace {
-
-using State = SKPaymentTransactionState;
 
 constexpr std::int64_t firstSeededIdentifier = 1'000'000'001;
 constexpr double retryDelay = 1;                          // seconds, after a commit that failed
@@ -31,19 +30,23 @@ std::optional<std::int64_t> identifierOf(std::string const& key) {
     return isNumber ? std::optional{identifier} : std::nullopt;
 }
 
+Ref<NSError> unrecordedError(Error const& reason) {
+    return make<NSError>(SKErrorDomain, static_cast<int>(SKErrorCode::unknown),
+                         NSError::UserInfo{{NSError::localizedDescriptionKey, reason.message}});
+}
+
+bool isFailure(SandboxStore::Outcome const& outcome) {
+    using Kind = SandboxStore::Outcome::Kind;
+    return outcome.kind == Kind::failed || outcome.kind == Kind::failedWithoutError ||
+           outcome.kind == Kind::cancelled;
+}
+
 } // namespace
 
-SandboxStore::Opened SandboxStore::open(Options options) {
-    auto opened = SandboxLedger::open({.file = options.file,
-                                       .firstIdentifier = firstIdentifier(options.seed),
-                                       .stepHook = options.stepHook});
-    Opened result{.error = opened.error};
-    if (!opened.setAside.empty()) {
-        result.warning = options.file.string() + ": the store was broken; it was kept as " + opened.setAside;
-        logWarning(result.warning);
-    }
-    if (opened.ledger) result.store.reset(new SandboxStore(std::move(options), std::move(opened.ledger)));
-    return result;
+Result<std::unique_ptr<SandboxStore>> SandboxStore::open(Options options) {
+    auto ledger = SandboxLedger::open(options.file, firstIdentifier(options.seed));
+    if (!ledger) return ledger.error();
+    return std::unique_ptr<SandboxStore>{new SandboxStore{std::move(options), *std::move(ledger)}};
 }
 
 SandboxStore::SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger)
@@ -51,24 +54,9 @@ SandboxStore::SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledge
     , ledger_(std::move(ledger))
     , clock_(options.clock)
     , delay_(options.delay)
-    , offerKey_(std::move(options.offerKey))
-    , storefront_(configuration_.settings().storefront) {}
+    , offerKey_(std::move(options.offerKey)) {}
 
 SandboxStore::~SandboxStore() = default;
-
-std::vector<std::string> const& SandboxStore::steps() {
-    static auto const names = [] {
-        std::vector<std::string> result;
-        for (std::string const operation :
-             {"purchase", "outcome", "finish", "restore", "approval", "resume"}) {
-            for (auto const* moment : {"begin", "written", "committed"})
-                result.push_back(operation + "." + moment);
-            if (operation != "finish") result.push_back(operation + ".told");
-        }
-        return result;
-    }();
-    return names;
-}
 
 // Products
 
@@ -103,8 +91,8 @@ bool SandboxStore::isRestorable(std::string const& product) const {
 void SandboxStore::addPayment(SKPayment::Fields const& payment) {
     auto const outcome = decide(payment);
     auto const record = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
-    if (!record) return tellUnrecorded(payment);
-    tell("purchase", {*record});
+    if (!record) return tellUnrecorded(payment, record.error());
+    tell({*record});
     plan(record->identifier, outcome);
 }
 
@@ -114,42 +102,97 @@ void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
 }
 
 void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
-    auto const record = ledger_->find(identifier);
-    if (!record || record->state != LedgerState::purchasing) {
-        inProgress_.erase(identifier); // cleared meanwhile
-        return;
-    }
-    if (!ledger_->settle("outcome", identifier, LedgerState::purchasing, ledgerOutcome(outcome))) {
-        reportFailure();
+    auto const settled = ledger_->settle(identifier, LedgerState::purchasing, ledgerOutcome(outcome));
+    if (!settled) {
+        logWarning(settled.error().message);
         return later(retryDelay, [this, identifier, outcome] { settle(identifier, outcome); });
     }
     inProgress_.erase(identifier);
-    if (auto const settled = ledger_->find(identifier)) tell("outcome", {*settled});
+    if (*settled) tell({**settled}); // else it was cleared meanwhile
 }
 
-std::optional<std::string> SandboxStore::buyAtOnce(SKPayment::Fields const& payment) {
-    auto const record = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
-    if (record && ledger_->settle("outcome", record->identifier, LedgerState::purchasing, ledgerOutcome({})))
-        return std::to_string(record->identifier);
-    reportFailure();
-    return std::nullopt;
-}
-
-bool SandboxStore::finish(std::string const& key) {
-    if (key.starts_with(unrecordedPrefix)) return true;
+Result<void> SandboxStore::finish(std::string const& key) {
+    if (key.starts_with(unrecordedPrefix)) return {};
     auto const identifier = identifierOf(key);
-    return identifier && (ledger_->finish(*identifier) || reportFailure());
+    if (!identifier) return Error{"no transaction \"" + key + "\""};
+    return ledger_->finish(*identifier);
 }
 
 void SandboxStore::synchronize() {
     auto const waiting = ledger_->unfinished();
-    tell("synchronize", waiting);
-    for (auto const& record : waiting) {
+    if (!waiting) return logWarning(waiting.error().message);
+    tell(*waiting);
+    for (auto const& record : *waiting) {
         // A purchase that the last run could not end goes on in this one.
         bool const isLeftOver = record.state == LedgerState::purchasing;
         if (isLeftOver && !inProgress_.contains(record.identifier))
             plan(record.identifier, decide(record.payment));
     }
+}
+
+// Outcomes
+
+SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
+    std::optional<Outcome> scripted;
+    if (!outcomes_.empty()) {
+        scripted = outcomes_.front();
+        outcomes_.pop_front();
+    }
+    // A failure that was asked for stays as asked; the rest needs a payment that the store would take.
+    if (scripted && isFailure(*scripted)) return *scripted;
+    if (auto const code = refusal(payment))
+        return {.kind = Outcome::Kind::failed, .code = static_cast<int>(*code)};
+    if (scripted) return *scripted;
+    auto const& settings = configuration_.settings();
+    if (settings.failsTransactions) return {.kind = Outcome::Kind::failed, .code = settings.transactionError};
+    bool const asksToBuy = settings.asksToBuy || payment.simulatesAskToBuyInSandbox;
+    return {.kind = asksToBuy ? Outcome::Kind::deferred : Outcome::Kind::purchased};
+}
+
+std::optional<SKErrorCode> SandboxStore::refusal(SKPayment::Fields const& payment) const {
+    if (!canMakePayments_) return SKErrorCode::paymentNotAllowed;
+    auto const* known = configuration_.find(payment.productIdentifier);
+    if (!known) return SKErrorCode::storeProductNotAvailable;
+    return payment.paymentDiscount ? offerRefusal(payment, *known->product) : std::nullopt;
+}
+
+std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPayment::Fields const& payment,
+                                                      SKProduct const& product) const {
+    auto const& discount = *payment.paymentDiscount;
+    auto const isMeant = [&](auto const& offer) { return offer->identifier() == discount.identifier(); };
+    if (discount.identifier().empty()) return SKErrorCode::missingOfferParams;
+    if (std::ranges::none_of(product.discounts(), isMeant)) return SKErrorCode::invalidOfferIdentifier;
+    if (discount.keyIdentifier().empty() || discount.nonce().empty() || discount.signature().empty())
+        return SKErrorCode::missingOfferParams;
+    auto const isSigned = offerKey_ ? checkOfferSignature(*offerKey_, payment) : Result<void>{};
+    if (isSigned) return std::nullopt;
+    logWarning(isSigned.error().message);
+    return SKErrorCode::invalidSignature;
+}
+
+LedgerOutcome SandboxStore::ledgerOutcome(Outcome const& outcome) const {
+    using Kind = Outcome::Kind;
+    auto const failure = [](SKErrorCode code) {
+        return LedgerOutcome{.state = LedgerState::failed, .error = makeStoreError(code)};
+    };
+    switch (outcome.kind) {
+    case Kind::purchased:
+        break;
+    case Kind::failed:
+        return failure(static_cast<SKErrorCode>(outcome.code));
+    case Kind::failedWithoutError:
+        return {.state = LedgerState::failed};
+    case Kind::deferred:
+        return {.state = LedgerState::deferred};
+    case Kind::cancelled:
+        return failure(SKErrorCode::paymentCancelled);
+    case Kind::interrupted: {
+        auto interrupted = failure(SKErrorCode::unknown);
+        interrupted.isInterrupted = true;
+        return interrupted;
+    }
+    }
+    return {.state = LedgerState::purchased, .date = date()};
 }
 
 // Restores
@@ -159,54 +202,102 @@ void SandboxStore::restore(std::optional<std::string> const& /*applicationUserna
 }
 
 void SandboxStore::performRestore() {
+    if (!listener_) return;
     bool const failsByConfiguration = configuration_.settings().failsRestoring;
     auto const usual = failsByConfiguration ? RestoreOutcome::Kind::failed : RestoreOutcome::Kind::all;
     auto const outcome = restoreOutcome_.value_or(RestoreOutcome{.kind = usual});
-    auto const end = [this](bool isSuccess, Ref<NSError> const& error) {
-        if (!listener_) return;
-        if (isSuccess) return listener_->restoreFinished();
-        listener_->restoreFailed(error);
-    };
     switch (outcome.kind) {
     case RestoreOutcome::Kind::nothing:
-        return end(true, nullptr);
+        return listener_->restoreFinished();
     case RestoreOutcome::Kind::failed:
-        return end(false, makeStoreError(outcome.code));
+        return listener_->restoreFailed(makeStoreError(outcome.code));
     case RestoreOutcome::Kind::failedWithoutError:
-        return end(false, nullptr);
+        return listener_->restoreFailed(nullptr);
     case RestoreOutcome::Kind::all:
-        break;
+        return restoreEverything();
     }
-    auto const restored = ledger_->restore(date());
-    if (restored) tell("restore", *restored);
-    if (!restored) reportFailure();
-    end(restored.has_value(), restored ? nullptr : makeStoreError(SKErrorCode::unknown));
 }
+
+void SandboxStore::restoreEverything() {
+    auto const restored = ledger_->restore(date());
+    if (!restored) {
+        logWarning(restored.error().message);
+        return listener_->restoreFailed(unrecordedError(restored.error()));
+    }
+    tell(*restored);
+    listener_->restoreFinished();
+}
+
+// What happens outside a purchase
+
+Result<void> SandboxStore::resume() {
+    std::erase_if(outcomes_, [](Outcome const& each) { return each.kind == Outcome::Kind::interrupted; });
+    auto const resumed = ledger_->resume(date());
+    if (!resumed) return resumed.error();
+    tell(*resumed);
+    return {};
+}
+
+Result<void> SandboxStore::approve(std::optional<std::string> const& key) {
+    return decideDeferred(key, {.state = LedgerState::purchased, .date = date()});
+}
+
+Result<void> SandboxStore::decline(std::optional<std::string> const& key) {
+    return decideDeferred(
+        key, {.state = LedgerState::failed, .error = makeStoreError(SKErrorCode::paymentNotAllowed)});
+}
+
+Result<void> SandboxStore::decideDeferred(std::optional<std::string> const& key,
+                                          LedgerOutcome const& outcome) {
+    auto const waiting = ledger_->unfinished();
+    if (!waiting) return waiting.error();
+    auto const deferred = std::ranges::find_if(*waiting, [&](auto const& record) {
+        return record.state == LedgerState::deferred && (!key || *key == std::to_string(record.identifier));
+    });
+    if (deferred == waiting->end())
+        return Error{key ? "no deferred transaction " + *key : "no deferred transaction"};
+    auto const settled = ledger_->settle(deferred->identifier, LedgerState::deferred, outcome);
+    if (!settled) return settled.error();
+    if (*settled) tell({**settled});
+    return {};
+}
+
+Result<void> SandboxStore::promote(std::string const& product) {
+    auto const* known = configuration_.find(product);
+    if (!known) return Error{"no product " + product};
+    if (!listener_) return Error{"nobody listens to the store"};
+    listener_->promotedPurchase({.productIdentifier = product}, known->product);
+    return {};
+}
+
+// Records
+
+Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::transactions() const {
+    auto const records = ledger_->records();
+    if (!records) return records.error();
+    std::vector<StoredTransaction> found;
+    for (auto const& record : *records)
+        found.push_back({record.report(), record.isFinished, record.state == LedgerState::held});
+    return found;
+}
+
+Result<void> SandboxStore::clear() { return ledger_->clear(); }
 
 // Reports
 
-void SandboxStore::tell(std::string_view operation, std::vector<LedgerRecord> const& records) {
+void SandboxStore::tell(std::vector<LedgerRecord> const& records) {
     std::vector<StoreTransaction> reports;
     for (auto const& record : records) reports.push_back(record.report());
     if (listener_ && !reports.empty()) listener_->transactionsUpdated(std::move(reports));
-    ledger_->step(operation, "told");
 }
 
-void SandboxStore::tellUnrecorded(SKPayment::Fields const& payment) {
-    reportFailure();
-    NSError::UserInfo const reason{{NSError::localizedDescriptionKey, lastError_}};
+void SandboxStore::tellUnrecorded(SKPayment::Fields const& payment, Error const& reason) {
+    logWarning(reason.message);
     StoreTransaction failed{.key = std::string{unrecordedPrefix} + std::to_string(++unrecordedCount_),
                             .payment = payment,
-                            .state = State::failed,
-                            .error =
-                                make<NSError>(SKErrorDomain, static_cast<int>(SKErrorCode::unknown), reason)};
+                            .state = SKPaymentTransactionState::failed,
+                            .error = unrecordedError(reason)};
     if (listener_) listener_->transactionsUpdated({std::move(failed)});
-}
-
-bool SandboxStore::reportFailure() {
-    lastError_ = ledger_->lastError();
-    logWarning(lastError_);
-    return false;
 }
 
 void SandboxStore::later(double seconds, std::function<void()> work) const {

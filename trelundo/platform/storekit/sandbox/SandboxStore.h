@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
 #include "trelundo/platform/storekit/sandbox/OfferKey.h"
@@ -11,7 +12,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -54,22 +54,15 @@ public:
         /// With a key, promotional offers must be signed by it (else code 12). Without, any signature but an
         /// empty one will do.
         std::optional<OfferKey> offerKey = std::nullopt;
-        std::function<void(std::string_view)> stepHook = nullptr;
     };
-    struct Opened {
-        std::unique_ptr<SandboxStore> store = nullptr;
-        std::string error = {};   // names the file and the reason when there is no store
-        std::string warning = {}; // a broken file was set aside; also logged
-    };
-    static Opened open(Options options);
+    /// The error names the file. A broken file is set aside, with a warning, and a new one begun.
+    static Result<std::unique_ptr<SandboxStore>> open(Options options);
 
     struct StoredTransaction {
         StoreTransaction transaction = {};
         bool isFinished = false;
         bool isHeld = false; // waits for resume(); unknown to the queue
     };
-    /// The names that the step hook is called with, in the order of a store's life.
-    static std::vector<std::string> const& steps();
 
     ~SandboxStore() override;
 
@@ -80,28 +73,21 @@ public:
     /// Of every restore from now on.
     void setRestoreOutcome(RestoreOutcome outcome) { restoreOutcome_ = outcome; }
     void interruptNext() { setNextOutcome({.kind = Outcome::Kind::interrupted}); }
-    /// Completes every interrupted purchase. False: it could not be recorded.
-    bool resume();
-    /// Approves a deferred transaction, the oldest when `key` is absent; it arrives as purchased. False: no
-    /// such transaction, or it could not be recorded; lastError() says which.
-    bool approve(std::optional<std::string> const& key = std::nullopt);
+    /// Completes every interrupted purchase.
+    Result<void> resume();
+    /// Approves a deferred transaction, the oldest when `key` is absent; it arrives as purchased.
+    Result<void> approve(std::optional<std::string> const& key = std::nullopt);
     /// As approve(), but the transaction fails with code 4.
-    bool decline(std::optional<std::string> const& key = std::nullopt);
-    /// Begins a purchase of `product` in the store. False: unknown product, or nobody listens.
-    bool promote(std::string const& product);
-    void setCanMakePayments(bool can) { canMakePayments_ = can; }
-    void setDelay(double seconds) { delay_ = seconds; }
-    /// A three-letter code; prices keep the currency of the configuration.
-    void setStorefront(std::string code);
+    Result<void> decline(std::optional<std::string> const& key = std::nullopt);
+    /// Begins a purchase of `product` in the store. An unknown product is an error, and so is a store that
+    /// nobody listens to.
+    Result<void> promote(std::string const& product);
+    void setCanMakePayments(bool canMakePayments) { canMakePayments_ = canMakePayments; }
 
     // What is on record
-    std::vector<StoredTransaction> transactions() const; // oldest first
+    Result<std::vector<StoredTransaction>> transactions() const; // oldest first
     /// Forgets every transaction and everything owned.
-    bool clear();
-    /// A purchase from its first commit to its last, without a turn of the main queue and without telling
-    /// anyone; none when it could not be recorded. What addPayment() does by turns, for measurements.
-    std::optional<std::string> buyAtOnce(SKPayment::Fields const& payment);
-    std::string const& lastError() const { return lastError_; }
+    Result<void> clear();
     StoreConfiguration const& configuration() const { return configuration_; }
 
     void setListener(StoreBackendListener* listener) override { listener_ = listener; }
@@ -109,10 +95,10 @@ public:
                       std::function<void(ProductsResult)> done) override;
     bool canMakePayments() const override { return canMakePayments_; }
     void addPayment(SKPayment::Fields const& payment) override;
-    bool finish(std::string const& key) override;
+    Result<void> finish(std::string const& key) override;
     void restore(std::optional<std::string> const& applicationUsername) override;
     void synchronize() override;
-    std::string storefront() const override { return storefront_; }
+    std::string storefront() const override { return configuration_.settings().storefront; }
 
 private:
     SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger);
@@ -126,11 +112,11 @@ private:
 
     void plan(std::int64_t identifier, Outcome outcome);
     void settle(std::int64_t identifier, Outcome const& outcome);
-    bool decideDeferred(std::optional<std::string> const& key, LedgerOutcome const& outcome);
+    Result<void> decideDeferred(std::optional<std::string> const& key, LedgerOutcome const& outcome);
     void performRestore();
-    void tell(std::string_view operation, std::vector<LedgerRecord> const& records);
-    void tellUnrecorded(SKPayment::Fields const& payment);
-    bool reportFailure();
+    void restoreEverything();
+    void tell(std::vector<LedgerRecord> const& records);
+    void tellUnrecorded(SKPayment::Fields const& payment, Error const& reason);
     void later(double seconds, std::function<void()> work) const;
     double date() const;
 
@@ -139,14 +125,12 @@ private:
     Clock* clock_;
     double delay_;
     std::optional<OfferKey> offerKey_;
-    std::string storefront_;
     StoreBackendListener* listener_ = nullptr;
     std::deque<Outcome> outcomes_;
     std::optional<RestoreOutcome> restoreOutcome_;
     bool canMakePayments_ = true;
     std::unordered_set<std::int64_t> inProgress_; // purchases whose outcome is decided and on its way
     int unrecordedCount_ = 0;
-    std::string lastError_;
     std::shared_ptr<char const> token_ = std::make_shared<char const>('\0'); // expires with the store
 };
 

@@ -12,35 +12,27 @@ namespace {
 constexpr std::size_t largestFile = 8 * 1024 * 1024; // bytes
 constexpr char const* nameInFolder = "Configuration.storekit";
 
-/// The text of a file; none, and `error`, when it cannot be read.
-std::optional<std::string> readText(std::filesystem::path const& path, std::string& error) {
-    std::error_code problem;
-    auto const status = std::filesystem::status(path, problem);
-    if (!std::filesystem::exists(status)) {
-        error = "no such file";
-        return std::nullopt;
-    }
-    std::ifstream stream{path, std::ios::binary};
-    if (!std::filesystem::is_regular_file(status) || !stream) {
-        error = "cannot be read";
-        return std::nullopt;
-    }
+Result<std::string> readText(std::filesystem::path const& file) {
+    auto const failure = [&](char const* reason) { return Error{file.string() + ": " + reason}; };
+    std::error_code unknown;
+    auto const status = std::filesystem::status(file, unknown);
+    if (!std::filesystem::exists(status)) return failure("no such file");
+    std::ifstream stream{file, std::ios::binary};
+    if (!std::filesystem::is_regular_file(status) || !stream) return failure("cannot be read");
     std::string text(largestFile + 1, '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
-    if (text.size() > largestFile) error = "larger than 8 MB";
-    if (stream.bad()) error = "cannot be read";
-    return error.empty() ? std::optional{std::move(text)} : std::nullopt;
+    if (text.size() > largestFile) return failure("larger than 8 MB");
+    if (stream.bad()) return failure("cannot be read");
+    return text;
 }
 
-StoreConfiguration::Loaded parseOrThrow(std::string_view text, std::string const& name,
+Result<StoreConfiguration> parseOrThrow(std::string_view text, std::string const& name,
                                         StoreConfiguration::Options const& options) {
-    if (text.size() > largestFile) return {.error = name + ": larger than 8 MB"};
+    if (text.size() > largestFile) return Error{name + ": larger than 8 MB"};
     auto const json = JsonValue::parse(text, name, "a StoreKit configuration");
-    if (!json) return {.error = json.error().message};
-    StoreConfigurationReader reader{name, options};
-    if (!reader.read(*json)) return {.error = reader.error()};
-    return {.configuration = std::move(reader).takeConfiguration()};
+    if (!json) return json.error();
+    return StoreConfigurationReader{name, options}.read(*json);
 }
 
 } // namespace
@@ -49,35 +41,34 @@ bool StoreConfiguration::Product::isRestorable() const {
     return kind == ProductKind::nonConsumable || kind == ProductKind::autoRenewableSubscription;
 }
 
-StoreConfiguration::Loaded StoreConfiguration::load(std::filesystem::path const& path,
+Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const& path,
                                                     Options const& options) {
     try {
         std::error_code problem;
         bool const isFolder = std::filesystem::is_directory(path, problem);
         auto const file = isFolder ? path / nameInFolder : path;
-        std::string error;
-        auto const text = readText(file, error);
-        if (!text) return {.error = file.string() + ": " + error};
+        auto const text = readText(file);
+        if (!text) return text.error();
         return parse(*text, file.string(), options);
     } catch (std::exception const& failure) {
-        return {.error = path.string() + ": " + failure.what()};
+        return Error{path.string() + ": " + failure.what()};
     }
 }
 
-StoreConfiguration::Loaded StoreConfiguration::load(std::filesystem::path const& path) {
+Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const& path) {
     return load(path, Options{});
 }
 
-StoreConfiguration::Loaded StoreConfiguration::parse(std::string_view text, std::string const& name,
+Result<StoreConfiguration> StoreConfiguration::parse(std::string_view text, std::string const& name,
                                                      Options const& options) {
     try {
         return parseOrThrow(text, name, options);
     } catch (std::exception const& failure) { // out of memory
-        return {.error = name + ": " + failure.what()};
+        return Error{name + ": " + failure.what()};
     }
 }
 
-StoreConfiguration::Loaded StoreConfiguration::parse(std::string_view text, std::string const& name) {
+Result<StoreConfiguration> StoreConfiguration::parse(std::string_view text, std::string const& name) {
     return parse(text, name, Options{});
 }
 

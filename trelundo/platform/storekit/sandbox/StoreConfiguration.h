@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
 #include "trelundo/platform/storekit/SKProduct.h"
 
 #include <filesystem>
@@ -46,13 +47,14 @@ public:
         bool givesZeroUnitPeriods = false; // non-subscriptions get a period of 0 days, as some systems report
     };
 
-    struct Loaded;
-    /// Reads a file of at most 8 MB, or a folder that holds `Configuration.storekit`.
-    static Loaded load(std::filesystem::path const& path, Options const& options);
-    static Loaded load(std::filesystem::path const& path);
+    /// Reads a file of at most 8 MB, or a folder that holds `Configuration.storekit`. The error names file,
+    /// line or key, and the reason.
+    static Result<StoreConfiguration> load(std::filesystem::path const& path, Options const& options);
+    static Result<StoreConfiguration> load(std::filesystem::path const& path);
     /// `name` stands for the file in messages.
-    static Loaded parse(std::string_view text, std::string const& name, Options const& options);
-    static Loaded parse(std::string_view text, std::string const& name);
+    static Result<StoreConfiguration> parse(std::string_view text, std::string const& name,
+                                            Options const& options);
+    static Result<StoreConfiguration> parse(std::string_view text, std::string const& name);
 
     /// In the order of the file, each identifier once.
     std::vector<Product> const& products() const { return products_; }
@@ -71,12 +73,6 @@ private:
     std::map<std::string, std::size_t, std::less<>> positions_; // in products_, by identifier
     Settings settings_;
     std::vector<std::string> warnings_;
-};
-
-/// A configuration, or why there is none: file, line or key, and reason.
-struct StoreConfiguration::Loaded {
-    std::optional<StoreConfiguration> configuration = std::nullopt;
-    std::string error = {};
 };
 
 } // namespace trelundo

@@ -14,7 +14,7 @@ StoreTransaction LedgerRecord::report() const {
     if (state == LedgerState::purchased || state == LedgerState::restored)
         report.transactionIdentifier = report.key;
     report.date = date.value_or(0);
-    if (original) report.originalKey = report.originalIdentifier = std::to_string(*original);
+    if (original) report.originalIdentifier = std::to_string(*original);
     report.originalDate = originalDate;
     return report;
 }

@@ -40,36 +40,49 @@ Key readKey(std::string const& pem) {
     return Key{buffer ? PEM_read_bio_PUBKEY(buffer.get(), nullptr, nullptr, nullptr) : nullptr};
 }
 
-} // namespace
-
-std::string offerSignaturePayload(OfferKey const& key, SKPayment::Fields const& payment) {
-    static constexpr char const* separator = "\u2063";
-    auto const& discount = *payment.paymentDiscount;
-    std::string payload = key.bundleIdentifier;
-    auto nonce = discount.nonce(); // signed in lower case, however it is written
-    std::ranges::transform(nonce, nonce.begin(), [](char c) {
+std::string lowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
-    for (auto const& part :
-         {discount.keyIdentifier(), payment.productIdentifier, discount.identifier(),
-          payment.applicationUsername.value_or(std::string{}), nonce, std::to_string(discount.timestamp())})
-        payload.append(separator).append(part);
-    return payload;
+    return text;
 }
 
-bool isOfferSignatureValid(OfferKey const& key, SKPayment::Fields const& payment) {
-    if (!payment.paymentDiscount || payment.paymentDiscount->keyIdentifier() != key.identifier) return false;
-    auto const signature = decodeBase64(payment.paymentDiscount->signature());
-    auto const publicKey = readKey(key.publicKey);
+std::string signedText(OfferKey const& key, SKPayment::Fields const& payment) {
+    static constexpr char const* separator = "\u2063";
+    auto const& discount = *payment.paymentDiscount;
+    std::string text = key.bundleIdentifier;
+    // However it is written, a nonce is signed in lower case.
+    for (auto const& part : {discount.keyIdentifier(), payment.productIdentifier, discount.identifier(),
+                             payment.applicationUsername.value_or(std::string{}), lowerCase(discount.nonce()),
+                             std::to_string(discount.timestamp())})
+        text.append(separator).append(part);
+    return text;
+}
+
+bool isSignedBy(EVP_PKEY* key, Bytes const& signature, std::string const& text) {
     Digest const digest{EVP_MD_CTX_new()};
-    auto const payload = offerSignaturePayload(key, payment);
+    return digest && EVP_DigestVerifyInit(digest.get(), nullptr, EVP_sha256(), nullptr, key) == 1 &&
+           EVP_DigestVerify(digest.get(), signature.data(), signature.size(),
+                            reinterpret_cast<unsigned char const*>(text.data()), text.size()) == 1;
+}
+
+} // namespace
+
+Result<void> checkOfferSignature(OfferKey const& key, SKPayment::Fields const& payment) {
+    auto const& discount = *payment.paymentDiscount;
+    auto const offer = "offer \"" + discount.identifier() + "\": ";
+    if (discount.keyIdentifier() != key.identifier)
+        return Error{offer + "signed with the key \"" + discount.keyIdentifier() + "\", not \"" +
+                     key.identifier + "\""};
+    auto const publicKey = readKey(key.publicKey);
+    auto const signature = decodeBase64(discount.signature());
     bool const isValid =
-        signature && publicKey && digest &&
-        EVP_DigestVerifyInit(digest.get(), nullptr, EVP_sha256(), nullptr, publicKey.get()) == 1 &&
-        EVP_DigestVerify(digest.get(), signature->data(), signature->size(),
-                         reinterpret_cast<unsigned char const*>(payload.data()), payload.size()) == 1;
+        publicKey && signature && isSignedBy(publicKey.get(), *signature, signedText(key, payment));
     ERR_clear_error();
-    return isValid;
+    if (!publicKey) return Error{offer + "the key \"" + key.identifier + "\" cannot be read"};
+    if (!signature) return Error{offer + "the signature is not base64"};
+    if (!isValid) return Error{offer + "the signature does not fit the payment"};
+    return {};
 }
 
 } // namespace trelundo

@@ -108,13 +108,12 @@ StoreConfigurationReader::StoreConfigurationReader(std::string file, StoreConfig
     : file_(std::move(file))
     , options_(std::move(options)) {}
 
-bool StoreConfigurationReader::read(JsonValue const& root) {
-    if (!root.is(Kind::object)) {
-        error_ = file_ + ":1: not a StoreKit configuration: an object is expected";
-        return false;
-    }
+Result<StoreConfiguration> StoreConfigurationReader::read(JsonValue const& root) && {
+    if (!root.is(Kind::object))
+        return Error{file_ + ":1: not a StoreKit configuration: an object is expected"};
     readSettings(root);
-    return readLists(root);
+    if (auto const lists = readLists(root); !lists) return lists.error();
+    return std::move(configuration_);
 }
 
 void StoreConfigurationReader::warn(std::string const& text) {
@@ -127,11 +126,7 @@ void StoreConfigurationReader::readSettings(JsonValue const& root) {
     auto& settings = configuration_.settings_;
     if (auto const* entry = root.find("settings")) {
         if (!entry->is(Kind::object)) warn("key \"settings\": an object is expected; the defaults are used");
-        auto const storefront = entry->string("_storefront");
-        if (!storefront.empty() && !Storefront::isKnown(storefront))
-            warn("key \"_storefront\": unknown storefront \"" + std::string{storefront} + "\"; USA is used");
-        storefront_ = Storefront::of(storefront);
-        settings.storefront = storefront_.code;
+        readStorefront(*entry);
         if (auto const locale = entry->string("_locale"); !locale.empty()) settings.locale = locale;
         settings.asksToBuy = entry->isSet("_askToBuyEnabled");
         settings.failsTransactions = entry->isSet("_failTransactionsEnabled");
@@ -144,6 +139,15 @@ void StoreConfigurationReader::readSettings(JsonValue const& root) {
     warn("key \"_locale\": no usable locale; en_US is used");
     settings.locale = "en_US";
     priceLocale_ = Locale{storefront_.priceLocale(settings.locale)};
+}
+
+void StoreConfigurationReader::readStorefront(JsonValue const& settings) {
+    auto const code = settings.string("_storefront");
+    if (code.empty()) return;
+    auto known = Storefront::find(code);
+    if (!known) warn("key \"_storefront\": " + known.error().message + "; USA is used");
+    storefront_ = std::move(known).value_or({});
+    configuration_.settings_.storefront = storefront_.code;
 }
 
 void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {
@@ -161,27 +165,27 @@ void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {
 
 // Products
 
-bool StoreConfigurationReader::readLists(JsonValue const& root) {
+Result<void> StoreConfigurationReader::readLists(JsonValue const& root) {
+    static constexpr std::array keys{"products", "nonRenewingSubscriptions", "subscriptionGroups"};
     for (auto const& [key, value] : root.members) {
-        bool const isGroups = key == "subscriptionGroups";
-        bool const isNonRenewing = key == "nonRenewingSubscriptions";
-        if (!isGroups && !isNonRenewing && key != "products") continue;
-        if (!isList(value, key)) return false;
-        for (auto const& entry : value.elements) {
-            if (isGroups) readGroup(entry);
-            if (!isGroups)
-                readProduct(entry,
-                            isNonRenewing ? ProductKind::nonRenewingSubscription : ProductKind::nonConsumable,
-                            {});
-        }
+        if (std::ranges::find(keys, key) == keys.end()) continue;
+        if (!value.is(Kind::array) && !value.is(Kind::null))
+            return Error{file_ + ": key \"" + key + "\": a list is expected"};
+        readList(value, key);
     }
-    return true;
+    return {};
 }
 
-bool StoreConfigurationReader::isList(JsonValue const& value, std::string const& key) {
-    if (value.is(Kind::array) || value.is(Kind::null)) return true;
-    error_ = file_ + ": key \"" + key + "\": a list is expected";
-    return false;
+void StoreConfigurationReader::readList(JsonValue const& list, std::string const& key) {
+    auto const usualKind =
+        key == "nonRenewingSubscriptions" ? ProductKind::nonRenewingSubscription : ProductKind::nonConsumable;
+    for (auto const& entry : list.elements) {
+        if (key == "subscriptionGroups") {
+            readGroup(entry);
+        } else {
+            readProduct(entry, usualKind, {});
+        }
+    }
 }
 
 void StoreConfigurationReader::readGroup(JsonValue const& group) {

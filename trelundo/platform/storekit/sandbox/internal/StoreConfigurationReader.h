@@ -12,19 +12,16 @@ class StoreConfigurationReader {
 public:
     StoreConfigurationReader(std::string file, StoreConfiguration::Options options);
 
-    /// False: error() says why.
-    bool read(JsonValue const& root);
-    std::string const& error() const { return error_; }
-    StoreConfiguration takeConfiguration() && { return std::move(configuration_); }
+    Result<StoreConfiguration> read(JsonValue const& root) &&;
 
 private:
     using ProductKind = StoreConfiguration::ProductKind;
-    using Discounts = std::vector<Ref<SKProductDiscount>>;
 
     void readSettings(JsonValue const& root);
+    void readStorefront(JsonValue const& settings);
     void readStoreErrors(JsonValue const& settings);
-    bool readLists(JsonValue const& root);
-    bool isList(JsonValue const& value, std::string const& key);
+    Result<void> readLists(JsonValue const& root);
+    void readList(JsonValue const& list, std::string const& key);
     void readGroup(JsonValue const& group);
     void readProduct(JsonValue const& entry, ProductKind usualKind, std::string_view group);
     ProductKind kindOf(JsonValue const& entry, ProductKind usualKind);
@@ -44,7 +41,6 @@ private:
     Storefront storefront_;
     Locale priceLocale_{"en_US"};
     StoreConfiguration configuration_;
-    std::string error_;
 };
 
 } // namespace trelundo

@@ -60,14 +60,12 @@ std::string languageAndScript(std::string_view locale) {
 
 } // namespace
 
-bool Storefront::isKnown(std::string_view code) { return lookUp(regions, code, 5).has_value(); }
-
-Storefront Storefront::of(std::string_view code) {
+Result<Storefront> Storefront::find(std::string_view code) {
     auto const region = lookUp(regions, code, 5);
-    if (!region) return {};
-    return {.code = std::string{code},
-            .region = std::string{*region},
-            .currency = std::string{lookUp(currencies, code, 6).value_or("USD")}};
+    if (!region) return Error{"unknown storefront \"" + std::string{code} + "\""};
+    return Storefront{.code = std::string{code},
+                      .region = std::string{*region},
+                      .currency = std::string{lookUp(currencies, code, 6).value_or("USD")}};
 }
 
 std::string Storefront::priceLocale(std::string_view locale) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <string>
 #include <string_view>
 
@@ -11,9 +13,8 @@ struct Storefront {
     std::string region = "US";    // alpha-2
     std::string currency = "USD"; // ISO 4217, by the store's published list of report currencies
 
-    static bool isKnown(std::string_view code);
-    /// The storefront of `code`; that of USA when the code is unknown.
-    static Storefront of(std::string_view code);
+    /// An unknown code is an error that names it.
+    static Result<Storefront> find(std::string_view code);
 
     /// The identifier of the locale that prices have: the language (and script) of `locale`, the region and
     /// currency of the storefront, such as `en_PT@currency=EUR`.
