@@ -3,13 +3,11 @@
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <deque>
-#include <fcntl.h>
-#include <fstream>
 #include <map>
-#include <set>
-#include <sstream>
+#include <sys/mman.h>
 #include <sys/wait.h>
 
 namespace trelundo {
@@ -18,7 +16,8 @@ namespace {
 using State = SKPaymentTransactionState;
 using Outcome = SandboxStore::Outcome;
 
-constexpr std::size_t batchSize = 8; // processes at a time
+constexpr std::size_t batchSize = 8;                                           // processes at a time
+constexpr std::array<std::string_view, 3> products{"badge", "frame", "coins"}; // as the scenario buys them
 
 std::unique_ptr<SandboxStore> openStore(std::filesystem::path const& folder) {
     auto const catalogue = StoreConfiguration::parse(R"({"products": [
@@ -29,29 +28,45 @@ std::unique_ptr<SandboxStore> openStore(std::filesystem::path const& folder) {
     return *SandboxStore::open({.file = folder / "store.db", .configuration = *catalogue, .seed = 0});
 }
 
-/// What a run that may die at any moment has seen; written line by line past all buffers.
-class Journal : public SKPaymentQueueMonitor {
-public:
-    explicit Journal(std::filesystem::path const& file)
-        : file_(::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600)) {}
-    ~Journal() override { ::close(file_); }
-    Journal(Journal const&) = delete;
-    Journal& operator=(Journal const&) = delete;
+/// What a run that may die at any moment has seen, in memory that outlives its process.
+struct Journal : SKPaymentQueueMonitor {
+    struct Entry {
+        std::int64_t identifier = 0;
+        State state = State::purchasing; // the last that was told
+        std::string_view product;
+        bool isFinished = false;
+    };
 
-    void write(std::string line) const {
-        line += '\n';
-        if (::write(file_, line.data(), line.size()) < 0) ::_exit(3);
-    }
     void transactionUpdated(std::string const& id, SKPaymentTransaction const& transaction) override {
-        write("told " + id + " " + std::to_string(static_cast<int>(transaction.transactionState())) + " " +
-              transaction.payment()->productIdentifier());
+        auto& entry = entryOf(id);
+        entry.state = transaction.transactionState();
+        entry.product = literal(transaction.payment()->productIdentifier());
     }
     void transactionFinished(std::string const& id, SKPaymentTransaction const&) override {
-        write("finished " + id);
+        entryOf(id).isFinished = true;
+        finishing = {};
+    }
+    bool hasHeard(std::string_view product, State state) const {
+        return std::ranges::any_of(
+            entries, [&](auto const& each) { return each.product == product && each.state == state; });
+    }
+    static std::string_view literal(std::string_view product) {
+        return *std::ranges::find(products, product);
     }
 
+    std::array<Entry, 16> entries; // those without identifier are free
+    std::size_t addedCount = 0;    // of the products
+    std::string_view finishing;    // the product of a finish that has not returned
+    bool isResumed = false;
+
 private:
-    int file_;
+    Entry& entryOf(std::string const& id) {
+        auto const identifier = std::stoll(id);
+        auto& entry = *std::ranges::find_if(
+            entries, [&](auto const& each) { return each.identifier == identifier || each.identifier == 0; });
+        entry.identifier = identifier;
+        return entry;
+    }
 };
 
 struct Variant {
@@ -61,12 +76,11 @@ struct Variant {
 
 /// Every kind of operation once or more. Calls `step` before and after what makes an operation durable, from
 /// the creation of the store's file to the last commit.
-void performScenario(std::filesystem::path const& folder, Variant variant,
+void performScenario(std::filesystem::path const& folder, Variant variant, Journal& journal,
                      std::function<void()> const& step) {
     DatabaseProbe const probe{[&](std::string_view sql, bool hasEnded) {
         if (sql.starts_with("COMMIT") || (sql.starts_with("BEGIN") && !hasEnded)) step();
     }};
-    Journal journal{folder / "journal"};
     auto const store = openStore(folder);
     auto const queue = make<SKPaymentQueue>();
     auto const buyer = make<RecordingObserver>();
@@ -74,36 +88,34 @@ void performScenario(std::filesystem::path const& folder, Variant variant,
         for (auto const& each : buyer->last) {
             auto const state = each->transactionState();
             if (!variant.finishes || state == State::purchasing || state == State::deferred) continue;
-            journal.write("finishing " + each->payment()->productIdentifier());
+            journal.finishing = Journal::literal(each->payment()->productIdentifier());
             told.finishTransaction(each);
         }
     };
     queue->setMonitor(&journal);
     queue->setBackend(store.get());
     queue->addTransactionObserver(buyer);
-    auto const buy = [&](char const* product, Outcome::Kind kind) {
+    for (auto const kind : {Outcome::Kind::purchased, Outcome::Kind::deferred, Outcome::Kind::interrupted}) {
         store->setNextOutcome({.kind = kind});
-        queue->add(paymentFor(product));
-        journal.write(std::string{"added "} + product);
+        queue->add(paymentFor(std::string{products[journal.addedCount]}));
+        ++journal.addedCount;
         RunLoop::main().runUntilIdle();
-    };
-    buy("badge", Outcome::Kind::purchased);
-    buy("frame", Outcome::Kind::deferred);
-    buy("coins", Outcome::Kind::interrupted);
+    }
     queue->restoreCompletedTransactions();
     RunLoop::main().runUntilIdle();
     EXPECT_TRUE(variant.approves ? store->approve() : store->decline());
     RunLoop::main().runUntilIdle();
     EXPECT_TRUE(store->resume());
-    journal.write("resumed");
+    journal.isResumed = true;
     RunLoop::main().runUntilIdle();
     queue->setBackend(nullptr);
 }
 
 int countSteps(Variant variant) {
     TemporaryFolder const folder;
+    Journal journal;
     int count = 0;
-    performScenario(folder.path(), variant, [&] { ++count; });
+    performScenario(folder.path(), variant, journal, [&] { ++count; });
     return count;
 }
 
@@ -113,14 +125,20 @@ public:
     DyingRun(Variant which, int step)
         : variant(which)
         , lastStep(step)
+        , journal_(new (::mmap(nullptr, sizeof(Journal), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS,
+                               -1, 0)) Journal)
         , process_(::fork()) {
         if (process_ != 0) return;
         int seen = 0;
-        performScenario(folder(), variant, [&] {
+        performScenario(folder(), variant, *journal_, [&] {
             if (++seen == lastStep) ::kill(::getpid(), SIGKILL);
         });
         ::_exit(0);
     }
+
+    ~DyingRun() { ::munmap(journal_, sizeof(Journal)); }
+    DyingRun(DyingRun const&) = delete;
+    DyingRun& operator=(DyingRun const&) = delete;
 
     bool hasDied() const {
         int status = 0;
@@ -128,59 +146,21 @@ public:
         return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     }
     std::filesystem::path const& folder() const { return folder_.path(); }
+    Journal const& journal() const { return *journal_; }
 
     Variant const variant;
     int const lastStep;
 
 private:
     TemporaryFolder folder_;
+    Journal* journal_; // shared with the process
     ::pid_t process_;
-};
-
-/// The journal of a run, sorted out.
-struct Account {
-    struct Told {
-        State state = {};
-        std::string product;
-    };
-    std::map<std::string, Told> told; // the last word, by identifier
-    std::set<std::string> finished;
-    std::string unsure; // product of a finish that did not return
-    std::vector<std::string> added;
-    bool isResumed = false;
-
-    explicit Account(std::filesystem::path const& file) {
-        std::ifstream stream{file};
-        for (std::string line; std::getline(stream, line);) read(line);
-    }
-
-    bool hasHeard(std::string const& product, State state) const {
-        return std::ranges::any_of(told, [&](auto const& each) {
-            return each.second.product == product && each.second.state == state;
-        });
-    }
-
-private:
-    void read(std::string const& line) {
-        std::istringstream words{line};
-        std::string kind;
-        std::string word;
-        int state = 0;
-        words >> kind >> word;
-        if (kind == "told")
-            words >> state >> told[word].product, told[word].state = static_cast<State>(state);
-        if (kind == "finishing") unsure = word;
-        if (kind == "finished") finished.insert(word), unsure.clear();
-        if (kind == "added") added.push_back(word);
-        if (kind == "resumed") isResumed = true;
-    }
 };
 
 /// Whether a transaction last seen in `before` may be in `after` when it comes back.
 bool mayBecome(State before, State after) {
-    if (before == State::purchasing) return after != State::restored;
-    if (before == State::deferred) return after != State::purchasing && after != State::restored;
-    return before == after;
+    bool const isOpen = before == State::purchasing || before == State::deferred;
+    return isOpen ? after != State::purchasing && after != State::restored : before == after;
 }
 
 /// The next run of the program.
@@ -188,57 +168,59 @@ class SandboxCrashTest : public StoreTest {
 protected:
     void check(DyingRun const& run) {
         SCOPED_TRACE("step " + std::to_string(run.lastStep));
-        Account const account{run.folder() / "journal"};
+        auto const& journal = run.journal();
         auto const store = openStore(run.folder());
         EXPECT_TRUE(warnings.lines.empty()) << warnings.lines.front();
         auto const records = *store->transactions();
-        for (auto const& product : account.added)
+        for (std::size_t i = 0; i < journal.addedCount; ++i)
             EXPECT_TRUE(std::ranges::any_of(records, [&](auto const& each) {
-                return each.transaction.payment.productIdentifier == product;
-            })) << product;
+                return each.transaction.payment.productIdentifier == products[i];
+            })) << products[i];
 
         auto const queue = make<SKPaymentQueue>();
         auto const observer = make<RecordingObserver>();
         queue->setBackend(store.get());
         queue->addTransactionObserver(observer);
         drain();
-        checkWhatComesBack(*store, *queue, account);
+        checkWhatComesBack(*store, *queue, journal);
         observer->lines.clear();
         EXPECT_TRUE(store->resume());
         drain();
-        EXPECT_TRUE(!account.hasHeard("coins", State::failed) || isSold(*store, "coins"))
+        EXPECT_TRUE(!journal.hasHeard("coins", State::failed) || isSold(*store, "coins"))
             << "what was held back arrives in the end";
-        EXPECT_TRUE(!account.isResumed || observer->lines.empty()) << "and once only";
+        EXPECT_TRUE(!journal.isResumed || observer->lines.empty()) << "and once only";
         observer->lines.clear();
         queue->restoreCompletedTransactions();
         drain();
-        checkWhatIsOwned(*store, observer->lines.front(), account);
-        EXPECT_TRUE(run.variant.approves || !account.hasHeard("frame", State::purchased));
+        checkWhatIsOwned(*store, observer->lines.front(), journal);
+        EXPECT_TRUE(run.variant.approves || !journal.hasHeard("frame", State::purchased));
         queue->setBackend(nullptr);
     }
 
     static void checkWhatComesBack(SandboxStore const& store, SKPaymentQueue const& queue,
-                                   Account const& account) {
-        std::map<std::string, State> back;
+                                   Journal const& journal) {
+        std::map<std::int64_t, State> back;
         auto const records = *store.transactions();
         for (auto const& each : records)
-            if (!each.isFinished && !each.isHeld) back[each.transaction.key] = each.transaction.state;
+            if (!each.isFinished && !each.isHeld)
+                back[std::stoll(each.transaction.key)] = each.transaction.state;
         EXPECT_EQ(queue.transactions().size(), back.size());
-        for (auto const& [id, told] : account.told) {
-            if (account.finished.contains(id)) {
-                EXPECT_FALSE(back.contains(id)) << id << " came back after its finish";
-            } else if (told.product != account.unsure) {
-                ASSERT_TRUE(back.contains(id)) << id << " is lost";
-                EXPECT_TRUE(mayBecome(told.state, back[id])) << id;
+        for (auto const& told : journal.entries) {
+            if (told.isFinished) {
+                EXPECT_FALSE(back.contains(told.identifier))
+                    << told.identifier << " came back after its finish";
+            } else if (told.identifier != 0 && told.product != journal.finishing) {
+                ASSERT_TRUE(back.contains(told.identifier)) << told.identifier << " is lost";
+                EXPECT_TRUE(mayBecome(told.state, back[told.identifier])) << told.identifier;
             }
         }
     }
 
     static void checkWhatIsOwned(SandboxStore const& store, std::string const& restored,
-                                 Account const& account) {
-        for (std::string const product : {"badge", "frame"}) {
+                                 Journal const& journal) {
+        for (std::string const product : {"badge", "frame"}) { // coins are not restored
             bool const isOwned = restored.find(product + ":restored") != std::string::npos;
-            EXPECT_TRUE(isOwned || !account.hasHeard(product, State::purchased)) << product;
+            EXPECT_TRUE(isOwned || !journal.hasHeard(product, State::purchased)) << product;
             EXPECT_EQ(isOwned, isSold(store, product)) << product;
         }
     }

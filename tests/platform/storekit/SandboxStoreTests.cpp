@@ -250,13 +250,6 @@ TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesOnceAfterResuming) {
     EXPECT_EQ(restore().at(0), "badge:restored");
 }
 
-TEST_F(SandboxStoreTest, APurchaseLeftInTheMiddleGoesOnInTheNextRun) {
-    openFile();
-    queue->add(paymentFor("badge"));
-    reopen();
-    EXPECT_EQ(observer->lines, (Lines{"badge:purchasing", "badge:purchased"}));
-}
-
 TEST_F(SandboxStoreTest, ClearingForgetsEverything) {
     observer->finishes = true;
     open();
