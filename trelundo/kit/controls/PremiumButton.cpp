@@ -9,7 +9,7 @@
 #include "trelundo/kit/plans/internal/OfferDiscount.h"
 #include "trelundo/kit/plans/internal/Saving.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
-#include "trelundo/platform/foundation/Lazy.h"
+#include "trelundo/kit/store/PremiumManager.h"
 
 #include <array>
 
@@ -39,7 +39,7 @@ constexpr double titleLineSpacing = 4;
 } // namespace
 
 PremiumButton::PremiumButton(CGRect frame)
-    : UIButton(frame) {
+    : ProductButton(frame) {
     setup();
 }
 
@@ -61,23 +61,8 @@ void PremiumButton::setup() {
 
 CGSize PremiumButton::intrinsicContentSize() const { return {0, isSmallScreen_ ? 50.0 : 60.0}; }
 
-void PremiumButton::setProducts(Products products) {
-    products_ = std::move(products);
-    productsDidChange();
-}
-
-void PremiumButton::setProduct(Ref<SKProduct> product) {
-    product_ = std::move(product);
-    productDidChange();
-}
-
-void PremiumButton::setSelected(bool selected) {
-    UIButton::setSelected(selected);
-    selectionDidChange();
-}
-
 void PremiumButton::productsDidChange() {
-    if (products_.size() < 2) return;
+    if (products().size() < 2) return;
     setImage(Pictures::image("not_selected_premium"), UIControlState::normal);
     auto const selected = Pictures::image("selected_premium");
     setImage(selected, UIControlState::selected);
@@ -86,40 +71,40 @@ void PremiumButton::productsDidChange() {
 
 void PremiumButton::selectionDidChange() {
     setBackgroundColor(isSelected() ? selectedBackground() : UIColor::clear());
-    if (totalSeparatorView_) totalSeparatorView_->setHidden(!isSelected());
-    if (totalLabel_) totalLabel_->setHidden(!isSelected());
+    if (totalSeparatorView()) totalSeparatorView()->setHidden(!isSelected());
+    if (totalLabel()) totalLabel()->setHidden(!isSelected());
     if (!isSelected()) return;
     if (auto const host = delegate()) tellOffer(*host);
 }
 
 void PremiumButton::tellOffer(PremiumButtonDelegate& host) const {
-    auto const discount = product_ && product_->subscriptionPeriod() ? offer() : nullptr;
+    auto const discount = product() && product()->subscriptionPeriod() ? offer() : nullptr;
     if (!isFreeTrial(discount)) return host.updateOffer(std::nullopt, std::nullopt);
-    auto const& texts = rowForTag(trialOffers, abTest_);
+    auto const& texts = rowForTag(trialOffers, abTest());
     std::optional<std::string> subtitle;
-    if (texts.yearlySubtitle && product_->subscriptionPeriod()->unit == SKProductPeriodUnit::year)
-        subtitle = filledWithPrice(texts.yearlySubtitle, PremiumManager::price(*product_));
+    if (texts.yearlySubtitle && product()->subscriptionPeriod()->unit == SKProductPeriodUnit::year)
+        subtitle = filledWithPrice(texts.yearlySubtitle, PremiumManager::price(*product()));
     host.updateOffer(filledWithTrial(texts.title, *discount, true), subtitle);
 }
 
 Ref<SKProductDiscount> PremiumButton::offer() const {
-    return offerDiscount(*product_, paymentDiscount_, introductoryPriceWasOffered_);
+    return offerDiscount(*product(), paymentDiscount_, introductoryPriceWasOffered());
 }
 
 void PremiumButton::layoutSubviews() {
     UIButton::layoutSubviews();
-    if (!totalSeparatorView_ || !totalLabel_) return;
-    TotalBlock{.separator = *totalSeparatorView_,
-               .label = *totalLabel_,
-               .labelSize = totalLabel_->frame().size,
+    if (!totalSeparatorView() || !totalLabel()) return;
+    TotalBlock{.separator = *totalSeparatorView(),
+               .label = *totalLabel(),
+               .labelSize = totalLabel()->frame().size,
                .labelMargin = 25,
                .separatorMargin = 50}
         .place(*this);
 }
 
 void PremiumButton::productDidChange() {
-    if (!product_) return;
-    auto const& period = product_->subscriptionPeriod();
+    if (!product()) return;
+    auto const& period = product()->subscriptionPeriod();
     if (!period || period->numberOfUnits == 0) {
         showOneTimePurchase();
         return;
@@ -129,8 +114,8 @@ void PremiumButton::productDidChange() {
     bool const showsMonthlyShare = *period == oneYear && !isTrial;
     auto const firstLine = plan(
         {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = isTrial});
-    auto const secondLine = showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product_);
-    if (showsMonthlyShare) addTotalBlock();
+    auto const secondLine = showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product());
+    if (showsMonthlyShare) addTotal();
     if (discount && !isTrial)
         showIntroductoryPrice(*discount);
     else
@@ -138,7 +123,7 @@ void PremiumButton::productDidChange() {
 }
 
 void PremiumButton::showOneTimePurchase() {
-    setTitle(filledWithPrice("One-Time Purchase: $$$", PremiumManager::price(*product_)),
+    setTitle(filledWithPrice("One-Time Purchase: $$$", PremiumManager::price(*product())),
              UIControlState::normal);
 }
 
@@ -151,30 +136,24 @@ void PremiumButton::showPlan(std::string const& firstLine, std::string const& se
 }
 
 void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
-    auto const [terms, afterwards] = discountTexts(offer, *product_);
+    auto const [terms, afterwards] = discountTexts(offer, *product());
     setAttributedTitle(NSAttributedString{terms + ".\n" + afterwards, attributes(textFont_)},
                        UIControlState::normal);
 }
 
 std::string PremiumButton::monthlyShareLine() const {
-    auto const share = filledWithPrice("$$$/mo", PremiumManager::price(*product_, 12));
-    auto const saving = yearlySaving(*product_, products_, {sevenDays});
+    auto const share = filledWithPrice("$$$/mo", PremiumManager::price(*product(), 12));
+    auto const saving = yearlySaving(*product(), products(), {sevenDays});
     return saving ? share + " · " + savingText(*saving) : share;
 }
 
-void PremiumButton::addTotalBlock() {
-    totalSeparatorView_ = named("totalSeparatorView", make<UIView>());
-    totalSeparatorView_->setBackgroundColor(textColor_);
-    addSubview(totalSeparatorView_);
-
-    totalLabel_ = named("totalLabel", make<UILabel>());
-    totalLabel_->setNumberOfLines(2);
+void PremiumButton::addTotal() {
     NSParagraphStyle const centred{.alignment = NSTextAlignment::center, .lineSpacing = titleLineSpacing};
-    totalLabel_->setAttributedText(
-        NSAttributedString{filledWithPrice("Total:\n$$$", PremiumManager::price(*product_)),
-                           textAttributes(textBoldFont_, textColor_, centred)});
-    totalLabel_->sizeToFit();
-    addSubview(totalLabel_);
+    addTotalBlock(textColor_,
+                  NSAttributedString{filledWithPrice("Total:\n$$$", PremiumManager::price(*product())),
+                                     textAttributes(textBoldFont_, textColor_, centred)});
+    totalLabel()->setNumberOfLines(2);
+    totalLabel()->sizeToFit();
 }
 
 TextAttributes PremiumButton::attributes(UIFont font) const {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "trelundo/kit/controls/PremiumButtonDelegate.h"
+#include "trelundo/kit/controls/ProductButton.h"
 #include "trelundo/kit/plans/PlanName.h"
-#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/NSCoder.h"
-#include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/storekit/SKPayment.h"
 
 namespace trelundo {
 
@@ -12,14 +12,12 @@ namespace trelundo {
 /// plan. Assign in this order: isSmallScreen and fonts, introductoryPriceWasOffered, products,
 /// paymentDiscount, product, abTest, delegate, selected. The texts are built when `product` is assigned; the
 /// delegate hears of the selection.
-class PremiumButton : public UIButton {
+class PremiumButton : public ProductButton {
 public:
     explicit PremiumButton(CGRect frame = {});
     /// A button from an archive gets no corner radius, fonts or insets.
     explicit PremiumButton(NSCoder const& archive);
 
-    std::string const& abTest() const { return abTest_; }
-    void setABTest(std::string abTest) { abTest_ = std::move(abTest); }
     Ref<PremiumButtonDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(Weak<PremiumButtonDelegate> delegate) { delegate_ = std::move(delegate); }
     UIColor textColor() const { return textColor_; }
@@ -29,21 +27,10 @@ public:
     void setTextBoldFont(UIFont font) { textBoldFont_ = font; }
     bool isSmallScreen() const { return isSmallScreen_; }
     void setSmallScreen(bool small) { isSmallScreen_ = small; }
-    bool introductoryPriceWasOffered() const { return introductoryPriceWasOffered_; }
-    void setIntroductoryPriceWasOffered(bool offered) { introductoryPriceWasOffered_ = offered; }
-    /// All products on the screen; with fewer than two the button shows no radio mark.
-    Products const& products() const { return products_; }
-    void setProducts(Products products);
     /// The promotional offer that the screen will pay with; null: none.
     Ref<SKPaymentDiscount> paymentDiscount() const { return paymentDiscount_; }
     void setPaymentDiscount(Ref<SKPaymentDiscount> discount) { paymentDiscount_ = std::move(discount); }
-    Ref<SKProduct> product() const { return product_; }
-    void setProduct(Ref<SKProduct> product);
-    /// Null until a yearly product without trial was assigned.
-    Ref<UIView> totalSeparatorView() const { return totalSeparatorView_; }
-    Ref<UILabel> totalLabel() const { return totalLabel_; }
 
-    void setSelected(bool selected) override;
     CGSize intrinsicContentSize() const override;
     void layoutSubviews() override;
 
@@ -53,9 +40,9 @@ public:
 
 private:
     void setup();
-    void productsDidChange();
-    void productDidChange();
-    void selectionDidChange();
+    void productsDidChange() override;
+    void productDidChange() override;
+    void selectionDidChange() override;
     void tellOffer(PremiumButtonDelegate& host) const;
 
     Ref<SKProductDiscount> offer() const;
@@ -63,21 +50,15 @@ private:
     void showPlan(std::string const& firstLine, std::string const& secondLine);
     void showIntroductoryPrice(SKProductDiscount const& offer);
     std::string monthlyShareLine() const;
-    void addTotalBlock();
+    void addTotal();
     TextAttributes attributes(UIFont font) const;
 
-    std::string abTest_;
     Weak<PremiumButtonDelegate> delegate_;
     UIColor const textColor_{0.24313725490196078, 0.2549019607843137, 0.29411764705882354};
     UIFont textFont_ = UIFont::system(12, UIFont::Weight::semibold);
     UIFont textBoldFont_ = UIFont::system(14, UIFont::Weight::bold);
     bool isSmallScreen_ = false;
-    bool introductoryPriceWasOffered_ = false;
-    Products products_;
     Ref<SKPaymentDiscount> paymentDiscount_;
-    Ref<SKProduct> product_;
-    Ref<UIView> totalSeparatorView_;
-    Ref<UILabel> totalLabel_;
 };
 
 } // namespace trelundo

@@ -7,7 +7,6 @@
 #include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
-#include "trelundo/platform/foundation/Lazy.h"
 
 #include <algorithm>
 #include <array>
@@ -130,7 +129,7 @@ std::string padded(std::string const& text) {
 } // namespace
 
 PremiumV2Button::PremiumV2Button(CGRect frame)
-    : UIButton(frame) {
+    : ProductButton(frame) {
     setTextColor(initialTextColor());
     setup();
 }
@@ -145,25 +144,10 @@ void PremiumV2Button::setup() {
     setTitleEdgeInsets({0, 16, 0, 16});
 }
 
-void PremiumV2Button::setProducts(Products products) {
-    products_ = std::move(products);
-    productsDidChange();
-}
-
-void PremiumV2Button::setProduct(Ref<SKProduct> product) {
-    product_ = std::move(product);
-    productDidChange();
-}
-
-void PremiumV2Button::setSelected(bool selected) {
-    UIButton::setSelected(selected);
-    selectionDidChange();
-}
-
-PlanTexts PremiumV2Button::texts() const { return {*product_, products_, introductoryPriceWasOffered_}; }
+PlanTexts PremiumV2Button::texts() const { return {*product(), products(), introductoryPriceWasOffered()}; }
 
 void PremiumV2Button::productsDidChange() {
-    if (products_.size() < 2) return;
+    if (products().size() < 2) return;
     using enum UIControlState;
     auto const unchecked = Pictures::image("unchecked", UIImageRenderingMode::alwaysTemplate);
     auto const checked = Pictures::image("checked", UIImageRenderingMode::alwaysTemplate);
@@ -174,7 +158,7 @@ void PremiumV2Button::productsDidChange() {
 }
 
 void PremiumV2Button::selectionDidChange() {
-    bool const showsSelection = isSelected() && products_.size() >= 2;
+    bool const showsSelection = isSelected() && products().size() >= 2;
     setBackgroundColor(showsSelection ? selectedColor() : UIColor::clear());
     if (!isSelected()) return;
     if (auto host = delegate()) host->set(continueTexts());
@@ -185,18 +169,18 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
     auto const first = textAttributes(UIFont::system(15, UIFont::Weight::bold), buttonTextColor(), centred);
     auto const second = first.with(NSAttributedStringKey::font, UIFont::system(13, UIFont::Weight::medium));
 
-    auto const& layout = rowForTag(continueLayouts, abTest_);
-    auto const trial = product_ ? texts().trial("Try %%% for FREE") : std::string{};
+    auto const& layout = rowForTag(continueLayouts, abTest());
+    auto const trial = product() ? texts().trial("Try %%% for FREE") : std::string{};
     NSAttributedString title{continueWord(layout.word, !trial.empty()), first};
     if (layout.showsTrial && !trial.empty()) title.append("\n" + trial, second);
-    bool const isYearly = product_ && texts().isYearly();
+    bool const isYearly = product() && texts().isYearly();
     return {std::move(title), subtitleText(isYearly ? layout.yearly : layout.other)};
 }
 
 void PremiumV2Button::productDidChange() {
-    if (!product_) return;
+    if (!product()) return;
     auto const plan = texts();
-    auto const& layout = rowForTag(titleLayouts, abTest_);
+    auto const& layout = rowForTag(titleLayouts, abTest());
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
                              lineAttributes(15, Weight::bold, textColor())};
@@ -215,33 +199,18 @@ void PremiumV2Button::productDidChange() {
     }
     setAttributedTitle(title, UIControlState::normal);
     removeTotalBlock();
-    if (layout.hasTotalBlock) addTotalBlock(plan.price());
-}
-
-void PremiumV2Button::removeTotalBlock() {
-    if (totalSeparatorView_) totalSeparatorView_->removeFromSuperview();
-    if (totalLabel_) totalLabel_->removeFromSuperview();
-    totalSeparatorView_ = nullptr;
-    totalLabel_ = nullptr;
-}
-
-void PremiumV2Button::addTotalBlock(std::string const& amount) {
-    totalSeparatorView_ = named("totalSeparatorView", make<UIView>());
-    totalSeparatorView_->setBackgroundColor(termsColor());
-    addSubview(totalSeparatorView_);
-    totalLabel_ = named("totalLabel", make<UILabel>());
-    totalLabel_->setAttributedText(
-        NSAttributedString{amount, lineAttributes(13, UIFont::Weight::bold, textColor())});
-    addSubview(totalLabel_);
+    if (layout.hasTotalBlock)
+        addTotalBlock(termsColor(),
+                      NSAttributedString{plan.price(), lineAttributes(13, Weight::bold, textColor())});
 }
 
 void PremiumV2Button::layoutSubviews() {
     UIButton::layoutSubviews();
-    if (!totalSeparatorView_ || !totalLabel_) return;
+    if (!totalSeparatorView() || !totalLabel()) return;
     auto const natural =
-        boundingRect(*totalLabel_->attributedText(), {greatestFiniteMagnitude, greatestFiniteMagnitude});
-    TotalBlock{.separator = *totalSeparatorView_,
-               .label = *totalLabel_,
+        boundingRect(*totalLabel()->attributedText(), {greatestFiniteMagnitude, greatestFiniteMagnitude});
+    TotalBlock{.separator = *totalSeparatorView(),
+               .label = *totalLabel(),
                .labelSize = {std::ceil(natural.width()), std::ceil(natural.height())},
                .labelMargin = 16,
                .separatorMargin = 32}
