@@ -1,13 +1,9 @@
 #include "trelundo/platform/window/OffscreenShell.h"
-#include "trelundo/platform/window/internal/DisplayProbe.h"
 #include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <map>
 
 namespace trelundo {
 
@@ -25,23 +21,6 @@ TEST(ResizedProfileTest, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFro
     EXPECT_EQ(wide.landscapeHorizontal, UIUserInterfaceSizeClass::regular);
     EXPECT_EQ(wide.landscapeVertical, UIUserInterfaceSizeClass::compact);
     EXPECT_EQ(wide.nativePixels, (CGSize{800, 1800}));
-}
-
-TEST(DisplayProbeTest, ADisplayThatNobodyServesIsNone) {
-    std::map<char const*, std::string> before;
-    for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (auto const* value = std::getenv(name)) before[name] = value;
-        ::unsetenv(name);
-    }
-    EXPECT_FALSE(DisplayProbe{}.answers());
-    for (auto const* display : {":4711", "nonsense"}) {
-        ::setenv("DISPLAY", display, 1);
-        EXPECT_FALSE(DisplayProbe{}.answers()) << display;
-    }
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    EXPECT_TRUE(DisplayProbe{}.answers());
-    for (auto const* name : {"DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(name);
-    for (auto const& [name, value] : before) ::setenv(name, value.c_str(), 1);
 }
 
 TEST(WheelScrollingTest, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {

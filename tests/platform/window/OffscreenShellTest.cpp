@@ -91,12 +91,6 @@ TEST_F(OffscreenShellTest, DraggingTakesVirtualTimeAndScrolls) {
     EXPECT_FALSE(strip->isDecelerating());
 }
 
-TEST_F(OffscreenShellTest, AFailedSnapshotNamesTheFile) {
-    auto const taken = shell.snapshot("/no/such/folder/a.png");
-    ASSERT_FALSE(taken);
-    EXPECT_THAT(taken.error().message, testing::HasSubstr("/no/such/folder/a.png"));
-}
-
 TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {
     auto const* device = DeviceProfile::find("phone-320x568");
     int calls = 0;
@@ -112,21 +106,6 @@ TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {
     EXPECT_EQ(calls, 1) << "what was pending is not lost";
     second.advance(1);
     EXPECT_EQ(calls, 2) << "and what was delayed keeps the time that was left";
-}
-
-TEST_F(OffscreenShellTest, ViewAnimationsRunInVirtualTime) {
-    auto const view = make<UIView>(CGRect{0, 0, 10, 10});
-    shell.window().addSubview(view);
-    std::vector<bool> ended;
-    UIView::animate({.duration = 0.5,
-                     .options = UIViewAnimationOptions::curveLinear,
-                     .animations = [&] { view->setAlpha(0); },
-                     .completion = [&](bool finished) { ended.push_back(finished); }});
-    shell.advance(0.25);
-    EXPECT_NEAR(view->layer().presentationValues().opacity, 0.5, 1e-6);
-    EXPECT_THAT(ended, IsEmpty());
-    shell.advance(0.25);
-    EXPECT_THAT(ended, ElementsAre(true));
 }
 
 } // namespace trelundo

@@ -11,24 +11,12 @@ public:
 
     /// The page as it stands after everything has loaded and run.
     static std::string dom(std::filesystem::path const& page, std::string const& hash) {
-        return run("--dump-dom", page, hash);
-    }
-    static void screenshot(std::filesystem::path const& page, std::string const& hash,
-                           std::filesystem::path const& picture, bool prefersDark) {
-        run("--screenshot=" + quoted(picture) + " --hide-scrollbars" +
-                (prefersDark ? " --blink-settings=preferredColorScheme=0" : ""),
-            page, hash);
-    }
-
-private:
-    static std::string run(std::string const& what, std::filesystem::path const& page,
-                           std::string const& hash) {
         TemporaryFolder profile;
         auto const command =
             "timeout 120 chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
             "--disable-background-networking --disable-component-update --disable-sync "
             "--disable-dev-shm-usage --window-size=1600,1000 --virtual-time-budget=10000 --user-data-dir=" +
-            quoted(profile / "profile") + " " + what + " " + quoted("file://" + page.string() + "#" + hash);
+            quoted(profile / "profile") + " --dump-dom " + quoted("file://" + page.string() + "#" + hash);
         return runShell("HOME=" + quoted(profile / "home") + " " + command + " 2>/dev/null </dev/null")
             .output;
     }

@@ -1,36 +1,29 @@
 #pragma once
 
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <sys/types.h>
-#include <vector>
 
 namespace trelundo::paywall::test {
 
-/// A program that runs beside the test and tells its state line by line on descriptor 3. Ended with its
-/// object at the latest.
+/// A shell command that runs beside the test and is read line by line. Ended with its object at the latest,
+/// and two minutes after its start.
 class Companion {
 public:
-    explicit Companion(std::vector<std::string> arguments);
+    explicit Companion(std::string const& command);
     ~Companion();
     Companion(Companion const&) = delete;
     Companion& operator=(Companion const&) = delete;
 
-    /// Why the program could not be started; empty when it runs.
-    std::string const& error() const { return error_; }
-    /// Waits for the next line; absent when the program has ended, or when the test takes a minute too long.
+    /// Waits for the next line of its standard output; absent when the command has ended.
     std::optional<std::string> nextLine();
-    /// Waits for the program's end and gives its exit status, 128 and the number for a signal. To be called
-    /// after the last line.
+    /// Waits for the command's end and gives its exit status. To be called after the last line.
     int status();
 
 private:
-    bool waitForText();
-
-    std::string error_;
-    pid_t process_ = -1;
-    int reader_ = -1;
-    std::string pending_; // read, and not yet given out
+    FILE* pipe_;
+    pid_t process_ = 0;
 };
 
 /// A display without a screen, for one test, and a hand on its mouse and keyboard. Programs that the test

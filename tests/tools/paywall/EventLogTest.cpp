@@ -1,23 +1,9 @@
 #include "tools/paywall/output/EventLog.h"
 
-#include "tests/support/ScopedState.h"
-#include "tests/tools/paywall/Program.h"
-
 #include <gtest/gtest.h>
 
 namespace trelundo::paywall::test {
 namespace {
-
-TEST(EventLogTest, CountsFromItsStart) {
-    TemporaryFolder folder;
-    ScopedVirtualClock time;
-    time.clock.setNow(1000);
-    EventLog log{folder / "log"};
-    log.setStart(1000);
-    time.clock.setNow(1000.5);
-    log.write("presented");
-    EXPECT_EQ(readText(folder / "log"), "{\"t\":0.5,\"kind\":\"presented\"}\n");
-}
 
 TEST(EventLogTest, FindsValuesAsAScriptSpellsThem) {
     EventLog log{"/dev/null"};

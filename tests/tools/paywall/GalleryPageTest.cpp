@@ -1,9 +1,5 @@
 #include "tests/tools/paywall/Browser.h"
 #include "tools/paywall/output/Json.h"
-#include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/Picture.h"
-#include "trelundo/platform/graphics/Surface.h"
-#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -214,35 +210,6 @@ TEST_F(GalleryPageTest, EveryControlHasALabelAndEnoughContrast) {
         expect('texts were checked', checked > 30);
     )"),
               "all 1 hold");
-}
-
-/// The pixels of a screenshot.
-std::unique_ptr<Surface> pixelsOf(fs::path const& file) {
-    startGraphics();
-    auto const decoded = Picture::decode(readText(file), file.string(), 1);
-    if (!decoded) return nullptr;
-    auto const& picture = *decoded;
-    CGRect const whole{0, 0, picture->size().width, picture->size().height};
-    auto surface =
-        std::make_unique<Surface>(static_cast<int>(whole.size.width), static_cast<int>(whole.size.height), 1);
-    Canvas{*surface}.drawPicture(*picture, whole, whole, {}, std::nullopt);
-    return surface;
-}
-
-TEST_F(GalleryPageTest, PaintsThePicturesInLightAndDark) {
-    for (bool const isDark : {false, true}) {
-        auto const file = *folder / (isDark ? "dark.png" : "light.png");
-        Browser::screenshot(addressOf(page()), "", file, isDark);
-        auto const pixels = pixelsOf(file);
-        ASSERT_TRUE(pixels) << "no screenshot";
-        EXPECT_EQ(pixels->pixel(pixels->pixelWidth() - 3, pixels->pixelHeight() - 3),
-                  isDark ? 0xff15171bU : 0xfff3f4f6U)
-            << "the page's ground";
-        std::set<std::uint32_t> colors;
-        for (int y = 0; y < pixels->pixelHeight(); y += 3)
-            for (int x = 0; x < pixels->pixelWidth(); x += 3) colors.insert(pixels->pixel(x, y));
-        EXPECT_GT(colors.size(), 1000U) << "gradients of the paywalls, not only the page's few colours";
-    }
 }
 
 } // namespace

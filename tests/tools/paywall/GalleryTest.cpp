@@ -77,24 +77,6 @@ TEST_F(GalleryTest, DrawsEveryCombinationAsRenderDoes) {
                    {"BillingViewController", "--device", "phone-320x568", "--language", "he", "--landscape"});
 }
 
-TEST_F(GalleryTest, EveryKnownTagChangesItsScreens) {
-    Arguments const screens{"--screens",
-                            "PremiumViewController,PremiumV2ViewController,BillingViewController"};
-    auto const result =
-        draw(screens + Arguments{"--devices", "phone-320x568", "--languages", "en", "--tags",
-                                 ",ziokrefa,quivera602,V2_A1,V2_A2,V2_A3,V2_A4,V2_B1,V2_B2,V2_B3"});
-    EXPECT_THAT(result.output, HasSubstr("12 pictures: 12 drawn")) << "3 of the first, 8, and 1 without tags";
-    auto const picture = [&](std::string const& tag) {
-        return readText(path / "pictures/PremiumV2ViewController" /
-                        ("phone-320x568.en.light" + tag + ".png"));
-    };
-    EXPECT_TRUE(picture(".V2_A1") == picture("")) << "the first counts when there is none";
-    for (std::string const tag : {".V2_A2", ".V2_A3", ".V2_A4", ".V2_B1", ".V2_B2", ".V2_B3"}) {
-        EXPECT_GT(picture(tag).size(), 1000U) << tag;
-        EXPECT_FALSE(picture(tag) == picture("")) << tag;
-    }
-}
-
 TEST_F(GalleryTest, DrawsAgainOnlyWhatChanged) {
     expectOutcome(small, "4 pictures: 4 drawn, 0 kept, 0 removed");
     auto const all = drawnFiles();

@@ -37,11 +37,10 @@ protected:
     void show(std::vector<std::string> const& options) {
         common = {screen, "--fake-clock"};
         common.insert(common.end(), options.begin(), options.end());
-        std::vector<std::string> arguments{TRELUNDO_PAYWALL_PROGRAM, "show",  "--store",
-                                           folder / "store.sqlite",  "--log", "/dev/fd/3"};
-        arguments.insert(arguments.end(), common.begin(), common.end());
-        tool = std::make_unique<Companion>(arguments);
-        ASSERT_EQ(tool->error(), "");
+        auto command = quoted(TRELUNDO_PAYWALL_PROGRAM) + " show --store " + quoted(folder / "store.sqlite") +
+                       " --log /dev/fd/3 3>&1 1>&2";
+        for (auto const& option : common) command += " " + quoted(option);
+        tool = std::make_unique<Companion>(command);
         placement = awaitLine({{"kind", "window"}, {"cause", "shown"}});
     }
 
@@ -149,9 +148,13 @@ TEST_F(WindowTest, TakesItsDeviceAlongWhenItIsResized) {
 
 TEST(WindowWithoutDisplayTest, IsRefusedWithTheReason) {
     for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
-    auto const result = runPaywall({"show", "PremiumViewController"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.output, HasSubstr("no display"));
+    for (auto const* display : {"", ":4711", "nonsense"}) { // none, and two that nobody serves
+        setenv("DISPLAY", display, 1);
+        auto const result = runPaywall({"show", "PremiumViewController"});
+        EXPECT_EQ(result.status, 1) << display;
+        EXPECT_THAT(result.output, HasSubstr("no display"));
+    }
+    unsetenv("DISPLAY");
 }
 
 } // namespace
