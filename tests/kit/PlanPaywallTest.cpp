@@ -118,20 +118,6 @@ TEST_F(SecondGenerationTest, TheChecklistMentionsTheFamilyOnlyToFamilies) {
     EXPECT_EQ(rows.back()->accessibilityIdentifier(), "unlock8StackView");
 }
 
-TEST_F(SecondGenerationTest, AFaintBorderMarksThePlansNotSelected) {
-    auto screen = make<PremiumV5ViewController>();
-    screen->setProducts({yearly(), monthly()});
-    show(screen);
-    auto const alphas = [&] {
-        return std::vector{planButton(0)->layer().borderColor().alpha,
-                           planButton(1)->layer().borderColor().alpha};
-    };
-    EXPECT_EQ(alphas(), (std::vector{0.0, 0.1}));
-    tap(*planButton(1));
-    EXPECT_EQ(alphas(), (std::vector{0.1, 0.0}));
-    EXPECT_EQ(planButton(0)->layer().borderWidth(), 1);
-}
-
 TEST_F(SecondGenerationTest, TheTrialPaywallTakesItsProductAtAnyTime) {
     auto screen = make<PremiumV6ViewController>();
     screen->setFeatures({{"All Templates", "none"}});

@@ -143,12 +143,6 @@ TEST_F(PremiumManagerTest, WithoutDelegateAnswersNoToPromotions) {
     EXPECT_EQ(manager->applicationUsername(), std::nullopt);
 }
 
-TEST(PremiumManagerStateTest, ComesFromRawValues) {
-    EXPECT_EQ(premiumManagerState(3), PremiumManagerState::failed);
-    EXPECT_EQ(premiumManagerState(4), std::nullopt);
-    EXPECT_EQ(premiumManagerState(-1), std::nullopt);
-}
-
 std::string priceText(char const* price, int div, char const* locale = "en_US@currency=USD") {
     return PremiumManager::price(
         {.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});

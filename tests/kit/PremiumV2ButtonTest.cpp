@@ -79,22 +79,6 @@ TEST_F(PremiumV2ButtonTest, TellsTheScreenWhatToSayForEachTag) {
     EXPECT_EQ(ownTitle("V2_A2", trialYear), "$29.99/year\n$0.57/week");
 }
 
-TEST_F(PremiumV2ButtonTest, WritesTheContinueTitleInTheScreensColour) {
-    auto const button = show("V2_A2", makeProduct("y", "29.99", year, weekFree));
-    button->setButtonTextColor({1, 0, 0});
-    button->setSelected(true);
-    auto const runs = screen->heard.back().continueButtonAttributedTitle.runs();
-    ASSERT_EQ(runs.size(), 2U);
-    namespace Key = NSAttributedStringKey;
-    EXPECT_EQ(runs[0].attributes.get(Key::font), UIFont::system(15, UIFont::Weight::bold));
-    EXPECT_EQ(runs[1].attributes.get(Key::font), UIFont::system(13, UIFont::Weight::medium));
-    for (auto const& run : runs) {
-        EXPECT_EQ(run.attributes.get(Key::foregroundColor), (UIColor{1, 0, 0}));
-        EXPECT_EQ(run.attributes.get(Key::paragraphStyle)->lineSpacing, 6);
-        EXPECT_EQ(run.attributes.get(Key::paragraphStyle)->alignment, NSTextAlignment::center);
-    }
-}
-
 TEST_F(PremiumV2ButtonTest, MarksAChoiceOnlyWhereThereIsOneAndTellsEverySelection) {
     auto const alone = show("V2_A1", yearly(), {yearly()});
     alone->setSelected(true);
