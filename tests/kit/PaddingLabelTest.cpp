@@ -26,15 +26,5 @@ TEST(PaddingLabelTest, ItsMarginIsNoRoomForText) {
     EXPECT_TRUE(label->fit().truncated);
 }
 
-TEST(PaddingLabelTest, StaysACapsuleAsItGrows) {
-    auto const label = labelled<PaddingLabel>("Limited");
-    for (double const height : {28.0, 61.0}) {
-        label->setFrame({0, 0, 90, height});
-        label->layoutIfNeeded();
-        EXPECT_EQ(label->layer().cornerRadius(), height / 2);
-    }
-    EXPECT_FALSE(label->clipsToBounds());
-}
-
 } // namespace
 } // namespace trelundo::test

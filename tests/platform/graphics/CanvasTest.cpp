@@ -23,14 +23,6 @@ TEST(CanvasTest, SoftensEdgesOnlyBetweenPixels) {
     EXPECT_NEAR(alphaAt(*soft, 2, 1), 128, 4);
 }
 
-TEST(CanvasTest, BlendsInNonLinearColors) {
-    auto const surface = drawn(2, 2, 1, [](Canvas& canvas) {
-        canvas.fill({0, 0, 2, 2}, white);
-        canvas.fill({0, 0, 2, 2}, {0, 0, 0, 0.25});
-    });
-    EXPECT_NEAR(static_cast<int>(surface->pixel(0, 0) & 0xff), 191, 1);
-}
-
 TEST(CanvasTest, ClipsOnWholePixelsUntilRestored) {
     auto const surface = drawn(4, 4, 1, [](Canvas& canvas) {
         canvas.save();

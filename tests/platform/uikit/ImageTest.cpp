@@ -129,15 +129,6 @@ TEST_F(ImageTest, ContentModesPlaceThePicture) {
     EXPECT_TRUE(UIImageView::contentRect(Mode::scaleAspectFit, {}, bounds).isEmpty());
 }
 
-TEST_F(ImageTest, TheViewMeasuresItsPicture) {
-    auto const view = make<UIImageView>(load("square"));
-    EXPECT_EQ(view->frame(), CGRect(0, 0, 20, 10));
-    EXPECT_FALSE(view->isUserInteractionEnabled());
-    EXPECT_EQ(view->intrinsicContentSize(), (CGSize{20, 10}));
-    view->setImage(nullptr);
-    EXPECT_EQ(view->intrinsicContentSize(), (CGSize{UIView::noIntrinsicMetric, UIView::noIntrinsicMetric}));
-}
-
 TEST_F(ImageTest, TemplatesTakeTheTintAndOriginalsDoNot) {
     auto const view = show(make<UIImageView>(load("square")), {50, 50, 20, 10});
     EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);

@@ -1,8 +1,6 @@
 #include "tests/platform/uikit/DeviceFixture.h"
 #include "trelundo/platform/uikit/text/UILabel.h"
 
-#include <cmath>
-
 namespace trelundo {
 
 namespace {
@@ -27,19 +25,6 @@ std::string const sentence = "You can cancel your subscription at any time";
 } // namespace
 
 using LabelTest = DeviceFixture;
-
-TEST_F(LabelTest, OneLineIsAsHighAsItsFontRoundedUpToThePixel) {
-    struct Row {
-        double size, height;
-    };
-    for (auto const& row :
-         {Row{8, 10}, Row{12, 14.5}, Row{15, 18}, Row{17, 20.5}, Row{18, 21.5}, Row{58, 69.5}}) {
-        auto const text = label("Premium", row.size);
-        EXPECT_DOUBLE_EQ(text->intrinsicContentSize().height, row.height) << row.size;
-        auto const pixels = text->intrinsicContentSize().width * 2;
-        EXPECT_DOUBLE_EQ(pixels, std::round(pixels));
-    }
-}
 
 TEST_F(LabelTest, LineFeedsMakeLinesAsFarAsAllowedWithSpacingBetweenThem) {
     struct Row {
