@@ -9,7 +9,7 @@
 #include <set>
 
 namespace trelundo {
-std::span<EmbeddedFile const> demoResources();
+std::span<EmbeddedFile const> demoResources(); // NOLINT(misc-use-internal-linkage): embedded by the build
 }
 
 namespace trelundo::paywall {

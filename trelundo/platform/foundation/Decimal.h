@@ -19,9 +19,11 @@ public:
     static constexpr int maximumExponent = 127;
 
     Decimal() = default;
+    // NOLINTBEGIN(google-explicit-constructor): whole numbers are decimals.
     Decimal(std::int64_t value);
     Decimal(int value)
         : Decimal(static_cast<std::int64_t>(value)) {}
+    // NOLINTEND(google-explicit-constructor)
     static Decimal notANumber();
 
     /// Reads digits with an optional sign, "." as separator and an optional exponent ("5", "-.5", "1.25e-3").

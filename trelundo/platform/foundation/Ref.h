@@ -18,6 +18,7 @@ template <class T> class Weak;
 template <class T> class Ref {
 public:
     Ref() = default;
+    // NOLINTBEGIN(google-explicit-constructor): references convert as pointers do.
     Ref(std::nullptr_t) {}
     Ref(Ref const& other) noexcept : object_(other.object_), link_(other.link_) { retain(); }
     Ref(Ref&& other) noexcept
@@ -33,6 +34,7 @@ public:
         requires std::convertible_to<U*, T*>
     Ref(Ref<U>&& other) noexcept
         : object_(std::exchange(other.object_, nullptr)), link_(std::exchange(other.link_, nullptr)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     ~Ref() {
         if (link_) link_->release();

@@ -12,6 +12,7 @@ namespace trelundo {
 template <class T> class Weak {
 public:
     Weak() = default;
+    // NOLINTBEGIN(google-explicit-constructor): references convert as pointers do.
     Weak(std::nullptr_t) {}
     Weak(Weak const& other) noexcept : object_(other.object_), link_(other.link_) { retain(); }
     Weak(Weak&& other) noexcept
@@ -34,6 +35,7 @@ public:
     Weak(Weak<U> const& other) noexcept : object_(other.object_), link_(other.link_) {
         retain();
     }
+    // NOLINTEND(google-explicit-constructor)
 
     ~Weak() {
         if (link_) link_->releaseWeakly();

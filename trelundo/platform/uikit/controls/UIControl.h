@@ -72,7 +72,7 @@ public:
     template <class Target, class Class, class... Sender>
     requires(sizeof...(Sender) <= 1 && std::derived_from<Target, Class>) void addTarget(
         Target* target, void (Class::*action)(Sender...), UIControlEvents events) {
-        Weak<Target> weak{target};
+        Weak<Target> const weak{target};
         addAction(
             {Weak<NSObject>{target}, identity(action), events, false, [weak, action](UIControl& sender) {
                  auto strongTarget = weak.lock();

@@ -13,7 +13,7 @@ namespace trelundo {
 /// 1 to 1000; 1000 is required. Fractions are allowed.
 struct UILayoutPriority {
     double value;
-    constexpr UILayoutPriority(double v)
+    constexpr UILayoutPriority(double v) // NOLINT(google-explicit-constructor): `at(750)`
         : value(v) {}
     constexpr auto operator<=>(UILayoutPriority const&) const = default;
 
@@ -138,6 +138,7 @@ public:
     /// The same rule at a priority below required.
     LayoutRule at(UILayoutPriority priority) const;
     Ref<NSLayoutConstraint> const& constraint() const { return constraint_; }
+    // NOLINTNEXTLINE(google-explicit-constructor): a rule without a priority is the constraint itself.
     operator Ref<NSLayoutConstraint>() const { return constraint_; }
 
 private:

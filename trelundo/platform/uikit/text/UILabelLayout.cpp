@@ -62,8 +62,8 @@ TextLimits UILabel::limits(double width, double height, int lines, double fontSc
 TextLayout const& UILabel::layout(TextLimits const& limits) const {
     auto const& runs = layoutRuns();
     auto& layouts = state_->layouts;
-    auto const known = std::find_if(layouts.begin(), layouts.end(),
-                                    [&](auto const& kept) { return isSame(kept.limits, limits); });
+    auto const known =
+        std::ranges::find_if(layouts, [&](auto const& kept) { return isSame(kept.limits, limits); });
     if (known != layouts.end()) return known->layout;
     if (layouts.size() == keptLayouts) layouts.erase(layouts.begin());
     layouts.push_back({limits, TextLayout{runs, limits}});

@@ -15,7 +15,7 @@ class UIColor {
 public:
     UIColor(double red, double green, double blue, double alpha = 1)
         : fixed_{red, green, blue, alpha} {}
-    UIColor(CGColor color)
+    UIColor(CGColor color) // NOLINT(google-explicit-constructor): a fixed color is a color
         : fixed_(color) {}
     /// "#rrggbb" or "#rrggbbaa"; none for any other text.
     static std::optional<UIColor> fromHex(std::string_view text);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <span>
 #include <unordered_map>
 
 namespace trelundo {

@@ -47,7 +47,7 @@ bool isSpace(char16_t unit) {
 bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right) {
     auto const joining = [&](std::size_t place) {
         char32_t letter = 0;
-        U16_GET(text.data(), 0, place, text.size(), letter);
+        U16_GET(text, 0, place, text.size(), letter);
         return u_getIntPropertyValue(static_cast<UChar32>(letter), UCHAR_JOINING_TYPE);
     };
     auto const first = joining(left);
@@ -59,7 +59,7 @@ bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right
 } // namespace
 
 double systemTracking(double size) {
-    auto const above =
+    auto const* const above =
         std::ranges::find_if(trackingSteps, [&](auto const& step) { return step.size >= size; });
     if (above == trackingSteps.end()) return 0;
     if (above == trackingSteps.begin()) return above->thousandths * size / 1000;

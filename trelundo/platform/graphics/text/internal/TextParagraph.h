@@ -47,7 +47,7 @@ struct TextCharacter {
 
 /// Text without line ends, shaped and measured.
 struct TextParagraph {
-    TextParagraph(StyledText text, std::vector<ScaledStyle> const& styles, bool rightToLeft);
+    TextParagraph(StyledText source, std::vector<ScaledStyle> const& styles, bool isRightToLeft);
 
     std::size_t end(std::size_t character) const;
     double width(std::size_t first, std::size_t last) const;

@@ -151,7 +151,7 @@ private:
     // Optimisation.
     void restoreFeasibility(std::vector<Conflict>& conflicts);
     RowIndex nextInfeasible();
-    Symbol dualEntering(Row const& row, bool minding) const;
+    Symbol dualEntering(Row const& row, bool mindsCosts) const;
     bool costsLess(SolverRow::Entry const& a, SolverRow::Entry const& b) const;
     Conflict refuseOneOf(RowIndex row);
     void optimise();

@@ -100,8 +100,7 @@ public:
 
 private:
     std::vector<Entry>::const_iterator find(Symbol symbol) const {
-        return std::lower_bound(entries_.begin(), entries_.end(), symbol,
-                                [](Entry const& entry, Symbol s) { return entry.symbol < s; });
+        return std::ranges::lower_bound(entries_, symbol, {}, &Entry::symbol);
     }
 
     std::vector<Entry> entries_;
