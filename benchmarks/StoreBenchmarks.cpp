@@ -66,7 +66,7 @@ void sortCatalogue(benchmark::State& state) {
         identifiers.push_back("product." + std::to_string(i));
         products.push_back(make<SKProduct>(SKProduct::Fields{.productIdentifier = identifiers.back()}));
     }
-    std::shuffle(products.begin(), products.end(), std::mt19937{7});
+    std::ranges::shuffle(products, std::mt19937{7});
     auto const manager = make<PremiumManager>();
     manager->start(identifiers);
     measure(state, [&] {

@@ -3,7 +3,6 @@
 #include "trelundo/platform/graphics/Canvas.h"
 #include "trelundo/platform/graphics/Surface.h"
 
-#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <memory>

@@ -1,9 +1,7 @@
 #include "StoreTestSupport.h"
 
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
-
 #include <memory>
-
 namespace trelundo {
 namespace {
 

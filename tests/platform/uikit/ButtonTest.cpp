@@ -3,7 +3,6 @@
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 #include <algorithm>
-#include <array>
 
 namespace trelundo {
 

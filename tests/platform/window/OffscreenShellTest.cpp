@@ -7,8 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-
 using testing::ElementsAre;
 using testing::IsEmpty;
 

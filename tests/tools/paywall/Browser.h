@@ -11,7 +11,7 @@ public:
 
     /// The page as it stands after everything has loaded and run.
     static std::string dom(std::filesystem::path const& page, std::string const& hash) {
-        TemporaryFolder profile;
+        TemporaryFolder const profile;
         auto const command =
             "timeout 120 chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
             "--disable-background-networking --disable-component-update --disable-sync "

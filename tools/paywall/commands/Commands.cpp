@@ -23,7 +23,7 @@ namespace trelundo::paywall {
 namespace {
 
 std::string readFile(std::string const& path) {
-    std::ifstream file{path, std::ios::binary};
+    std::ifstream const file{path, std::ios::binary};
     if (!file || std::filesystem::is_directory(path)) failInput(path + ": cannot be read");
     std::ostringstream text;
     text << file.rdbuf();

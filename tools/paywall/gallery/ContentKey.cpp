@@ -45,7 +45,7 @@ void ContentKey::add(std::string_view bytes) {
 void ContentKey::addFile(fs::path const& path) {
     std::ifstream file{path, std::ios::binary};
     if (!file) failInput(path.string() + ": cannot be read");
-    std::array<char, 1 << 16> buffer;
+    std::array<char, 1 << 16> buffer{};
     while (file) {
         file.read(buffer.data(), buffer.size());
         add({buffer.data(), static_cast<std::size_t>(file.gcount())});

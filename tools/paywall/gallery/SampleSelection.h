@@ -3,7 +3,6 @@
 #include "tools/paywall/Options.h"
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
-#include <span>
 #include <string_view>
 
 namespace trelundo::paywall {

@@ -5,7 +5,6 @@
 #include "trelundo/platform/foundation/Log.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace trelundo {
 

@@ -12,6 +12,7 @@
 #include <iterator>
 #include <map>
 #include <mutex>
+#include <ranges>
 #include <set>
 
 namespace trelundo {
@@ -72,8 +73,8 @@ struct Bundle::State {
     }
 
     std::optional<Resource> find(std::string const& identifier, std::string_view name) const {
-        for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
-            auto path = (std::filesystem::path{*folder} / name).string();
+        for (auto const& folder : std::views::reverse(folders)) {
+            auto path = (std::filesystem::path{folder} / name).string();
             std::error_code error;
             if (std::filesystem::is_regular_file(path, error)) return Resource{std::move(path), true, {}};
         }

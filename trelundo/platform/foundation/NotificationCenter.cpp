@@ -58,13 +58,11 @@ void NotificationCenter::removeObserver(NSObject& target) {
 template <class Condition> void NotificationCenter::remove(Condition condition) {
     std::vector<std::shared_ptr<Observation>> removed; // dies after the lock: a block may own observers
     std::lock_guard const lock{mutex_};
-    auto const rest =
-        std::stable_partition(observations_.begin(), observations_.end(),
-                              [&](auto const& observation) { return !condition(*observation); });
-    for (auto observation = rest; observation != observations_.end(); ++observation)
-        (*observation)->isRemoved = true;
-    removed.assign(std::make_move_iterator(rest), std::make_move_iterator(observations_.end()));
-    observations_.erase(rest, observations_.end());
+    auto const rest = std::ranges::stable_partition(
+        observations_, [&](auto const& observation) { return !condition(*observation); });
+    for (auto const& observation : rest) observation->isRemoved = true;
+    removed.assign(std::make_move_iterator(rest.begin()), std::make_move_iterator(rest.end()));
+    observations_.erase(rest.begin(), rest.end());
 }
 
 void NotificationCenter::post(std::string const& name, Ref<NSObject> object,

@@ -4,11 +4,9 @@
 #include "trelundo/platform/graphics/Geometry.h"
 #include "trelundo/platform/graphics/Picture.h"
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <span>
-#include <vector>
 
 namespace trelundo {
 

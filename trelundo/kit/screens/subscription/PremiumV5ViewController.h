@@ -2,8 +2,6 @@
 
 #include "trelundo/kit/screens/subscription/PlanPaywallViewController.h"
 
-#include <array>
-
 namespace trelundo {
 
 /// The "pro" paywall: a dimmed picture behind a title and a checklist, above the plans. A faint border marks

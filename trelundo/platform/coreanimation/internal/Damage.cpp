@@ -1,5 +1,6 @@
 #include "trelundo/platform/coreanimation/internal/Damage.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace trelundo {
@@ -67,7 +68,7 @@ bool Damage::absorb(PixelRect const& rect) {
 }
 
 bool Damage::intersects(PixelRect const& rect) const {
-    return std::any_of(rects_.begin(), rects_.end(), [&](auto const& each) { return each.intersects(rect); });
+    return std::ranges::any_of(rects_, [&](auto const& each) { return each.intersects(rect); });
 }
 
 } // namespace trelundo

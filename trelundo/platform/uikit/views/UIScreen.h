@@ -4,7 +4,6 @@
 #include "trelundo/platform/uikit/views/DeviceProfile.h"
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace trelundo {

@@ -137,15 +137,15 @@ QAccessibleInterface* AccessibleWindow::child(int index) const {
 
 int AccessibleWindow::indexOfChild(QAccessibleInterface const* child) const {
     auto const elements = tree_.elements();
-    auto const found = std::find(elements.begin(), elements.end(), child);
+    auto const found = std::ranges::find(elements, child);
     return found == elements.end() ? -1 : static_cast<int>(found - elements.begin());
 }
 
 QAccessibleInterface* AccessibleWindow::childAt(int x, int y) const {
     auto elements = tree_.elements();
-    std::reverse(elements.begin(), elements.end()); // the front ones first
-    auto const found = std::find_if(elements.begin(), elements.end(),
-                                    [&](auto const* element) { return element->rect().contains(x, y); });
+    std::ranges::reverse(elements); // the front ones first
+    auto const found =
+        std::ranges::find_if(elements, [&](auto const* element) { return element->rect().contains(x, y); });
     return found == elements.end() ? nullptr : *found;
 }
 

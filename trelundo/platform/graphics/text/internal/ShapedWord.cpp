@@ -6,6 +6,7 @@
 #include <QTextOption>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <unordered_map>
 

@@ -7,7 +7,6 @@
 #include "trelundo/platform/uikit/layout/internal/Solver.h"
 
 #include <array>
-#include <optional>
 #include <string>
 
 namespace trelundo {

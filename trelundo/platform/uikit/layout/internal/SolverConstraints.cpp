@@ -1,6 +1,7 @@
 #include "trelundo/platform/uikit/layout/internal/Solver.h"
 
 #include <tuple>
+#include <utility>
 
 namespace trelundo {
 

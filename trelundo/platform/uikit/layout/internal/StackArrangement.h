@@ -3,9 +3,7 @@
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 
-#include <array>
 #include <functional>
-#include <optional>
 
 namespace trelundo {
 
