@@ -5,7 +5,6 @@
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
-#include <algorithm>
 #include <charconv>
 #include <random>
 
