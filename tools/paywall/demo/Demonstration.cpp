@@ -9,7 +9,7 @@
 #include <set>
 
 namespace trelundo {
-std::span<EmbeddedFile const> demoResources(); // NOLINT(misc-use-internal-linkage): embedded by the build
+std::span<EmbeddedFile const> demoResources();
 }
 
 namespace trelundo::paywall {

@@ -186,7 +186,7 @@ std::optional<Decimal> Decimal::parse(std::string_view text) {
     if (weight > maximumExponent + maximumDigits) return std::nullopt;
     if (weight < minimumExponent - 2 * maximumDigits) return Decimal{};
     Wide significand = 0;
-    for (char digit : kept) significand = significand * 10 + static_cast<unsigned>(digit - '0');
+    for (char const digit : kept) significand = significand * 10 + static_cast<unsigned>(digit - '0');
     auto number = Arithmetic::compose(isNegative, significand, static_cast<int>(weight));
     if (number.isNaN()) return std::nullopt;
     return number;

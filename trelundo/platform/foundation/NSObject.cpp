@@ -42,7 +42,7 @@ std::string NSObject::className() const {
     int status = 0;
     std::unique_ptr<char, decltype(&std::free)> const name{
         abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status), &std::free};
-    std::string text = status == 0 ? name.get() : typeid(*this).name();
+    std::string const text = status == 0 ? name.get() : typeid(*this).name();
     auto const separator = text.rfind("::", text.find('<')); // not inside the arguments of a template
     return separator == std::string::npos ? text : text.substr(separator + 2);
 }

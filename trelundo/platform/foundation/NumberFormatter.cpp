@@ -77,7 +77,7 @@ bool writesPlainDigits(NumberFormatter::Style style) {
 void shorten(std::string& digits, std::size_t kept) {
     if (digits.size() <= kept + 4) return;
     auto const point = digits.find('.');
-    if (point == digits.npos || digits.size() <= point + kept + 3) return;
+    if (point == std::string::npos || digits.size() <= point + kept + 3) return;
     digits.resize(point + kept + 2);
     digits += '1';
 }

@@ -160,7 +160,8 @@ void NSLayoutConstraint::activate(std::vector<Ref<NSLayoutConstraint>> const& co
 }
 
 void NSLayoutConstraint::deactivate(std::vector<Ref<NSLayoutConstraint>> const& constraints) {
-    auto const all = constraints; // may be a view's own list, which shrinks
+    // The argument may be a view's own list, which shrinks.
+    auto const all = constraints; // NOLINT(performance-unnecessary-copy-initialization)
     for (auto const& constraint : all) constraint->setActive(false);
 }
 

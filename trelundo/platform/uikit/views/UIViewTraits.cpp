@@ -113,7 +113,7 @@ bool UIView::isTintDimmed() const {
 
 UIColor UIView::tintColor() const {
     auto const* source = tintSource();
-    auto const color = source ? *source->tintColor_ : UIColor::systemBlue();
+    auto color = source ? *source->tintColor_ : UIColor::systemBlue();
     if (!isTintDimmed()) return color;
     auto const resolved = color.cgColor(traitCollection());
     double const luminance = 0.2126 * resolved.red + 0.7152 * resolved.green + 0.0722 * resolved.blue;

@@ -59,7 +59,7 @@ bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right
 } // namespace
 
 double systemTracking(double size) {
-    auto const* const above =
+    auto const above =
         std::ranges::find_if(trackingSteps, [&](auto const& step) { return step.size >= size; });
     if (above == trackingSteps.end()) return 0;
     if (above == trackingSteps.begin()) return above->thousandths * size / 1000;

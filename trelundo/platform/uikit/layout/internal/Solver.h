@@ -57,8 +57,8 @@ public:
     /// All constraints that mention it must have been removed.
     void removeVariable(Variable variable);
     Constraint add(Rule const& rule);
-    void remove(Constraint constraint);
-    void setConstant(Constraint constraint, double constant);
+    void remove(Constraint handle);
+    void setConstant(Constraint handle, double constant);
 
     /// Conflicts found by this call, in the order found.
     std::vector<Conflict> solve();
@@ -134,14 +134,14 @@ private:
 
     // Constraints into and out of the tableau (SolverConstraints.cpp).
     void insertQueued(bool requiredOnes);
-    void insert(Constraint constraint);
+    void insert(Constraint handle);
     SolverRow substituted(ConstraintState const& constraint);
     Symbol chooseSubject(SolverRow const& row, ConstraintState const& constraint) const;
     Symbol freeSubject(SolverRow const& row) const;
     Symbol harmlessSubject(SolverRow const& row) const;
     static Symbol ownSubject(SolverRow const& row, ConstraintState const& constraint);
     void addCost(Symbol symbol, double priority, double sign);
-    void takeOut(Constraint constraint);
+    void takeOut(Constraint handle);
     RowIndex rowToLeave(Symbol entering) const;
     void release(ConstraintState& constraint);
     Level& level(double priority);

@@ -6,7 +6,7 @@
 namespace trelundo {
 
 Solver::Constraint Solver::add(Rule const& rule) {
-    Constraint handle;
+    Constraint handle{};
     if (freeConstraints_.empty()) {
         handle = static_cast<Constraint>(constraints_.size());
         constraints_.emplace_back();
