@@ -1,6 +1,7 @@
 #pragma once
 
 // The whole kit: the store and the eleven screens with their controls.
+// IWYU pragma: begin_exports
 #include "trelundo/Store.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
 #include "trelundo/kit/screens/offer/OfferV2ViewController.h"
@@ -21,3 +22,4 @@
 #include "trelundo/platform/uikit/views/UIImageView.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
+// IWYU pragma: end_exports

@@ -2,6 +2,7 @@
 
 // The store alone: products, purchases, restores, price and period texts, and the embedded sandbox store.
 // Needs no view toolkit and no display.
+// IWYU pragma: begin_exports
 #include "trelundo/kit/store/EventParameters.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/kit/store/PremiumManagerDelegate.h"
@@ -17,3 +18,4 @@
 #include "trelundo/platform/storekit/SKProductsRequest.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+// IWYU pragma: end_exports

@@ -1,6 +1,8 @@
 #pragma once
 
 // The shells that a screen is shown in: a real window, and one without a display and with virtual time.
+// IWYU pragma: begin_exports
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 #include "trelundo/platform/window/WindowShell.h"
+// IWYU pragma: end_exports

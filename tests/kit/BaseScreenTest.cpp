@@ -3,6 +3,7 @@
 #include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
+#include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include <gmock/gmock.h>

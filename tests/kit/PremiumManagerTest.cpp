@@ -1,6 +1,7 @@
 #include "trelundo/kit/store/PremiumManager.h"
 #include "tests/support/FakeStore.h"
 #include "tests/support/Products.h"
+#include "trelundo/platform/storekit/SKError.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

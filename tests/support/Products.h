@@ -1,6 +1,5 @@
 #pragma once
 
-#include "trelundo/kit/store/Products.h"
 #include "trelundo/platform/storekit/SKProduct.h"
 
 #include <string>

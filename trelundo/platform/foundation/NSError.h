@@ -1,7 +1,5 @@
 #pragma once
 
-#include "trelundo/platform/foundation/Ref.h"
-
 #include <map>
 #include <string>
 

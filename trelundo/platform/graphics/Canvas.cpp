@@ -137,8 +137,9 @@ void Canvas::restore() {
     state_->saved.pop_back();
 }
 
-void Canvas::concatenate(CGAffineTransform const& t) {
-    state_->painter.setWorldTransform(QTransform(t.a, t.b, t.c, t.d, t.tx, t.ty), true);
+void Canvas::concatenate(CGAffineTransform const& transform) {
+    state_->painter.setWorldTransform(
+        QTransform(transform.a, transform.b, transform.c, transform.d, transform.tx, transform.ty), true);
 }
 
 void Canvas::clip(CGRect const& rect) {

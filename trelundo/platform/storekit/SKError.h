@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/foundation/Ref.h"
 
 namespace trelundo {
 

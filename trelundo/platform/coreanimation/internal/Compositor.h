@@ -1,6 +1,5 @@
 #pragma once
 
-#include "trelundo/platform/foundation/Ref.h"
 #include "trelundo/platform/graphics/Geometry.h"
 
 #include <memory>

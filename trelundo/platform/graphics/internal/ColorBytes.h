@@ -1,7 +1,5 @@
 #pragma once
 
-#include "trelundo/platform/graphics/CGColor.h"
-
 #include <cstdint>
 
 namespace trelundo {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/graphics/CGColor.h"
 #include "trelundo/platform/graphics/Picture.h"
 #include "trelundo/platform/graphics/internal/PictureDecoder.h"
 

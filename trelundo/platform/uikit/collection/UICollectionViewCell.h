@@ -1,6 +1,5 @@
 #pragma once
 
-#include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
