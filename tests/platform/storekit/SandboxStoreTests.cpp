@@ -1,7 +1,8 @@
-#include "StoreTestSupport.h"
-
+#include "tests/platform/storekit/StoreTestSupport.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+
 #include <memory>
+
 namespace trelundo {
 namespace {
 

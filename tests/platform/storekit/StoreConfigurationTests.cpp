@@ -1,4 +1,4 @@
-#include "StoreTestSupport.h"
+#include "tests/platform/storekit/StoreTestSupport.h"
 
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
