@@ -55,7 +55,7 @@ TEST(TextLayoutTest, FallbackFontsDoNotChangeTheLineHeight) {
 
 TEST(TextLayoutTest, KerningIsAddedAfterEveryCharacter) {
     auto const plain = run("Unlock");
-    for (double kern : {2.0, -0.5}) {
+    for (double const kern : {2.0, -0.5}) {
         auto kerned = plain;
         kerned.kern = kern;
         EXPECT_NEAR(width(kerned), width(plain) + 6 * kern, 1e-9);
@@ -97,7 +97,7 @@ TEST(TextLayoutTest, WidthsFollowSizeAndWeight) {
     EXPECT_NEAR((ems(28) - ems(80)) * 100, 14, 1e-6);
     EXPECT_NEAR((ems(22) - ems(80)) * 100, -10, 1e-6) << "between 20 and 24";
     double last = 0;
-    for (int weight : {100, 300, 400, 500, 600, 700, 900}) {
+    for (int const weight : {100, 300, 400, 500, 600, 700, 900}) {
         auto const current = width(run("Unlock everything", 17, weight));
         EXPECT_GT(current, last) << weight;
         last = current;
@@ -199,8 +199,8 @@ TEST(TextLayoutTest, BreaksWhereItLooksWell) {
 
 TEST(TextLayoutTest, TruncatesWithAnEllipsisInsideTheWidth) {
     auto const full = std::string("Unlock everything today and tomorrow");
-    for (auto mode : {NSLineBreakMode::byTruncatingHead, NSLineBreakMode::byTruncatingMiddle,
-                      NSLineBreakMode::byTruncatingTail}) {
+    for (auto const mode : {NSLineBreakMode::byTruncatingHead, NSLineBreakMode::byTruncatingMiddle,
+                            NSLineBreakMode::byTruncatingTail}) {
         auto const text = layout(full, wrapping(150, 1, mode));
         EXPECT_TRUE(text.isTruncated());
         EXPECT_FALSE(text.isWrapped());

@@ -58,12 +58,12 @@ TEST(FlowLayoutTest, PlacesItemsAndMeasuresTheirContent) {
 
 TEST(FlowLayoutTest, ItemsInRectAgreeWithTheFrames) {
     using Direction = UICollectionViewScrollDirection;
-    for (auto direction : {Direction::horizontal, Direction::vertical}) {
+    for (auto const direction : {Direction::horizontal, Direction::vertical}) {
         auto const layout = flow(direction, {37, 41});
         layout->setSectionInset({3, 7, 11, 13});
         CGSize const bounds{210, 190};
         int const count = 103;
-        for (bool mirrored : {false, true})
+        for (bool const mirrored : {false, true})
             for (double start = -150; start < 1600; start += 17.3) {
                 bool const horizontal = direction == Direction::horizontal;
                 CGRect const rect{horizontal ? start : 0, horizontal ? 0 : start, bounds.width,

@@ -172,7 +172,7 @@ TEST_F(ScrollTest, DelegateIsToldInOrderAndMayChooseWhereTheMovementEnds) {
 }
 
 TEST_F(ScrollTest, InertiaTravelsTheDistanceOfItsRate) {
-    for (double rate : {0.998, 0.99}) {
+    for (double const rate : {0.998, 0.99}) {
         scroll->setDecelerationRate(rate);
         scroll->setContentOffset({0, 0});
         flick(1200);

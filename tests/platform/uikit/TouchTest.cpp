@@ -151,8 +151,8 @@ TEST_F(TouchTest, TabMovesTheFocusAndSpacePresses) {
     }
     controls[1]->setEnabled(false);
     using Key = UIWindow::Key;
-    for (auto key : {Key::space, Key::tab, Key::space, Key::tab, Key::space, Key::tab, Key::space,
-                     Key::backtab, Key::returnKey})
+    for (auto const key : {Key::space, Key::tab, Key::space, Key::tab, Key::space, Key::tab, Key::space,
+                           Key::backtab, Key::returnKey})
         shell.window().keyPressed(key);
     EXPECT_THAT(target->tags, ElementsAre(1, 3, 1, 3));
 }

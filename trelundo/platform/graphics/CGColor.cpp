@@ -15,7 +15,7 @@ std::uint8_t colorByte(double component) {
 std::string CGColor::hexText() const {
     constexpr auto digits = "0123456789abcdef";
     std::string text = "#";
-    for (auto component : {red, green, blue, alpha}) {
+    for (auto const component : {red, green, blue, alpha}) {
         auto const byte = colorByte(component);
         text += digits[byte >> 4];
         text += digits[byte & 15];

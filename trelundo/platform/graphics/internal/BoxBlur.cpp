@@ -89,7 +89,7 @@ int blurReduction(double deviation) { return std::max(1, static_cast<int>(deviat
 void boxBlur(BlurBuffer& buffer, double deviation) {
     if (!(deviation > 0) || buffer.bytes.empty()) return;
     auto other = buffer;
-    for (auto radius : boxRadii(deviation)) {
+    for (auto const radius : boxRadii(deviation)) {
         if (radius == 0) continue;
         blurRows(buffer, other, radius);
         blurColumns(other, buffer, radius);

@@ -100,7 +100,7 @@ void WordShaping::findEdges() {
         return;
     }
     auto from = line_.cursorToX(0);
-    for (auto end : ends_) {
+    for (auto const end : ends_) {
         auto const to = line_.cursorToX(end);
         edges_.emplace_back(std::min(from, to) / FontLibrary::referenceSize,
                             std::max(from, to) / FontLibrary::referenceSize);

@@ -77,7 +77,7 @@ std::vector<TextPainter::Placed> TextPainter::place(TextLine const& line, double
     auto const levels = lineLevels(line, drawnEnd(line));
     std::vector<Placed> placed;
     placed.reserve(levels.size());
-    for (auto index : visualOrder(levels)) {
+    for (auto const index : visualOrder(levels)) {
         auto const& character = line.paragraph->characters[line.first + static_cast<std::size_t>(index)];
         auto const advance = character.advance + (character.isSpace ? extra : 0);
         placed.push_back({&character, left, advance});

@@ -81,7 +81,7 @@ int LayoutEngine::slotOf(UIView& view) {
     bool const isDriven = isRoot ? purpose_ == Purpose::fitting : !view.translatesAutoresizingMask_;
     box(slot).kind = isDriven ? Kind::driven : Kind::placed;
     if (!isDriven) return slot;
-    for (auto measure : {minX, minY, width, height}) variable(slot, measure);
+    for (auto const measure : {minX, minY, width, height}) variable(slot, measure);
     refreshContent(box(slot));
     return slot;
 }
@@ -92,7 +92,7 @@ int LayoutEngine::slotOf(UILayoutGuide& guide) {
     box(slot).kind = Kind::guide;
     box(slot).view = guide.owningView_;
     box(slot).guide = &guide;
-    for (auto measure : {minX, minY, width, height}) variable(slot, measure);
+    for (auto const measure : {minX, minY, width, height}) variable(slot, measure);
     return slot;
 }
 
