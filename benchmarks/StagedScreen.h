@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tools/paywall/output/EventLog.h"
-#include "tools/paywall/screens/Screens.h"
 #include "tools/paywall/session/OffscreenSession.h"
 
 #include <string>

@@ -20,9 +20,7 @@ protected:
         root->setDisplayRoot(true);
         root->setBounds({0, 0, 100, 100});
     }
-    ~LayerTest() override {
-        test::MainThreadScope::clear();
-    }
+    ~LayerTest() override { test::MainThreadScope::clear(); }
 
     Ref<CALayer> add(CGRect frame) {
         auto layer = make<CALayer>();

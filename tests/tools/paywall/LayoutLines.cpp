@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <vector>
 
 namespace trelundo::paywall::test {
 

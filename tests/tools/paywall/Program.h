@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/Files.h"
+#include "tests/support/Files.h" // IWYU pragma: export
 
 #include <cstdio>
 #include <string>

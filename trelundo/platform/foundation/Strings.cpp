@@ -184,7 +184,7 @@ private:
         icu::UnicodeString target;
         auto const capacity = source.length() * mostGrowth;
         auto* buffer = target.getBuffer(capacity);
-        UErrorCode status = U_ZERO_ERROR;
+        UErrorCode status = U_ZERO_ERROR; // NOLINT(misc-const-correctness): the mapping writes it
         auto const length =
             buffer ? mapping(source.getBuffer(), source.length(), buffer, capacity, edits, status) : 0;
         target.releaseBuffer(U_SUCCESS(status) ? length : 0);

@@ -2,11 +2,9 @@
 
 #include "trelundo/platform/foundation/Ref.h"
 #include "trelundo/platform/foundation/Result.h"
-#include "trelundo/platform/graphics/CGColor.h"
 #include "trelundo/platform/graphics/Geometry.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 

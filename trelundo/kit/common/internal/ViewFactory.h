@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
+#include "trelundo/kit/common/internal/ViewConfiguration.h" // IWYU pragma: export
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 #include "trelundo/platform/uikit/text/UILabel.h"

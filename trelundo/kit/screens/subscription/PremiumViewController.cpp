@@ -11,7 +11,6 @@
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
-#include <algorithm>
 #include <array>
 
 namespace trelundo {

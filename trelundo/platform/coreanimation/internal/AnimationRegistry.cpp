@@ -99,10 +99,10 @@ void AnimationRegistry::advanceFrame(double now) {
 /// frame or turn, so that a chain that restarts itself cannot run away.
 void AnimationRegistry::deliverDue(std::uint64_t before) {
     std::vector<std::shared_ptr<AnimationGroup>> ready;
-    std::copy_if(due_.begin(), due_.end(), std::back_inserter(ready),
-                 [=](auto const& group) { return group->order <= before; });
+    std::ranges::copy_if(due_, std::back_inserter(ready),
+                         [=](auto const& group) { return group->order <= before; });
     std::erase_if(due_, [=](auto const& group) { return group->order <= before; });
-    std::stable_sort(ready.begin(), ready.end(), isToldBefore);
+    std::ranges::stable_sort(ready, isToldBefore);
     for (auto const& group : ready) {
         auto const completion = std::exchange(group->completion, nullptr);
         isInIdleCompletion_ = !group->hasAnimations;

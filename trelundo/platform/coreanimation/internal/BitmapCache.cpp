@@ -1,7 +1,5 @@
 #include "trelundo/platform/coreanimation/internal/BitmapCache.h"
 
-#include <unordered_map>
-
 namespace trelundo {
 
 namespace {

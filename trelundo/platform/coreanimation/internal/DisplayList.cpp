@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/coreanimation/internal/LayerBitmap.h"
 
+#include <algorithm>
 #include <bit>
 #include <unordered_map>
 
@@ -29,8 +30,7 @@ void addChange(Damage& damage, DisplayItem const& last, DisplayItem const& next,
 }
 
 bool haveSameKeys(DisplayList const& left, DisplayList const& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](auto const& a, auto const& b) { return a.key == b.key; });
+    return std::ranges::equal(left, right, [](auto const& a, auto const& b) { return a.key == b.key; });
 }
 
 /// Steps that changed their place in the order count as taken away and drawn anew.
@@ -91,8 +91,7 @@ DisplayItem DisplayItem::moved(int dx, int dy, PixelRect const& within, double f
 }
 
 bool isEquivalent(DisplayList const& left, DisplayList const& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](auto const& a, auto const& b) { return a.isEquivalent(b); });
+    return std::ranges::equal(left, right, [](auto const& a, auto const& b) { return a.isEquivalent(b); });
 }
 
 PixelRect extent(DisplayList const& list) {

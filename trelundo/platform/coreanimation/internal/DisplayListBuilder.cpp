@@ -224,12 +224,12 @@ void DisplayListBuilder::addSublayers(Node const& node, PaintContext const& cont
     origin.x -= node.values.bounds.origin.x * scale_;
     origin.y -= node.values.bounds.origin.y * scale_;
     auto const isLower = [](auto const& a, auto const& b) { return a->zPosition() < b->zPosition(); };
-    if (std::is_sorted(sublayers.begin(), sublayers.end(), isLower)) {
+    if (std::ranges::is_sorted(sublayers, isLower)) {
         for (auto const& sublayer : sublayers) addLayer(*sublayer, origin, list);
         return;
     }
     auto ordered = sublayers;
-    std::stable_sort(ordered.begin(), ordered.end(), isLower);
+    std::ranges::stable_sort(ordered, isLower);
     for (auto const& sublayer : ordered) addLayer(*sublayer, origin, list);
 }
 
@@ -293,7 +293,7 @@ void DisplayListBuilder::appendGroup(Node const& node, LayerPart part, DisplayLi
     auto const dependsOnBackdrop = [](auto const& item) {
         return item.bitmap && item.bitmap->dependsOnBackdrop();
     };
-    if (std::any_of(items.begin(), items.end(), dependsOnBackdrop)) {
+    if (std::ranges::any_of(items, dependsOnBackdrop)) {
         auto const key = displayKey(node.layer, LayerPart::isolatedGroup);
         auto& bitmap = cache_.get<IsolatedGroupBitmap>(key);
         bitmap.update(std::move(items), rect, radii, signature(list, list.size(), visible), scale_);

@@ -5,6 +5,7 @@
 #include "trelundo/platform/graphics/internal/PictureDecoder.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace trelundo {
 

@@ -21,7 +21,7 @@ constexpr double maximumShadowPixels = 16e6;
 constexpr qsizetype maximumShadowBytes = 8 * 1024 * 1024;
 
 QImage colored(BlurBuffer const& mask, QRgb color) {
-    std::array<std::uint32_t, 256> shades;
+    std::array<std::uint32_t, 256> shades{};
     for (std::uint32_t i = 0; i < shades.size(); ++i) {
         auto const alpha = (static_cast<std::uint32_t>(qAlpha(color)) * i + 127) / 255;
         shades[i] = qPremultiply((color & 0xffffff) | alpha << 24);

@@ -1,9 +1,11 @@
 #include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
+#include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/uikit/views/UITouch.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 
@@ -313,7 +315,7 @@ void UICollectionView::showItem(int item) {
     if (!source) return;
     auto cell = source->cellForItemAt(*this, {0, item});
     auto& handedOut = state_->handedOut;
-    auto const found = std::find(handedOut.begin(), handedOut.end(), cell);
+    auto const found = std::ranges::find(handedOut, cell);
     if (found == handedOut.end())
         fatalError("UICollectionView: the data source must return a cell that it dequeued");
     handedOut.erase(found);

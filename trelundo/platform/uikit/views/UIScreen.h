@@ -3,8 +3,6 @@
 #include "trelundo/platform/graphics/Geometry.h"
 #include "trelundo/platform/uikit/views/DeviceProfile.h"
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
-#include <span>
-#include <string_view>
 
 namespace trelundo {
 

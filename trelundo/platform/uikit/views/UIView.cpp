@@ -4,6 +4,7 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace trelundo {
 
@@ -80,8 +81,8 @@ void UIView::drawLayer(CALayer& /*layer*/, Canvas& canvas) {
 Ref<UIView> UIView::hitTest(CGPoint point) {
     if (isHidden() || !isUserInteractionEnabled_ || alpha() < 0.01 || refusesTouches() || !pointInside(point))
         return nullptr;
-    for (auto child = subviews_.rbegin(); child != subviews_.rend(); ++child) {
-        if (auto hit = (*child)->hitTest((*child)->convertPointFrom(point, this))) return hit;
+    for (auto const& child : std::views::reverse(subviews_)) {
+        if (auto hit = child->hitTest(child->convertPointFrom(point, this))) return hit;
     }
     return strong(*this);
 }

@@ -2,6 +2,7 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace trelundo {
 
@@ -144,11 +145,11 @@ void PresentationEngine::updateDimming(UIViewController& controller) {
     auto chain = chainAbove(*root);
     chain.insert(chain.begin(), strong(*root));
     bool isBehind = false;
-    for (auto layer = chain.rbegin(); layer != chain.rend(); ++layer) {
-        if (auto view = host(**layer)) view->setDimmedBehindPresentation(isBehind);
-        auto const& presentation = (*layer)->presentation_;
+    for (auto const& layer : std::views::reverse(chain)) {
+        if (auto view = host(*layer)) view->setDimmedBehindPresentation(isBehind);
+        auto const& presentation = layer->presentation_;
         bool const dims =
-            presentation && !(*layer)->isBeingDismissed_ &&
+            presentation && !layer->isBeingDismissed_ &&
             (isSheet(presentation->style) || presentation->style == UIModalPresentationStyle::custom);
         isBehind = isBehind || dims;
     }

@@ -30,7 +30,7 @@ void Solver::removeVariable(Variable variable) {
 }
 
 Solver::Symbol Solver::makeSymbol(Kind kind, Constraint constraint) {
-    Symbol symbol;
+    Symbol symbol = none;
     if (freeSymbols_.empty()) {
         symbol = static_cast<Symbol>(symbols_.size());
         symbols_.emplace_back();
@@ -73,12 +73,12 @@ void Solver::dropRow(RowIndex row) {
 }
 
 /// `expression` = 0 is solved for `basic`, which leaves all other rows.
-void Solver::installRow(SolverRow solved, Symbol basic) {
-    solved.solveFor(basic);
-    substitute(basic, solved);
+void Solver::installRow(SolverRow expression, Symbol basic) {
+    expression.solveFor(basic);
+    substitute(basic, expression);
     auto const row = takeRow();
-    for (auto const& entry : solved.entries()) state(entry.symbol).column.push_back(row);
-    rows_[index(row)].expression = std::move(solved);
+    for (auto const& entry : expression.entries()) state(entry.symbol).column.push_back(row);
+    rows_[index(row)].expression = std::move(expression);
     rows_[index(row)].basic = basic;
     state(basic).row = row;
     listIfInfeasible(row);
