@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Ref.h"
+
 #include <map>
 #include <string>
 

@@ -5,6 +5,7 @@
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
+#include <algorithm>
 #include <charconv>
 #include <random>
 
