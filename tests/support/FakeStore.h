@@ -2,6 +2,7 @@
 
 #include "tests/support/MainQueue.h"
 #include "trelundo/platform/foundation/RunLoop.h"
+#include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 #include "trelundo/platform/storekit/StoreBackend.h"
 

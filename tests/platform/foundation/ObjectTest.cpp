@@ -4,6 +4,7 @@
 #include "trelundo/platform/foundation/Weak.h"
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <stdexcept>

@@ -4,6 +4,7 @@
 #include "tools/paywall/demo/Demonstration.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/ScreenProperties.h"
+#include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
 #include "trelundo/platform/foundation/RunLoop.h"
