@@ -1,6 +1,9 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <string>
+#include <type_traits>
 
 namespace trelundo::paywall {
 
@@ -18,6 +21,12 @@ struct Failure {
 
 [[noreturn]] inline void failInput(std::string message) { throw Failure{statusFailure, std::move(message)}; }
 [[noreturn]] inline void failUsage(std::string message) { throw Failure{statusUsage, std::move(message)}; }
+
+/// What the library gives; its error stops the command as a failing input, told after `prefix`.
+template <class T> T valueOrFail(Result<T> result, std::string const& prefix = {}) {
+    if (!result) failInput(prefix + result.error().message);
+    if constexpr (!std::is_void_v<T>) return *std::move(result);
+}
 
 /// Does what `read` does; its failure is told after `subject`, as a matter of usage.
 template <class Read> auto readFor(std::string const& subject, Read read) {

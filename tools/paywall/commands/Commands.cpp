@@ -80,7 +80,7 @@ int listLanguages() {
 int renderScreen(Options const& options) {
     EventLog log;
     OffscreenSession offscreen{options, log};
-    if (auto const taken = offscreen.shell.snapshot(*options.out); !taken) failInput(taken.error().message);
+    valueOrFail(offscreen.shell.snapshot(*options.out));
     return statusOk;
 }
 
@@ -122,15 +122,13 @@ int manageStore(Options const& options) {
     if (!std::ifstream{*options.store}) failInput(*options.store + ": there is no such store file");
     auto const store = openSandbox(options);
     if (options.storeAction == "list") {
-        auto const transactions = store->transactions();
-        if (!transactions) failInput(transactions.error().message);
-        for (auto const& stored : *transactions) printLine(storedLine(stored));
+        for (auto const& stored : valueOrFail(store->transactions())) printLine(storedLine(stored));
         return statusOk;
     }
-    auto const change = options.storeAction == "clear"     ? store->clear()
-                        : options.storeAction == "approve" ? store->approve(options.transaction)
-                                                           : store->decline(options.transaction);
-    if (!change) failInput(*options.store + ": " + change.error().message);
+    valueOrFail(options.storeAction == "clear"     ? store->clear()
+                : options.storeAction == "approve" ? store->approve(options.transaction)
+                                                   : store->decline(options.transaction),
+                *options.store + ": ");
     return statusOk;
 }
 

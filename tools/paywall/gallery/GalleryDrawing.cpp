@@ -62,10 +62,9 @@ private:
 
 void write(Surface const& surface, std::filesystem::path const& picture,
            std::filesystem::path const& preview) {
-    if (auto const written = surface.writePng(picture.string()); !written) failInput(written.error().message);
+    valueOrFail(surface.writePng(picture.string()));
     Reduction const reduced{surface, static_cast<int>(std::lround(surface.scale()))};
-    if (auto const written = writePngFile(reduced.source(), preview.string()); !written)
-        failInput(written.error().message);
+    valueOrFail(writePngFile(reduced.source(), preview.string()));
 }
 
 CGRect frameOf(Json const& view) {

@@ -130,7 +130,7 @@ void ScriptRunner::setAppearance(Step const& step) {
 }
 
 void ScriptRunner::takeSnapshot(Step const& step) {
-    if (auto const taken = shell_.snapshot(argument(step, 0)); !taken) fail(step, taken.error().message);
+    performed(step, [&] { valueOrFail(shell_.snapshot(argument(step, 0))); });
 }
 
 void ScriptRunner::writeDescription(Step const& step) {

@@ -44,7 +44,7 @@ void checkArguments(Step const& step) {
 }
 
 void require(Step const& step, Result<void> const& change) {
-    if (!change) fail(step, change.error().message);
+    performed(step, [&] { valueOrFail(change); });
 }
 
 } // namespace

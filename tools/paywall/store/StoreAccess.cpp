@@ -27,11 +27,11 @@ std::filesystem::path storeFile(Options const& options) {
 } // namespace
 
 StoreConfiguration loadCatalogue(std::optional<std::string> const& path) {
-    auto loaded = path ? StoreConfiguration::load(*path)
-                       : StoreConfiguration::parse(demonstrationCatalogue(), "demonstration catalogue");
-    if (!loaded) failInput(loaded.error().message);
-    for (auto const& warning : loaded->warnings()) complain("warning: " + warning);
-    return *std::move(loaded);
+    auto catalogue =
+        valueOrFail(path ? StoreConfiguration::load(*path)
+                         : StoreConfiguration::parse(demonstrationCatalogue(), "demonstration catalogue"));
+    for (auto const& warning : catalogue.warnings()) complain("warning: " + warning);
+    return catalogue;
 }
 
 std::unique_ptr<SandboxStore> openSandbox(Options const& options) {
@@ -48,10 +48,9 @@ std::unique_ptr<SandboxStore> openSandbox(Options const& options,
     if (options.usesFakeClock) sandbox.seed = options.seed;
     // Where nothing is shown, all time is virtual.
     if (options.usesFakeClock && options.command == "show") sandbox.clock = &fixedDate;
-    auto opened = SandboxStore::open(std::move(sandbox));
-    if (!opened) failInput(opened.error().message);
-    (*opened)->setCanMakePayments(options.canMakePayments);
-    return *std::move(opened);
+    auto store = valueOrFail(SandboxStore::open(std::move(sandbox)));
+    store->setCanMakePayments(options.canMakePayments);
+    return store;
 }
 
 Ref<SKPaymentDiscount> signedDiscount(std::string const& offer) {
