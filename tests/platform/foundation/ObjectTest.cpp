@@ -4,7 +4,6 @@
 #include "trelundo/platform/foundation/Weak.h"
 
 #include <array>
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <stdexcept>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/graphics/text/TextStyle.h"
 #include "trelundo/platform/storekit/SKPaymentTransaction.h"
 #include "trelundo/platform/storekit/SKProduct.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
-#include "trelundo/platform/uikit/text/AttributedText.h"
 #include "trelundo/platform/uikit/views/UIVisualEffectView.h"
 
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/paywall/screens/PropertyValues.h"
+#include "tools/paywall/screens/PropertyValues.h" // IWYU pragma: export
 #include "tools/paywall/screens/Screens.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
 

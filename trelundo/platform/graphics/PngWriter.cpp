@@ -116,7 +116,7 @@ Bytes encode(PngSource const& source) {
     appendNumber(header, static_cast<std::uint32_t>(source.width));
     appendNumber(header, static_cast<std::uint32_t>(source.height));
     auto const colorType = static_cast<std::uint8_t>(source.isOpaque ? 2 : 6);
-    for (auto byte : {std::uint8_t{8}, colorType, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}})
+    for (auto const byte : {std::uint8_t{8}, colorType, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}})
         header.push_back(byte);
 
     Bytes file{0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};

@@ -84,10 +84,10 @@ void AnimationRegistry::release(std::shared_ptr<AnimationGroup> const& group, bo
 }
 
 void AnimationRegistry::advanceFrame(double now) {
-    auto const ended = std::stable_partition(
-        running_.begin(), running_.end(), [=](auto const& animation) { return !animation->hasEnded(now); });
-    std::vector<std::shared_ptr<LayerAnimation>> const done(ended, running_.end());
-    running_.erase(ended, running_.end());
+    auto const ended = std::ranges::stable_partition(
+        running_, [=](auto const& animation) { return !animation->hasEnded(now); });
+    std::vector<std::shared_ptr<LayerAnimation>> const done(ended.begin(), ended.end());
+    running_.erase(ended.begin(), ended.end());
     for (auto const& animation : done) {
         std::erase(animation->layer->animations_, animation);
         release(animation->group, true, animation->end());

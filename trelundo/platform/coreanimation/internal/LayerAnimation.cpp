@@ -13,12 +13,10 @@ double mix(double from, double to, double fraction) { return from + (to - from) 
 
 /// A transform taken apart: scale, then shear, then rotation, then translation.
 struct TransformParts {
-    double scaleX, scaleY, shear, angle, x, y;
+    double scaleX, scaleY = 0, shear = 0, angle, x, y;
 
     explicit TransformParts(CGAffineTransform const& t)
         : scaleX(std::hypot(t.a, t.b))
-        , scaleY(0)
-        , shear(0)
         , angle(std::atan2(t.b, t.a))
         , x(t.tx)
         , y(t.ty) {

@@ -17,7 +17,7 @@ PixelRect drawnPart(Surface const& surface) {
     for (int y = 0; y < surface.pixelHeight(); ++y) {
         auto const* const line = surface.bytes() + static_cast<std::ptrdiff_t>(y) * surface.bytesPerLine();
         auto const pixel = [line](int x) {
-            std::uint32_t value;
+            std::uint32_t value = 0;
             std::memcpy(&value, line + static_cast<std::ptrdiff_t>(x) * 4, sizeof value);
             return value;
         };

@@ -26,9 +26,9 @@ struct PixelRect {
     }
     PixelRect intersection(PixelRect const& other) const {
         auto const left = std::max(x, other.x), top = std::max(y, other.y);
-        auto const width_ = std::min(right(), other.right()) - left;
-        auto const height_ = std::min(bottom(), other.bottom()) - top;
-        return width_ <= 0 || height_ <= 0 ? PixelRect{} : PixelRect{left, top, width_, height_};
+        PixelRect const shared{left, top, std::min(right(), other.right()) - left,
+                               std::min(bottom(), other.bottom()) - top};
+        return shared.isEmpty() ? PixelRect{} : shared;
     }
     bool intersects(PixelRect const& other) const { return !intersection(other).isEmpty(); }
     /// The smallest rectangle around both; an empty one adds nothing.

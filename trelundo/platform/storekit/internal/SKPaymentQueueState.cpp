@@ -199,10 +199,10 @@ void SKPaymentQueue::State::performOrHold(Event operation) {
 
 void SKPaymentQueue::State::submit(SKPayment::Fields const& payment) {
     if (backend) return backend->addPayment(payment);
-    StoreTransaction refused{.key = "local-" + std::to_string(++localCount),
-                             .payment = payment,
-                             .state = SKPaymentTransactionState::failed,
-                             .error = makeStoreError(SKErrorCode::unknown)};
+    StoreTransaction const refused{.key = "local-" + std::to_string(++localCount),
+                                   .payment = payment,
+                                   .state = SKPaymentTransactionState::failed,
+                                   .error = makeStoreError(SKErrorCode::unknown)};
     later([refused](State& state) { state.update({refused}); });
 }
 

@@ -264,7 +264,7 @@ void UICollectionView::updateCells(CGRect assigned, CGRect shown) {
     std::vector<int> leaving;
     for (auto const& [item, cell] : state_->shown)
         if (!keptAssigned.contains(item) && !keptShown.contains(item)) leaving.push_back(item);
-    for (int item : leaving) recycleCell(item);
+    for (int const item : leaving) recycleCell(item);
     for (auto const& range : {items(assigned, margin), items(shown, margin)})
         for (int item = range.begin; item < range.end && !state_->reloadsAfterUpdate; ++item)
             if (!state_->shown.contains(item)) showItem(item);

@@ -64,7 +64,7 @@ bool namesRemoteServer() {
 DisplayProbe::DisplayProbe() {
     auto const platform = environment("QT_QPA_PLATFORM");
     bool const needsNone =
-        !platform.empty() && platform.rfind("xcb", 0) != 0 && platform.rfind("wayland", 0) != 0;
+        !platform.empty() && !platform.starts_with("xcb") && !platform.starts_with("wayland");
     if (!needsNone) socket_ = connectedToWayland();
     if (!needsNone && socket_ < 0) socket_ = connectedToXServer();
     answers_ = needsNone || socket_ >= 0 || namesRemoteServer();
