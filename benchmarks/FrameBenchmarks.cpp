@@ -41,7 +41,7 @@ struct DrawnScreen {
 void driftingFrame(benchmark::State& state) {
     DrawnScreen screen;
     constexpr int bandRows = 128 * 3;
-    RowCopy copy{screen.frame, bandRows};
+    RowCopy const copy{screen.frame, bandRows};
     compare(
         state, [&] { screen.render(); }, copy, [&] { screen.staged.shell().advance(1.0 / 60); });
 }
@@ -49,7 +49,7 @@ void driftingFrame(benchmark::State& state) {
 /// A whole frame with its pictures kept, against copying the frame.
 void fullRepaint(benchmark::State& state) {
     DrawnScreen screen;
-    RowCopy copy{screen.frame, screen.frame.pixelHeight()};
+    RowCopy const copy{screen.frame, screen.frame.pixelHeight()};
     compare(
         state, [&] { screen.render(); }, copy, [&] { screen.compositor.invalidate(); });
 }

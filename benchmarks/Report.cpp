@@ -1,7 +1,6 @@
 #include "benchmarks/Report.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 #include <map>
 #include <tuple>
 

@@ -4,6 +4,7 @@
 #include "trelundo/platform/foundation/Weak.h"
 
 #include <array>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <stdexcept>
@@ -42,7 +43,7 @@ public:
 TEST(RefTest, OwnsAndReleases) {
     {
         auto const first = make<Counted>();
-        Ref<NSObject> second = first;
+        Ref<NSObject> const second = first;
         Ref<Counted> third;
         third = first;
         third = std::move(third);
@@ -116,7 +117,8 @@ TEST(WeakTest, LocksAndReleasesFromSeveralThreads) {
         std::array<std::thread, 4> threads;
         for (auto& thread : threads)
             thread = std::thread{[weak, copy = object]() mutable {
-                auto const other = weak;
+                auto const other =
+                    weak; // NOLINT(performance-unnecessary-copy-initialization): the copy is the test
                 copy = nullptr;
                 for (int i = 0; i < 50; ++i) {
                     auto const greeter = other.lock();

@@ -19,7 +19,7 @@ std::string value(std::string_view bytes, std::string_view key = "k") {
 
 std::string utf16(std::u16string_view text, bool isBigEndian) {
     std::string bytes = isBigEndian ? "\xfe\xff" : "\xff\xfe";
-    for (char16_t unit : text) {
+    for (char16_t const unit : text) {
         char const high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
         bytes += isBigEndian ? high : low;
         bytes += isBigEndian ? low : high;

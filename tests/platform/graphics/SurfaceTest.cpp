@@ -15,15 +15,15 @@ namespace {
 
 class PngFileTest : public testing::Test {
 protected:
-    void TearDown() override { std::remove(path_.c_str()); }
+    void TearDown() override { std::remove(path.c_str()); }
     /// What another program reads of it.
     QImage written(Surface const& surface) {
-        auto const result = surface.writePng(path_);
+        auto const result = surface.writePng(path);
         EXPECT_TRUE(result) << result.error().message;
-        return QImage(QString::fromStdString(path_));
+        return QImage(QString::fromStdString(path));
     }
-    std::string path_ = testing::TempDir() + "surface-" +
-                        testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
+    std::string path = testing::TempDir() + "surface-" +
+                       testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
 };
 
 } // namespace

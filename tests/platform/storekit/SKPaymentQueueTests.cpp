@@ -161,7 +161,7 @@ TEST_F(PaymentQueueTest, ATransactionFinishedBeforeTheRestoreDoesNotStayForIt) {
 TEST_F(PaymentQueueTest, ARestoreInsideARestoreFollowsIt) {
     observer->finishes = true;
     observe();
-    observer->onUpdate = [&](SKPaymentQueue& queue_) { queue_.restoreCompletedTransactions(); };
+    observer->onUpdate = [&](SKPaymentQueue& caller) { caller.restoreCompletedTransactions(); };
     queue->restoreCompletedTransactions();
     store.tell({FakeStore::transaction("1", State::restored)});
     store.listener->restoreFinished();
@@ -182,13 +182,13 @@ TEST_F(PaymentQueueTest, ObserversMayComeAndGoInsideACallback) {
     queue->addTransactionObserver(victim);
     queue->addTransactionObserver(removed);
     drain();
-    observer->onUpdate = [&](SKPaymentQueue& queue_) {
+    observer->onUpdate = [&](SKPaymentQueue& caller) {
         observer->onUpdate = nullptr;
         victim = nullptr;
-        queue_.removeTransactionObserver(*removed);
-        queue_.addTransactionObserver(late);
-        queue_.removeTransactionObserver(*observer);
-        queue_.add(paymentFor("q"));
+        caller.removeTransactionObserver(*removed);
+        caller.addTransactionObserver(late);
+        caller.removeTransactionObserver(*observer);
+        caller.add(paymentFor("q"));
     };
     tell("1", State::purchased);
     EXPECT_EQ(observer->lines, Lines{"p1:purchased"});

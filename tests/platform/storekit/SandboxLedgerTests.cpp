@@ -1,10 +1,9 @@
-#include "tests/platform/storekit/StoreTestSupport.h"
-
+#include "tests/support/Files.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
 #include <csignal>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
 #include <sys/resource.h>

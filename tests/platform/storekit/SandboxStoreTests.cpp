@@ -335,7 +335,7 @@ constexpr char const* signature =
 TEST_F(SandboxStoreTest, ChecksSignaturesWhenItHasAKey) {
     OfferKey const key{.identifier = "K1", .publicKey = publicKey, .bundleIdentifier = "app"};
     open({.configuration = catalogue(), .seed = 0, .offerKey = key});
-    SKPaymentDiscount::Fields discount{
+    SKPaymentDiscount::Fields const discount{
         .identifier = "offer", .keyIdentifier = "K1", .nonce = "n", .signature = signature, .timestamp = 42};
     SKPayment::Fields payment{.productIdentifier = "month", .applicationUsername = "user"};
     auto const pay = [&](SKPaymentDiscount::Fields const& fields) {

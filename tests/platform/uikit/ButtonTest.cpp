@@ -2,8 +2,6 @@
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
-#include <algorithm>
-
 namespace trelundo {
 
 namespace {

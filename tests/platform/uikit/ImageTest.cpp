@@ -105,7 +105,7 @@ TEST_F(ImageTest, WhatCannotBeHadIsNullAndFaultsAreLoggedOnce) {
         EXPECT_FALSE(load(name)) << name;
         EXPECT_FALSE(load(name)) << name;
         ASSERT_EQ(warnings.size(), 1u) << name;
-        EXPECT_NE(warnings[0].find(name.c_str()), std::string::npos) << warnings[0];
+        EXPECT_NE(warnings[0].find(name), std::string::npos) << warnings[0];
     }
     EXPECT_FALSE(load(""));
 }

@@ -39,7 +39,7 @@ public:
     template <class Target>
     void addObserver(Target* target, void (Target::*action)(Notification const&),
                      std::optional<std::string> name, Ref<NSObject> object = nullptr) {
-        Weak<Target> weak{target};
+        Weak<Target> const weak{target};
         add(Weak<NSObject>{target}, std::move(name), std::move(object),
             [weak, action](Notification const& notification) {
                 if (auto strongTarget = weak.lock()) ((*strongTarget).*action)(notification);

@@ -18,6 +18,7 @@
 
 namespace trelundo {
 
+// NOLINTBEGIN(readability-identifier-naming): the test library looks for this name.
 inline void PrintTo(CGRect const& r, std::ostream* out) {
     *out << "{" << r.origin.x << ", " << r.origin.y << ", " << r.size.width << ", " << r.size.height << "}";
 }
@@ -25,6 +26,7 @@ inline void PrintTo(CGSize const& s, std::ostream* out) { *out << "{" << s.width
 inline void PrintTo(UIEdgeInsets const& i, std::ostream* out) {
     *out << "{" << i.top << ", " << i.left << ", " << i.bottom << ", " << i.right << "}";
 }
+// NOLINTEND(readability-identifier-naming)
 
 /// A view of a given natural size; with an area, a text that wraps to the width it gets.
 class ContentView : public UIView {

@@ -16,10 +16,12 @@ namespace trelundo {
 class BaseViewController : public UIViewController {
 public:
     /// Posted without object and user information before a screen goes away by itself, and once it is gone.
+    // NOLINTBEGIN(readability-identifier-naming): hosts know notifications by these names.
     static constexpr char const* TrelundoKitPremiumWillDismissNotificationName =
         "TrelundoKitPremiumWillDismissNotificationName";
     static constexpr char const* TrelundoKitPremiumDidDismissNotificationName =
         "TrelundoKitPremiumDidDismissNotificationName";
+    // NOLINTEND(readability-identifier-naming)
 
     /// Whether the main screen is at most 1136 pixels high, in portrait.
     static bool isMainScreenSmall();

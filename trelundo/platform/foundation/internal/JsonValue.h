@@ -21,9 +21,8 @@ struct JsonValue {
     std::vector<std::pair<std::string, JsonValue>> members = {}; // of an object, in the order of the text
 
     /// The value that `text` describes. The error names `file` and the line, and says that it is not
-    /// `expected`
-    /// ("a StoreKit configuration") unless that is empty. A byte-order mark and comments are allowed; values
-    /// nested deeper than 64 levels, and more than a million values, are refused.
+    /// `expected` ("a StoreKit configuration") unless that is empty. A byte-order mark and comments are
+    /// allowed; values nested deeper than 64 levels, and more than a million values, are refused.
     static Result<JsonValue> parse(std::string_view text, std::string_view file,
                                    std::string_view expected = {});
 
