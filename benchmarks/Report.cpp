@@ -1,6 +1,7 @@
 #include "benchmarks/Report.h"
 
 #include <algorithm>
+#include <fmt/core.h>
 #include <map>
 #include <tuple>
 

@@ -117,8 +117,8 @@ TEST(WeakTest, LocksAndReleasesFromSeveralThreads) {
         std::array<std::thread, 4> threads;
         for (auto& thread : threads)
             thread = std::thread{[weak, copy = object]() mutable {
-                auto const other =
-                    weak; // NOLINT(performance-unnecessary-copy-initialization): the copy is the test
+                // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): copying is what is tested
+                auto const other = weak;
                 copy = nullptr;
                 for (int i = 0; i < 50; ++i) {
                     auto const greeter = other.lock();

@@ -1,6 +1,8 @@
 #include "tests/support/Files.h"
+#include "tests/support/ScopedState.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
+#include <SQLiteCpp/Database.h>
 #include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -11,6 +13,10 @@
 #include <sys/wait.h>
 
 namespace trelundo {
+
+using test::RecordedWarnings;
+using test::TemporaryFolder;
+
 namespace {
 
 using State = LedgerState;
