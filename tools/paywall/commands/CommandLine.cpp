@@ -72,9 +72,11 @@ void addScreenOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--set", raw.settings, "NAME=VALUE: any other public property");
     command.add_option("--app-name", options.appName, "The application's name");
     command.add_option("--username", options.username, "The account token of payments");
-    command.add_flag("!--no-delegate", options.hasDelegate, "The screen gets no delegate");
+    command.add_flag_callback(
+        "--no-delegate", [&] { options.hasDelegate = false; }, "The screen gets no delegate");
     command.add_option("--store", options.store, "The sandbox store's file");
-    command.add_flag("!--cannot-make-payments", options.canMakePayments, "The device may not pay");
+    command.add_flag_callback(
+        "--cannot-make-payments", [&] { options.canMakePayments = false; }, "The device may not pay");
     command.add_flag("--fake-clock", options.usesFakeClock, "Fixed time and identifiers");
     command.add_option("--seed", options.seed, "Seed of the identifiers (1)")->check(notEmpty);
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
