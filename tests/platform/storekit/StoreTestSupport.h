@@ -1,11 +1,10 @@
 #pragma once
 
-#include "tests/support/Files.h"
+#include "tests/support/Files.h" // IWYU pragma: export
 #include "tests/support/MainQueue.h"
 #include "tests/support/ScopedState.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/RunLoop.h"
-#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKError.h" // IWYU pragma: export
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 namespace trelundo::paywall::test {

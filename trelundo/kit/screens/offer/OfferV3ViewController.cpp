@@ -3,6 +3,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {

@@ -8,6 +8,7 @@
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
