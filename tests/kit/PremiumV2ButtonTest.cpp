@@ -1,5 +1,6 @@
 #include "trelundo/kit/controls/PremiumV2Button.h"
 #include "tests/support/Products.h"
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/uikit/text/AttributedText.h"
 
 #include <gtest/gtest.h>
@@ -161,7 +162,7 @@ TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
             .introductoryPrice = makeDiscount({.period = {1, SKProductPeriodUnit::month}})});
     };
     Products const all{german("1229.99", year), german("104.99", month), german("41.99", sevenDays)};
-    for (auto const* language : {"en", "de", "fr", "es", "ja", "ar", "he"}) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
         Locale::setPreferredLanguages({language});
         for (auto const& tag : tags) {
             for (auto const& product : all) {
