@@ -7,6 +7,7 @@ namespace trelundo::paywall::test {
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 std::string const screen = "PremiumViewController";
@@ -132,6 +133,20 @@ TEST_F(BadFileTest, PicturesAreMissedNotFatal) {
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.output, HasSubstr("premium_background.png"));
     EXPECT_THAT(result.output, HasSubstr("../../etc/passwd"));
+}
+
+TEST(MissingFontTest, NamesThePackageOfEachScriptOnce) {
+    TemporaryFolder const folder;
+    auto const nothing = quoted(writeText(folder / "fonts.conf", "<fontconfig></fontconfig>"));
+    auto const warnings = [&](std::string const& language) {
+        return runShell("FONTCONFIG_FILE=" + nothing + " " + quoted(TRELUNDO_PAYWALL_PROGRAM) +
+                        " describe BillingViewController --language " + language + " 2>&1 >/dev/null")
+            .output;
+    };
+    EXPECT_THAT(warnings("ja"), EndsWith("No font for Chinese, Japanese and Korean; install the package "
+                                         "fonts-noto-cjk.\nNo font for Latin; install the package "
+                                         "fonts-noto-core.\n"));
+    EXPECT_THAT(warnings("he"), HasSubstr("No font for Hebrew; install the package fonts-noto-core.\n"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/graphics/text/internal/FontFile.h"
+#include "trelundo/platform/graphics/text/internal/MissingFont.h"
 
 #include <QFile>
 
@@ -223,6 +224,7 @@ FontFace* FontLibrary::fallback(std::u16string_view cluster, FontFace const& lik
     auto const fits = [&](FontFace* candidate) { return candidate && covers(*candidate, cluster); };
     if (auto const name = familyForScript(character); !name.empty()) face = faceOfFamily(name, like);
     if (!fits(face)) face = faceByCoverage(character, like);
+    if (!face) logMissingFont(character);
     if (cluster.size() <= 2) byCharacter_[key] = face;
     return face;
 }
