@@ -151,7 +151,8 @@ TEST_F(PremiumV2ButtonTest, AnotherProductReplacesTheTotalBlock) {
     EXPECT_EQ(button->subviews().size(), subviews - 2);
 }
 
-/// The words of a row stay whole on the smallest phone, beside a long price, in every language.
+/// The words of a row stay whole on the smallest phone, beside a long price, in every language. A trial of a
+/// year has the longest name of those that stores offer.
 TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
     auto const german = [](char const* price, SKProductSubscriptionPeriod period) {
         return make<SKProduct>(SKProduct::Fields{
@@ -159,7 +160,7 @@ TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
             .price = *Decimal::parse(price),
             .priceLocale = Locale{"de_DE@currency=EUR"},
             .subscriptionPeriod = period,
-            .introductoryPrice = makeDiscount({.period = {1, SKProductPeriodUnit::month}})});
+            .introductoryPrice = makeDiscount({.period = year})});
     };
     Products const all{german("1229.99", year), german("104.99", month), german("41.99", sevenDays)};
     for (auto const& language : Texts::kitBundle().localizations()) {
