@@ -155,12 +155,11 @@ TEST_F(PremiumV2ButtonTest, AnotherProductReplacesTheTotalBlock) {
 /// year has the longest name of those that stores offer.
 TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
     auto const german = [](char const* price, SKProductSubscriptionPeriod period) {
-        return make<SKProduct>(SKProduct::Fields{
-            .productIdentifier = price,
-            .price = *Decimal::parse(price),
-            .priceLocale = Locale{"de_DE@currency=EUR"},
-            .subscriptionPeriod = period,
-            .introductoryPrice = makeDiscount({.period = year})});
+        return make<SKProduct>(SKProduct::Fields{.productIdentifier = price,
+                                                 .price = *Decimal::parse(price),
+                                                 .priceLocale = Locale{"de_DE@currency=EUR"},
+                                                 .subscriptionPeriod = period,
+                                                 .introductoryPrice = makeDiscount({.period = year})});
     };
     Products const all{german("1229.99", year), german("104.99", month), german("41.99", sevenDays)};
     for (auto const& language : Texts::kitBundle().localizations()) {
