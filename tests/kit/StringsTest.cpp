@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace trelundo {
 namespace {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <string>
 
 namespace trelundo::paywall::test {
 namespace {

@@ -1,10 +1,13 @@
 #include "trelundo/platform/foundation/internal/MatchingLocalizations.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unicode/localematcher.h>
+#include <vector>
 
 namespace trelundo {
 
