@@ -14,15 +14,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     OfferKey const key{.identifier = lines[0],
                        .publicKey = std::string(text.substr(0, keyEnd)),
                        .bundleIdentifier = lines[1]};
-    SKPayment::Fields const payment{
-        .productIdentifier = lines[2],
-        .applicationUsername = lines[3],
-        .paymentDiscount = make<SKPaymentDiscount>(
-            SKPaymentDiscount::Fields{.identifier = lines[4],
-                                      .keyIdentifier = lines[0],
-                                      .nonce = lines[5],
-                                      .signature = lines[6],
-                                      .timestamp = std::strtoll(lines[7].c_str(), nullptr, 10)})};
+    SKPayment::Fields const payment{.productIdentifier = lines[2],
+                                    .applicationUsername = lines[3],
+                                    .paymentDiscount = make<SKPaymentDiscount>(SKPaymentDiscount::Fields{
+                                        .identifier = lines[4],
+                                        .keyIdentifier = lines[0],
+                                        .nonce = lines[5],
+                                        .signature = lines[6],
+                                        .timestamp = std::strtoll(lines[7].c_str(), nullptr, 10)})};
     if (checkOfferSignature(key, payment)) std::abort();
     return 0;
 }
