@@ -1,5 +1,7 @@
 #include "trelundo/kit/common/Texts.h"
 
+#include "trelundo/platform/foundation/Locale.h"
+
 namespace trelundo {
 
 std::span<EmbeddedFile const> kitResources();
@@ -18,5 +20,10 @@ Bundle& Texts::kitBundle() {
 }
 
 std::string Texts::text(std::string_view key) { return localizedString(key, kitBundle(), "Premium"); }
+
+bool Texts::isRightToLeft() {
+    auto const languages = kitBundle().preferredLocalizations();
+    return !languages.empty() && Locale{languages.front()}.isRightToLeft();
+}
 
 } // namespace trelundo

@@ -136,13 +136,7 @@ PremiumV2Button::PremiumV2Button(CGRect frame)
 
 PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) { setTextColor(initialTextColor()); }
 
-void PremiumV2Button::setup() {
-    roundCorners(*this);
-    titleLabel()->setNumberOfLines(2);
-    setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
-    setContentEdgeInsets({0, 16, 0, 16});
-    setTitleEdgeInsets({0, 16, 0, 16});
-}
+void PremiumV2Button::setup() { setupRow({0, 16, 0, 16}); }
 
 PlanTexts PremiumV2Button::texts() const { return {*product(), products(), introductoryPriceWasOffered()}; }
 
@@ -179,14 +173,35 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
 
 void PremiumV2Button::productDidChange() {
     if (!product()) return;
+    fullTitle_ = title(true);
+    titleWithoutSaving_ = title(false);
+    writeTitles();
+    removeTotalBlock();
+    if (rowForTag(titleLayouts, abTest()).hasTotalBlock)
+        addTotalBlock(
+            termsColor(),
+            NSAttributedString{texts().price(), lineAttributes(13, UIFont::Weight::bold, textColor())});
+}
+
+void PremiumV2Button::writeTitles() {
+    setAttributedTitle(tellsSaving() ? fullTitle_ : titleWithoutSaving_, UIControlState::normal);
+}
+
+std::optional<NSAttributedString> PremiumV2Button::titleWithSaving() const {
+    return fullTitle_ == titleWithoutSaving_ ? std::nullopt : std::optional{fullTitle_};
+}
+
+NSAttributedString PremiumV2Button::title(bool withSaving) const {
     auto const plan = texts();
     auto const& layout = rowForTag(titleLayouts, abTest());
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
                              lineAttributes(15, Weight::bold, textColor())};
     auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor());
-    auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
-    auto const detail = std::ranges::find_if(layout.details, hasText);
+    auto const isTold = [&](Detail detail) {
+        return (withSaving || detail != Detail::saving) && !detailText(detail, plan).empty();
+    };
+    auto const detail = std::ranges::find_if(layout.details, isTold);
     if (detail == layout.details.end()) {
         auto const name = layout.headline == Headline::planName ? std::string{} : plan.name();
         if (!name.empty()) title.append("\n" + name, plain);
@@ -197,16 +212,10 @@ void PremiumV2Button::productDidChange() {
     } else {
         title.append("\n" + detailText(*detail, plan), plain);
     }
-    setAttributedTitle(title, UIControlState::normal);
-    removeTotalBlock();
-    if (layout.hasTotalBlock)
-        addTotalBlock(termsColor(),
-                      NSAttributedString{plan.price(), lineAttributes(13, Weight::bold, textColor())});
+    return title;
 }
 
-void PremiumV2Button::layoutSubviews() {
-    UIButton::layoutSubviews();
-    if (!totalSeparatorView() || !totalLabel()) return;
+void PremiumV2Button::placeTotalBlock() {
     auto const natural =
         boundingRect(*totalLabel()->attributedText(), {greatestFiniteMagnitude, greatestFiniteMagnitude});
     TotalBlock{.separator = *totalSeparatorView(),

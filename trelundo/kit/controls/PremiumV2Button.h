@@ -26,18 +26,22 @@ public:
     Ref<PremiumV2ButtonDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(Weak<PremiumV2ButtonDelegate> delegate) { delegate_ = std::move(delegate); }
 
-    void layoutSubviews() override;
-
 private:
     void setup();
     void productsDidChange() override;
     void productDidChange() override;
     void selectionDidChange() override;
+    std::optional<NSAttributedString> titleWithSaving() const override;
+    void writeTitles() override;
+    void placeTotalBlock() override;
 
+    NSAttributedString title(bool withSaving) const;
     PlanTexts texts() const;
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
 
     Weak<PremiumV2ButtonDelegate> delegate_;
+    NSAttributedString fullTitle_;
+    NSAttributedString titleWithoutSaving_;
 };
 
 } // namespace trelundo

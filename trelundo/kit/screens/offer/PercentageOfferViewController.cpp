@@ -44,6 +44,8 @@ PercentageOfferViewController::PercentageOfferViewController()
     , preferredLanguage_(firstPreferredLanguage())
     , infoLine1Label_(named("infoLine1Label", makeLabel(NSTextAlignment::center)))
     , infoLine2Label_(named("infoLine2Label", makeLabel(NSTextAlignment::center))) {
+    shrinkToFit(*infoLine1Label_);
+    shrinkToFit(*infoLine2Label_);
     setBackgroundColor(UIColor::white());
     setTextColor(UIColor::black());
     setButtonColor({173 / 255.0, 158 / 255.0, 1});

@@ -188,6 +188,7 @@ Ref<UILabel> const& PremiumV6ViewController::subtitleLabel() {
     return subtitleLabel_([] {
         auto label = makeLabel(NSTextAlignment::center);
         label->setNumberOfLines(2);
+        shrinkToFit(*label);
         return label;
     });
 }
