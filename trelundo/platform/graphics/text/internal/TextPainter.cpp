@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/graphics/internal/CanvasState.h"
 #include "trelundo/platform/graphics/internal/PainterGeometry.h"
+#include "trelundo/platform/graphics/text/internal/ThickenedGlyph.h"
 #include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <QGlyphRun>
@@ -143,7 +144,10 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
                                std::vector<QPointF>& places) {
     auto const& style = styles_[head.style];
     auto const font = FontLibrary::shared().fontFor(*head.face, style.font.size);
-    if (!indexes.empty() && style.font.size > 0 && font.isValid()) {
+    auto const missing = missingThickness(*head.face, style.font.weight);
+    if (!indexes.empty() && style.font.size > 0 && font.isValid() && missing > 0) {
+        drawThickened(head, missing, indexes, places);
+    } else if (!indexes.empty() && style.font.size > 0 && font.isValid()) {
         QGlyphRun run;
         run.setRawFont(font);
         run.setGlyphIndexes(QList<quint32>(indexes.begin(), indexes.end()));
@@ -153,6 +157,19 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
     }
     indexes.clear();
     places.clear();
+}
+
+void TextPainter::drawThickened(TextCharacter const& head, double ems, std::vector<quint32> const& indexes,
+                                std::vector<QPointF> const& places) {
+    auto const& style = styles_[head.style];
+    auto const scale = style.font.size / FontLibrary::referenceSize;
+    QPainterPath text;
+    for (std::size_t i = 0; i < indexes.size(); ++i)
+        text.addPath(QTransform::fromScale(scale, scale)
+                         .map(thickenedGlyph(*head.face, indexes[i], ems))
+                         .translated(places[i]));
+    text.setFillRule(Qt::WindingFill); // joined letters overlap
+    canvas_.state().painter.fillPath(text, toQColor(style.run.color));
 }
 
 void TextPainter::drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration) {

@@ -40,6 +40,8 @@ private:
     void drawBackgrounds(std::vector<Placed> const& placed, double top, double height);
     void drawGlyphs(std::vector<Placed> const& placed, double baseline);
     void drawGlyphRun(TextCharacter const& head, std::vector<quint32>& indexes, std::vector<QPointF>& places);
+    void drawThickened(TextCharacter const& head, double ems, std::vector<quint32> const& indexes,
+                       std::vector<QPointF> const& places);
     enum class Decoration { underline, strikethrough };
     void drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration);
     void drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle, CGColor const& color);

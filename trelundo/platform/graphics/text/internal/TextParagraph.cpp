@@ -1,5 +1,6 @@
 #include "trelundo/platform/graphics/text/internal/TextParagraph.h"
 
+#include "trelundo/platform/graphics/text/internal/FaceChoice.h"
 #include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <unicode/uchar.h>
@@ -116,21 +117,13 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
     auto const ends = characterEnds(text.units);
     auto const breaks = lineBreaks(text.units);
     auto const levels = embeddingLevels(text.units, isRightToLeft);
-    auto& library = FontLibrary::shared();
     characters.reserve(ends.size());
     std::size_t start = 0;
-    FontFace* previous = nullptr;
     for (auto const unsignedEnd : ends) {
         auto const stop = static_cast<std::size_t>(unsignedEnd);
-        auto const style = text.styles[start];
-        auto const& font = styles[style].font;
-        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
-        auto& preferred = library.systemFace(font.weight, font.isItalic, styles[style].run.font.size);
-        auto& face =
-            library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
         characters.push_back({.start = start,
-                              .style = style,
-                              .face = &face,
+                              .style = text.styles[start],
+                              .face = nullptr,
                               .word = nullptr,
                               .indexInWord = 0,
                               .advance = 0,
@@ -138,8 +131,29 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
                               .isSpace = isSpace(text.units[start]),
                               .mayBreakAfter = breaks.allowed[stop],
                               .breaksWellAfter = breaks.preferred[stop]});
-        previous = &face;
         start = stop;
+    }
+    chooseFacesByStyle(styles);
+}
+
+std::u16string_view TextParagraph::cluster(std::size_t character) const {
+    auto const start = characters[character].start;
+    return std::u16string_view(text.units).substr(start, end(character) - start);
+}
+
+void TextParagraph::chooseFacesByStyle(std::vector<ScaledStyle> const& styles) {
+    std::vector<std::u16string_view> clusters;
+    for (std::size_t first = 0; first < characters.size(); first += clusters.size()) {
+        auto const style = characters[first].style;
+        clusters.clear();
+        for (auto i = first; i < characters.size() && characters[i].style == style; ++i)
+            clusters.push_back(cluster(i));
+        auto const& font = styles[style].font;
+        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
+        auto& preferred =
+            FontLibrary::shared().systemFace(font.weight, font.isItalic, styles[style].run.font.size);
+        auto const faces = chooseFaces(clusters, preferred);
+        for (std::size_t i = 0; i < faces.size(); ++i) characters[first + i].face = faces[i];
     }
 }
 
@@ -173,9 +187,7 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
     std::vector<int> ends;
     ends.reserve(last - first);
     for (auto i = first; i < last; ++i) {
-        auto const cluster =
-            std::u16string_view(text.units).substr(characters[i].start, end(i) - characters[i].start);
-        appendShapeable(*head.face, cluster, toShape.text);
+        appendShapeable(*head.face, cluster(i), toShape.text);
         ends.push_back(static_cast<int>(toShape.text.size()));
     }
     auto const word = shapeWord(toShape, ends);
