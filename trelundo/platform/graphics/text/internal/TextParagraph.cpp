@@ -4,6 +4,7 @@
 #include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <unicode/uchar.h>
+#include <unicode/uscript.h>
 
 #include <algorithm>
 #include <array>
@@ -44,17 +45,28 @@ bool isSpace(char16_t unit) {
     return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
 }
 
-/// Whether the letters at two places are written in one stroke, as in Arabic.
-bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right) {
-    auto const joining = [&](std::size_t place) {
-        char32_t letter = 0;
-        U16_GET(text, 0, place, text.size(), letter);
-        return u_getIntPropertyValue(static_cast<UChar32>(letter), UCHAR_JOINING_TYPE);
-    };
-    auto const first = joining(left);
-    auto const second = joining(right);
-    return (first == U_JT_DUAL_JOINING || first == U_JT_LEFT_JOINING || first == U_JT_JOIN_CAUSING) &&
-           (second == U_JT_DUAL_JOINING || second == U_JT_RIGHT_JOINING || second == U_JT_JOIN_CAUSING);
+/// Whether the letters of a script are joined, by strokes or by a line along their heads, so that a gap after
+/// any of them would tear words apart.
+bool isJoined(std::u16string_view text, std::size_t place) {
+    char32_t letter = 0;
+    U16_GET(text, 0, place, text.size(), letter);
+    UErrorCode status = U_ZERO_ERROR;
+    switch (uscript_getScript(static_cast<UChar32>(letter), &status)) {
+    case USCRIPT_ADLAM:
+    case USCRIPT_ARABIC:
+    case USCRIPT_BENGALI:
+    case USCRIPT_DEVANAGARI:
+    case USCRIPT_GURMUKHI:
+    case USCRIPT_HANIFI_ROHINGYA:
+    case USCRIPT_MANDAIC:
+    case USCRIPT_MONGOLIAN:
+    case USCRIPT_NKO:
+    case USCRIPT_PHAGS_PA:
+    case USCRIPT_SYRIAC:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace
@@ -197,10 +209,8 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
         character.word = word;
         character.indexInWord = i - first;
         auto const ems = word->characters[i - first].advance;
-        // A gap inside a join would tear cursive writing apart.
-        bool const joins =
-            i + 1 < last && joinCursively(text.units, character.start, characters[i + 1].start);
-        character.advance = ems > 0 ? ems * style.font.size + (joins ? 0 : extra) : 0;
+        auto const gap = isJoined(text.units, character.start) ? 0 : extra;
+        character.advance = ems > 0 ? ems * style.font.size + gap : 0;
     }
 }
 

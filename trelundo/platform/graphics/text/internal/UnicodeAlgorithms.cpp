@@ -85,6 +85,14 @@ LineBreaks lineBreaks(std::u16string_view text) {
     return {std::move(allowed), std::move(preferred)};
 }
 
+std::vector<int> sentenceEnds(std::u16string_view text) {
+    thread_local Iterator const sentences = openIterator(UBRK_SENTENCE);
+    std::vector<int> ends;
+    if (auto* const iterator = iteratorOver(sentences.get(), text))
+        for (auto end = ubrk_next(iterator); end != UBRK_DONE; end = ubrk_next(iterator)) ends.push_back(end);
+    return ends;
+}
+
 BaseDirection baseDirection(std::u16string_view text) {
     int openIsolates = 0;
     for (std::size_t i = 0; i < text.size();) {
