@@ -189,6 +189,8 @@ TEST(TextLayoutTest, BreaksWhereItLooksWell) {
     // A short last word is kept company, but for a long one, a longer last line and another paragraph.
     EXPECT_NEAR(widest("Something is wrong", width("Something is") + 1), width("Something"), 1e-9);
     EXPECT_NEAR(widest("Something is unforeseen", width("Something is") + 1), width("Something is"), 1e-9);
+    EXPECT_NEAR(widest("Something else is as it is", width("Something else is as") + 1),
+                width("Something else is"), 1e-9);
     EXPECT_NEAR(widest("Some things vary", width("Some things") + 1), width("Some things"), 1e-9);
     EXPECT_EQ(widest("A longword\nis", width("A longword") + 1), width("A longword"));
 

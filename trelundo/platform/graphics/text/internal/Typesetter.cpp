@@ -272,14 +272,16 @@ std::size_t Typesetter::lastWord(TextLine const& line) const {
     return first;
 }
 
-/// A short word alone on the last line of a paragraph gets the word before it for company.
+/// A short word alone on the last line of a paragraph, or a few of the shortest, gets the word before it for
+/// company.
 void Typesetter::keepCompany(TextLine& last) {
     if (lines.empty() || last.hasSoftEnd || lines.back().source != last.source) return;
     auto above = lines.back();
     auto const& text = *last.paragraph;
     auto const byWords = last.style.lineBreakMode != NSLineBreakMode::byCharWrapping;
-    if (!byWords || !sentenceLines_.empty() || above.breaksWord || last.width * 2 > above.width) return;
-    if (lastWord(last) > last.first) return;
+    if (!byWords || !sentenceLines_.empty() || above.breaksWord) return;
+    bool const isOneWord = lastWord(last) <= last.first;
+    if (last.width * (isOneWord ? 2 : 5) > above.width) return;
     auto const end = std::exchange(above.last, lastWord(above));
     above.width = visibleWidth(text, above.first, above.last);
     auto const width = visibleWidth(text, above.last, last.last);
