@@ -111,6 +111,23 @@ TEST_F(SecondGenerationTest, AnUpgradeToAYearIsOfferedWithItsSaving) {
     EXPECT_DEATH(upgradeTitle("29.99", "0"), "cannot be converted to Int because it is NaN");
 }
 
+TEST_F(SecondGenerationTest, TheChecklistEndsWhereTheTopBarWouldCoverIt) {
+    auto const screen = make<PremiumV5ViewController>();
+    screen->setProducts({yearly(), monthly(), makeProduct("w", "1.99", week)});
+    show(screen);
+    auto const shownRows = [&] {
+        auto const views = find<UIStackView>("unlockStackView")->arrangedSubviews();
+        return std::ranges::count_if(views, [](auto const& view) { return !view->isHidden(); }) - 1;
+    };
+    EXPECT_EQ(shownRows(), 3);
+    EXPECT_FALSE(find("unlock1Label")->isHidden());
+    EXPECT_GE(find("unlockStackView")->frame().minY(), find("closeButton")->frame().maxY());
+    resize("phone-375x667");
+    EXPECT_GT(shownRows(), 3);
+    resize("phone-390x844");
+    EXPECT_EQ(shownRows(), 7) << "all are back";
+}
+
 TEST_F(SecondGenerationTest, TheChecklistMentionsTheFamilyOnlyToFamilies) {
     show(make<PremiumV5ViewController>());
     auto const rows = find<UIStackView>("unlockStackView")->arrangedSubviews();

@@ -26,6 +26,8 @@ public:
     Ref<PremiumV2ButtonDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(Weak<PremiumV2ButtonDelegate> delegate) { delegate_ = std::move(delegate); }
 
+    void layoutSubviews() override;
+
 private:
     void setup();
     void productsDidChange() override;
@@ -36,12 +38,18 @@ private:
     void placeTotalBlock() override;
 
     NSAttributedString title(bool withSaving) const;
+    TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) const;
+    bool isCentred() const;
+    void updateBadge();
+    void placeBadge();
     PlanTexts texts() const;
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
 
     Weak<PremiumV2ButtonDelegate> delegate_;
     NSAttributedString fullTitle_;
     NSAttributedString titleWithoutSaving_;
+    NSAttributedString badge_; // the title's last line where that is a badge, else empty
+    Ref<UIView> badgeGround_;  // below the title
 };
 
 } // namespace trelundo
