@@ -157,6 +157,13 @@ TEST(TextDrawingTest, UnderlinesKeepClearOfWhatReachesBelow) {
     }
 }
 
+TEST(TextDrawingTest, UnderlinesStandWholeBelowEastAsianCharacters) {
+    auto text = run("購入済みの方");
+    text.underline = NSUnderlineStyle::single;
+    text.underlineColor = red;
+    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), 2 * 2 * TextLayout({text}, {}).size().width, 8);
+}
+
 TEST(TextDrawingTest, StrikethroughLiesOverTheText) {
     auto text = run("xxx");
     text.strikethrough = NSUnderlineStyle::single;

@@ -190,7 +190,8 @@ FontLibrary::Family& FontLibrary::family(std::string const& name) {
                       .width = file.width,
                       .isEmoji = name == emojiFamily};
         // Kana kern only in proportional setting, which nobody asked for.
-        face.kernsByItself = name != japaneseFamily;
+        face.isEastAsian = name == japaneseFamily;
+        face.kernsByItself = !face.isEastAsian;
         entry->second.push_back(std::move(face));
     }
     return entry->second;

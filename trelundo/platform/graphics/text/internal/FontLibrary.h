@@ -24,6 +24,7 @@ struct FontFace {
     int width = 100;           // percent of the usual
     bool isSystem = false;     // of the system family, which has tracking
     bool isEmoji = false;      // pictures, which have no weight
+    bool isEastAsian = false;  // its characters fill squares that reach below the baseline
     bool kernsByItself = true; // false: the font's kerning spoils running text
     bool isOpen = false;
     std::shared_ptr<QFile> mapping{};

@@ -19,6 +19,9 @@ namespace {
 
 constexpr int lineStyleBits = 0x0f;
 constexpr int patternBits = 0x700;
+// Ems from the baseline to an underline below East Asian characters, which would leave nothing of a higher
+// one.
+constexpr double squareDepth = 0.2;
 
 bool hasBits(NSUnderlineStyle style, NSUnderlineStyle bits) {
     return (static_cast<int>(style) & static_cast<int>(bits)) == static_cast<int>(bits);
@@ -210,7 +213,10 @@ void TextPainter::drawRule(Stretch const& stretch, double baseline, Decoration d
     auto const style = below ? scaled.run.underline : scaled.run.strikethrough;
     auto const& color = below ? scaled.run.underlineColor : scaled.run.strikethroughColor;
     auto const raised = baseline - scaled.run.baselineOffset;
-    auto const middle = below ? raised + scaled.font.size / 9 : raised - scaled.font.xHeight() / 2;
+    auto const squares = std::ranges::any_of(
+        stretch.characters, [](Placed const& one) { return one.character->face->isEastAsian; });
+    auto const depth = scaled.font.size * (squares ? squareDepth : 1.0 / 9);
+    auto const middle = below ? raised + depth : raised - scaled.font.xHeight() / 2;
     auto const isThick =
         (static_cast<int>(style) & lineStyleBits) == static_cast<int>(NSUnderlineStyle::thick);
     auto const wished = scaled.font.size / 18 * (isThick ? 2 : 1);
@@ -221,7 +227,7 @@ void TextPainter::drawRule(Stretch const& stretch, double baseline, Decoration d
     auto const count = hasBits(style, NSUnderlineStyle::doubleLine) ? 2 : 1;
     auto const top = aligned(middle - thickness / 2 - (count - 1) * thickness, transform.dy());
     std::vector<Piece> pieces{{stretch.left, stretch.right}};
-    if (below)
+    if (below && !squares)
         pieces = clearPieces(stretch, baseline,
                              {stretch.left, top, stretch.right - stretch.left, (2 * count - 1) * thickness});
     for (auto const& [left, right] : pieces)
