@@ -22,8 +22,17 @@ Bundle& Texts::kitBundle() {
 std::string Texts::text(std::string_view key) { return localizedString(key, kitBundle(), "Premium"); }
 
 bool Texts::isRightToLeft() {
-    auto const languages = kitBundle().preferredLocalizations();
-    return !languages.empty() && Locale{languages.front()}.isRightToLeft();
+    struct Direction {
+        std::vector<std::string> languages;
+        bool isRightToLeft = false;
+    };
+    // Matching the user's languages with those of the bundle takes longer than a price's text.
+    thread_local Direction known;
+    if (auto languages = Locale::preferredLanguages(); languages != known.languages) {
+        auto const shown = kitBundle().preferredLocalizations();
+        known = {std::move(languages), !shown.empty() && Locale{shown.front()}.isRightToLeft()};
+    }
+    return known.isRightToLeft;
 }
 
 } // namespace trelundo
