@@ -113,11 +113,18 @@ TEST_F(BadFileTest, LostOutputFails) {
     EXPECT_THAT(result.output, HasSubstr("standard output cannot be written"));
 }
 
-TEST_F(BadFileTest, StoreFilesAreRefusedOrSetAside) {
+TEST_F(BadFileTest, AStoreThatIsNoneIsRefusedAndABrokenOneSetAside) {
     expectFailure({"store", "list", "--store", folder / "missing.sqlite"}, 1, {"missing.sqlite"});
+    auto const notes = write("notes.txt", "buy milk");
+    for (auto const* action : {"list", "clear"})
+        expectFailure({"store", action, "--store", notes}, 1, {"notes.txt: not a store"});
+    EXPECT_EQ(readText(notes), "buy milk");
     auto const script =
         write("buy.paywall", "tap continueButton\nadvance 2\nexpect transaction state=purchased\n");
-    auto const store = write("store.sqlite", "this is no database, however long it may be");
+    auto const store = (folder / "store.sqlite").string();
+    EXPECT_EQ(runPaywall({"run", screen, "--script", script, "--store", store}).status, 0);
+    write("store.sqlite", readText(store).substr(0, 5000));
+    expectFailure({"store", "list", "--store", store}, 1, {"store.sqlite: the store is broken"});
     auto const result = runPaywall({"run", screen, "--script", script, "--store", store});
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr(store)) << "the broken file is reported";

@@ -8,13 +8,15 @@
 #include <algorithm>
 #include <charconv>
 #include <random>
+#include <utility>
 
 namespace trelundo {
 
 namespace {
 
 constexpr std::int64_t firstSeededIdentifier = 1'000'000'001;
-constexpr double retryDelay = 1;                          // seconds, after a commit that failed
+constexpr double retryDelay = 1; // seconds, after the disk has failed
+constexpr int restoreAttempts = 3;
 constexpr std::string_view unrecordedPrefix = "unsaved-"; // keys of failures that could not be recorded
 
 std::int64_t firstIdentifier(std::optional<std::uint32_t> seed) {
@@ -33,6 +35,15 @@ std::optional<std::int64_t> identifierOf(std::string const& key) {
 Ref<NSError> unrecordedError(Error const& reason) {
     return make<NSError>(SKErrorDomain, static_cast<int>(SKErrorCode::unknown),
                          NSError::UserInfo{{NSError::localizedDescriptionKey, reason.message}});
+}
+
+Result<std::vector<SandboxStore::StoredTransaction>>
+storedTransactions(Result<LedgerRecords> const& records) {
+    if (!records) return records.error();
+    std::vector<SandboxStore::StoredTransaction> found;
+    for (auto const& record : *records)
+        found.push_back({record.report(), record.isFinished, record.state == LedgerState::held});
+    return found;
 }
 
 bool isFailure(SandboxStore::Outcome const& outcome) {
@@ -88,12 +99,17 @@ bool SandboxStore::isRestorable(std::string const& product) const {
 
 // Purchases
 
-void SandboxStore::addPayment(SKPayment::Fields const& payment) {
-    auto const outcome = decide(payment);
-    auto const record = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
-    if (!record) return tellUnrecorded(payment, record.error());
-    tell({*record});
-    plan(record->identifier, outcome);
+void SandboxStore::addPayment(SKPayment::Fields const& payment) { record(payment, decide(payment)); }
+
+void SandboxStore::record(SKPayment::Fields const& payment, Outcome const& outcome) {
+    auto const recorded = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
+    if (recorded) {
+        tell({*recorded});
+        return plan(recorded->identifier, outcome);
+    }
+    // What may still come back with the next run must not be told as failed.
+    if (!ledger_->isInDoubt()) return tellUnrecorded(payment, recorded.error());
+    tryAgain(recorded.error(), [this, payment, outcome] { record(payment, outcome); });
 }
 
 void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
@@ -103,10 +119,9 @@ void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
 
 void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
     auto const settled = ledger_->settle(identifier, LedgerState::purchasing, ledgerOutcome(outcome));
-    if (!settled) {
-        logWarning(settled.error().message);
-        return later(retryDelay, [this, identifier, outcome] { settle(identifier, outcome); });
-    }
+    if (!settled)
+        return tryAgain(settled.error(), [this, identifier, outcome] { settle(identifier, outcome); });
+    lastReason_.clear();
     inProgress_.erase(identifier);
     if (*settled) tell({**settled}); // else it was cleared meanwhile
 }
@@ -120,7 +135,7 @@ Result<void> SandboxStore::finish(std::string const& key) {
 
 void SandboxStore::synchronize() {
     auto const waiting = ledger_->unfinished();
-    if (!waiting) return logWarning(waiting.error().message);
+    if (!waiting) return tryAgain(waiting.error(), [this] { synchronize(); });
     tell(*waiting);
     for (auto const& record : *waiting) {
         // A purchase that the last run could not end goes on in this one.
@@ -214,16 +229,16 @@ void SandboxStore::performRestore() {
     case RestoreOutcome::Kind::failedWithoutError:
         return listener_->restoreFailed(nullptr);
     case RestoreOutcome::Kind::all:
-        return restoreEverything();
+        return restoreEverything(1);
     }
 }
 
-void SandboxStore::restoreEverything() {
+void SandboxStore::restoreEverything(int attempt) {
+    if (!listener_) return;
     auto const restored = ledger_->restore(date());
-    if (!restored) {
-        logWarning(restored.error().message);
-        return listener_->restoreFailed(unrecordedError(restored.error()));
-    }
+    if (!restored && attempt < restoreAttempts)
+        return tryAgain(restored.error(), [this, attempt] { restoreEverything(attempt + 1); });
+    if (!restored) return listener_->restoreFailed(unrecordedError(restored.error()));
     tell(*restored);
     listener_->restoreFinished();
 }
@@ -273,12 +288,11 @@ Result<void> SandboxStore::promote(std::string const& product) {
 // Records
 
 Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::transactions() const {
-    auto const records = ledger_->records();
-    if (!records) return records.error();
-    std::vector<StoredTransaction> found;
-    for (auto const& record : *records)
-        found.push_back({record.report(), record.isFinished, record.state == LedgerState::held});
-    return found;
+    return storedTransactions(ledger_->records());
+}
+
+Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::read(std::filesystem::path const& file) {
+    return storedTransactions(SandboxLedger::read(file));
 }
 
 Result<void> SandboxStore::clear() { return ledger_->clear(); }
@@ -298,6 +312,11 @@ void SandboxStore::tellUnrecorded(SKPayment::Fields const& payment, Error const&
                             .state = SKPaymentTransactionState::failed,
                             .error = unrecordedError(reason)};
     if (listener_) listener_->transactionsUpdated({std::move(failed)});
+}
+
+void SandboxStore::tryAgain(Error const& reason, std::function<void()> work) {
+    if (std::exchange(lastReason_, reason.message) != reason.message) logWarning(reason.message);
+    later(retryDelay, std::move(work));
 }
 
 void SandboxStore::later(double seconds, std::function<void()> work) const {
