@@ -3,6 +3,7 @@
 #include "tests/support/FakeStore.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <thread>
 
 namespace trelundo {
@@ -139,13 +140,59 @@ TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilThe
     store.tell({FakeStore::transaction("1", State::restored)});
     store.tell({FakeStore::transaction("2", State::restored), FakeStore::transaction("3", State::restored)});
     tell("9", State::purchased);
-    EXPECT_EQ(observer->takeLines(), Lines{"p9:purchased"}) << "a purchase does not wait for the restore";
-    EXPECT_EQ(queue->transactions().size(), 4U) << "but stays until its end";
+    EXPECT_EQ(observer->takeLines(), (Lines{"p9:purchased", "removed p9"})) << "it waits for no restore";
+    EXPECT_EQ(queue->transactions().size(), 3U);
     store.listener->restoreFinished();
     drain();
-    EXPECT_EQ(observer->lines, (Lines{"p1:restored p2:restored p3:restored", "restored, 4 on the queue",
-                                      "removed p9 p1 p2 p3"}));
+    EXPECT_EQ(observer->lines,
+              (Lines{"p1:restored p2:restored p3:restored", "restored, 3 on the queue", "removed p1 p2 p3"}));
     EXPECT_TRUE(queue->transactions().empty());
+}
+
+TEST_F(PaymentQueueTest, APurchaseThatEndsInAnEmptyRestoreIsGoneWhenTheRestoreEnds) {
+    observer->finishes = true;
+    observe();
+    queue->restoreCompletedTransactions();
+    store.tell({FakeStore::transaction("1", State::purchased)});
+    store.listener->restoreFinished();
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"p1:purchased", "removed p1", "restored, 0 on the queue"}));
+}
+
+TEST_F(PaymentQueueTest, DropsWhatAStoreSaysTwiceOrWithoutBeingAsked) {
+    observe();
+    store.tell({FakeStore::transaction("1", State::purchasing), FakeStore::transaction("1", State::purchased),
+                FakeStore::transaction("1", State::purchased)});
+    store.listener->restoreFinished();
+    store.listener->restoreFailed(nullptr);
+    drain();
+    queue->restoreCompletedTransactions();
+    store.tell({FakeStore::transaction("2", State::restored), FakeStore::transaction("2", State::restored)});
+    drain();
+    EXPECT_EQ(observer->takeLines(), Lines{"p1:purchased"});
+    store.listener->restoreFinished();
+    store.listener->restoreFinished();
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"p2:restored", "restored, 2 on the queue"}));
+    EXPECT_EQ(warnings.lines.size(), 3U);
+}
+
+TEST_F(PaymentQueueTest, AnExceptionOfAHostLeavesNothingBehind) {
+    auto const second = make<RecordingObserver>();
+    observer->finishes = second->finishes = true;
+    queue->addTransactionObserver(observer);
+    queue->addTransactionObserver(second);
+    drain();
+    observer->onUpdate = [](SKPaymentQueue&) { throw std::runtime_error("host"); };
+    queue->restoreCompletedTransactions();
+    queue->restoreCompletedTransactions();
+    store.tell({FakeStore::transaction("1", State::restored)});
+    store.listener->restoreFinished();
+    EXPECT_THROW(drain(), std::runtime_error);
+    drain();
+    EXPECT_EQ(second->lines, (Lines{"p1:restored", "restored, 1 on the queue", "removed p1"}));
+    EXPECT_EQ(observer->lines, second->lines);
+    EXPECT_EQ(std::ranges::count(store.calls, "restore"), 2) << "the next restore has begun";
 }
 
 TEST_F(PaymentQueueTest, ATransactionFinishedBeforeTheRestoreDoesNotStayForIt) {
@@ -232,6 +279,35 @@ TEST_F(PaymentQueueTest, AReplacedStoreIsForgotten) {
     EXPECT_EQ(observer->lines, Lines{"p1:purchased"});
 }
 
+TEST_F(PaymentQueueTest, AReplacedStoreFailsWhatItHasNotAnswered) {
+    observe();
+    for (auto const* product : {"p1", "silent", "p2"}) queue->add(paymentFor(product));
+    tell("1", State::purchasing);
+    tell("2", State::deferred);
+    observer->lines.clear();
+    queue->restoreCompletedTransactions();
+    queue->restoreCompletedTransactions();
+    FakeStore next{*queue};
+    observer->finishes = true;
+    drain();
+    EXPECT_EQ(observer->lines, (Lines{"silent:failed(0)", "p1:failed(0)", "restore failed(0)",
+                                      "restore failed(0)", "removed silent p1"}));
+    EXPECT_EQ(next.calls, Lines{"synchronize"}) << "what it never knew is not finished there";
+}
+
+TEST_F(PaymentQueueTest, ManyThatAreFinishedOneByOneLeaveInOrder) {
+    observe();
+    for (int i = 0; i < 9; ++i) tell(std::to_string(i), State::purchased);
+    auto const all = queue->transactions();
+    for (auto const i : {3U, 0U, 8U, 4U}) {
+        queue->finishTransaction(all[i]);
+        drain();
+    }
+    std::string left;
+    for (auto const& each : queue->transactions()) left += each->payment()->productIdentifier();
+    EXPECT_EQ(left, "p1p2p5p6p7");
+}
+
 TEST_F(PaymentQueueTest, WithoutStoreEverythingFails) {
     queue->setBackend(nullptr);
     observer->finishes = true;
@@ -239,7 +315,7 @@ TEST_F(PaymentQueueTest, WithoutStoreEverythingFails) {
     queue->add(paymentFor("a"));
     queue->restoreCompletedTransactions();
     drain();
-    EXPECT_EQ(observer->lines, (Lines{"a:failed(0)", "restore failed(0)", "removed a"}));
+    EXPECT_EQ(observer->lines, (Lines{"a:failed(0)", "removed a", "restore failed(0)"}));
     EXPECT_EQ(queue->storefrontCountryCode(), "");
 }
 

@@ -3,6 +3,7 @@
 #include "tests/support/FakeStore.h"
 #include "trelundo/platform/storekit/SKProductsRequest.h"
 
+#include <stdexcept>
 #include <thread>
 
 namespace trelundo {
@@ -59,6 +60,19 @@ TEST_F(ProductsRequestTest, FailsInsteadOfFinishing) {
     EXPECT_EQ(delegate->lines, Lines{"failed 7"});
     drain();
     EXPECT_EQ(delegate->lines, (Lines{"failed 7", "failed 0"}));
+}
+
+TEST_F(ProductsRequestTest, FailsWhenTheStoreIsReplaced) {
+    request->start();
+    test::FakeStore const next;
+    store.answers.at(0)(known());
+    drain();
+    EXPECT_EQ(delegate->lines, Lines{"failed 0"}) << "once";
+    request->start();
+    next.answers.at(0)(known());
+    delegate->onReceive = [](SKProductsRequest&) { throw std::runtime_error("host"); };
+    EXPECT_THROW(drain(), std::runtime_error);
+    EXPECT_EQ(delegate->lines, (Lines{"failed 0", "received 1, invalid 1", "finished"}));
 }
 
 TEST_F(ProductsRequestTest, IsSilentAfterCancelAndRelease) {

@@ -387,6 +387,23 @@ TEST_F(SandboxLedgerTest, SaysWhenItsNumbersHaveComeToTheirEnd) {
     EXPECT_EQ(ledger->unfinished()->size(), 1U) << "what is there goes on";
 }
 
+TEST_F(SandboxLedgerTest, RestoringLeavesNoTrail) {
+    std::int64_t last = 0;
+    for (int run = 0; run < 3; ++run) {
+        auto const ledger = *open();
+        if (run == 0)
+            ASSERT_TRUE(*ledger->settle(ledger->recordPurchase({}, true)->identifier, State::purchasing, {}));
+        for (int i = 0; i < 5; ++i) {
+            auto const restored = *ledger->restore(0);
+            ASSERT_EQ(restored.size(), 1U);
+            EXPECT_GT(restored[0].identifier, last) << "no number twice";
+            last = restored[0].identifier;
+            EXPECT_TRUE(ledger->finish(last));
+        }
+        EXPECT_LE(ledger->records()->size(), 3U);
+    }
+}
+
 TEST_F(SandboxLedgerTest, AnOperationInTheWrongStateChangesNothing) {
     auto const ledger = *SandboxLedger::open();
     auto const identifier = ledger->recordPurchase({.productIdentifier = "p"}, true)->identifier;

@@ -119,8 +119,7 @@ int showScreen(Options const& options, int& argc, char** argv) {
 }
 
 int manageStore(Options const& options) {
-    if (!std::filesystem::exists(*options.store))
-        failInput(*options.store + ": there is no such store file");
+    if (!std::filesystem::exists(*options.store)) failInput(*options.store + ": there is no such store file");
     if (options.storeAction == "list") {
         auto const transactions = valueOrFail(SandboxStore::read(*options.store));
         for (auto const& stored : transactions) printLine(storedLine(stored));

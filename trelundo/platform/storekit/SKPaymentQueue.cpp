@@ -59,7 +59,10 @@ void SKPaymentQueue::finishTransaction(Ref<SKPaymentTransaction> const& transact
     state_->finish(transaction);
 }
 
-SKPaymentTransactions const& SKPaymentQueue::transactions() const { return state_->pending; }
+SKPaymentTransactions const& SKPaymentQueue::transactions() const {
+    state_->compact();
+    return state_->pending;
+}
 
 std::string SKPaymentQueue::storefrontCountryCode() const {
     return state_->backend ? state_->backend->storefront() : std::string{};

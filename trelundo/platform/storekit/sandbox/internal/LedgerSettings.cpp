@@ -12,10 +12,14 @@ void applyDefensiveSettings(SQLite::Database& database) {
         int value;
     };
     static constexpr std::array settings{
-        Setting{SQLITE_DBCONFIG_DEFENSIVE, 1},      Setting{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
-        Setting{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Setting{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
-        Setting{SQLITE_DBCONFIG_DQS_DML, 0},        Setting{SQLITE_DBCONFIG_DQS_DDL, 0},
-        Setting{SQLITE_DBCONFIG_ENABLE_FKEY, 1},
+        Setting{SQLITE_DBCONFIG_DEFENSIVE, 1},
+        Setting{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+        Setting{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+        Setting{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
+        Setting{SQLITE_DBCONFIG_DQS_DML, 0},
+        Setting{SQLITE_DBCONFIG_DQS_DDL, 0},
+        // The ledger keeps this rule itself: the library would look through all rows for each one that goes.
+        Setting{SQLITE_DBCONFIG_ENABLE_FKEY, 0},
     };
     for (auto const& each : settings) sqlite3_db_config(database.getHandle(), each.name, each.value, nullptr);
     sqlite3_limit(database.getHandle(), SQLITE_LIMIT_ATTACHED, 0);

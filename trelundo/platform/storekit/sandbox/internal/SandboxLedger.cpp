@@ -33,9 +33,8 @@ template <class Read> std::invoke_result_t<Read> withPatience(Read const& read) 
 }
 
 std::int64_t lastIdentifier(SQLite::Database& database) {
-    return withPatience([&] {
-        return database.execAndGet("SELECT coalesce(max(id), 0) FROM transactions").getInt64();
-    });
+    return withPatience(
+        [&] { return database.execAndGet("SELECT coalesce(max(id), 0) FROM transactions").getInt64(); });
 }
 
 LedgerRecords recordsOf(SQLite::Statement& query) {
@@ -215,8 +214,18 @@ Result<void> SandboxLedger::finish(std::int64_t identifier) {
     });
 }
 
+/// Forgets the restored transactions that are finished. The last one stays, so that its number is not given
+/// again.
+void SandboxLedger::prune() {
+    statement("DELETE FROM transactions WHERE state = ? AND finished = 1 "
+              "AND id < (SELECT max(id) FROM transactions)",
+              number(State::restored))
+        .exec();
+}
+
 Result<LedgerRecords> SandboxLedger::restore(double date) {
     return commit([&]() -> Result<LedgerRecords> {
+        prune();
         auto const missing =
             find("JOIN owned ON owned.original = t.id WHERE t.id NOT IN "
                  "(SELECT original FROM transactions WHERE state = ? AND finished = 0) ORDER BY t.id",

@@ -44,7 +44,8 @@ public:
                                                LedgerOutcome const& outcome);
     /// A stranger, or a transaction that is finished or not over yet, is an error.
     Result<void> finish(std::int64_t identifier);
-    /// One restored transaction for everything owned; those still unfinished from earlier are used again.
+    /// One restored transaction for everything owned; those still unfinished from earlier are used again, and
+    /// finished ones are forgotten.
     Result<LedgerRecords> restore(double date);
     /// Completes the purchases that were held back.
     Result<LedgerRecords> resume(double date);
@@ -72,6 +73,7 @@ private:
     LedgerRecord add(LedgerRecord record);
     void save(LedgerRecord const& record);
     void own(LedgerRecord const& record);
+    void prune();
 
     std::filesystem::path file_;
     std::unique_ptr<LedgerDatabase> database_;
