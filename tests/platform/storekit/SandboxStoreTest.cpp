@@ -354,43 +354,5 @@ TEST_F(SandboxStoreTest, ChecksOffers) {
     }
 }
 
-// A pair of keys on the curve P-256, made for this test; the private one has signed the fields of the test's
-// offer, joined by U+2063, and is gone.
-constexpr char const* publicKey = "-----BEGIN PUBLIC KEY-----\n"
-                                  "MFkwEwYHKoZIzj0CAQYIKoZIzj0DAQcDQgAElEGH/8qKSSog0DZoPlpSMU+AGBQu\n"
-                                  "SXhG96wH7mwJLD1M/O91rYpm+mqK6X5s5p64Dd5APMRUz0DfDVcz9BMmkw==\n"
-                                  "-----END PUBLIC KEY-----\n";
-constexpr char const* signature =
-    "MEUCIQCSgW8706UAcf6KrLo0FnUf/WshC13LRQS6G/J9X2TewQIgIXmLSJsyqjLjc/T49JtZ/QwslqzHfkmuWy4/78l8bsg=";
-
-TEST_F(SandboxStoreTest, ChecksSignaturesWhenItHasAKey) {
-    OfferKey const key{.identifier = "K1", .publicKey = publicKey, .bundleIdentifier = "app"};
-    open({.configuration = catalogue(), .seed = 0, .offerKey = key});
-    SKPaymentDiscount::Fields const discount{
-        .identifier = "offer", .keyIdentifier = "K1", .nonce = "n", .signature = signature, .timestamp = 42};
-    SKPayment::Fields payment{.productIdentifier = "month", .applicationUsername = "user"};
-    auto const pay = [&](SKPaymentDiscount::Fields const& fields) {
-        payment.paymentDiscount = make<SKPaymentDiscount>(fields);
-        return failureOf(payment);
-    };
-    EXPECT_EQ(pay(discount), -1);
-    auto changed = discount;
-    changed.nonce = "N";
-    EXPECT_EQ(pay(changed), -1) << "a nonce is signed in lower case";
-    changed = discount;
-    changed.timestamp = 43;
-    EXPECT_EQ(pay(changed), 12);
-    changed = discount;
-    changed.keyIdentifier = "K2";
-    EXPECT_EQ(pay(changed), 12);
-    changed = discount;
-    for (auto const* text : {"????", "AAAA", "x", "="}) {
-        changed.signature = text;
-        EXPECT_EQ(pay(changed), 12) << text;
-    }
-    payment.applicationUsername = "someone else";
-    EXPECT_EQ(pay(discount), 12);
-}
-
 } // namespace
 } // namespace trelundo

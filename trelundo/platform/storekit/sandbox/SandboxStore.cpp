@@ -141,13 +141,14 @@ void SandboxStore::synchronize() {
         // A purchase that the last run could not end goes on in this one.
         bool const isLeftOver = record.state == LedgerState::purchasing;
         if (isLeftOver && !inProgress_.contains(record.identifier))
-            plan(record.identifier, decide(record.payment));
+            plan(record.identifier, decide(record.payment, record.identifier));
     }
 }
 
 // Outcomes
 
-SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
+/// The outcome of a payment, which may have a transaction already.
+SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment, std::int64_t identifier) {
     std::optional<Outcome> scripted;
     if (!outcomes_.empty()) {
         scripted = outcomes_.front();
@@ -155,7 +156,7 @@ SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
     }
     // A failure that was asked for stays as asked; the rest needs a payment that the store would take.
     if (scripted && isFailure(*scripted)) return *scripted;
-    if (auto const code = refusal(payment))
+    if (auto const code = refusal(payment, identifier))
         return {.kind = Outcome::Kind::failed, .code = static_cast<int>(*code)};
     if (scripted) return *scripted;
     auto const& settings = configuration_.settings();
@@ -164,25 +165,36 @@ SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
     return {.kind = asksToBuy ? Outcome::Kind::deferred : Outcome::Kind::purchased};
 }
 
-std::optional<SKErrorCode> SandboxStore::refusal(SKPayment::Fields const& payment) const {
+std::optional<SKErrorCode> SandboxStore::refusal(SKPayment::Fields const& payment,
+                                                 std::int64_t identifier) const {
     if (!canMakePayments_) return SKErrorCode::paymentNotAllowed;
     auto const* known = configuration_.find(payment.productIdentifier);
     if (!known) return SKErrorCode::storeProductNotAvailable;
-    return payment.paymentDiscount ? offerRefusal(payment, *known->product) : std::nullopt;
+    if (!payment.paymentDiscount) return std::nullopt;
+    auto const code = offerRefusal(*payment.paymentDiscount, *known->product);
+    return code || !offerKey_ ? code : signatureRefusal(payment, identifier);
 }
 
-std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPayment::Fields const& payment,
+std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPaymentDiscount const& discount,
                                                       SKProduct const& product) const {
-    auto const& discount = *payment.paymentDiscount;
     auto const isMeant = [&](auto const& offer) { return offer->identifier() == discount.identifier(); };
     if (discount.identifier().empty()) return SKErrorCode::missingOfferParams;
     if (std::ranges::none_of(product.discounts(), isMeant)) return SKErrorCode::invalidOfferIdentifier;
     if (discount.keyIdentifier().empty() || discount.nonce().empty() || discount.signature().empty())
         return SKErrorCode::missingOfferParams;
-    auto const isSigned = offerKey_ ? checkOfferSignature(*offerKey_, payment) : Result<void>{};
-    if (isSigned) return std::nullopt;
-    logWarning(isSigned.error().message);
-    return SKErrorCode::invalidSignature;
+    return std::nullopt;
+}
+
+std::optional<SKErrorCode> SandboxStore::signatureRefusal(SKPayment::Fields const& payment,
+                                                          std::int64_t identifier) const {
+    auto const& discount = *payment.paymentDiscount;
+    auto const isSigned = checkOfferSignature(*offerKey_, payment, date());
+    auto const isUsed = isSigned ? ledger_->hasNonce(discount.nonce(), identifier) : Result<bool>{false};
+    if (isSigned && isUsed && !*isUsed) return std::nullopt;
+    logWarning(!isSigned ? isSigned.error().message
+               : !isUsed ? isUsed.error().message
+                         : "offer \"" + discount.identifier() + "\": the nonce was used before");
+    return isUsed ? SKErrorCode::invalidSignature : SKErrorCode::unknown;
 }
 
 LedgerOutcome SandboxStore::ledgerOutcome(Outcome const& outcome) const {

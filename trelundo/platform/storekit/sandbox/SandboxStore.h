@@ -51,7 +51,8 @@ public:
         std::optional<std::uint32_t> seed = std::nullopt;
         Clock* clock = nullptr; // dates transactions, and must outlive the store; null: Clock::current()
         double delay = 0;       // seconds from a request to its outcome; 0: in a following turn
-        /// With a key, promotional offers must be signed by it (else code 12). Without, any signature but an
+        /// With a key, promotional offers must be signed by it, not more than 24 hours ago by the clock, with
+        /// a nonce that is a UUID and that no purchase has used (else code 12). Without, any signature but an
         /// empty one will do.
         std::optional<OfferKey> offerKey = std::nullopt;
     };
@@ -108,9 +109,12 @@ public:
 private:
     SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger);
 
-    Outcome decide(SKPayment::Fields const& payment);
-    std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment) const;
-    std::optional<SKErrorCode> offerRefusal(SKPayment::Fields const& payment, SKProduct const& product) const;
+    Outcome decide(SKPayment::Fields const& payment, std::int64_t identifier = 0);
+    std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment, std::int64_t identifier) const;
+    std::optional<SKErrorCode> offerRefusal(SKPaymentDiscount const& discount,
+                                            SKProduct const& product) const;
+    std::optional<SKErrorCode> signatureRefusal(SKPayment::Fields const& payment,
+                                                std::int64_t identifier) const;
     LedgerOutcome ledgerOutcome(Outcome const& outcome) const;
     bool isRestorable(std::string const& product) const;
     ProductsResult productsFor(std::set<std::string> const& identifiers) const;

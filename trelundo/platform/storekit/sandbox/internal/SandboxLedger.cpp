@@ -176,6 +176,13 @@ Result<LedgerRecords> SandboxLedger::unfinished() const {
     return select("WHERE t.finished = 0 AND t.state <> ? ORDER BY t.id", number(State::held));
 }
 
+Result<bool> SandboxLedger::hasNonce(std::string const& nonce, std::int64_t except) const {
+    auto const users = select("WHERE lower(t.offer_nonce) = lower(?) AND t.id <> ? AND t.state <> ? LIMIT 1",
+                              nonce, except, number(State::failed));
+    if (!users) return users.error();
+    return !users->empty();
+}
+
 // Operations
 
 Result<LedgerRecord> SandboxLedger::recordPurchase(SKPayment::Fields const& payment, bool isRestorable) {

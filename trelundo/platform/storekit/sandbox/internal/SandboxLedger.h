@@ -54,6 +54,9 @@ public:
 
     Result<LedgerRecords> records() const; // all, oldest first
     Result<LedgerRecords> unfinished() const;
+    /// Whether a transaction other than `except` has used the nonce of an offer, in upper or lower case. A
+    /// failed one has not.
+    Result<bool> hasNonce(std::string const& nonce, std::int64_t except) const;
 
 private:
     struct Statements;
