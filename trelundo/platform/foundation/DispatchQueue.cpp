@@ -1,11 +1,14 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/MainThread.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 namespace trelundo {
 
@@ -16,7 +19,11 @@ bool isLater(DispatchQueue::State::Job const& left, DispatchQueue::State::Job co
     return right.isBefore(left);
 }
 
+std::atomic<std::thread::id> mainThread = std::this_thread::get_id();
+
 } // namespace
+
+bool isMainThread() { return mainThread == std::this_thread::get_id(); }
 
 DispatchQueue::State::Job DispatchQueue::State::takeFirstDelayed() {
     std::ranges::pop_heap(delayed, isLater);
@@ -77,6 +84,7 @@ void DispatchQueue::asyncAfter(double seconds, Block block) {
 }
 
 bool DispatchQueue::runReady() {
+    mainThread = std::this_thread::get_id();
     {
         std::lock_guard const lock{state_->mutex};
         if (state_->isRunning) return false; // a block that turns the loop does not start the next block

@@ -37,11 +37,13 @@ std::size_t pageSizeOf(std::string_view header) {
 
 bool isDatabase(std::string_view bytes) { return bytes.size() >= headerSize && bytes.starts_with(magic); }
 
-/// Whether a journal says that its change must be undone, and that there was nothing before it.
-bool undoesCreation(std::string_view journal) {
-    if (journal.size() < journalHeaderSize || !journal.starts_with(journalMagic)) return false;
-    if (bigEndian32(journal, formerPageCountAt) == 0) return true;
-    throw LedgerRefusal("another program has left a change unfinished, which it must undo first");
+bool hasOwnIdentifier(std::string_view bytes) {
+    return isDatabase(bytes) && bigEndian32(bytes, applicationAt) == ledgerApplicationIdentifier;
+}
+
+/// Whether a journal says that a change must be undone.
+bool isHotJournal(std::string_view journal) {
+    return journal.size() >= journalHeaderSize && journal.starts_with(journalMagic);
 }
 
 std::vector<std::string> schemaOf(SQLite::Database& database) {
@@ -68,7 +70,7 @@ std::string readPart(fs::path const& file, char const* suffix) {
 
 LedgerImage::LedgerImage(fs::path const& file)
     : bytes_(readPart(file, "")) {
-    if (!bytes_.empty() && undoesCreation(readPart(file, "-journal"))) bytes_.clear();
+    if (!bytes_.empty()) applyJournal(readPart(file, "-journal"));
     auto const log = readPart(file, "-wal");
     if (bytes_.empty()) {
         isTornFromLog_ = isWriteAheadLog(log);
@@ -78,6 +80,17 @@ LedgerImage::LedgerImage(fs::path const& file)
 }
 
 LedgerImage::~LedgerImage() = default;
+
+/// Of a ledger's own changes two need a journal: its creation, before which there was nothing, and the first
+/// use of a log, which leaves a mark that the image does not look at.
+void LedgerImage::applyJournal(std::string_view journal) {
+    if (!isHotJournal(journal)) return;
+    if (bigEndian32(journal, formerPageCountAt) == 0) {
+        bytes_.clear();
+    } else if (!hasOwnIdentifier(bytes_)) {
+        throw LedgerRefusal("another program has left a change unfinished, which it must undo first");
+    }
+}
 
 void LedgerImage::applyLog(std::string_view log) {
     auto const pageSize = pageSizeOf(bytes_);
@@ -111,8 +124,7 @@ SQLite::Database& LedgerImage::database() {
 
 void LedgerImage::requireOwnHeader() const {
     if (!isDatabase(bytes_)) throw LedgerRefusal("not a store");
-    if (bigEndian32(bytes_, applicationAt) != ledgerApplicationIdentifier)
-        throw LedgerRefusal("the file belongs to another application");
+    if (!hasOwnIdentifier(bytes_)) throw LedgerRefusal("the file belongs to another application");
     auto const version = bigEndian32(bytes_, versionAt);
     if (version != ledgerSchemaVersion)
         throw LedgerRefusal("the store has schema version " + std::to_string(version) + ", not " +

@@ -39,6 +39,7 @@ public:
     ~LedgerImage();
 
 private:
+    void applyJournal(std::string_view journal);
     void applyLog(std::string_view log);
     void requireOwnHeader() const;
     void requireSchema();
