@@ -5,6 +5,7 @@
 #include "tests/support/ScopedState.h"
 
 #include <SQLiteCpp/Database.h>
+#include <array>
 #include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
@@ -103,18 +104,19 @@ protected:
 
 // What is on the disk
 
-TEST_F(SandboxLedgerTest, ItsFilesBelongToTheirOwnerAlone) {
-    auto const mask = ::umask(0);
-    {
-        auto const ledger = *open();
-        record(*ledger);
+TEST_F(SandboxLedgerTest, ItsFilesBelongToTheirOwnerAloneBeforeAnythingIsWritten) {
+    FaultyDisk disk;
+    disk.setJudge([&](Call call, std::string_view) {
+        if (call != Call::write) return false;
         for (auto const& [name, part] : contentsOf(folder.path())) EXPECT_EQ(part.first, 0600) << name;
-    }
-    ::umask(mask);
+        return false;
+    });
+    auto const mask = ::umask(0);
+    { EXPECT_TRUE(record(**open())); }
     EXPECT_EQ(contentsOf(folder.path()).size(), 1U) << "the lock and the log go with their holder";
     fs::permissions(file, fs::perms::all);
-    EXPECT_TRUE(open());
-    EXPECT_EQ(contentsOf(folder.path()).at("store.db").first, 0600);
+    { EXPECT_TRUE(record(**open())); }
+    ::umask(mask);
 }
 
 TEST_F(SandboxLedgerTest, WhatReturnsIsBeyondTheReachOfAPowerFailure) {
@@ -240,10 +242,20 @@ TEST_F(SandboxLedgerTest, LeavesAloneWhatIsNoLedger) {
 
 TEST_F(SandboxLedgerTest, IsNobodyElsesWhileItIsOpen) {
     auto const isInUse = [&] { return open().error().message.ends_with("in use by another process"); };
+    std::array<int, 2> start{};
+    ASSERT_EQ(::pipe(start.data()), 0);
+    auto const other = ::fork(); // before the library knows of any lock
+    if (other == 0) {
+        char word = 0;
+        ::_exit(::read(start[0], &word, 1) == 1 && !open() && isInUse() ? 0 : 1);
+    }
     auto const ledger = *open();
     EXPECT_TRUE(isInUse());
     closeADescriptorOf(file);
-    EXPECT_EQ(inChild([&] { return isInUse() ? 0 : 1; }), 0);
+    ASSERT_EQ(::write(start[1], "!", 1), 1);
+    int status = 1;
+    ::waitpid(other, &status, 0);
+    EXPECT_EQ(status, 0);
     fs::create_symlink(file, folder / "link");
     EXPECT_FALSE(SandboxLedger::open(folder / "link"));
     EXPECT_THAT(SandboxLedger::read(file).error().message, HasSubstr("in use"));

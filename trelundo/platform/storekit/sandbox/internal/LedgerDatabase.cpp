@@ -81,15 +81,23 @@ void LedgerDatabase::prepare() const {
                    "here, and kept in " +
                    kept.string());
     }
+    admit();
+}
+
+/// Makes sure that there is a file that can serve, for its owner alone.
+void LedgerDatabase::admit() const {
     auto const identity = fileIdentity(file_);
     if (!identity) {
         auto const created = createPrivateFile(file_);
         if (!created) throw LedgerRefusal("the store cannot be created: " + created.error().message);
-    } else if (identity->names > 1) {
-        throw LedgerRefusal("the file has a second name (a hard link), by which others could change it");
-    } else if (!isWritable(file_)) {
-        throw LedgerRefusal("the store is read-only");
+        return;
     }
+    if (identity->names > 1)
+        throw LedgerRefusal("the file has a second name (a hard link), by which others could change it");
+    if (!isWritable(file_)) throw LedgerRefusal("the store is read-only");
+    std::error_code failure;
+    fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write, failure);
+    if (failure) throw LedgerRefusal("the store cannot be closed to others: " + failure.message());
 }
 
 void LedgerDatabase::connect() {
@@ -112,7 +120,6 @@ void LedgerDatabase::takeOver() const {
 }
 
 void LedgerDatabase::remember() {
-    fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write);
     connection_->exec("PRAGMA journal_mode = WAL; BEGIN IMMEDIATE; COMMIT");
     emptyLog();
     identity_ = fileIdentity(file_).value_or(FileIdentity{});

@@ -38,6 +38,7 @@ private:
     explicit LedgerDatabase(std::filesystem::path file);
     void lock();
     void prepare() const;
+    void admit() const;
     void connect();
     void takeOver() const;
     void remember();
