@@ -5,6 +5,7 @@
 #include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/FirstException.h"
 #include "trelundo/platform/foundation/MainThread.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/storekit/SKError.h"
 
@@ -76,13 +77,15 @@ std::optional<std::string> PremiumManager::applicationUsername() const {
 // Catalogue
 
 void PremiumManager::start(std::vector<std::string> productIdentifiers) {
-    if (state_ != PremiumManagerState::notStarted && state_ != PremiumManagerState::failed) return;
-    state_ = PremiumManagerState::loading;
-    productIdentifiers_ = std::move(productIdentifiers);
-    productsRequest_ = make<SKProductsRequest>(
-        std::set<std::string>{productIdentifiers_.begin(), productIdentifiers_.end()});
-    productsRequest_->setDelegate(this);
-    productsRequest_->start();
+    requireMemory([&] {
+        if (state_ != PremiumManagerState::notStarted && state_ != PremiumManagerState::failed) return;
+        state_ = PremiumManagerState::loading;
+        productIdentifiers_ = std::move(productIdentifiers);
+        productsRequest_ = make<SKProductsRequest>(
+            std::set<std::string>{productIdentifiers_.begin(), productIdentifiers_.end()});
+        productsRequest_->setDelegate(this);
+        productsRequest_->start();
+    });
 }
 
 void PremiumManager::productsRequestDidReceive(SKProductsRequest& /*request*/,
@@ -113,25 +116,27 @@ bool PremiumManager::isCancellation(NSError const& error) {
 }
 
 bool PremiumManager::purchase(Purchase purchase) {
-    buySource_ = purchase.source;
-    buyScreen_ = purchase.screen;
-    buyPremiumId_ = purchase.premiumId;
-    buyABTest_ = purchase.abTest;
-    buyCompletion_ = std::move(purchase.completion);
-    if (!purchase.payment) return true;
-    if (!SKPaymentQueue::canMakePayments()) {
-        refuse(purchase.payment);
-        return false;
-    }
-    SKPaymentQueue::defaultQueue().add(purchase.payment);
-    auto const discount = purchase.payment->paymentDiscount();
-    log("Buy", {{"Product", purchase.payment->productIdentifier()},
-                {"Source", buySource_},
-                {"Screen", buyScreen_},
-                {"Premium Id", buyPremiumId_},
-                {"AB Test", buyABTest_},
-                {"Promotion", discount ? std::optional{discount->identifier()} : std::nullopt}});
-    return true;
+    return requireMemory([&] {
+        buySource_ = purchase.source;
+        buyScreen_ = purchase.screen;
+        buyPremiumId_ = purchase.premiumId;
+        buyABTest_ = purchase.abTest;
+        buyCompletion_ = std::move(purchase.completion);
+        if (!purchase.payment) return true;
+        if (!SKPaymentQueue::canMakePayments()) {
+            refuse(purchase.payment);
+            return false;
+        }
+        SKPaymentQueue::defaultQueue().add(purchase.payment);
+        auto const discount = purchase.payment->paymentDiscount();
+        log("Buy", {{"Product", purchase.payment->productIdentifier()},
+                    {"Source", buySource_},
+                    {"Screen", buyScreen_},
+                    {"Premium Id", buyPremiumId_},
+                    {"AB Test", buyABTest_},
+                    {"Promotion", discount ? std::optional{discount->identifier()} : std::nullopt}});
+        return true;
+    });
 }
 
 void PremiumManager::refuse(Ref<SKPayment> const& payment) {
@@ -143,10 +148,12 @@ void PremiumManager::refuse(Ref<SKPayment> const& payment) {
 }
 
 void PremiumManager::restore(std::string const& source, RestoreCompletion completion) {
-    restoreCount_ = 0;
-    restoreCompletion_ = std::move(completion);
-    SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
-    log("Restore Purchuses", {{"Source", source}});
+    requireMemory([&] {
+        restoreCount_ = 0;
+        restoreCompletion_ = std::move(completion);
+        SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
+        log("Restore Purchuses", {{"Source", source}});
+    });
 }
 
 void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,

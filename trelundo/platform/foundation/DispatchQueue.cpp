@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/MainThread.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
 
 #include <algorithm>
@@ -69,17 +70,22 @@ DispatchQueue& DispatchQueue::main() {
 
 void DispatchQueue::async(Block block) {
     if (!block) return;
-    state_->submit([&] {
-        state_->submitted.push_back({Clock::current().now(), state_->nextNumber++, std::move(block)});
+    requireMemory([&] {
+        state_->submit([&] {
+            state_->submitted.push_back({Clock::current().now(), state_->nextNumber++, std::move(block)});
+        });
     });
 }
 
 void DispatchQueue::asyncAfter(double seconds, Block block) {
     if (!block || std::isnan(seconds)) return;
     if (seconds <= 0) return async(std::move(block));
-    state_->submit([&] {
-        state_->delayed.push_back({Clock::current().now() + seconds, state_->nextNumber++, std::move(block)});
-        std::ranges::push_heap(state_->delayed, isLater);
+    requireMemory([&] {
+        state_->submit([&] {
+            state_->delayed.push_back(
+                {Clock::current().now() + seconds, state_->nextNumber++, std::move(block)});
+            std::ranges::push_heap(state_->delayed, isLater);
+        });
     });
 }
 
@@ -88,7 +94,7 @@ bool DispatchQueue::runReady() {
     {
         std::lock_guard const lock{state_->mutex};
         if (state_->isRunning) return false; // a block that turns the loop does not start the next block
-        state_->beginTurn();
+        requireMemory([this] { state_->beginTurn(); });
         if (!state_->isRunning) return false;
     }
     struct TurnEnd {
@@ -98,7 +104,7 @@ bool DispatchQueue::runReady() {
             state.isRunning = false;
         }
     } const turnEnd{*state_};
-    while (auto block = state_->takeNext()) block();
+    while (auto block = state_->takeNext()) requireMemory(block);
     return true;
 }
 

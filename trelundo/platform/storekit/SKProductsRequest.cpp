@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/FirstException.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
@@ -13,6 +14,10 @@ SKProductsRequest::SKProductsRequest(std::set<std::string> productIdentifiers)
 SKProductsRequest::~SKProductsRequest() = default;
 
 void SKProductsRequest::start() {
+    requireMemory([this] { ask(); });
+}
+
+void SKProductsRequest::ask() {
     auto& queue = *SKPaymentQueue::defaultQueue().state_;
     auto const number = ++queue.requestCount;
     auto const request = Weak<SKProductsRequest>(this);

@@ -3,6 +3,7 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/FirstException.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/SKError.h"
 
 #include <algorithm>
@@ -35,11 +36,13 @@ Result<void> checkFinish(SKPaymentTransactionState state, bool isFinished) {
 // Reports of the store
 
 void SKPaymentQueue::State::Inbox::post(Event event) const {
-    DispatchQueue::main().async(
-        [queue = queue_, token = std::weak_ptr<char const>(token_), event = std::move(event)] {
-            auto const held = queue.lock();
-            if (held && !token.expired()) event(*held->state_);
-        });
+    requireMemory([&] {
+        DispatchQueue::main().async(
+            [queue = queue_, token = std::weak_ptr<char const>(token_), event = std::move(event)] {
+                auto const held = queue.lock();
+                if (held && !token.expired()) event(*held->state_);
+            });
+    });
 }
 
 void SKPaymentQueue::State::Inbox::transactionsUpdated(std::vector<StoreTransaction> transactions) {

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
@@ -55,9 +56,11 @@ bool isFailure(SandboxStore::Outcome const& outcome) {
 } // namespace
 
 Result<std::unique_ptr<SandboxStore>> SandboxStore::open(Options options) {
-    auto ledger = SandboxLedger::open(options.file, firstIdentifier(options.seed));
-    if (!ledger) return ledger.error();
-    return std::unique_ptr<SandboxStore>{new SandboxStore{std::move(options), *std::move(ledger)}};
+    return failWithoutMemory([&]() -> Result<std::unique_ptr<SandboxStore>> {
+        auto ledger = SandboxLedger::open(options.file, firstIdentifier(options.seed));
+        if (!ledger) return ledger.error();
+        return std::unique_ptr<SandboxStore>{new SandboxStore{std::move(options), *std::move(ledger)}};
+    });
 }
 
 SandboxStore::SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger)
@@ -127,10 +130,12 @@ void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
 }
 
 Result<void> SandboxStore::finish(std::string const& key) {
-    if (key.starts_with(unrecordedPrefix)) return {};
-    auto const identifier = identifierOf(key);
-    if (!identifier) return Error{"no transaction \"" + key + "\""};
-    return ledger_->finish(*identifier);
+    return failWithoutMemory([&]() -> Result<void> {
+        if (key.starts_with(unrecordedPrefix)) return {};
+        auto const identifier = identifierOf(key);
+        if (!identifier) return Error{"no transaction \"" + key + "\""};
+        return ledger_->finish(*identifier);
+    });
 }
 
 void SandboxStore::synchronize() {
@@ -258,11 +263,13 @@ void SandboxStore::restoreEverything(int attempt) {
 // What happens outside a purchase
 
 Result<void> SandboxStore::resume() {
-    std::erase_if(outcomes_, [](Outcome const& each) { return each.kind == Outcome::Kind::interrupted; });
-    auto const resumed = ledger_->resume(date());
-    if (!resumed) return resumed.error();
-    tell(*resumed);
-    return {};
+    return failWithoutMemory([&]() -> Result<void> {
+        std::erase_if(outcomes_, [](Outcome const& each) { return each.kind == Outcome::Kind::interrupted; });
+        auto const resumed = ledger_->resume(date());
+        if (!resumed) return resumed.error();
+        tell(*resumed);
+        return {};
+    });
 }
 
 Result<void> SandboxStore::approve(std::optional<std::string> const& key) {
@@ -276,38 +283,46 @@ Result<void> SandboxStore::decline(std::optional<std::string> const& key) {
 
 Result<void> SandboxStore::decideDeferred(std::optional<std::string> const& key,
                                           LedgerOutcome const& outcome) {
-    auto const waiting = ledger_->unfinished();
-    if (!waiting) return waiting.error();
-    auto const deferred = std::ranges::find_if(*waiting, [&](auto const& record) {
-        return record.state == LedgerState::deferred && (!key || *key == std::to_string(record.identifier));
+    return failWithoutMemory([&]() -> Result<void> {
+        auto const waiting = ledger_->unfinished();
+        if (!waiting) return waiting.error();
+        auto const deferred = std::ranges::find_if(*waiting, [&](auto const& record) {
+            return record.state == LedgerState::deferred &&
+                   (!key || *key == std::to_string(record.identifier));
+        });
+        if (deferred == waiting->end())
+            return Error{key ? "no deferred transaction " + *key : "no deferred transaction"};
+        auto const settled = ledger_->settle(deferred->identifier, LedgerState::deferred, outcome);
+        if (!settled) return settled.error();
+        if (*settled) tell({**settled});
+        return {};
     });
-    if (deferred == waiting->end())
-        return Error{key ? "no deferred transaction " + *key : "no deferred transaction"};
-    auto const settled = ledger_->settle(deferred->identifier, LedgerState::deferred, outcome);
-    if (!settled) return settled.error();
-    if (*settled) tell({**settled});
-    return {};
 }
 
 Result<void> SandboxStore::promote(std::string const& product) {
-    auto const* known = configuration_.find(product);
-    if (!known) return Error{"no product " + product};
-    if (!listener_) return Error{"nobody listens to the store"};
-    listener_->promotedPurchase({.productIdentifier = product}, known->product);
-    return {};
+    return failWithoutMemory([&]() -> Result<void> {
+        auto const* known = configuration_.find(product);
+        if (!known) return Error{"no product " + product};
+        if (!listener_) return Error{"nobody listens to the store"};
+        listener_->promotedPurchase({.productIdentifier = product}, known->product);
+        return {};
+    });
 }
 
 // Records
 
 Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::transactions() const {
-    return storedTransactions(ledger_->records());
+    return failWithoutMemory(
+        [&]() -> Result<std::vector<StoredTransaction>> { return storedTransactions(ledger_->records()); });
 }
 
 Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::read(std::filesystem::path const& file) {
-    return storedTransactions(SandboxLedger::read(file));
+    return failWithoutMemory([&] { return storedTransactions(SandboxLedger::read(file)); });
 }
 
-Result<void> SandboxStore::clear() { return ledger_->clear(); }
+Result<void> SandboxStore::clear() {
+    return failWithoutMemory([&] { return ledger_->clear(); });
+}
 
 // Reports
 
