@@ -272,26 +272,26 @@ TEST_F(SandboxStoreTest, ClearingForgetsEverything) {
 TEST_F(SandboxStoreTest, WhatCannotBeRecordedFailsWithItsReason) {
     FaultyDisk disk;
     openFile();
-    buy("coins");
-    auto const coins = observer->last.at(0);
-    queue->add(paymentFor("badge")); // on record; its outcome is on the way
+    buy("badge");
+    auto const badge = observer->last.at(0);
+    queue->add(paymentFor("coins")); // on record; its outcome is on the way
     disk.fail(FaultyDisk::Call::write, 1, 1000);
     auto const reason = (folder / "store.db").string() + ": the disk cannot be read or written";
     drain();
-    EXPECT_EQ(observer->takeLines(), Lines{"badge:purchasing"}) << "told no outcome, and not cleared";
+    EXPECT_EQ(observer->takeLines(), Lines{"coins:purchasing"}) << "told no outcome, and not cleared";
     EXPECT_EQ(restore(), Lines{}) << "tried again first";
     wait(2);
     EXPECT_EQ(observer->takeLines(), Lines{"restore failed(0)"});
     EXPECT_EQ(buy("pass"), Lines{"pass:failed(0)"});
     EXPECT_EQ(observer->last.at(0)->error()->localizedDescription(), reason);
-    queue->finishTransaction(coins);
+    queue->finishTransaction(badge);
     EXPECT_EQ(warnings.lines.back(), "Transaction 1000000001 was not finished: " + reason);
     EXPECT_EQ(store->clear().error().message, reason);
 
     disk.setJudge(nullptr);
-    queue->finishTransaction(coins);
+    queue->finishTransaction(badge);
     wait(1);
-    EXPECT_EQ(observer->takeLines(), (Lines{"removed coins", "badge:purchased"}));
+    EXPECT_EQ(observer->takeLines(), (Lines{"removed badge", "coins:purchased"}));
     EXPECT_EQ(restore().at(0), "badge:restored");
     close(); // before the disk goes
 }

@@ -136,14 +136,37 @@ void LedgerDatabase::requireFile() const {
             "the file of the store, or its log, was removed, replaced or linked while in use");
 }
 
+/// Moves every commit from the log to the file; nothing else is left in the log.
 void LedgerDatabase::emptyLog() {
-    if (file_.empty()) return;
-    auto* const handle = connection_->getHandle();
-    require(sqlite3_wal_checkpoint_v2(handle, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr));
+    require(sqlite3_wal_checkpoint_v2(connection_->getHandle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                      nullptr));
+    synchronizeLog(); // the library leaves the shorter length to the system's own time
+}
+
+void LedgerDatabase::synchronizeLog() const {
     sqlite3_file* log = nullptr;
-    require(sqlite3_file_control(handle, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log));
-    // The library leaves the shorter length to the system's own time.
+    require(sqlite3_file_control(connection_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &log));
     if (log && log->pMethods) require(log->pMethods->xSync(log, SQLITE_SYNC_FULL));
+}
+
+/// Whether the next process would see what this one sees.
+bool LedgerDatabase::isAsOnDisk() const {
+    sqlite3_int64 size = 0;
+    std::unique_ptr<unsigned char, decltype(&sqlite3_free)> const bytes{
+        sqlite3_serialize(connection_->getHandle(), "main", &size, 0), sqlite3_free};
+    return bytes && LedgerImage{file_}.shows(
+                        {reinterpret_cast<char const*>(bytes.get()), static_cast<std::size_t>(size)});
+}
+
+void LedgerDatabase::forgetFailedCommit() {
+    if (file_.empty()) return;
+    try {
+        emptyLog();
+    } catch (SQLite::Exception const&) {
+        // On a full disk the log cannot be emptied, but it does not hold the commit either.
+        if (!isAsOnDisk()) throw;
+        synchronizeLog();
+    }
 }
 
 Result<std::unique_ptr<LedgerDatabase>> LedgerDatabase::open(fs::path const& file) {

@@ -29,9 +29,9 @@ public:
     /// Throws a LedgerRefusal when the name leads to another file by now, or to none, so that a commit would
     /// not be found again.
     void requireFile() const;
-    /// Moves every commit from the log to the file, and makes sure that nothing else is left in the log: what
-    /// a failed commit may have written there is gone for good. Throws when that cannot be achieved.
-    void emptyLog();
+    /// Makes sure that a commit that failed is gone for good, whatever it may have written to the log. Throws
+    /// when that cannot be achieved.
+    void forgetFailedCommit();
 
 private:
     /// `file` is empty, or absolute and without symbolic links.
@@ -42,6 +42,9 @@ private:
     void connect();
     void takeOver() const;
     void remember();
+    void emptyLog();
+    void synchronizeLog() const;
+    bool isAsOnDisk() const;
 
     std::filesystem::path file_;
     std::unique_ptr<FileLock> lock_;

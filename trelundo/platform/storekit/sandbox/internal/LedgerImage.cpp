@@ -107,6 +107,12 @@ void LedgerImage::applyLog(std::string_view log) {
     bytes_[formatsAt] = bytes_[formatsAt + 1] = '\1';
 }
 
+bool LedgerImage::shows(std::string_view bytes) const {
+    std::string_view const own = bytes_;
+    return bytes.size() == own.size() && bytes.substr(0, formatsAt) == own.substr(0, formatsAt) &&
+           bytes.substr(formatsAt + 2) == own.substr(formatsAt + 2);
+}
+
 SQLite::Database& LedgerImage::database() {
     if (database_) return *database_;
     auto opened =

@@ -31,6 +31,8 @@ public:
     bool isBroken();
     /// Whether the log holds changes behind damage, which a reader does not see.
     bool hasLostChanges() const { return hasLostChanges_; }
+    /// Whether a reader of the disk sees `bytes`, a database with a log as the library writes it out.
+    bool shows(std::string_view bytes) const;
     /// To read only, and no longer than the image lives. None for a new one.
     SQLite::Database& database();
 

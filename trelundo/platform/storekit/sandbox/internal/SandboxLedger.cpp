@@ -128,7 +128,7 @@ template <class Work> std::invoke_result_t<Work> SandboxLedger::commit(Work cons
 
 void SandboxLedger::settleDoubt() {
     if (!isInDoubt_) return;
-    database_->emptyLog();
+    database_->forgetFailedCommit();
     isInDoubt_ = false;
 }
 
