@@ -308,7 +308,7 @@ void SKPaymentQueue::State::removeFinished() {
     auto const mayLeave = [&](auto const& transaction) {
         return !isRestoring || transaction->transactionState() != SKPaymentTransactionState::restored;
     };
-    auto const staying = std::stable_partition(finished.begin(), finished.end(), mayLeave);
+    auto const staying = std::ranges::stable_partition(finished, mayLeave).begin();
     SKPaymentTransactions const leaving{finished.begin(), staying};
     finished.erase(finished.begin(), staying);
     remove(leaving);

@@ -145,7 +145,8 @@ void LedgerDatabase::emptyLog() {
 
 void LedgerDatabase::synchronizeLog() const {
     sqlite3_file* log = nullptr;
-    require(sqlite3_file_control(connection_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &log));
+    require(sqlite3_file_control(connection_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER,
+                                 static_cast<void*>(&log)));
     if (log && log->pMethods) require(log->pMethods->xSync(log, SQLITE_SYNC_FULL));
 }
 

@@ -119,7 +119,9 @@ std::optional<std::string> objection(OfferKey const& key, SKPayment::Fields cons
     if (!isUuid(discount.nonce())) return "the nonce is not a UUID";
     if (age < 0) return "the signature is from the future";
     if (age > lifetime) return "the signature is older than 24 hours";
-    auto const holdsSeparator = [](std::string const& part) { return part.find(separator) != part.npos; };
+    auto const holdsSeparator = [](std::string const& part) {
+        return part.find(separator) != std::string::npos;
+    };
     if (std::ranges::any_of(signedParts(key, payment), holdsSeparator))
         return "a signed text holds the character U+2063 that separates them";
     return std::nullopt;
