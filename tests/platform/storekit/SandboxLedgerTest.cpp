@@ -235,6 +235,9 @@ TEST_F(SandboxLedgerTest, LeavesAloneWhatIsNoLedger) {
     EXPECT_THAT(open().error().message, HasSubstr("second name"));
     fs::remove(folder / "other");
     EXPECT_EQ(count(), 1U);
+    writeText(file.string() + "-lock", "somebody else's");
+    EXPECT_THAT(open().error().message, EndsWith("cannot be locked: store.db-lock is no lock"));
+    EXPECT_EQ(readText(file.string() + "-lock"), "somebody else's");
     EXPECT_EQ(SandboxLedger::open(folder.path()).error().message, folder.path().string() + ": not a file");
     EXPECT_THAT(SandboxLedger::open(folder / "none/store.db").error().message,
                 EndsWith(": No such file or directory"));

@@ -19,6 +19,12 @@ bool isNamed(int descriptor, std::filesystem::path const& file) {
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
+/// Whether an open file can be a lock, which is empty: what is not is somebody else's.
+bool canLock(int descriptor) {
+    struct ::stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
+}
+
 } // namespace
 
 Result<std::unique_ptr<FileLock>> FileLock::acquire(std::filesystem::path const& file) {
@@ -26,6 +32,10 @@ Result<std::unique_ptr<FileLock>> FileLock::acquire(std::filesystem::path const&
         int const descriptor =
             ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
         if (descriptor < 0) return Error{std::generic_category().message(errno)};
+        if (!canLock(descriptor)) {
+            ::close(descriptor);
+            return Error{file.filename().string() + " is no lock"};
+        }
         auto const failure = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
         if (failure == 0 && isNamed(descriptor, file))
             return std::unique_ptr<FileLock>{new FileLock{file, descriptor}};
@@ -36,7 +46,7 @@ Result<std::unique_ptr<FileLock>> FileLock::acquire(std::filesystem::path const&
 }
 
 bool FileLock::isHeld(std::filesystem::path const& file) {
-    int const descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    int const descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (descriptor < 0) return false;
     bool const isHeld = ::flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     ::close(descriptor);
