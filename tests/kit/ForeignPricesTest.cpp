@@ -1,5 +1,6 @@
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/controls/PremiumButton.h"
 #include "trelundo/kit/controls/PremiumV2Button.h"
 #include "trelundo/kit/screens/offer/OfferV3ViewController.h"
@@ -15,8 +16,6 @@ namespace trelundo::test {
 namespace {
 
 using Mode = SKProductDiscountPaymentMode;
-
-constexpr std::array languages{"de", "fr", "es", "ja", "ar", "he"};
 
 /// The prices of one storefront.
 struct Storefront {
@@ -80,14 +79,14 @@ protected:
 };
 
 TEST_F(ForeignPricesTest, NoRowIsCutInAnyLanguageAndCurrency) {
-    for (auto const* language : languages) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
         Locale::setPreferredLanguages({language});
         for (auto const& shop : storefronts)
             for (auto const& yearly : {plainYear(shop), cheaperFirstYear(shop)})
                 for (bool const onSmallPhone : {true, false})
                     for (bool const isSelected : {true, false})
                         expectWhole(*row(yearly, shop, onSmallPhone, isSelected)->titleLabel(),
-                                    std::string{language} + " " + shop.locale);
+                                    language + " " + shop.locale);
     }
 }
 
@@ -104,7 +103,7 @@ TEST_F(ForeignPricesTest, ASavingGivesWayBeforeAnAmountOrAPeriodDoes) {
 }
 
 TEST_F(ForeignPricesTest, PlanRowsOfEveryTagHoldLongPrices) {
-    for (auto const* language : languages) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
         Locale::setPreferredLanguages({language});
         for (auto const* tag : {"V2_A1", "V2_A2", "V2_A3", "V2_A4", "V2_B1", "V2_B2", "V2_B3"}) {
             auto const yearly = plainYear(rupiah);
@@ -114,19 +113,19 @@ TEST_F(ForeignPricesTest, PlanRowsOfEveryTagHoldLongPrices) {
             button->setProduct(yearly);
             button->setFrame({0, 0, 288, 64});
             button->layoutIfNeeded();
-            expectWhole(*button->titleLabel(), std::string{language} + " " + tag);
+            expectWhole(*button->titleLabel(), language + " " + tag);
         }
     }
 }
 
 TEST_F(ForeignPricesTest, OffersHoldLongPricesOnTheSmallestPhone) {
     resize("phone-320x568");
-    for (auto const* language : languages) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
         Locale::setPreferredLanguages({language});
         auto const check = [&](auto screen, std::vector<char const*> labels) {
             screen->setProduct(cheaperFirstYear(rupiah));
             show(screen);
-            for (auto const* name : labels) expectWhole(*find<UILabel>(name), std::string{language} + name);
+            for (auto const* name : labels) expectWhole(*find<UILabel>(name), language + " " + name);
             host->dismiss(false);
             shell.advance(0.1);
         };
