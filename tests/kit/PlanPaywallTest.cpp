@@ -1,5 +1,6 @@
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
@@ -126,6 +127,23 @@ TEST_F(SecondGenerationTest, TheChecklistEndsWhereTheTopBarWouldCoverIt) {
     EXPECT_GT(shownRows(), 3);
     resize("phone-390x844");
     EXPECT_EQ(shownRows(), 7) << "all are back";
+}
+
+TEST_F(SecondGenerationTest, TheChecklistStaysOnTheScreenInEveryLanguage) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
+        Locale::setPreferredLanguages({language});
+        auto const screen = make<PremiumV5ViewController>();
+        screen->setSource("FamilySharing");
+        show(screen);
+        for (int i = 1; i <= 9; ++i) {
+            auto const label = find<UILabel>("unlock" + std::to_string(i) + "Label");
+            EXPECT_LE(label->convertRectTo(label->bounds(), nullptr).maxX(), 320 - 16)
+                << language << " " << i;
+            EXPECT_FALSE(label->fit().truncated) << language << " " << i;
+        }
+        host->dismiss(false);
+        shell.advance(0.1);
+    }
 }
 
 TEST_F(SecondGenerationTest, TheChecklistMentionsTheFamilyOnlyToFamilies) {

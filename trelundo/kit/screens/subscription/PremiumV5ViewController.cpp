@@ -28,6 +28,7 @@ constexpr std::array checklist{
 };
 
 constexpr double rowSpacing = 14;
+constexpr double trailingMargin = 16;
 constexpr double gapBelowChecklist = 24;
 
 double heightOf(UIStackView const& row) {
@@ -57,9 +58,11 @@ void PremiumV5ViewController::addChecklist() {
     auto const safeArea = view()->safeAreaLayoutGuide();
     activate({
         unlockStackView()->leadingAnchor() == safeArea->leadingAnchor() + 32,
-        // Past the edge on purpose: the labels shrink to their own width, not to the screen's.
+        // Past the edge on purpose: only what would run off the screen itself shrinks.
         unlockStackView()->trailingAnchor() == safeArea->trailingAnchor() + 35,
     });
+    for (auto const& row : unlockStackView()->arrangedSubviews())
+        activate({row->trailingAnchor() <= safeArea->trailingAnchor() - trailingMargin});
 }
 
 /// Between the close button's foot and the plans, which stand where they do however long the checklist is.
