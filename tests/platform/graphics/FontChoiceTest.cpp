@@ -8,6 +8,9 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace trelundo {
 

@@ -3,7 +3,6 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/plans/internal/OfferDiscount.h"

@@ -4,7 +4,6 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
 #include "trelundo/platform/foundation/Lazy.h"

@@ -75,7 +75,7 @@ bool ProductButton::hasRoomForSaving(double width) {
     probe->setNumberOfLines(2);
     probe->setAdjustsFontSizeToFitWidth(true);
     probe->setMinimumScaleFactor(readableScale);
-    probe->setAttributedText(*title);
+    probe->setAttributedText(title);
     auto const fit = probe->fit();
     return !fit.truncated && !fit.breaksWord;
 }

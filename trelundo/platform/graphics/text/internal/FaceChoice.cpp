@@ -1,9 +1,16 @@
 #include "trelundo/platform/graphics/text/internal/FaceChoice.h"
 
+#include "trelundo/platform/graphics/text/internal/FontLibrary.h"
+
 #include <unicode/uscript.h>
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <span>
+#include <string_view>
+#include <vector>
 
 namespace trelundo {
 
@@ -13,8 +20,8 @@ using Clusters = std::span<std::u16string_view const>;
 
 /// The writing that a letter belongs to. Kana and Chinese characters are mixed in every Japanese word.
 UScriptCode scriptOf(std::u16string_view letter) {
-    UChar32 character;
-    U16_GET(letter.data(), 0, 0, letter.size(), character);
+    UChar32 character = 0;
+    U16_GET(letter, 0, 0, letter.size(), character);
     UErrorCode status = U_ZERO_ERROR;
     auto const script = uscript_getScript(character, &status);
     return script == USCRIPT_HIRAGANA || script == USCRIPT_KATAKANA ? USCRIPT_HAN : script;

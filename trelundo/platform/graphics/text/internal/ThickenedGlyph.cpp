@@ -1,7 +1,11 @@
 #include "trelundo/platform/graphics/text/internal/ThickenedGlyph.h"
 
+#include "trelundo/platform/graphics/text/internal/FontLibrary.h"
+
+#include <QPainterPath>
 #include <QPainterPathStroker>
 
+#include <cstddef>
 #include <map>
 #include <tuple>
 
