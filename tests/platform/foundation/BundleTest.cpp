@@ -86,6 +86,20 @@ TEST_F(BundleTest, ListsItsLocalizations) {
     EXPECT_TRUE(other.localizations().empty());
 }
 
+TEST_F(BundleTest, TheApplicationSpeaksTheMainBundlesLanguageElseAFrameworks) {
+    static auto& framework = *new Bundle{"Framework"}; // must outlive its registration
+    static constexpr EmbeddedFile texts[] = {{"pt.lproj/T.strings", {}}, {"he.lproj/T.strings", {}}};
+    framework.registerFramework();
+    Locale::setPreferredLanguages({"fa", "he-IL", "pt"});
+    EXPECT_EQ(Bundle::applicationLocalization(), "en");
+    framework.addEmbeddedFiles(texts);
+    EXPECT_EQ(Bundle::applicationLocalization(), "he") << "the first that a framework speaks";
+    Bundle::main().addEmbeddedFiles({texts, 1});
+    EXPECT_EQ(Bundle::applicationLocalization(), "pt");
+    Locale::setPreferredLanguages({"he"});
+    EXPECT_EQ(Bundle::applicationLocalization(), "en") << "the main bundle has languages of its own";
+}
+
 TEST_F(BundleTest, TextsComeFromOneLanguageOrAreTheValueOrTheKey) {
     EXPECT_EQ(word({"zh-Hant-TW"}), "word!");
     EXPECT_EQ(word({"it"}), "word") << "an empty table is there";

@@ -208,6 +208,32 @@ TEST_F(PresentationTest, ACoveredScreenComesBackInTheNewSize) {
     shell.advance(1);
 }
 
+TEST_F(PresentationTest, TheScreenTurnsOnlyWhereTheControllerOverTheWholeWindowAllowsIt) {
+    class Upright : public WitnessController {
+    public:
+        using WitnessController::WitnessController;
+        UIInterfaceOrientationMask supportedInterfaceOrientations() const override {
+            return UIInterfaceOrientationMask::portrait;
+        }
+    };
+    auto const width = [this] { return shell.window().bounds().width(); };
+    auto const upright = make<Upright>("upright");
+    shell.rotate(true);
+    EXPECT_EQ(width(), 568);
+    host->present(upright, false);
+    shell.advance(0.1);
+    EXPECT_EQ(width(), 320);
+    shell.rotate(true);
+    EXPECT_EQ(width(), 320);
+    host->dismiss(false);
+    shell.advance(0.1);
+    EXPECT_EQ(width(), 568) << "the device is still held so";
+    upright->setModalPresentationStyle(UIModalPresentationStyle::pageSheet);
+    host->present(upright, false);
+    shell.advance(0.1);
+    EXPECT_EQ(width(), 568) << "a sheet does not decide";
+}
+
 TEST_F(PresentationTest, ReplacingTheRootDropsWhatItPresented) {
     { auto const screen = showOver(host, "screen"); }
     auto const other = make<WitnessController>("other");

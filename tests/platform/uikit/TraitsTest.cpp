@@ -49,7 +49,7 @@ public:
 class TraitsTest : public DeviceFixture {
 protected:
     ~TraitsTest() override {
-        UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
+        UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt);
     }
 };
 

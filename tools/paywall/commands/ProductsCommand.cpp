@@ -2,7 +2,6 @@
 #include "tools/paywall/commands/Commands.h"
 #include "tools/paywall/output/Json.h"
 #include "tools/paywall/output/Names.h"
-#include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/RunLoop.h"
@@ -120,7 +119,7 @@ void printState(PremiumManager const& manager, std::vector<std::string> const& m
 } // namespace
 
 int printProducts(Options const& options) {
-    useLanguage(options.language);
+    Locale::setPreferredLanguages({options.language});
     auto const store = openSandbox(options);
     SKPaymentQueue::defaultQueue().setBackend(store.get());
     auto& manager = PremiumManager::sharedInstance();

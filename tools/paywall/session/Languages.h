@@ -12,7 +12,4 @@ std::vector<std::string> languages();
 /// texts may still fall back to another one.
 bool isKnownLanguage(std::string const& tag);
 
-/// Makes `tag` the user's language; the layout direction follows the language that the texts come out in.
-void useLanguage(std::string const& tag);
-
 } // namespace trelundo::paywall

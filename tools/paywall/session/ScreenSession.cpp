@@ -4,7 +4,6 @@
 #include "tools/paywall/demo/Demonstration.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/ScreenProperties.h"
-#include "tools/paywall/session/Languages.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
@@ -31,7 +30,7 @@ ScreenSession::ScreenSession(Options const& options, EventLog& log, std::unique_
     , host_(make<Host>(options, log))
     , store_(std::move(store))
     , screenType_(findScreen(options.screen)) {
-    useLanguage(options.language);
+    Locale::setPreferredLanguages({options.language});
     addHostPictures(options.pictureFolders);
     auto& queue = SKPaymentQueue::defaultQueue();
     queue.setBackend(store_.get());

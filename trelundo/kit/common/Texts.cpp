@@ -14,6 +14,7 @@ Bundle& Texts::kitBundle() {
     static Bundle& bundle = *[] {
         auto* kit = new Bundle{"TrelundoKit_Premium"}; // lives as long as the process, like the main bundle
         kit->addEmbeddedFiles(kitResources());
+        kit->registerFramework();
         return kit;
     }();
     return bundle;

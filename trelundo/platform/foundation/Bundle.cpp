@@ -39,6 +39,23 @@ std::string localizedName(std::string_view localization, std::string_view name) 
     return fmt::format("{}{}/{}", localization, folderSuffix, name);
 }
 
+/// What every bundle together says of the application's language.
+struct ApplicationLanguage {
+    std::mutex mutex;
+    std::set<Bundle const*> frameworks;
+    std::map<std::vector<std::string>, std::string> chosen; // by the user's languages
+    long changes = 0;
+
+    void forget() {
+        ++changes;
+        chosen.clear();
+    }
+    static ApplicationLanguage& shared() {
+        static auto& language = *new ApplicationLanguage; // outlives every static object that may ask
+        return language;
+    }
+};
+
 std::optional<std::string> fileContents(std::string const& path) {
     std::ifstream file{path, std::ios::binary};
     if (!file) return std::nullopt;
@@ -70,6 +87,9 @@ struct Bundle::State {
     void sourcesChanged() {
         tables.clear();
         localization.clear();
+        auto& language = ApplicationLanguage::shared();
+        std::lock_guard const lock{language.mutex};
+        language.forget();
     }
 
     std::optional<Resource> find(std::string const& identifier, std::string_view name) const {
@@ -81,6 +101,11 @@ struct Bundle::State {
         auto const file = embedded.find(name);
         if (file == embedded.end()) return std::nullopt;
         return Resource{fmt::format("bundle:{}/{}", identifier, name), false, file->second};
+    }
+
+    std::set<std::string> lockedLocalizations() const {
+        std::lock_guard const lock{mutex};
+        return localizations();
     }
 
     std::set<std::string> localizations() const {
@@ -121,6 +146,36 @@ Bundle& Bundle::main() {
     return bundle;
 }
 
+void Bundle::registerFramework() {
+    auto& language = ApplicationLanguage::shared();
+    std::lock_guard const lock{language.mutex};
+    if (language.frameworks.insert(this).second) language.forget();
+}
+
+std::string Bundle::applicationLocalization() {
+    auto const languages = Locale::preferredLanguages();
+    auto& language = ApplicationLanguage::shared();
+    std::unique_lock lock{language.mutex};
+    if (auto const known = language.chosen.find(languages); known != language.chosen.end())
+        return known->second;
+    auto const frameworks = language.frameworks;
+    auto const changes = language.changes;
+    lock.unlock(); // bundles take it when they change
+    auto found = chosenLocalization(languages, frameworks);
+    lock.lock();
+    if (language.changes == changes) language.chosen[languages] = found;
+    return found;
+}
+
+std::string Bundle::chosenLocalization(std::vector<std::string> const& languages,
+                                       std::set<Bundle const*> const& frameworks) {
+    if (!main().localizations().empty()) return main().preferredLocalizations().front();
+    std::set<std::string> spoken;
+    for (auto const* framework : frameworks) spoken.merge(framework->state_->lockedLocalizations());
+    auto const matches = matchingLocalizations(languages, {spoken.begin(), spoken.end()});
+    return matches.empty() ? main().developmentRegion_ : matches.front();
+}
+
 void Bundle::addEmbeddedFiles(std::span<EmbeddedFile const> files) {
     std::lock_guard const lock{state_->mutex};
     for (auto const& file : files) state_->embedded.insert_or_assign(file.path, file.bytes);
@@ -134,8 +189,7 @@ void Bundle::addFolder(std::string path) {
 }
 
 std::vector<std::string> Bundle::localizations() const {
-    std::lock_guard const lock{state_->mutex};
-    auto const names = state_->localizations();
+    auto const names = state_->lockedLocalizations();
     return {names.begin(), names.end()};
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,6 +29,13 @@ public:
 
     /// The application's bundle.
     static Bundle& main();
+    /// Declares this bundle that of a framework in the application. It must live as long as the process;
+    /// declaring it again changes nothing.
+    void registerFramework();
+    /// The language that the application is shown in: the main bundle's best localisation when it has any,
+    /// else the first preferred language that a framework's bundle is localised in, else the development
+    /// region of the main bundle.
+    static std::string applicationLocalization();
 
     std::string const& identifier() const { return identifier_; }
     /// Paths and bytes are not copied: they must live as long as the bundle.
@@ -58,6 +66,8 @@ public:
 private:
     struct State;
     struct Resource;
+    static std::string chosenLocalization(std::vector<std::string> const& languages,
+                                          std::set<Bundle const*> const& frameworks);
     std::optional<Resource> find(std::string_view name) const;
     std::shared_ptr<StringsTable const> table(std::string_view name) const;
     StringsTable loadTable(std::string_view name) const;

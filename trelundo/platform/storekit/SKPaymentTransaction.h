@@ -27,6 +27,7 @@ public:
         std::optional<std::string> identifier = std::nullopt;
         std::optional<double> date = std::nullopt;
         Ref<SKPaymentTransaction> original = nullptr;
+        std::string receipt = {};
     };
     explicit SKPaymentTransaction(Fields fields)
         : fields_(std::move(fields)) {}
@@ -41,6 +42,9 @@ public:
     std::optional<double> transactionDate() const { return fields_.date; }
     /// Restored transactions only: the first purchase.
     Ref<SKPaymentTransaction> const& original() const { return fields_.original; }
+    /// Opaque bytes by which a server can check the transaction with the store; empty when the store gives
+    /// none.
+    std::string const& transactionReceipt() const { return fields_.receipt; }
 
 private:
     friend class SKPaymentQueue;

@@ -24,6 +24,7 @@ struct StoreTransaction {
     double date = 0;                        // seconds since 2001-01-01 00:00 UTC
     std::string originalIdentifier = {};    // restored ones: of the first purchase; empty: none
     double originalDate = 0;
+    std::string receipt = {}; // opaque bytes for a server; empty: none
 };
 
 /// Receives what a store reports. A key that comes twice in one update is told once, in its last state; one

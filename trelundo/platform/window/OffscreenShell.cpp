@@ -54,8 +54,7 @@ void OffscreenShell::advance(double seconds) {
 }
 
 void OffscreenShell::rotate(bool landscape) {
-    UIScreen::main().configure(*state_->device, landscape);
-    window_->screenDidChange();
+    window_->deviceDidTurn(landscape);
 }
 
 void OffscreenShell::setUserInterfaceStyle(UIUserInterfaceStyle style) {

@@ -17,7 +17,7 @@ class OffscreenShell {
 public:
     struct Configuration {
         DeviceProfile const* device; // never null
-        bool landscape = false;
+        bool landscape = false; // whatever the screens support, until rotate()
         double startDate = 0; // seconds since 2001-01-01 00:00 UTC
     };
     explicit OffscreenShell(Configuration configuration);
@@ -28,6 +28,7 @@ public:
     double now() const { return clock_.now(); }
     /// Runs the frames of the next `seconds`; with 0 one turn at the present moment.
     void advance(double seconds);
+    /// Turns the device; the screen follows where what it shows supports that.
     void rotate(bool landscape);
     void setUserInterfaceStyle(UIUserInterfaceStyle style);
 

@@ -84,7 +84,7 @@ protected:
         root = make<UIView>(CGRect{0, 0, 400, 600});
     }
     ~LayoutStage() override {
-        UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
+        UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt);
     }
 
     template <class T = ContentView, class... Arguments>

@@ -124,6 +124,7 @@ SKPaymentQueue::State::Entry* SKPaymentQueue::State::apply(StoreTransaction cons
     auto& fields = entry.transaction->fields_;
     fields.state = report.state;
     fields.error = report.error;
+    fields.receipt = report.receipt;
     if (!report.transactionIdentifier.empty()) {
         fields.identifier = report.transactionIdentifier;
         fields.date = report.date;

@@ -17,10 +17,14 @@ UIApplication& UIApplication::shared() {
     return application;
 }
 
-void UIApplication::setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) {
-    if (userInterfaceLayoutDirection() == direction) return;
+UIUserInterfaceLayoutDirection UIApplication::userInterfaceLayoutDirection() const {
+    UIScreen::main().updateUserInterfaceLayoutDirection();
+    return UIScreen::main().userInterfaceLayoutDirection();
+}
+
+void UIApplication::setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction) {
     UIScreen::main().setUserInterfaceLayoutDirection(direction);
-    for (auto const& window : strongWindows()) window->screenDidChange();
+    for (auto const& window : strongWindows()) window->followLayoutDirection();
 }
 
 void UIApplication::frame() {

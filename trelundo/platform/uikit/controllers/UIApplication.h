@@ -12,12 +12,12 @@ class UIApplication {
 public:
     static UIApplication& shared();
 
-    /// Direction of the first preferred language that the application is localised in.
-    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
-        return UIScreen::main().userInterfaceLayoutDirection();
-    }
-    /// Windows take the new direction over at once.
-    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction);
+    /// Direction of the language that the application is shown in (Bundle::applicationLocalization()), unless
+    /// another one was set.
+    UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const;
+    /// Overrides the language's direction; absent: no more. Windows take the new direction over at once, and
+    /// that of a new language before their next layout.
+    void setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction);
 
     std::vector<UIWindow*> const& windows() const { return UIWindow::visibleWindows(); }
     UIWindow* keyWindow() const { return UIWindow::keyWindow(); }

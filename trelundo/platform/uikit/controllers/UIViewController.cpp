@@ -4,6 +4,8 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
+#include <algorithm>
+
 namespace trelundo {
 
 UIViewController::UIViewController() = default;
@@ -15,6 +17,7 @@ UIViewController::~UIViewController() {
 
 Ref<UIView> const& UIViewController::view() {
     if (view_ || isLoadingView_) return view_;
+    if (auto* window = UIWindow::keyWindow()) window->followLayoutDirection();
     UITraitScope const scope(traitCollection());
     isLoadingView_ = true;
     loadView();
@@ -36,6 +39,12 @@ void UIViewController::loadView() {
     setView(std::move(plain));
 }
 
+UIInterfaceOrientationMask UIViewController::supportedInterfaceOrientations() const {
+    return traitCollection().userInterfaceIdiom == UIUserInterfaceIdiom::pad
+               ? UIInterfaceOrientationMask::all
+               : UIInterfaceOrientationMask::allButUpsideDown;
+}
+
 void UIViewController::setNeedsStatusBarAppearanceUpdate() {
     if (view_ && view_->window()) view_->window()->setNeedsStatusBarAppearanceUpdate();
 }
@@ -47,6 +56,15 @@ void UIViewController::present(Ref<UIViewController> controller, bool animated,
 
 void UIViewController::dismiss(bool animated, std::function<void()> completion) {
     PresentationEngine::dismiss(*this, animated, std::move(completion));
+}
+
+bool UIViewController::isTransitionUnderWay() const {
+    auto const chain = PresentationEngine::chainAbove(*this);
+    return std::ranges::any_of(chain, [](auto const& controller) { return controller->isInTransition_; });
+}
+
+void UIViewController::afterNextTransition(std::function<void()> action) {
+    PresentationEngine::afterNextTransition(std::move(action));
 }
 
 void UIViewController::applyTransition(TransitionStage stage, UIView& carrier) {

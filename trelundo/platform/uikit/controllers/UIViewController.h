@@ -23,6 +23,21 @@ enum class UIModalPresentationStyle : int {
 enum class UIModalTransitionStyle : int { coverVertical = 0, crossDissolve = 2 };
 enum class UIStatusBarStyle : int { defaultStyle = 0, lightContent = 1, darkContent = 3 };
 
+/// Ways in which a screen may be held; a phone upside down is not the same as a phone upright.
+enum class UIInterfaceOrientationMask : unsigned {
+    portrait = 1u << 1,
+    portraitUpsideDown = 1u << 2,
+    landscapeRight = 1u << 3,
+    landscapeLeft = 1u << 4,
+    landscape = landscapeLeft | landscapeRight,
+    allButUpsideDown = portrait | landscape,
+    all = allButUpsideDown | portraitUpsideDown,
+};
+/// Whether `mask` has any of `orientations`.
+constexpr bool contains(UIInterfaceOrientationMask mask, UIInterfaceOrientationMask orientations) {
+    return (static_cast<unsigned>(mask) & static_cast<unsigned>(orientations)) != 0;
+}
+
 struct Presentation;
 
 /// Owns one screen's view and its life cycle. Overrides of the callbacks call the superclass.
@@ -52,11 +67,15 @@ public:
     virtual UIStatusBarStyle preferredStatusBarStyle() const { return UIStatusBarStyle::defaultStyle; }
     virtual bool prefersStatusBarHidden() const { return false; }
     virtual bool prefersHomeIndicatorAutoHidden() const { return false; }
+    /// Asked of the topmost controller over the whole window whenever that changes or the device turns. On
+    /// phones everything but upside down, on tablets everything.
+    virtual UIInterfaceOrientationMask supportedInterfaceOrientations() const;
     /// The keys of the topmost controller: Return while no control has the focus, and Escape.
     virtual void performReturnKey() {}
     virtual void performEscapeKey() {}
 
-    /// After preferredStatusBarStyle() or prefersStatusBarHidden() changed its answer.
+    /// After preferredStatusBarStyle(), prefersStatusBarHidden() or supportedInterfaceOrientations() changed
+    /// its answer.
     void setNeedsStatusBarAppearanceUpdate();
 
     // Presentation. Both completions come after the callbacks of both controllers; misuse (already
@@ -74,6 +93,12 @@ public:
     void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
     bool isBeingPresented() const { return isBeingPresented_; }
     bool isBeingDismissed() const { return isBeingDismissed_; }
+    /// Whether anything that this controller has presented, directly or not, is arriving or leaving:
+    /// dismissals are refused meanwhile.
+    bool isTransitionUnderWay() const;
+    /// Calls `action` once, when the next transition of any controller has ended: after its completion, or on
+    /// a later turn when it was abandoned because its window went.
+    static void afterNextTransition(std::function<void()> action);
 
     /// During viewDidLoad the predicted traits: those of the window it will be shown in, or of the main
     /// screen.

@@ -1,9 +1,25 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
+#include "trelundo/platform/foundation/Bundle.h"
+#include "trelundo/platform/foundation/Locale.h"
+
+#include <utility>
+
 namespace trelundo {
 
+namespace {
+
+UIUserInterfaceLayoutDirection directionOfLanguage() {
+    return Locale{Bundle::applicationLocalization()}.isRightToLeft()
+               ? UIUserInterfaceLayoutDirection::rightToLeft
+               : UIUserInterfaceLayoutDirection::leftToRight;
+}
+
+} // namespace
+
 UIScreen::UIScreen()
-    : device_(*DeviceProfile::find("phone-390x844")) {
+    : device_(*DeviceProfile::find("phone-390x844"))
+    , direction_(directionOfLanguage()) {
     traitsDidChange();
 }
 
@@ -23,9 +39,14 @@ void UIScreen::setUserInterfaceStyle(UIUserInterfaceStyle style) {
     traitsDidChange();
 }
 
-void UIScreen::setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction) {
-    direction_ = direction;
-    traitsDidChange();
+void UIScreen::setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction) {
+    chosenDirection_ = direction;
+    updateUserInterfaceLayoutDirection();
+}
+
+void UIScreen::updateUserInterfaceLayoutDirection() {
+    auto const direction = chosenDirection_ ? *chosenDirection_ : directionOfLanguage();
+    if (std::exchange(direction_, direction) != direction) traitsDidChange();
 }
 
 void UIScreen::traitsDidChange() { UITraitCollection::setScreenTraits(traitCollection()); }

@@ -4,6 +4,8 @@
 #include "trelundo/platform/uikit/views/DeviceProfile.h"     // IWYU pragma: export
 #include "trelundo/platform/uikit/views/UITraitCollection.h" // IWYU pragma: export
 
+#include <optional>
+
 namespace trelundo {
 
 /// The display. `nativeBounds` is in pixels and always portrait.
@@ -17,8 +19,11 @@ public:
     void configure(DeviceProfile const& device, bool landscape);
     void setUserInterfaceStyle(UIUserInterfaceStyle style);
     UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
-    /// For UIApplication, which tells the windows.
-    void setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection direction);
+    /// For UIApplication, which tells the windows. Absent: the direction of Bundle::applicationLocalization().
+    void setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction);
+    /// Takes over what the user's languages or the bundles have come to say; windows do so before each
+    /// layout.
+    void updateUserInterfaceLayoutDirection();
 
     CGRect bounds() const;
     CGRect nativeBounds() const { return {0, 0, device_.nativePixels.width, device_.nativePixels.height}; }
@@ -36,6 +41,7 @@ private:
     DeviceProfile device_;
     bool isLandscape_ = false;
     UIUserInterfaceStyle style_ = UIUserInterfaceStyle::light;
+    std::optional<UIUserInterfaceLayoutDirection> chosenDirection_;
     UIUserInterfaceLayoutDirection direction_ = UIUserInterfaceLayoutDirection::leftToRight;
 };
 

@@ -84,7 +84,7 @@ Ref<UIView> UIView::hitTest(CGPoint point) {
     for (auto const& child : std::views::reverse(subviews_)) {
         if (auto hit = child->hitTest(child->convertPointFrom(point, this))) return hit;
     }
-    return strong(*this);
+    return passesTouches_ ? nullptr : strong(*this);
 }
 
 bool UIView::pointInside(CGPoint point) const { return bounds().contains(point); }

@@ -107,6 +107,10 @@ public:
     void setTintAdjustmentMode(UIViewTintAdjustmentMode mode);
     bool isUserInteractionEnabled() const { return isUserInteractionEnabled_; }
     void setUserInteractionEnabled(bool enabled) { isUserInteractionEnabled_ = enabled; }
+    /// Whether touches that hit none of the subviews go on to what lies behind. For views that only arrange
+    /// others; false at first.
+    bool passesTouches() const { return passesTouches_; }
+    void setPassesTouches(bool passes) { passesTouches_ = passes; }
     int tag() const { return tag_; }
     void setTag(int tag) { tag_ = tag; }
     UISemanticContentAttribute semanticContentAttribute() const { return semanticContentAttribute_; }
@@ -324,6 +328,7 @@ private:
     UIViewContentMode contentMode_ = UIViewContentMode::scaleToFill;
     UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
     bool isUserInteractionEnabled_ = true;
+    bool passesTouches_ = false;
     int tag_ = 0;
 
     UIView* superview_ = nullptr; // the superview owns this one

@@ -97,7 +97,7 @@ void UIWindow::setRootViewController(Ref<UIViewController> controller) {
     if (!root_) return;
     root_->loadViewIfNeeded();
     root_->view()->setFrame(bounds());
-    updateSafeArea();
+    setNeedsStatusBarAppearanceUpdate();
     if (isVisible_) showRoot();
 }
 
@@ -127,6 +127,7 @@ void UIWindow::makeKeyAndVisible() {
     shownWindows().push_back(this);
     layer().setHidden(false);
     layer().setDisplayRoot(true);
+    UIScreen::main().updateUserInterfaceLayoutDirection();
     traits_ = UIScreen::main().traitCollection();
     updateSafeArea();
     traitsDidPropagate();
@@ -159,7 +160,41 @@ void UIWindow::screenDidChange() {
     setNeedsLayout();
 }
 
-void UIWindow::setNeedsStatusBarAppearanceUpdate() { updateSafeArea(); }
+void UIWindow::followLayoutDirection() {
+    UIScreen::main().updateUserInterfaceLayoutDirection();
+    if (traits_.layoutDirection != UIScreen::main().traitCollection().layoutDirection) screenDidChange();
+}
+
+void UIWindow::setNeedsStatusBarAppearanceUpdate() {
+    updateOrientation();
+    updateSafeArea();
+}
+
+// Orientation.
+
+void UIWindow::deviceDidTurn(bool landscape) {
+    isHeldInLandscape_ = landscape;
+    updateOrientation();
+}
+
+UIInterfaceOrientationMask UIWindow::supportedInterfaceOrientations() const {
+    auto const* decider = root_ ? PresentationEngine::statusBarController(*root_) : nullptr;
+    return decider ? decider->supportedInterfaceOrientations() : UIInterfaceOrientationMask::all;
+}
+
+/// As the device is held where that is supported, else the other way.
+void UIWindow::updateOrientation() {
+    if (!isHeldInLandscape_) return;
+    auto const mask = supportedInterfaceOrientations();
+    bool const allowsUpright = contains(mask, UIInterfaceOrientationMask::portrait) ||
+                               contains(mask, UIInterfaceOrientationMask::portraitUpsideDown);
+    bool const allowsTurned = contains(mask, UIInterfaceOrientationMask::landscape);
+    bool const isTurned = *isHeldInLandscape_ ? allowsTurned : !allowsUpright;
+    auto& screen = UIScreen::main();
+    if (isTurned == screen.isLandscape()) return;
+    screen.configure(DeviceProfile{screen.device()}, isTurned);
+    screenDidChange();
+}
 
 /// Without a cut-out in the display the top inset is the status bar's alone and goes with it.
 void UIWindow::updateSafeArea() {
@@ -176,6 +211,7 @@ void UIWindow::updateSafeArea() {
 
 void UIWindow::layoutWindow() {
     if (state_->isLayingOut) return;
+    followLayoutDirection();
     state_->isLayingOut = true;
     UITraitScope const scope(traits_);
     layoutIfNeeded();

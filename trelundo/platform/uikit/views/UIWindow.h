@@ -5,6 +5,7 @@
 #include "trelundo/platform/uikit/views/UIView.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace trelundo {
@@ -29,12 +30,19 @@ public:
     static UIWindow* keyWindow() { return keyWindow_ ? keyWindow_->asWindow() : nullptr; }
     /// The topmost presented controller, or the root.
     Ref<UIViewController> topViewController() const;
-    /// What the top controller's status bar or home indicator preferences say has changed: the safe area
-    /// follows.
+    /// What the top controller's status bar, home indicator or orientation preferences say has changed:
+    /// orientation and safe area follow.
     void setNeedsStatusBarAppearanceUpdate();
 
     /// The screen's size, orientation, safe area or style changed: sizes, traits and layout follow.
     void screenDidChange();
+    /// Takes the layout direction of the screen over, and with it that of a new language.
+    void followLayoutDirection();
+    /// The device was turned: the screen turns too once what stands over the whole window supports it, and
+    /// from now on follows what the screens to come support. Before the first call it stays as configured.
+    void deviceDidTurn(bool landscape);
+    /// What the topmost controller over the whole window supports; everything without a controller.
+    UIInterfaceOrientationMask supportedInterfaceOrientations() const;
     UITraitCollection const& traitCollection() const override { return traits_; }
     UIEdgeInsets windowSafeAreaInsets() const override { return windowSafeArea_; }
 
@@ -59,6 +67,7 @@ private:
     void showRoot();
     void hideRoot();
     void updateSafeArea();
+    void updateOrientation();
     UIWindow* asWindow() override { return this; }
     void cancelTouchesIn(UIView const& subtree) override;
     void deliver(ActiveTouch& active, UITouchPhase phase);
@@ -70,6 +79,7 @@ private:
     std::unique_ptr<State> state_;
     Ref<UIViewController> root_;
     bool isVisible_ = false;
+    std::optional<bool> isHeldInLandscape_; // absent: the screen stays as configured
     UITraitCollection traits_;
     UIEdgeInsets windowSafeArea_;
 };

@@ -14,6 +14,12 @@ namespace {
 
 PresentationListener listener;
 
+/// Called once the next transition has ended.
+std::vector<std::function<void()>>& waiting() {
+    static auto& actions = *new std::vector<std::function<void()>>; // screens may go at the program's end
+    return actions;
+}
+
 } // namespace
 
 void setPresentationListener(PresentationListener newListener) { listener = std::move(newListener); }
@@ -119,6 +125,7 @@ void PresentationEngine::present(UIViewController& presenter, Ref<UIViewControll
         if (controller->presenting_ != base.get()) return; // abandoned with its window
         endPresenting(*controller, animated);
         if (completion) completion();
+        transitionDidEnd();
     });
 }
 
@@ -227,6 +234,14 @@ void PresentationEngine::endDismissal(Dismissal const& dismissal) {
         if (listener.dismissed) listener.dismissed(*controller, animated);
     }
     if (completion) completion();
+    transitionDidEnd();
+}
+
+void PresentationEngine::afterNextTransition(Completion action) { waiting().push_back(std::move(action)); }
+
+/// Who waits again inside its call waits for the transition after this one.
+void PresentationEngine::transitionDidEnd() {
+    for (auto const& action : std::exchange(waiting(), {})) action();
 }
 
 /// Parts the controller from all that it has presented; their views leave the window.
@@ -243,9 +258,11 @@ void PresentationEngine::unlink(UIViewController& presenter) {
 }
 
 void PresentationEngine::abandon(UIViewController& controller) {
+    bool const isTransitionAbandoned = controller.isTransitionUnderWay();
     for (auto const& presented : chainAbove(controller))
         presented->isBeingDismissed_ = presented->hasAppeared_ = false;
     unlink(controller);
+    if (isTransitionAbandoned) DispatchQueue::main().async(transitionDidEnd);
 }
 
 } // namespace trelundo

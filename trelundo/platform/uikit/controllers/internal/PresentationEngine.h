@@ -28,6 +28,7 @@ public:
     static Chain chainAbove(UIViewController const& controller);
     /// Takes away what a controller presents without callbacks or completions: its window is going.
     static void abandon(UIViewController& controller);
+    static void afterNextTransition(Completion action);
 
     // Appearance callbacks, under the traits of the controller; kept in balance.
     static void willAppear(UIViewController& controller, bool animated);
@@ -51,6 +52,7 @@ private:
     static void unlink(UIViewController& presenter);
     static void cover(UIViewController& presenter, Presentation& presentation, bool animated);
     static void uncover(Presentation const& presentation, UIWindow& window, bool animated);
+    static void transitionDidEnd();
     static void endPresenting(UIViewController& controller, bool animated);
     static void beginDismissal(Dismissal const& dismissal);
     static void endDismissal(Dismissal const& dismissal);
