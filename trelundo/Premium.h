@@ -3,6 +3,7 @@
 // The whole kit: the store and the eleven screens with their controls.
 // IWYU pragma: begin_exports
 #include "trelundo/Store.h"
+#include "trelundo/kit/screens/base/PaywallObserver.h"
 #include "trelundo/kit/screens/notice/BillingViewController.h"
 #include "trelundo/kit/screens/offer/OfferV2ViewController.h"
 #include "trelundo/kit/screens/offer/OfferV3ViewController.h"

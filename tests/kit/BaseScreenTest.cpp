@@ -1,17 +1,22 @@
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/screens/offer/OfferV3ViewController.h"
+#include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/storekit/SKError.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <gmock/gmock.h>
 
 namespace trelundo::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 
 class BaseScreenTest : public ScreenFixture {
 protected:
@@ -99,6 +104,74 @@ TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
         store.report(SKPaymentTransactionState::purchased);
         expectToLeave();
     }
+}
+
+TEST_F(BaseScreenTest, TheScreenLeavesWithWhatTheHostLaysOverIt) {
+    auto const screen = show(make<BaseViewController>());
+    screen->purchasePayment(payment(yearly()));
+    screen->present(make<UIViewController>(), true);
+    store.report(SKPaymentTransactionState::purchased);
+    shell.advance(0.1);
+    expectToLeave();
+}
+
+TEST_F(BaseScreenTest, ADismissalByTheHostEndsWhatThePurchaseBegan) {
+    auto const screen = show(make<BaseViewController>());
+    screen->purchasePayment(payment(yearly()));
+    host->dismiss(true);
+    store.report(SKPaymentTransactionState::purchased);
+    shell.advance(0.1);
+    expectToLeave();
+}
+
+TEST_F(BaseScreenTest, AWindowThatGoesTakesALeavingScreenAlong) {
+    auto screen = show(make<BaseViewController>());
+    screen->close();
+    shell.advance(0.1);
+    screen = nullptr;
+    shown = nullptr;
+    shell.window().setRootViewController(make<UIViewController>());
+    shell.advance(0.1);
+    EXPECT_THAT(heard, ElementsAre(BaseViewController::TrelundoKitPremiumWillDismissNotificationName,
+                                   BaseViewController::TrelundoKitPremiumDidDismissNotificationName));
+}
+
+TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
+    auto const screen = make<PremiumV4ViewController>();
+    screen->setProducts({yearly(), monthly()});
+    screen->setSelectedProductIndex(1);
+    screen->setFeatures({{"All Templates", "none"}});
+    show(screen);
+    screen->purchasePayment(payment(monthly()));
+    store.report(SKPaymentTransactionState::deferred);
+    shell.advance(1);
+    auto alert = cast<UIAlertController>(screen->presentedViewController());
+    alert->performAction(*alert->actions().front());
+    shell.advance(1);
+    tap("continueButton"); // offers the yearly plan
+    shell.advance(0.1);
+    store.report(SKPaymentTransactionState::purchased);
+    alert = cast<UIAlertController>(screen->presentedViewController());
+    alert->performAction(*alert->preferredAction());
+    screen->purchasePayment(payment(yearly()));
+    screen->restorePurchases(*find<UIControl>("unlockButton"));
+    expectToLeave();
+    EXPECT_EQ(store.payments.size(), 1U);
+    EXPECT_THAT(store.calls, Not(Contains("restore")));
+}
+
+TEST_F(BaseScreenTest, TheLayoutFollowsTheUsersLanguagesAlone) {
+    Locale::setPreferredLanguages({"fa", "ar", "en"});
+    auto const screen = show(make<OfferV3ViewController>());
+    auto const isMirrored = [&] { return find("closeButton")->frame().midX() > 160; };
+    EXPECT_TRUE(isMirrored()) << "the kit speaks Arabic, but no Persian";
+    Locale::setPreferredLanguages({"fa", "en"});
+    shell.advance(0.1);
+    EXPECT_FALSE(isMirrored());
+    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    EXPECT_TRUE(screen->view()->isRightToLeft());
+    UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt);
+    EXPECT_FALSE(screen->view()->isRightToLeft());
 }
 
 TEST_F(BaseScreenTest, TheFirstPaywallKeepsTheLayoutOfItsFirstSizeClass) {

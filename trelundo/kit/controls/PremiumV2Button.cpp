@@ -58,7 +58,7 @@ std::string continueWord(ContinueWord word, bool hasTrial) {
     if (word == ContinueWord::continueWord) return Texts::text("Continue");
     auto const subscribe = Texts::text("Subscribe");
     if (word == ContinueWord::subscribe || !hasTrial) return subscribe;
-    return Texts::text("Try Free") + " & " + subscribe;
+    return Texts::text("Try Free") + Texts::text(" & ") + subscribe;
 }
 
 enum class Headline { billedAmount, planName, brand };

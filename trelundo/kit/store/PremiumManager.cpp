@@ -150,6 +150,7 @@ void PremiumManager::refuse(Ref<SKPayment> const& payment) {
 void PremiumManager::restore(std::string const& source, RestoreCompletion completion) {
     requireMemory([&] {
         restoreCount_ = 0;
+        restoredTransactions_.clear();
         restoreCompletion_ = std::move(completion);
         SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
         log("Restore Purchuses", {{"Source", source}});
@@ -161,6 +162,7 @@ void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,
     FirstException failures; // of the host: they must not keep a transaction from being finished
     SKPaymentTransactions restored;
     for (auto const& transaction : transactions) {
+        reportedTransaction_ = transaction;
         switch (transaction->transactionState()) {
         case SKPaymentTransactionState::purchasing:
             break;
@@ -179,6 +181,8 @@ void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,
             break;
         }
     }
+    reportedTransaction_ = nullptr;
+    restoredTransactions_.insert(restoredTransactions_.end(), restored.begin(), restored.end());
     // Only now, when all of the update are counted, so that they give one report.
     for (auto const& transaction : restored) failures.run([&] { completeRestored(transaction); });
     failures.rethrow();

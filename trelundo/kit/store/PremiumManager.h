@@ -70,6 +70,11 @@ public:
     /// store.
     bool purchase(Purchase purchase);
     void restore(std::string const& source, RestoreCompletion completion);
+    /// Inside a buy completion the transaction that it tells of; null otherwise, and for a payment that the
+    /// device refused.
+    Ref<SKPaymentTransaction> const& reportedTransaction() const { return reportedTransaction_; }
+    /// What the last restore has given back so far, in the order in which it came.
+    SKPaymentTransactions const& restoredTransactions() const { return restoredTransactions_; }
     /// Whether a purchase or restore ended by the user's own cancelling: no failure to tell of.
     static bool isCancellation(NSError const& error);
 
@@ -117,6 +122,8 @@ private:
     std::string buyPremiumId_;
     std::string buyABTest_;
     BuyCompletion buyCompletion_; // never cleared after use
+    Ref<SKPaymentTransaction> reportedTransaction_;
+    SKPaymentTransactions restoredTransactions_;
     int restoreCount_ = 0;
     RestoreCompletion restoreCompletion_; // never cleared after use
 };

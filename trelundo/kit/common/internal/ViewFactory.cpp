@@ -4,8 +4,14 @@
 
 namespace trelundo {
 
-Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
+Ref<UIStackView> makeHorizontalStack(std::vector<Ref<UIView>> arranged) {
     auto stack = usingAutoLayout(make<UIStackView>(std::move(arranged)));
+    stack->setPassesTouches(true);
+    return stack;
+}
+
+Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged) {
+    auto stack = makeHorizontalStack(std::move(arranged));
     stack->setAxis(NSLayoutConstraintAxis::vertical);
     return stack;
 }

@@ -14,6 +14,8 @@ namespace trelundo {
 
 // Views as several screens show them, all placed by constraints only.
 
+// Stacks take no touches of their own, for screens lay them over controls.
+Ref<UIStackView> makeHorizontalStack(std::vector<Ref<UIView>> arranged);
 Ref<UIStackView> makeVerticalStack(std::vector<Ref<UIView>> arranged);
 
 Ref<UILabel> makeLabel(NSTextAlignment alignment);

@@ -11,6 +11,7 @@
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace trelundo {
@@ -21,6 +22,14 @@ constexpr double smallScreenPixelHeight = 1136;
 constexpr char const* restoreSource = "Buy"; // restores are never reported under the screen's own source
 constexpr char const* failureMessage =
     "Please try again. If the problem presists, let us know and we'll get right on it.";
+
+Weak<PaywallObserver> observer;
+
+Ref<SKProduct> loadedProduct(SKPayment const& payment) {
+    auto const& products = PremiumManager::sharedInstance().products();
+    auto const found = std::ranges::find(products, payment.productIdentifier(), &SKProduct::productIdentifier);
+    return found == products.end() ? nullptr : *found;
+}
 
 void logEvent(std::string const& name, std::string const& source) {
     if (auto delegate = PremiumManager::sharedInstance().delegate())
@@ -33,11 +42,19 @@ bool BaseViewController::isMainScreenSmall() {
     return UIScreen::main().nativeBounds().height() <= smallScreenPixelHeight;
 }
 
+void BaseViewController::setObserver(Weak<PaywallObserver> heard) { observer = std::move(heard); }
+
 BaseViewController::BaseViewController()
     : isSmallScreen_(isMainScreenSmall())
     , activityIndicatorView_(named("activityIndicatorView",
                                    make<UIActivityIndicatorView>(UIActivityIndicatorViewStyle::large))) {
     activityIndicatorView_->setTranslatesAutoresizingMaskIntoConstraints(false);
+    Texts::kitBundle(); // makes the layout direction that of the kit's language
+}
+
+BaseViewController::~BaseViewController() {
+    didLeave();
+    endPresentation();
 }
 
 void BaseViewController::viewDidLoad() {
@@ -94,38 +111,83 @@ void BaseViewController::setProgressShown(bool shown) {
     dimmView()->setHidden(!shown);
 }
 
+// Leaving
+
 void BaseViewController::close() {
+    if (isLeaving_) return;
+    isLeaving_ = wasClosed_ = true;
     NotificationCenter::defaultCenter().post(TrelundoKitPremiumWillDismissNotificationName);
-    // A dismissal in the middle of another transition would be dropped, and the screen would stay for good.
-    isLeavingPostponed_ = isTransitionUnderWay();
-    if (!isLeavingPostponed_) leave();
+    if (presentingViewController()) return leave();
+    DispatchQueue::main().async([weak = Weak<BaseViewController>{this}] {
+        if (auto const screen = weak.lock()) screen->leave();
+    });
 }
 
-bool BaseViewController::isTransitionUnderWay() const {
-    auto const above = presentedViewController();
-    return isBeingPresented() || (above && (above->isBeingPresented() || above->isBeingDismissed()));
-}
-
+/// Tries again after every transition until the screen has gone, for a dismissal in the middle of another
+/// transition would be dropped.
 void BaseViewController::leave() {
-    // A screen under an alert would only dismiss the alert: its presenter takes both away.
-    auto& dismissing =
-        presentedViewController() && presentingViewController() ? *presentingViewController() : *this;
-    dismissing.dismiss(
-        true, [] { NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName); });
+    auto* const presenter = presentingViewController();
+    if (!presenter) return didLeave();
+    afterNextTransition([weak = Weak<BaseViewController>{this}] {
+        if (auto const screen = weak.lock()) screen->leave();
+    });
+    // By the presenter, because a screen under an alert or a sheet would only dismiss that one.
+    if (!presenter->isTransitionUnderWay()) presenter->dismiss(true);
 }
 
-void BaseViewController::leaveIfPostponed() {
-    if (!isTransitionUnderWay() && std::exchange(isLeavingPostponed_, false)) leave();
+void BaseViewController::didLeave() {
+    if (!std::exchange(isLeaving_, false)) return;
+    NotificationCenter::defaultCenter().post(TrelundoKitPremiumDidDismissNotificationName);
+    if (!isOnScreen()) endPresentation();
+}
+
+bool BaseViewController::isOnScreen() {
+    return presentingViewController() || presentedViewController() ||
+           (isViewLoaded() && view()->window());
+}
+
+// The presentation and what comes of it
+
+void BaseViewController::viewWillAppear(bool animated) {
+    UIViewController::viewWillAppear(animated);
+    isPresentationOpen_ = true;
+    name_ = className();
 }
 
 void BaseViewController::viewDidAppear(bool animated) {
     UIViewController::viewDidAppear(animated);
-    if (!isLeavingPostponed_) return;
-    // The transition ends after this callback.
-    DispatchQueue::main().async([weak = Weak<BaseViewController>{this}] {
-        if (auto const screen = weak.lock()) screen->leaveIfPostponed();
-    });
+    if (std::exchange(wasShown_, true)) return;
+    if (auto const heard = observer.lock()) heard->paywallShown(context());
 }
+
+void BaseViewController::viewDidDisappear(bool animated) {
+    UIViewController::viewDidDisappear(animated);
+    bool const isCovered = presentingViewController() || presentedViewController();
+    if (!isCovered && !isLeaving_) endPresentation();
+}
+
+void BaseViewController::endPresentation() {
+    if (!std::exchange(isPresentationOpen_, false)) return;
+    auto const kind = wasClosed_ ? PaywallOutcome::Kind::closed : PaywallOutcome::Kind::takenAway;
+    auto const outcome = std::exchange(earned_, std::nullopt).value_or(PaywallOutcome{.kind = kind});
+    wasShown_ = wasClosed_ = false;
+    if (auto const handler = outcomeHandler_) handler(outcome);
+    if (auto const heard = observer.lock()) heard->paywallEnded(context(), outcome);
+}
+
+PaywallContext BaseViewController::context() const {
+    return {.screen = name_, .source = source_, .premiumId = premiumId_, .abTest = abTest_};
+}
+
+void BaseViewController::reportPlanSelected(SKProduct const& product) const {
+    if (auto const heard = observer.lock()) heard->planSelected(context(), product);
+}
+
+void BaseViewController::reportContinue(Ref<SKProduct> const& product) const {
+    if (auto const heard = observer.lock()) heard->continuePressed(context(), product);
+}
+
+// Buying and restoring
 
 void BaseViewController::purchase(Ref<SKProduct> const& product, Ref<SKPaymentDiscount> discount) {
     if (!product) return;
@@ -144,6 +206,7 @@ void BaseViewController::privacyPolicy(UIControl& /*sender*/) {
 }
 
 void BaseViewController::purchasePayment(Ref<SKPayment> payment) {
+    if (isLeaving_ || isBeingDismissed()) return;
     bool const isStarted = PremiumManager::sharedInstance().purchase({
         .payment = std::move(payment),
         .source = source_,
@@ -153,8 +216,12 @@ void BaseViewController::purchasePayment(Ref<SKPayment> payment) {
         .completion =
             [weak = Weak<BaseViewController>{this}](bool success, Ref<SKPayment> const& paid, bool deferred,
                                                     Ref<NSError> const& error) {
+                auto const transaction = PremiumManager::sharedInstance().reportedTransaction();
                 DispatchQueue::main().async([=] {
-                    if (auto screen = weak.lock()) screen->purchaseDidEnd(success, paid, deferred, error);
+                    auto const screen = weak.lock();
+                    if (!screen) return;
+                    screen->noteOutcome(success, paid, deferred, transaction);
+                    screen->purchaseDidEnd(success, paid, deferred, error);
                 });
             },
     });
@@ -185,6 +252,19 @@ void BaseViewController::purchaseDidEnd(bool success, Ref<SKPayment> const& paym
     }
 }
 
+void BaseViewController::noteOutcome(bool success, Ref<SKPayment> const& payment, bool deferred,
+                                     Ref<SKPaymentTransaction> const& transaction) {
+    using Kind = PaywallOutcome::Kind;
+    if (!payment) return;
+    auto const product = loadedProduct(*payment);
+    if (success)
+        earned_ = {.kind = Kind::purchased, .product = product, .transaction = transaction};
+    else if (deferred)
+        earned_ = {.kind = Kind::waitingForApproval, .product = product};
+    else if (earned_ && earned_->kind == Kind::waitingForApproval && earned_->product == product)
+        earned_.reset(); // declined
+}
+
 std::string BaseViewController::pendingApprovalMessage() const {
     auto const host = delegate();
     return replacingOccurrences(Texts::text("Thank you! You can continue to use Darno while your purchase is "
@@ -195,11 +275,16 @@ std::string BaseViewController::pendingApprovalMessage() const {
 void BaseViewController::restorePurchases(UIControl& /*sender*/) { restore(); }
 
 void BaseViewController::restore() {
+    if (isLeaving_ || isBeingDismissed()) return;
     setProgressShown(true);
     PremiumManager::sharedInstance().restore(
         restoreSource, [weak = Weak<BaseViewController>{this}](bool success, Ref<NSError> const& error) {
+            auto const restored = PremiumManager::sharedInstance().restoredTransactions();
             DispatchQueue::main().async([=] {
-                if (auto screen = weak.lock()) screen->restoreDidEnd(success, error);
+                auto const screen = weak.lock();
+                if (!screen) return;
+                if (success) screen->earned_ = {.kind = PaywallOutcome::Kind::restored, .restored = restored};
+                screen->restoreDidEnd(success, error);
             });
         });
 }
@@ -237,22 +322,19 @@ void BaseViewController::hideProgress(BaseViewController* screen) {
 }
 
 void BaseViewController::presentAlert(std::string const& title, std::string const& message,
-                                      std::vector<Choice> const& choices) {
+                                                      std::vector<Choice> const& choices) {
+    if (isLeaving_) return;
     auto alert = make<UIAlertController>(title, message, UIAlertControllerStyle::alert);
     for (auto const& choice : choices) {
         auto const perform = [weak = Weak<BaseViewController>{this}, action = choice.action](UIAlertAction&) {
-            auto const screen = weak.lock();
-            if (action) action(screen.get());
-            if (screen) screen->leaveIfPostponed();
+            if (action) action(weak.lock().get());
         };
         auto button =
             make<UIAlertAction>(Texts::text(choice.title), UIAlertActionStyle::defaultStyle, perform);
         alert->addAction(button);
         if (choice.isPreferred) alert->setPreferredAction(button);
     }
-    present(alert, true, [weak = Weak<BaseViewController>{this}] {
-        if (auto const screen = weak.lock()) screen->leaveIfPostponed();
-    });
+    present(alert, true);
 }
 
 } // namespace trelundo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/kit/screens/base/BaseViewControllerDelegate.h"
+#include "trelundo/kit/screens/base/PaywallObserver.h"
 #include "trelundo/platform/foundation/Lazy.h"
 #include "trelundo/platform/foundation/NSCoder.h"
 #include "trelundo/platform/foundation/NSError.h"
@@ -31,6 +32,10 @@ public:
     BaseViewController();
     explicit BaseViewController(NSCoder const& /*archive*/)
         : BaseViewController() {}
+    ~BaseViewController() override;
+
+    /// Hears what users do on every screen of the process; null: nobody.
+    static void setObserver(Weak<PaywallObserver> observer);
 
     /// Whether the main screen was at most 1136 pixels high when this screen was created.
     bool isSmallScreen() const { return isSmallScreen_; }
@@ -50,6 +55,23 @@ public:
     bool introductoryPriceWasOffered() const { return introductoryPriceWasOffered_; }
     void setIntroductoryPriceWasOffered(bool offered) { introductoryPriceWasOffered_ = offered; }
 
+    /// Which ways the screen may be held while it is on top; absent, as at first: the platform's answer, which
+    /// on phones is all but upside down. Made for upright phones are PremiumV2ViewController to
+    /// PremiumV6ViewController and OfferViewController: on a phone in landscape parts of them leave the screen
+    /// or cover links, so a host does well to allow them portrait alone there.
+    std::optional<UIInterfaceOrientationMask> const& allowedOrientations() const {
+        return allowedOrientations_;
+    }
+    void setAllowedOrientations(std::optional<UIInterfaceOrientationMask> orientations) {
+        allowedOrientations_ = orientations;
+    }
+
+    /// Called once for each presentation, when the screen has gone and did-dismiss was posted; for a screen
+    /// whose window went with it, when the screen is destroyed at the latest. Null: not called.
+    void setOutcomeHandler(std::function<void(PaywallOutcome const&)> handler) {
+        outcomeHandler_ = std::move(handler);
+    }
+
     /// Turns while the store works. Another one takes its place before the overlay is first used.
     Ref<UIActivityIndicatorView> const& activityIndicatorView() const { return activityIndicatorView_; }
     void setActivityIndicatorView(Ref<UIActivityIndicatorView> view) {
@@ -59,24 +81,33 @@ public:
     Ref<UIView> const& dimmView();
 
     /// Buys. Without a payment nothing is added to the queue, but the outcome of the purchase that the store
-    /// has begun is handled like one begun here.
+    /// has begun is handled like one begun here. A screen that is leaving neither buys nor restores.
     void purchasePayment(Ref<SKPayment> payment);
     void restorePurchases(UIControl& sender);
     void userAgreement(UIControl& sender);
     void privacyPolicy(UIControl& sender);
     /// The close action of every screen that tells of its going: will-dismiss, animated dismissal,
-    /// did-dismiss.
+    /// did-dismiss. During another transition the screen leaves once that has ended; whatever stands over it
+    /// leaves with it. A screen that is leaving already does nothing.
     void close();
 
     void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
+    void viewDidDisappear(bool animated) override;
     UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::lightContent; }
     bool prefersHomeIndicatorAutoHidden() const override { return true; }
+    UIInterfaceOrientationMask supportedInterfaceOrientations() const override {
+        return allowedOrientations_.value_or(UIViewController::supportedInterfaceOrientations());
+    }
 
 protected:
     /// Buys `product` in the name of the host's account, with `discount` unless it is null; null: does
     /// nothing.
     void purchase(Ref<SKProduct> const& product, Ref<SKPaymentDiscount> discount = nullptr);
+    // For the observer.
+    void reportPlanSelected(SKProduct const& product) const;
+    void reportContinue(Ref<SKProduct> const& product) const;
     /// Adds `button` in the top leading corner of the safe area, `inset` points away from its edges.
     void addCloseButton(Ref<UIButton> const& button, CGPoint inset = {});
     /// Adds `links` in the middle of the safe area's foot, and gives the view that spans the foot.
@@ -99,13 +130,16 @@ private:
     static void hideProgress(BaseViewController* screen);
 
     void setProgressShown(bool shown);
-    /// Whether this screen is arriving, or an alert over it is coming or going: no time to leave.
-    bool isTransitionUnderWay() const;
     void leave();
-    void leaveIfPostponed();
+    void didLeave();
+    bool isOnScreen();
+    void endPresentation();
+    PaywallContext context() const;
     void presentAlert(std::string const& title, std::string const& message,
                       std::vector<Choice> const& choices);
     void presentFailure(Failure failure);
+    void noteOutcome(bool success, Ref<SKPayment> const& payment, bool deferred,
+                     Ref<SKPaymentTransaction> const& transaction);
     void purchaseDidEnd(bool success, Ref<SKPayment> const& payment, bool deferred,
                         Ref<NSError> const& error);
     void restore();
@@ -118,7 +152,15 @@ private:
     std::string abTest_;
     Weak<BaseViewControllerDelegate> delegate_;
     bool introductoryPriceWasOffered_ = false;
-    bool isLeavingPostponed_ = false;
+    std::optional<UIInterfaceOrientationMask> allowedOrientations_;
+    bool isLeaving_ = false; // between will-dismiss and did-dismiss
+    // Of the presentation that is under way.
+    bool isPresentationOpen_ = false;
+    bool wasShown_ = false;
+    bool wasClosed_ = false;
+    std::optional<PaywallOutcome> earned_; // all but closed and taken away
+    std::string name_;                     // of the screen's class, which its destructor does not know any more
+    std::function<void(PaywallOutcome const&)> outcomeHandler_;
     Ref<UIActivityIndicatorView> activityIndicatorView_;
     Lazy<UIView> dimmView_{"dimmView"};
 };

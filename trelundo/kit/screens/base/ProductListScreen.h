@@ -45,6 +45,7 @@ protected:
     }
 
     void selectOnly(Button const& chosen) {
+        if (!chosen.isSelected() && chosen.product()) reportPlanSelected(*chosen.product());
         for (auto const& button : premiumButtons()) button->setSelected(button.get() == &chosen);
     }
 

@@ -57,11 +57,11 @@ void BillingViewController::traitCollectionDidChange(UITraitCollection const* pr
 
 void BillingViewController::setConstraints() {
     auto const traits = view()->traitCollection();
+    auto const sizeClass = traits.horizontalSizeClass;
+    if (sizeClass == UIUserInterfaceSizeClass::unspecified) return;
     // On a low screen the headline lies over the middle of the picture, which then is a mere ground.
     warningBadgeImageView()->setAlpha(traits.verticalSizeClass == UIUserInterfaceSizeClass::compact ? 0.3
                                                                                                     : 1);
-    auto const sizeClass = traits.horizontalSizeClass;
-    if (sizeClass == UIUserInterfaceSizeClass::unspecified) return;
     bool const isRegular = sizeClass == UIUserInterfaceSizeClass::regular;
     NSLayoutConstraint::deactivate(isRegular ? compactConstraints_ : regularConstraints_);
     NSLayoutConstraint::activate(isRegular ? regularConstraints_ : compactConstraints_);

@@ -12,7 +12,10 @@ void DiscountOfferViewController::setProduct(Ref<SKProduct> product) {
         showOffer(*product_, *discount);
 }
 
-void DiscountOfferViewController::purchaseProduct() { purchase(product_, paymentDiscount_); }
+void DiscountOfferViewController::purchaseProduct() {
+    reportContinue(product_);
+    purchase(product_, paymentDiscount_);
+}
 
 Ref<UIStackView> const& DiscountOfferViewController::linksStackView() {
     return linksStackView_([this] {

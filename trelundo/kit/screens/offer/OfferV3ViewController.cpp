@@ -8,6 +8,13 @@
 
 namespace trelundo {
 
+namespace {
+
+/// How far the sentence, which holds the price, shrinks before it covers the close button.
+constexpr double smallestSentence = 0.6;
+
+} // namespace
+
 OfferV3ViewController::OfferV3ViewController()
     : ThemedOfferViewController({.backgroundImageName = "bg_darno",
                                  .backgroundTopShadowName = "shadow_up",
@@ -15,9 +22,14 @@ OfferV3ViewController::OfferV3ViewController()
                                  .premiumImageName = "d_premium"})
     , offerLabel_(named("offerLabel", makeLabel(NSTextAlignment::natural)))
     , infoLabel_(named("infoLabel", makeLabel(NSTextAlignment::center))) {
+    using enum NSLayoutConstraintAxis;
     offerLabel_->setNumberOfLines(0); // the sentence stands on three lines of its own
     shrinkToFit(*offerLabel_);
     shrinkToFit(*infoLabel_);
+    offerLabel_->setContentCompressionResistancePriority(OfferResistance::sentence, vertical);
+    infoLabel_->setContentCompressionResistancePriority(OfferResistance::price, vertical);
+    leastHeight_ = (offerLabel_->heightAnchor() >= 0).at(OfferResistance::leastSentence);
+    NSLayoutConstraint::activate({leastHeight_});
 }
 
 void OfferV3ViewController::viewDidLoad() {
@@ -38,6 +50,7 @@ void OfferV3ViewController::showOffer(SKProduct const& product, SKProductDiscoun
     sentence.append("\n" + Texts::text("for just") + "\n", styled(20, 28));
     sentence.append(isolatedPrice(PremiumManager::price(discount, product)), large);
     offerLabel_->setAttributedText(sentence);
+    leastHeight_->setConstant(offerLabel_->intrinsicContentSize().height * smallestSentence);
 
     infoLabel_->setAttributedText(
         NSAttributedString{filledWithPrice("$$$/year after", PremiumManager::price(product)),

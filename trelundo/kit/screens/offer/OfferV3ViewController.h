@@ -23,6 +23,7 @@ private:
     Lazy<PaddingLabel> limitedTimeOfferLabel_{"limitedTimeOfferLabel"};
     Ref<UILabel> offerLabel_;
     Ref<UILabel> infoLabel_;
+    Ref<NSLayoutConstraint> leastHeight_; // of the sentence
 };
 
 } // namespace trelundo

@@ -74,8 +74,8 @@ void OfferViewController::viewDidLoad() {
     DiscountOfferViewController::viewDidLoad();
     view()->addSubview(visualEffectView_);
     pinEdges(*visualEffectView_, *view());
-    addCard();
     addTerms(linksStackView());
+    addCard(); // above the links, which a low screen has beneath the card
     addDimmView();
 }
 

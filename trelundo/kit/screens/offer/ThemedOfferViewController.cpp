@@ -58,13 +58,16 @@ void ThemedOfferViewController::addStack(UIView& terms) {
         stackView()->leadingAnchor() >= view()->leadingAnchor(),
         view()->trailingAnchor() >= stackView()->trailingAnchor(),
         stackView()->centerXAnchor() == view()->centerXAnchor(),
-        stackView()->topAnchor() >= view()->topAnchor(),
         stackView()->bottomAnchor() == terms.topAnchor() - 18,
         continueButton()->heightAnchor() == 64,
     });
     bool const isRegular = view()->traitCollection().horizontalSizeClass == UIUserInterfaceSizeClass::regular;
     activate({isRegular ? continueButton()->widthAnchor() == 300
                         : continueButton()->widthAnchor() == view()->widthAnchor() - 76});
+    activate({
+        (stackView()->topAnchor() >= closeButton()->bottomAnchor()).at(OfferResistance::closeButton),
+        (stackView()->topAnchor() >= view()->topAnchor()).at(OfferResistance::top),
+    });
 }
 
 DiscountOfferViewController::LinksStyle ThemedOfferViewController::linksStyle() const {
@@ -134,6 +137,7 @@ Ref<PaddingLabel> ThemedOfferViewController::makeBadge(bool isSmallScreen) {
         textAttributes(UIFont::system(isSmallScreen ? 11 : 15, UIFont::Weight::regular), UIColor::black())
             .with(NSAttributedStringKey::kern, 2.4);
     badge->setAttributedText(NSAttributedString{Texts::text("Limited Time Offer"), style});
+    badge->setContentCompressionResistancePriority(OfferResistance::badge, NSLayoutConstraintAxis::vertical);
     badge->layer().setShadowColor({0, 0, 0, 1});
     badge->layer().setShadowOffset({0, 0});
     badge->layer().setShadowRadius(15);

@@ -8,6 +8,17 @@
 
 namespace trelundo {
 
+/// Who gives way on a screen too low for a whole offer, the lowest first. The prices, the links and the
+/// continue button never do.
+struct OfferResistance {
+    static constexpr double sentence = 740;    // of offer 3: shrinks
+    static constexpr double closeButton = 745; // stays clear of the texts
+    static constexpr double badge = 746;
+    static constexpr double leastSentence = 748;
+    static constexpr double top = 749; // of the screen: the headline leaves it
+    static constexpr double price = 999;
+};
+
 /// The full-screen offers in the host's theme: background and shadow pictures, a close button beside the
 /// host's logo, the offer's texts and a continue button above the links. The text colour is also that of the
 /// links and of the close button's tint. Theme and paymentDiscount are to be

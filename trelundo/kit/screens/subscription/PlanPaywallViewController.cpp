@@ -51,7 +51,7 @@ void PlanPaywallViewController::addContent(NSLayoutYAxisAnchor top) {
 // Buying
 
 void PlanPaywallViewController::selectProduct(PremiumV2Button& sender) {
-    if (sender.isSelected() && products().size() >= 2) purchaseProduct();
+    if (sender.isSelected() && products().size() >= 2) continueWithPlan();
     selectOnly(sender);
     for (auto const& button : premiumButtons()) planButtonDidChange(*button);
 }
@@ -59,6 +59,11 @@ void PlanPaywallViewController::selectProduct(PremiumV2Button& sender) {
 Ref<SKProduct> PlanPaywallViewController::selectedProduct() {
     auto const selected = selectedButton();
     return selected ? selected->product() : nullptr;
+}
+
+void PlanPaywallViewController::continueWithPlan() {
+    reportContinue(selectedProduct());
+    purchaseProduct();
 }
 
 void PlanPaywallViewController::purchaseProduct() { purchase(selectedProduct()); }
@@ -104,7 +109,7 @@ Ref<UIButton> const& PlanPaywallViewController::continueButton() {
             makeContinueButton(UIButtonType::custom, UIFont::system(15, UIFont::Weight::bold), buttonColor());
         button->titleLabel()->setNumberOfLines(2);
         button->setContentEdgeInsets({0, 16, 0, 16});
-        button->addTarget(this, &PlanPaywallViewController::purchaseProduct, UIControlEvents::touchUpInside);
+        button->addTarget(this, &PlanPaywallViewController::continueWithPlan, UIControlEvents::touchUpInside);
         auto const [minimum, padding] = continueWidth();
         auto const trialFont = UIFont::system(13, UIFont::Weight::medium);
         double const width = std::max(minimum, continueButtonWidth("Try %%% for FREE", trialFont, padding));

@@ -60,6 +60,7 @@ protected:
 private:
     Ref<PremiumV2Button> makePremiumButton(Ref<SKProduct> const& product) override;
     void selectProduct(PremiumV2Button& sender) override;
+    void continueWithPlan();
 
     UIColor tintColor_ = UIColor::white();
     Lazy<UIButton> closeButton_{"closeButton"};

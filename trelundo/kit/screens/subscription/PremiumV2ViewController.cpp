@@ -33,6 +33,7 @@ void PremiumV2ViewController::viewDidLoad() {
     // Last, because what was added last gives way: on a screen too low for all, the cover and not the
     // buttons.
     activate({backgroundImageView_->topAnchor() == view()->topAnchor()});
+    view()->bringSubviewToFront(*closeButton()); // the strip may lie over it on a low screen
     addDimmView();
     carousel().scrollToFirstItem();
 }

@@ -18,6 +18,10 @@ public:
 
     void viewDidLoad() override;
 
+protected:
+    /// Not to be replaced: subclasses of this screen buy as it does.
+    void purchaseProduct() final { PlanPaywallViewController::purchaseProduct(); }
+
 private:
     void addHeadline();
 

@@ -120,8 +120,8 @@ Ref<UIStackView> PremiumV5ViewController::makeRow(std::size_t index) {
     auto const& row = checklist.at(index);
     auto const name = "unlock" + std::to_string(row.number);
     auto label = makeShrinkingLabel(row.text, UIFont::system(12, UIFont::Weight::regular), UIColor::white());
-    auto stack = make<UIStackView>(std::vector<Ref<UIView>>{make<UIImageView>(Pictures::image("pro_check")),
-                                                            named(name + "Label", label)});
+    auto stack =
+        makeHorizontalStack({make<UIImageView>(Pictures::image("pro_check")), named(name + "Label", label)});
     stack->setAlignment(UIStackViewAlignment::top);
     stack->setSpacing(13);
     return named(name + "StackView", stack);

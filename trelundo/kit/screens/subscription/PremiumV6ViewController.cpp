@@ -49,7 +49,10 @@ void PremiumV6ViewController::productDidChange() {
     subtitleLabel()->setAttributedText(line);
 }
 
-void PremiumV6ViewController::purchaseProduct() { purchase(product_); }
+void PremiumV6ViewController::purchaseProduct() {
+    reportContinue(product_);
+    purchase(product_);
+}
 
 void PremiumV6ViewController::viewDidLoad() {
     BaseViewController::viewDidLoad();
@@ -58,6 +61,7 @@ void PremiumV6ViewController::viewDidLoad() {
     addContinue();
     addCarousel();
     addHeadline();
+    view()->bringSubviewToFront(*closeButton()); // the strip may lie over it on a low screen
     addDimmView();
 }
 

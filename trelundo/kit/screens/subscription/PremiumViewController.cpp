@@ -154,7 +154,9 @@ void PremiumViewController::selectProduct(PremiumButton& sender) {
 }
 
 void PremiumViewController::purchaseProduct() {
-    if (auto const selected = selectedButton()) purchase(selected->product(), selected->paymentDiscount());
+    auto const selected = selectedButton();
+    reportContinue(selected ? selected->product() : nullptr);
+    if (selected) purchase(selected->product(), selected->paymentDiscount());
 }
 
 PremiumViewController::PremiumViewController()

@@ -1,7 +1,7 @@
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
 
 #include "trelundo/kit/common/Texts.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
+#include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
 
@@ -53,7 +53,7 @@ LinksRow LinksRow::secondGeneration(UIColor color) {
 }
 
 Ref<UIStackView> LinksRow::make(BaseViewController& screen) const {
-    auto stack = usingAutoLayout(trelundo::make<UIStackView>());
+    auto stack = makeHorizontalStack({});
     stack->setSpacing(4);
     stack->setAlignment(alignment);
     for (auto const link : links) {
