@@ -48,9 +48,7 @@ public:
 
 class TraitsTest : public DeviceFixture {
 protected:
-    ~TraitsTest() override {
-        UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt);
-    }
+    ~TraitsTest() override { UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt); }
 };
 
 TEST_F(TraitsTest, TraitsAreToldBetweenWillAppearAndLayoutAndThenOnlyWhenTheyChange) {

@@ -96,6 +96,7 @@ void PremiumManager::productsRequestDidReceive(SKProductsRequest& /*request*/,
 void PremiumManager::requestDidFinish(SKRequest& request) {
     if (!dynamic_cast<SKProductsRequest*>(&request)) return;
     sortByHostOrder(products_, productIdentifiers_);
+    if (entitlements_) entitlements_->learnTerms(products_);
     bool const isComplete =
         std::ranges::equal(products_, productIdentifiers_, {}, &SKProduct::productIdentifier);
     state_ = isComplete && !productIdentifiers_.empty() ? PremiumManagerState::loaded
@@ -188,8 +189,19 @@ void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,
     failures.rethrow();
 }
 
+bool PremiumManager::keep(SKPaymentTransaction const& transaction) const {
+    if (!entitlements_) return true;
+    auto const& identifier = transaction.payment()->productIdentifier();
+    auto const found = std::ranges::find(products_, identifier, &SKProduct::productIdentifier);
+    return entitlements_->record(transaction, found == products_.end() ? nullptr : found->get());
+}
+
+void PremiumManager::finish(Ref<SKPaymentTransaction> const& transaction) const {
+    if (keep(*transaction)) SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+}
+
 void PremiumManager::completePurchase(Ref<SKPaymentTransaction> const& transaction) {
-    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    finish(transaction);
     reportPurchase(true, transaction->payment(), false, nullptr);
 }
 
@@ -198,20 +210,21 @@ void PremiumManager::failPurchase(Ref<SKPaymentTransaction> const& transaction) 
     FirstException failures;
     if (!error || !isCancellation(*error))
         failures.run([&] { log("Error", errorParameters("updatedTransactions", error)); });
-    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    finish(transaction);
     failures.run([&] { reportPurchase(false, transaction->payment(), false, error); });
     failures.rethrow();
 }
 
 void PremiumManager::deferPurchase(Ref<SKPaymentTransaction> const& transaction) {
     FirstException failures;
+    keep(*transaction);
     failures.run([&] { log("Purchases Deferred"); });
     failures.run([&] { reportPurchase(false, transaction->payment(), true, nullptr); });
     failures.rethrow();
 }
 
 void PremiumManager::completeRestored(Ref<SKPaymentTransaction> const& transaction) {
-    SKPaymentQueue::defaultQueue().finishTransaction(transaction);
+    finish(transaction);
     restoreCount_ = trappingSum(restoreCount_, -1);
     if (restoreCount_ == 0) reportRestored();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/kit/store/Entitlements.h"
 #include "trelundo/kit/store/PremiumManagerDelegate.h"
 #include "trelundo/platform/foundation/NumberFormatter.h"
 #include "trelundo/platform/storekit/SKProductsRequest.h"
@@ -62,6 +63,11 @@ public:
     /// The delegate's, asked each time; absent without a delegate.
     std::optional<std::string> applicationUsername() const;
 
+    /// Keeps what transactions say before they are finished; one that could not be kept is not finished and
+    /// comes again in another run. Null, as at first: nothing is kept.
+    void setEntitlements(Ref<Entitlements> entitlements) { entitlements_ = std::move(entitlements); }
+    Ref<Entitlements> const& entitlements() const { return entitlements_; }
+
     /// Loads the catalogue, in the order of the identifiers. Does nothing while loading or once loaded; a
     /// failed load may be started again.
     void start(std::vector<std::string> productIdentifiers);
@@ -102,6 +108,8 @@ public:
 private:
     static std::string periodTemplate(SKProductPeriodUnit unit, int numberOfPeriods);
     void refuse(Ref<SKPayment> const& payment);
+    void finish(Ref<SKPaymentTransaction> const& transaction) const;
+    bool keep(SKPaymentTransaction const& transaction) const;
     void completePurchase(Ref<SKPaymentTransaction> const& transaction);
     void failPurchase(Ref<SKPaymentTransaction> const& transaction);
     void deferPurchase(Ref<SKPaymentTransaction> const& transaction);
@@ -121,6 +129,7 @@ private:
     std::string buyScreen_;
     std::string buyPremiumId_;
     std::string buyABTest_;
+    Ref<Entitlements> entitlements_;
     BuyCompletion buyCompletion_; // never cleared after use
     Ref<SKPaymentTransaction> reportedTransaction_;
     SKPaymentTransactions restoredTransactions_;

@@ -53,9 +53,7 @@ void OffscreenShell::advance(double seconds) {
     }
 }
 
-void OffscreenShell::rotate(bool landscape) {
-    window_->deviceDidTurn(landscape);
-}
+void OffscreenShell::rotate(bool landscape) { window_->deviceDidTurn(landscape); }
 
 void OffscreenShell::setUserInterfaceStyle(UIUserInterfaceStyle style) {
     UIScreen::main().setUserInterfaceStyle(style);

@@ -17,8 +17,8 @@ class OffscreenShell {
 public:
     struct Configuration {
         DeviceProfile const* device; // never null
-        bool landscape = false; // whatever the screens support, until rotate()
-        double startDate = 0; // seconds since 2001-01-01 00:00 UTC
+        bool landscape = false;      // whatever the screens support, until rotate()
+        double startDate = 0;        // seconds since 2001-01-01 00:00 UTC
     };
     explicit OffscreenShell(Configuration configuration);
     ~OffscreenShell();

@@ -83,9 +83,7 @@ protected:
         UIScreen::main().configure(*DeviceProfile::find("phone-320x568"), false);
         root = make<UIView>(CGRect{0, 0, 400, 600});
     }
-    ~LayoutStage() override {
-        UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt);
-    }
+    ~LayoutStage() override { UIApplication::shared().setUserInterfaceLayoutDirection(std::nullopt); }
 
     template <class T = ContentView, class... Arguments>
     Ref<T> add(UIView& parent, Arguments&&... arguments) {

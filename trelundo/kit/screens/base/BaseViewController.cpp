@@ -27,7 +27,8 @@ Weak<PaywallObserver> observer;
 
 Ref<SKProduct> loadedProduct(SKPayment const& payment) {
     auto const& products = PremiumManager::sharedInstance().products();
-    auto const found = std::ranges::find(products, payment.productIdentifier(), &SKProduct::productIdentifier);
+    auto const found =
+        std::ranges::find(products, payment.productIdentifier(), &SKProduct::productIdentifier);
     return found == products.end() ? nullptr : *found;
 }
 
@@ -142,8 +143,7 @@ void BaseViewController::didLeave() {
 }
 
 bool BaseViewController::isOnScreen() {
-    return presentingViewController() || presentedViewController() ||
-           (isViewLoaded() && view()->window());
+    return presentingViewController() || presentedViewController() || (isViewLoaded() && view()->window());
 }
 
 // The presentation and what comes of it
@@ -322,7 +322,7 @@ void BaseViewController::hideProgress(BaseViewController* screen) {
 }
 
 void BaseViewController::presentAlert(std::string const& title, std::string const& message,
-                                                      std::vector<Choice> const& choices) {
+                                      std::vector<Choice> const& choices) {
     if (isLeaving_) return;
     auto alert = make<UIAlertController>(title, message, UIAlertControllerStyle::alert);
     for (auto const& choice : choices) {

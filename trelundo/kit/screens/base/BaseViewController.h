@@ -55,10 +55,10 @@ public:
     bool introductoryPriceWasOffered() const { return introductoryPriceWasOffered_; }
     void setIntroductoryPriceWasOffered(bool offered) { introductoryPriceWasOffered_ = offered; }
 
-    /// Which ways the screen may be held while it is on top; absent, as at first: the platform's answer, which
-    /// on phones is all but upside down. Made for upright phones are PremiumV2ViewController to
-    /// PremiumV6ViewController and OfferViewController: on a phone in landscape parts of them leave the screen
-    /// or cover links, so a host does well to allow them portrait alone there.
+    /// Which ways the screen may be held while it is on top; absent, as at first: the platform's answer,
+    /// which on phones is all but upside down. Made for upright phones are PremiumV2ViewController to
+    /// PremiumV6ViewController and OfferViewController: on a phone in landscape parts of them leave the
+    /// screen or cover links, so a host does well to allow them portrait alone there.
     std::optional<UIInterfaceOrientationMask> const& allowedOrientations() const {
         return allowedOrientations_;
     }
@@ -159,7 +159,7 @@ private:
     bool wasShown_ = false;
     bool wasClosed_ = false;
     std::optional<PaywallOutcome> earned_; // all but closed and taken away
-    std::string name_;                     // of the screen's class, which its destructor does not know any more
+    std::string name_; // of the screen's class, which its destructor does not know any more
     std::function<void(PaywallOutcome const&)> outcomeHandler_;
     Ref<UIActivityIndicatorView> activityIndicatorView_;
     Lazy<UIView> dimmView_{"dimmView"};

@@ -47,7 +47,8 @@ PercentageOfferViewController::PercentageOfferViewController()
     shrinkToFit(*infoLine1Label_);
     shrinkToFit(*infoLine2Label_);
     for (auto const& price : {infoLine1Label_, infoLine2Label_})
-        price->setContentCompressionResistancePriority(OfferResistance::price, NSLayoutConstraintAxis::vertical);
+        price->setContentCompressionResistancePriority(OfferResistance::price,
+                                                       NSLayoutConstraintAxis::vertical);
     setBackgroundColor(UIColor::white());
     setTextColor(UIColor::black());
     setButtonColor({173 / 255.0, 158 / 255.0, 1});

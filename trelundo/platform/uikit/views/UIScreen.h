@@ -19,7 +19,8 @@ public:
     void configure(DeviceProfile const& device, bool landscape);
     void setUserInterfaceStyle(UIUserInterfaceStyle style);
     UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
-    /// For UIApplication, which tells the windows. Absent: the direction of Bundle::applicationLocalization().
+    /// For UIApplication, which tells the windows. Absent: the direction of
+    /// Bundle::applicationLocalization().
     void setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction);
     /// Takes over what the user's languages or the bundles have come to say; windows do so before each
     /// layout.

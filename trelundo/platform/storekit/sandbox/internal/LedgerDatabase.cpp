@@ -3,10 +3,8 @@
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/foundation/internal/PrivateFile.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerFailure.h"
-#include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerParts.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerSettings.h"
-#include "trelundo/platform/storekit/sandbox/internal/LedgerTable.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -40,10 +38,10 @@ void require(int status) {
 
 bool isInUse(SQLite::Exception const& failure) { return failure.getErrorCode() == SQLITE_BUSY; }
 
-void createSchema(SQLite::Database& database) {
-    database.exec(ledgerSchema);
-    database.exec("PRAGMA application_id = " + std::to_string(ledgerApplicationIdentifier));
-    database.exec("PRAGMA user_version = " + std::to_string(ledgerSchemaVersion));
+void createSchema(SQLite::Database& database, LedgerForm const& form) {
+    database.exec(form.schema);
+    database.exec("PRAGMA application_id = " + std::to_string(form.applicationIdentifier));
+    database.exec("PRAGMA user_version = " + std::to_string(form.version));
 }
 
 bool isEmpty(SQLite::Database& database) {
@@ -56,8 +54,9 @@ void requireUnused(fs::path const& file) {
     if (FileLock::isHeld(lockOf(oneNameOf(file)))) throw LedgerRefusal(inUse);
 }
 
-LedgerDatabase::LedgerDatabase(fs::path file)
-    : file_(std::move(file)) {}
+LedgerDatabase::LedgerDatabase(fs::path file, LedgerForm const& form)
+    : file_(std::move(file))
+    , form_(form) {}
 
 LedgerDatabase::~LedgerDatabase() = default;
 
@@ -70,7 +69,7 @@ void LedgerDatabase::lock() {
 
 /// Judges what is there before the database library may touch it, and makes room for a new ledger.
 void LedgerDatabase::prepare() const {
-    LedgerImage image{file_};
+    LedgerImage image{file_, form_};
     if (!image.isNew() && image.isBroken()) {
         auto const kept = setLedgerAside(file_);
         logWarning(file_.string() + ": the store was broken; it was kept as " + kept.string());
@@ -115,7 +114,7 @@ void LedgerDatabase::connect() {
 /// Locks the file for as long as it is open.
 void LedgerDatabase::takeOver() const {
     SQLite::Transaction transaction{*connection_, SQLite::TransactionBehavior::EXCLUSIVE};
-    if (isEmpty(*connection_)) createSchema(*connection_);
+    if (isEmpty(*connection_)) createSchema(*connection_, form_);
     transaction.commit();
 }
 
@@ -155,7 +154,7 @@ bool LedgerDatabase::isAsOnDisk() const {
     sqlite3_int64 size = 0;
     std::unique_ptr<unsigned char, decltype(&sqlite3_free)> const bytes{
         sqlite3_serialize(connection_->getHandle(), "main", &size, 0), sqlite3_free};
-    return bytes && LedgerImage{file_}.shows(
+    return bytes && LedgerImage{file_, form_}.shows(
                         {reinterpret_cast<char const*>(bytes.get()), static_cast<std::size_t>(size)});
 }
 
@@ -170,10 +169,10 @@ void LedgerDatabase::forgetFailedCommit() {
     }
 }
 
-Result<std::unique_ptr<LedgerDatabase>> LedgerDatabase::open(fs::path const& file) {
+Result<std::unique_ptr<LedgerDatabase>> LedgerDatabase::open(fs::path const& file, LedgerForm const& form) {
     try {
         std::unique_ptr<LedgerDatabase> ledger{
-            new LedgerDatabase{file.empty() ? fs::path{} : oneNameOf(file)}};
+            new LedgerDatabase{file.empty() ? fs::path{} : oneNameOf(file), form}};
         if (!file.empty()) ledger->lock();
         for (int attempt = 1;; ++attempt) {
             try {

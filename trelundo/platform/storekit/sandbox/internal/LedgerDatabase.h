@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/internal/FileIdentity.h"
 #include "trelundo/platform/foundation/internal/FileLock.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
 
 #include <memory>
 
@@ -20,7 +21,8 @@ public:
     /// Opens or creates `file` (empty: in memory). A broken ledger is set aside, and what stands behind
     /// damage in a log is copied, each with a warning. Reads that fail are tried again. What cannot serve is
     /// an error, and left untouched.
-    static Result<std::unique_ptr<LedgerDatabase>> open(std::filesystem::path const& file);
+    static Result<std::unique_ptr<LedgerDatabase>> open(std::filesystem::path const& file,
+                                                        LedgerForm const& form);
     ~LedgerDatabase();
     LedgerDatabase(LedgerDatabase const&) = delete;
     LedgerDatabase& operator=(LedgerDatabase const&) = delete;
@@ -35,7 +37,7 @@ public:
 
 private:
     /// `file` is empty, or absolute and without symbolic links.
-    explicit LedgerDatabase(std::filesystem::path file);
+    LedgerDatabase(std::filesystem::path file, LedgerForm const& form);
     void lock();
     void prepare() const;
     void admit() const;
@@ -47,6 +49,7 @@ private:
     bool isAsOnDisk() const;
 
     std::filesystem::path file_;
+    LedgerForm form_;
     std::unique_ptr<FileLock> lock_;
     std::unique_ptr<SQLite::Database> connection_;
     FileIdentity identity_, logIdentity_;

@@ -4,7 +4,6 @@
 #include "trelundo/platform/storekit/sandbox/internal/DiskFile.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerFailure.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerSettings.h"
-#include "trelundo/platform/storekit/sandbox/internal/LedgerTable.h"
 #include "trelundo/platform/storekit/sandbox/internal/WriteAheadLog.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -37,10 +36,6 @@ std::size_t pageSizeOf(std::string_view header) {
 
 bool isDatabase(std::string_view bytes) { return bytes.size() >= headerSize && bytes.starts_with(magic); }
 
-bool hasOwnIdentifier(std::string_view bytes) {
-    return isDatabase(bytes) && bigEndian32(bytes, applicationAt) == ledgerApplicationIdentifier;
-}
-
 /// Whether a journal says that a change must be undone.
 bool isHotJournal(std::string_view journal) {
     return journal.size() >= journalHeaderSize && journal.starts_with(journalMagic);
@@ -68,8 +63,9 @@ std::string readPart(fs::path const& file, char const* suffix) {
 
 } // namespace
 
-LedgerImage::LedgerImage(fs::path const& file)
-    : bytes_(readPart(file, "")) {
+LedgerImage::LedgerImage(fs::path const& file, LedgerForm const& form)
+    : form_(form)
+    , bytes_(readPart(file, "")) {
     if (!bytes_.empty()) applyJournal(readPart(file, "-journal"));
     auto const log = readPart(file, "-wal");
     if (bytes_.empty()) {
@@ -87,7 +83,7 @@ void LedgerImage::applyJournal(std::string_view journal) {
     if (!isHotJournal(journal)) return;
     if (bigEndian32(journal, formerPageCountAt) == 0) {
         bytes_.clear();
-    } else if (!hasOwnIdentifier(bytes_)) {
+    } else if (!hasOwnIdentifier()) {
         throw LedgerRefusal("another program has left a change unfinished, which it must undo first");
     }
 }
@@ -128,18 +124,22 @@ SQLite::Database& LedgerImage::database() {
     return *database_;
 }
 
+bool LedgerImage::hasOwnIdentifier() const {
+    return isDatabase(bytes_) && bigEndian32(bytes_, applicationAt) == form_.applicationIdentifier;
+}
+
 void LedgerImage::requireOwnHeader() const {
     if (!isDatabase(bytes_)) throw LedgerRefusal("not a store");
-    if (!hasOwnIdentifier(bytes_)) throw LedgerRefusal("the file belongs to another application");
+    if (!hasOwnIdentifier()) throw LedgerRefusal("the file belongs to another application");
     auto const version = bigEndian32(bytes_, versionAt);
-    if (version != ledgerSchemaVersion)
+    if (version != form_.version)
         throw LedgerRefusal("the store has schema version " + std::to_string(version) + ", not " +
-                            std::to_string(ledgerSchemaVersion));
+                            std::to_string(form_.version));
 }
 
 void LedgerImage::requireSchema() {
     SQLite::Database model{":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
-    model.exec(ledgerSchema);
+    model.exec(form_.schema);
     if (schemaOf(database()) != schemaOf(model)) throw LedgerRefusal("the store has another schema");
 }
 

@@ -12,9 +12,12 @@ class Database;
 
 namespace trelundo {
 
-/// What tells a ledger's file from another application's.
-inline constexpr std::uint32_t ledgerApplicationIdentifier = 0x54524c53; // "TRLS"
-inline constexpr std::uint32_t ledgerSchemaVersion = 1;
+/// What tells one kind of ledger's file from another, and from other applications'.
+struct LedgerForm {
+    std::uint32_t applicationIdentifier;
+    std::uint32_t version;
+    char const* schema;
+};
 
 /// What a ledger's file says together with the log beside it, in memory. Making one changes nothing on the
 /// disk, and neither does asking it.
@@ -22,7 +25,7 @@ class LedgerImage {
 public:
     /// Throws a LedgerRefusal for what is not a file, too large or in the middle of another program's change,
     /// and a SQLite::Exception when something cannot be read.
-    explicit LedgerImage(std::filesystem::path const& file);
+    LedgerImage(std::filesystem::path const& file, LedgerForm const& form);
 
     /// Whether there is nothing yet: no file, an empty one, or one whose creation was cut short.
     bool isNew() const { return bytes_.empty() && !isTornFromLog_; }
@@ -43,9 +46,11 @@ public:
 private:
     void applyJournal(std::string_view journal);
     void applyLog(std::string_view log);
+    bool hasOwnIdentifier() const;
     void requireOwnHeader() const;
     void requireSchema();
 
+    LedgerForm form_;
     std::string bytes_;
     bool isTornFromLog_ = false; // the file is empty or gone, its log is not
     bool hasLostChanges_ = false;

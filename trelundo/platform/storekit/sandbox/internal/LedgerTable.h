@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerRecord.h"
 
 namespace SQLite {
@@ -38,6 +39,8 @@ CREATE TABLE owned (
     original INTEGER NOT NULL REFERENCES transactions (id)
 ) STRICT, WITHOUT ROWID;
 )sql";
+inline constexpr LedgerForm transactionLedger{
+    .applicationIdentifier = 0x54524c53, .version = 1, .schema = ledgerSchema}; // "TRLS"
 
 /// The rows `t` that readRecord() reads; conditions follow.
 inline constexpr char const* selectRecords =

@@ -52,7 +52,7 @@ struct SandboxLedger::Statements {
 
 Result<std::unique_ptr<SandboxLedger>> SandboxLedger::open(std::filesystem::path const& file,
                                                            std::int64_t firstIdentifier) {
-    auto database = LedgerDatabase::open(file);
+    auto database = LedgerDatabase::open(file, transactionLedger);
     if (!database) return database.error();
     try {
         return std::unique_ptr<SandboxLedger>{new SandboxLedger{file, *std::move(database), firstIdentifier}};
@@ -157,7 +157,7 @@ Result<LedgerRecords> SandboxLedger::read(std::filesystem::path const& file) {
     try {
         if (!std::filesystem::exists(file)) throw LedgerRefusal("no such file");
         requireUnused(file);
-        LedgerImage image{file};
+        LedgerImage image{file, transactionLedger};
         if (image.isNew()) return LedgerRecords{};
         if (image.isBroken()) throw LedgerRefusal("the store is broken");
         if (image.hasLostChanges())
