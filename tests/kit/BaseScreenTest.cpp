@@ -1,4 +1,5 @@
 #include "tests/support/Products.h"
+#include "tests/support/ScopedState.h"
 #include "tests/support/ScreenFixture.h"
 #include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/kit/screens/offer/OfferV3ViewController.h"
@@ -158,6 +159,29 @@ TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
     expectToLeave();
     EXPECT_EQ(store.payments.size(), 1U);
     EXPECT_THAT(store.calls, Not(Contains("restore")));
+}
+
+TEST_F(BaseScreenTest, AMissingPictureIsToldOnceWithItsScreen) {
+    RecordedWarnings const warnings;
+    for (int i = 0; i < 2; ++i) {
+        auto const screen = make<PremiumV4ViewController>();
+        screen->setProducts({yearly()});
+        screen->setFeatures({{"All Templates", "lost tile"}});
+        show(screen);
+        host->dismiss(false);
+        shell.advance(0.1);
+        auto const offer = make<OfferV3ViewController>();
+        offer->setBackgroundImageName("lost ground");
+        show(offer);
+        host->dismiss(false);
+        shell.advance(0.1);
+    }
+    EXPECT_THAT(warnings.lines, Contains("PremiumV4ViewController: there is no picture \"lost tile\" in the "
+                                         "main bundle")
+                                    .Times(1));
+    EXPECT_THAT(warnings.lines, Contains("OfferV3ViewController: there is no picture \"lost ground\" in the "
+                                         "main bundle")
+                                    .Times(1));
 }
 
 TEST_F(BaseScreenTest, TheLayoutFollowsTheUsersLanguagesAlone) {

@@ -63,6 +63,16 @@ TEST_F(BillingNoticeTest, EachSizeClassHasItsOwnConstraints) {
     }
 }
 
+TEST_F(BillingNoticeTest, AnUnspecifiedSizeClassChangesNothing) {
+    show(make<BillingViewController>());
+    auto device = *DeviceProfile::find("phone-320x568");
+    device.portraitHorizontal = UIUserInterfaceSizeClass::unspecified;
+    device.portraitVertical = UIUserInterfaceSizeClass::compact;
+    UIScreen::main().configure(device, false);
+    shell.window().screenDidChange();
+    EXPECT_EQ(find("warningBadgeImageView")->alpha(), 1);
+}
+
 TEST_F(BillingNoticeTest, OnALowScreenThePictureGivesWayToTheTexts) {
     show(make<BillingViewController>());
     auto const upright = find("warningBadgeImageView")->bounds().height();

@@ -86,6 +86,23 @@ TEST_F(BundleTest, ListsItsLocalizations) {
     EXPECT_TRUE(other.localizations().empty());
 }
 
+TEST_F(BundleTest, ATableOverAnotherOverridesKeyByKey) {
+    static constexpr EmbeddedFile kit[] = {
+        {"fr.lproj/M.strings", R"("a" = "kit a"; "b" = "kit b"; "c" = "kit c";)"},
+        {"en.lproj/M.strings", R"("d" = "english";)"}};
+    static constexpr EmbeddedFile host[] = {{"fr.lproj/M.strings", R"("b" = "host b";)"}};
+    TemporaryFolder folder;
+    writeText(folder / "fr.lproj/M.strings", R"("c" = "folder c";)");
+    bundle.addEmbeddedFiles(kit);
+    bundle.addEmbeddedFiles(host);
+    bundle.addFolder(folder.path());
+    Locale::setPreferredLanguages({"fr"});
+    std::string texts;
+    for (auto const* key : {"a", "b", "c", "d"}) texts += bundle.localizedString(key, {}, "M") + ", ";
+    EXPECT_EQ(texts, "kit a, host b, folder c, d, ") << "languages do not mix";
+    EXPECT_EQ(bundle.data("fr.lproj/M.strings"), readText(folder / "fr.lproj/M.strings"));
+}
+
 TEST_F(BundleTest, TheApplicationSpeaksTheMainBundlesLanguageElseAFrameworks) {
     static auto& framework = *new Bundle{"Framework"}; // must outlive its registration
     static constexpr EmbeddedFile texts[] = {{"pt.lproj/T.strings", {}}, {"he.lproj/T.strings", {}}};
@@ -135,7 +152,7 @@ TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
     EXPECT_EQ(bundle.data("sv.lproj"), std::nullopt) << "a folder is no resource";
     EXPECT_EQ(bundle.path("only.txt"), (first / "only.txt").string());
     EXPECT_EQ(word({"sv"}), "ord") << "a new folder brings its languages";
-    EXPECT_EQ(word({"fr"}), "word");
+    EXPECT_EQ(word({"fr"}), "mot") << "what lies under a broken table serves";
     EXPECT_THAT(warnings.lines,
                 ElementsAre((first / "fr.lproj/T.strings").string() + ":1: a quoted text without end"));
 }

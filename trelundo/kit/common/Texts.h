@@ -13,7 +13,10 @@ public:
     /// The text under `key` in the table `resource` of `bundle`; the key itself when it is missing.
     static std::string localizedString(std::string_view key, Bundle& bundle, std::string_view resource);
 
-    /// The kit's own bundle, compiled into the library.
+    /// The kit's own bundle, compiled into the library. A host puts its own over it with one call,
+    /// kitBundle().addFolder(path) or addEmbeddedFiles(files): "de.lproj/Premium.strings" in it overrides the
+    /// German texts that it has keys for and leaves the rest, "pl.lproj/Premium.strings" adds a language
+    /// (what it lacks is shown in English), and "x.svg" replaces the kit's picture of that name.
     static Bundle& kitBundle();
     /// localizedString() with the kit's bundle and the table "Premium".
     static std::string text(std::string_view key);

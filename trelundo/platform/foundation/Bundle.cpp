@@ -79,8 +79,8 @@ struct Bundle::State {
     using Tables = std::map<std::string, std::shared_ptr<StringsTable const>, std::less<>>;
 
     mutable std::mutex mutex;
-    std::vector<std::string> folders; // the first one searched last
-    std::map<std::string_view, std::string_view> embedded;
+    std::vector<std::string> folders;                                          // the first one searched last
+    std::map<std::string_view, std::vector<std::string_view>> embedded;        // by path, the newest last
     std::map<std::vector<std::string>, Tables> tables;                         // by languages, by table
     std::map<std::vector<std::string>, std::vector<std::string>> localization; // by languages
 
@@ -92,15 +92,19 @@ struct Bundle::State {
         language.forget();
     }
 
-    std::optional<Resource> find(std::string const& identifier, std::string_view name) const {
+    /// Every resource of that very name, the best first.
+    std::vector<Resource> findAll(std::string const& identifier, std::string_view name) const {
+        std::vector<Resource> found;
         for (auto const& folder : std::views::reverse(folders)) {
             auto path = (std::filesystem::path{folder} / name).string();
             std::error_code error;
-            if (std::filesystem::is_regular_file(path, error)) return Resource{std::move(path), true, {}};
+            if (std::filesystem::is_regular_file(path, error)) found.push_back({std::move(path), true, {}});
         }
         auto const file = embedded.find(name);
-        if (file == embedded.end()) return std::nullopt;
-        return Resource{fmt::format("bundle:{}/{}", identifier, name), false, file->second};
+        if (file == embedded.end()) return found;
+        for (auto const bytes : std::views::reverse(file->second))
+            found.push_back({fmt::format("bundle:{}/{}", identifier, name), false, bytes});
+        return found;
     }
 
     std::set<std::string> lockedLocalizations() const {
@@ -178,7 +182,7 @@ std::string Bundle::chosenLocalization(std::vector<std::string> const& languages
 
 void Bundle::addEmbeddedFiles(std::span<EmbeddedFile const> files) {
     std::lock_guard const lock{state_->mutex};
-    for (auto const& file : files) state_->embedded.insert_or_assign(file.path, file.bytes);
+    for (auto const& file : files) state_->embedded[file.path].push_back(file.bytes);
     state_->sourcesChanged();
 }
 
@@ -221,19 +225,25 @@ std::optional<std::string> Bundle::path(std::string_view name) const {
 }
 
 std::optional<Bundle::Resource> Bundle::find(std::string_view name) const {
+    auto found = findAll(name);
+    if (found.empty()) return std::nullopt;
+    return std::move(found.front());
+}
+
+/// All of one language, the best first.
+std::vector<Bundle::Resource> Bundle::findAll(std::string_view name) const {
     if (!isSafeName(name)) {
         logWarning(fmt::format("{}: refused the resource name \"{}\"", identifier_, name));
-        return std::nullopt;
+        return {};
     }
     auto const languages = Locale::preferredLanguages();
     std::lock_guard const lock{state_->mutex};
-    auto found = state_->find(identifier_, name);
+    auto found = state_->findAll(identifier_, name);
     for (auto const& localization : state_->preferred(languages, developmentRegion_)) {
-        if (found) break;
-        found = state_->find(identifier_, localizedName(localization, name));
+        if (!found.empty()) break;
+        found = state_->findAll(identifier_, localizedName(localization, name));
     }
-    if (!found) found = state_->find(identifier_, localizedName(baseLocalization, name));
-    return found;
+    return found.empty() ? state_->findAll(identifier_, localizedName(baseLocalization, name)) : found;
 }
 
 std::shared_ptr<StringsTable const> Bundle::table(std::string_view name) const {
@@ -249,13 +259,17 @@ std::shared_ptr<StringsTable const> Bundle::table(std::string_view name) const {
     return state_->tables[languages].try_emplace(std::string{name}, std::move(loaded)).first->second;
 }
 
+/// Key by key: what was added later to the bundle overrides what was there.
 StringsTable Bundle::loadTable(std::string_view name) const {
-    auto const resource = find(std::string{name}.append(tableSuffix));
-    auto const bytes = resource ? resource->contents() : std::nullopt;
-    if (!bytes) return {};
-    auto parsed = StringsTable::parse(*bytes, resource->place);
-    if (!parsed) logWarning(parsed.error().message);
-    return std::move(parsed).value_or({});
+    StringsTable::Entries merged;
+    for (auto const& resource : findAll(std::string{name}.append(tableSuffix))) {
+        auto const bytes = resource.contents();
+        if (!bytes) continue;
+        auto const parsed = StringsTable::parse(*bytes, resource.place);
+        if (!parsed) logWarning(parsed.error().message);
+        if (parsed) merged.insert(parsed->entries().begin(), parsed->entries().end());
+    }
+    return StringsTable{std::move(merged)};
 }
 
 std::string Bundle::localizedString(std::string_view key, std::string_view value,

@@ -38,7 +38,8 @@ public:
     static std::string applicationLocalization();
 
     std::string const& identifier() const { return identifier_; }
-    /// Paths and bytes are not copied: they must live as long as the bundle.
+    /// A file takes the place of one that was added under the same path. Paths and bytes are not copied: they
+    /// must live as long as the bundle.
     void addEmbeddedFiles(std::span<EmbeddedFile const> files);
     /// Adds a folder to search before everything added so far.
     void addFolder(std::string path);
@@ -59,8 +60,9 @@ public:
     std::optional<std::string> path(std::string_view name) const;
 
     /// The text under `key` in table `table` ("Localizable" when empty). A missing key, table or file gives
-    /// `value`, or the key itself when `value` is empty; so does a broken file, which is logged. Tables are
-    /// read once for each list of languages.
+    /// `value`, or the key itself when `value` is empty; so does a broken file, which is logged. Tables of
+    /// one language merge key by key, as folders and files were added: later ones win. They are read once for
+    /// each list of languages.
     std::string localizedString(std::string_view key, std::string_view value, std::string_view table) const;
 
 private:
@@ -69,6 +71,7 @@ private:
     static std::string chosenLocalization(std::vector<std::string> const& languages,
                                           std::set<Bundle const*> const& frameworks);
     std::optional<Resource> find(std::string_view name) const;
+    std::vector<Resource> findAll(std::string_view name) const;
     std::shared_ptr<StringsTable const> table(std::string_view name) const;
     StringsTable loadTable(std::string_view name) const;
 

@@ -1,5 +1,6 @@
 #include "trelundo/kit/common/internal/ViewFactory.h"
 
+#include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 
 namespace trelundo {
@@ -38,8 +39,8 @@ Ref<UIImageView> makePicture(Ref<UIImage> image, UIViewContentMode contentMode) 
     return picture;
 }
 
-Ref<UIImageView> makeFillingPicture(std::string const& name) {
-    auto picture = makePicture(UIImage::named(name), UIViewContentMode::scaleAspectFill);
+Ref<UIImageView> makeFillingPicture(std::string const& name, NSObject& screen) {
+    auto picture = makePicture(Pictures::hostImage(name, screen), UIViewContentMode::scaleAspectFill);
     picture->setClipsToBounds(true);
     // A picture takes the room that is left before anything else is stretched, and gives way before any text.
     picture->setContentHuggingPriority(1, NSLayoutConstraintAxis::vertical);

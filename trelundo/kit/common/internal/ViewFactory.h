@@ -26,8 +26,9 @@ Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color
 /// `image`, nothing when null.
 Ref<UIImageView> makePicture(Ref<UIImage> image, UIViewContentMode contentMode);
 
-/// The host's picture `name`, filling its view and cut to it; its height yields to everything around it.
-Ref<UIImageView> makeFillingPicture(std::string const& name);
+/// The host's picture `name` for `screen`, filling its view and cut to it; its height yields to everything
+/// around it.
+Ref<UIImageView> makeFillingPicture(std::string const& name, NSObject& screen);
 
 /// A system-type button, so that `image` (nothing when null) is tinted unless it says otherwise, within
 /// insets of `contentInset` points.

@@ -1,6 +1,8 @@
 #include "trelundo/kit/screens/base/FeatureCarousel.h"
 
+#include "trelundo/kit/common/Pictures.h"
 #include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
@@ -8,6 +10,13 @@ namespace trelundo {
 namespace {
 constexpr double driftStep = 1;         // points
 constexpr double driftDuration = 0.001; // seconds: one step per displayed frame
+
+NSObject& screenOf(UICollectionView& strip) {
+    UIResponder* step = &strip;
+    while (step->nextResponder() && !dynamic_cast<UIViewController*>(step)) step = step->nextResponder();
+    return *step;
+}
+
 } // namespace
 
 Ref<UICollectionView> FeatureCarousel::makeStrip(Style const& style) {
@@ -64,7 +73,7 @@ Ref<UICollectionViewCell> FeatureCarousel::cellForItemAt(UICollectionView& colle
     auto cell = cast<FeatureCell>(collectionView.dequeueReusableCell("cell", indexPath));
     if (features_.empty()) fatalError("Division by zero: a feature carousel needs at least one feature");
     auto const& [text, picture] = features_[static_cast<std::size_t>(indexPath.item) % features_.size()];
-    cell->setFeature(text, UIImage::named(picture));
+    cell->setFeature(text, Pictures::hostImage(picture, screenOf(collectionView)));
     return cell;
 }
 

@@ -11,9 +11,8 @@ namespace trelundo {
 
 namespace {
 
-Ref<UIImageView> makeShadow(std::string const& pictureName) {
-    return makePicture(pictureName.empty() ? nullptr : UIImage::named(pictureName),
-                       UIViewContentMode::scaleAspectFill);
+Ref<UIImageView> makeShadow(std::string const& pictureName, NSObject& screen) {
+    return makePicture(Pictures::hostImage(pictureName, screen), UIViewContentMode::scaleAspectFill);
 }
 
 } // namespace
@@ -81,8 +80,8 @@ TextAttributes ThemedOfferViewController::attributes(UIFont font, double alpha) 
 
 Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
     return backgroundImageView_([this] {
-        auto picture =
-            makePicture(UIImage::named(pictures_.backgroundImageName), UIViewContentMode::scaleAspectFill);
+        auto picture = makePicture(Pictures::hostImage(pictures_.backgroundImageName, *this),
+                                   UIViewContentMode::scaleAspectFill);
         picture->setBackgroundColor(backgroundColor());
         picture->setAlpha(0.9);
         return picture;
@@ -90,11 +89,11 @@ Ref<UIImageView> const& ThemedOfferViewController::backgroundImageView() {
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::shadowTopImageView() {
-    return shadowTopImageView_([this] { return makeShadow(pictures_.backgroundTopShadowName); });
+    return shadowTopImageView_([this] { return makeShadow(pictures_.backgroundTopShadowName, *this); });
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::shadowBottomImageView() {
-    return shadowBottomImageView_([this] { return makeShadow(pictures_.backgroundBottomShadowName); });
+    return shadowBottomImageView_([this] { return makeShadow(pictures_.backgroundBottomShadowName, *this); });
 }
 
 Ref<UIButton> const& ThemedOfferViewController::closeButton() {
@@ -106,8 +105,9 @@ Ref<UIButton> const& ThemedOfferViewController::closeButton() {
 }
 
 Ref<UIImageView> const& ThemedOfferViewController::premiumImageView() {
-    return premiumImageView_(
-        [this] { return usingAutoLayout(make<UIImageView>(UIImage::named(pictures_.premiumImageName))); });
+    return premiumImageView_([this] {
+        return usingAutoLayout(make<UIImageView>(Pictures::hostImage(pictures_.premiumImageName, *this)));
+    });
 }
 
 Ref<UIStackView> const& ThemedOfferViewController::stackView() {

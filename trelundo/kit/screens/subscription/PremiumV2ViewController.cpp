@@ -1,5 +1,6 @@
 #include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
 
+#include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 
@@ -7,8 +8,8 @@ namespace trelundo {
 
 namespace {
 
-Ref<UIImageView> makeLogo() {
-    auto logo = makePicture(UIImage::named("premium_logo"), UIViewContentMode::scaleAspectFit);
+Ref<UIImageView> makeLogo(NSObject& screen) {
+    auto logo = makePicture(Pictures::hostImage("premium_logo", screen), UIViewContentMode::scaleAspectFit);
     activate({logo->widthAnchor() <= 400});
     if (auto const image = logo->image())
         activate(
@@ -19,8 +20,8 @@ Ref<UIImageView> makeLogo() {
 } // namespace
 
 PremiumV2ViewController::PremiumV2ViewController()
-    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("cover")))
-    , logoImageView_(named("logoImageView", makeLogo())) {}
+    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("cover", *this)))
+    , logoImageView_(named("logoImageView", makeLogo(*this))) {}
 
 void PremiumV2ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();

@@ -1,5 +1,6 @@
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 
+#include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 
 namespace trelundo {
@@ -8,8 +9,8 @@ namespace {
 
 UIColor headlineColor() { return {0.9764705882352941, 0.9411764705882353, 0.9215686274509803}; }
 
-Ref<UIImageView> makeLogo() {
-    auto logo = makePicture(UIImage::named("logo"), UIViewContentMode::scaleAspectFit);
+Ref<UIImageView> makeLogo(NSObject& screen) {
+    auto logo = makePicture(Pictures::hostImage("logo", screen), UIViewContentMode::scaleAspectFit);
     logo->setClipsToBounds(true);
     activate({logo->widthAnchor() == 138});
     return logo;
@@ -18,7 +19,7 @@ Ref<UIImageView> makeLogo() {
 } // namespace
 
 PremiumV3ViewController::PremiumV3ViewController()
-    : logoImageView_(named("logoImageView", makeLogo())) {}
+    : logoImageView_(named("logoImageView", makeLogo(*this))) {}
 
 void PremiumV3ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
@@ -39,7 +40,7 @@ void PremiumV3ViewController::addHeadline() {
 
 Ref<UIImageView> const& PremiumV3ViewController::backgroundImageView() {
     return backgroundImageView_([this] {
-        auto picture = makeFillingPicture("bg_access");
+        auto picture = makeFillingPicture("bg_access", *this);
         picture->setAlpha(isSmallScreen() ? 0.6 : 1.0);
         return picture;
     });

@@ -87,7 +87,7 @@ void PremiumV5ViewController::planButtonDidChange(PremiumV2Button& button) {
 
 Ref<UIImageView> const& PremiumV5ViewController::backgroundImageView() {
     return backgroundImageView_([this] {
-        auto picture = makeFillingPicture("bg_vorlex");
+        auto picture = makeFillingPicture("bg_vorlex", *this);
         picture->setAlpha(isSmallScreen() ? 0.6 : 0.8);
         return picture;
     });

@@ -1,5 +1,6 @@
 #include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 
+#include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
@@ -141,7 +142,7 @@ void PremiumV6ViewController::pinSides(UIView& subview) {
 }
 
 Ref<UIImageView> const& PremiumV6ViewController::backgroundImageView() {
-    return backgroundImageView_([] { return makeFillingPicture("cover"); });
+    return backgroundImageView_([this] { return makeFillingPicture("cover", *this); });
 }
 
 Ref<GradientView> const& PremiumV6ViewController::gradientView() {
@@ -154,7 +155,8 @@ Ref<GradientView> const& PremiumV6ViewController::gradientView() {
 }
 
 Ref<UIButton> const& PremiumV6ViewController::closeButton() {
-    return closeButton_([this] { return makeCloseButton(*this, UIImage::named("paywall_x"), 20); });
+    return closeButton_(
+        [this] { return makeCloseButton(*this, Pictures::hostImage("paywall_x", *this), 20); });
 }
 
 Ref<UILabel> const& PremiumV6ViewController::unlock1Label() {

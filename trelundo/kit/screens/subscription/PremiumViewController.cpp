@@ -24,8 +24,8 @@ void setMarginAbove(UIStackView& stack, double points) {
     stack.setLayoutMargins({points, 0, 0, 0});
 }
 
-Ref<UIStackView> makeLogoStack() {
-    auto logo = make<UIImageView>(UIImage::named("premium_white"));
+Ref<UIStackView> makeLogoStack(NSObject& screen) {
+    auto logo = make<UIImageView>(Pictures::hostImage("premium_white", screen));
     // The stack gives the logo the title's width, which must not stretch it.
     logo->setContentMode(UIViewContentMode::scaleAspectFit);
     auto const title = makeShrinkingLabel("Unlock All Features", UIFont::system(17, UIFont::Weight::medium),
@@ -160,8 +160,8 @@ void PremiumViewController::purchaseProduct() {
 }
 
 PremiumViewController::PremiumViewController()
-    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("premium_background")))
-    , premiumLogoStackView_(named("premiumLogoStackView", makeLogoStack())) {}
+    : backgroundImageView_(named("backgroundImageView", makeFillingPicture("premium_background", *this)))
+    , premiumLogoStackView_(named("premiumLogoStackView", makeLogoStack(*this))) {}
 
 Ref<UIButton> const& PremiumViewController::closeButton() {
     return closeButton_([this] {
