@@ -1,5 +1,7 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 
+#include "trelundo/platform/foundation/internal/Context.h"
+
 namespace trelundo {
 
 UIScreen::UIScreen()
@@ -8,8 +10,7 @@ UIScreen::UIScreen()
 }
 
 UIScreen& UIScreen::main() {
-    static UIScreen screen;
-    return screen;
+    return Context::current().part<UIScreen>([] { return new UIScreen; });
 }
 
 void UIScreen::configure(DeviceProfile const& device, bool landscape) {

@@ -6,9 +6,11 @@
 
 namespace trelundo {
 
-/// The display. `nativeBounds` is in pixels and always portrait.
+/// A display. `nativeBounds` is in pixels and always portrait.
 class UIScreen {
 public:
+    /// That of the current shell: inside a call of a shell or of one of its windows its own, elsewhere that
+    /// of the shell that was made current last.
     static UIScreen& main();
 
     DeviceProfile const& device() const { return device_; }

@@ -329,8 +329,6 @@ private:
     UIView* superview_ = nullptr; // the superview owns this one
     UIView* window_ = nullptr;    // the window at the root of the tree
     ViewOwner* owner_ = nullptr;  // the controller whose root view this is
-    /// The window in which views outside any window expect to be shown.
-    static inline UIView* keyWindow_ = nullptr;
     std::vector<Ref<UIView>> subviews_;
 
     bool translatesAutoresizingMask_ = true;

@@ -1,6 +1,7 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 #include "trelundo/platform/uikit/views/ViewOwner.h"
+#include "trelundo/platform/uikit/views/internal/ShownWindows.h"
 
 namespace trelundo {
 
@@ -8,7 +9,7 @@ namespace trelundo {
 
 /// What a view outside any window has reason to expect.
 UITraitCollection const& UIView::predictedTraits() {
-    if (keyWindow_) return keyWindow_->traitCollection();
+    if (auto const* window = ShownWindows::current().keyAsView) return window->traitCollection();
     static UITraitCollection screenTraits;
     screenTraits = UIScreen::main().traitCollection();
     return screenTraits;

@@ -9,8 +9,10 @@
 
 namespace trelundo {
 
+class Context;
+
 /// The root of a view tree: takes touches in, keeps traits and safe area up to date, lays out before each
-/// frame.
+/// frame. It belongs to the shell that was current when it was made, and its calls run there.
 class UIWindow : public UIView {
 public:
     UIWindow();
@@ -23,10 +25,10 @@ public:
     void setRootViewController(Ref<UIViewController> controller);
     void makeKeyAndVisible();
     bool isVisible() const { return isVisible_; }
-    /// Every visible window, in the order in which they became visible.
+    /// Every visible window of the current shell, in the order in which they became visible.
     static std::vector<UIWindow*> const& visibleWindows();
-    /// The one that makeKeyAndVisible() was last called on; null without one.
-    static UIWindow* keyWindow() { return keyWindow_ ? keyWindow_->asWindow() : nullptr; }
+    /// The current shell's window that makeKeyAndVisible() was last called on; null without one.
+    static UIWindow* keyWindow();
     /// The topmost presented controller, or the root.
     Ref<UIViewController> topViewController() const;
     /// What the top controller's status bar or home indicator preferences say has changed: the safe area
@@ -51,6 +53,9 @@ public:
     void layoutWindow();
 
     UIResponder* nextResponder() const override { return nullptr; }
+
+    /// For the platform itself.
+    Context& context() const;
 
 private:
     struct ActiveTouch;
