@@ -4,6 +4,7 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
 #include <gmock/gmock.h>
@@ -124,6 +125,23 @@ TEST_F(EmbeddedShellTest, ShowsTheViewsSmallerInAPlaceSmallerThanAnyDevice) {
     EXPECT_EQ(shell.pixels().pixelWidth(), 160);
     shell.setScreen({.size = {0, 0}});
     EXPECT_THAT(shell.frame().dirty, ElementsAre(CGRect{0, 0, 1, 1}));
+}
+
+TEST_F(EmbeddedShellTest, MeasuresTextsAnewForAnotherPixelScale) {
+    auto const label = make<UILabel>();
+    label->setText("Unlock");
+    label->setTranslatesAutoresizingMaskIntoConstraints(false);
+    shell.window().addSubview(label);
+    auto const sizeAt = [&](double scale) {
+        shell.setScreen({.size = {400, 800}, .scale = scale});
+        shell.frame();
+        return label->bounds().size;
+    };
+    auto const coarse = sizeAt(1);
+    EXPECT_EQ(coarse.width, std::round(coarse.width));
+    auto const fine = sizeAt(4);
+    EXPECT_LT(fine.width, coarse.width);
+    EXPECT_EQ(fine.width * 4, std::round(fine.width * 4));
 }
 
 TEST_F(EmbeddedShellTest, IsItsDeviceAtItsSizeOnlyAndHasNoCutOutElse) {

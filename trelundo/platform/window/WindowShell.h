@@ -18,7 +18,7 @@ public:
     struct Configuration {
         DeviceProfile const* device; // never null
         bool landscape = false;
-        std::string title;
+        std::string title = {};
     };
     /// Whether open() would find a display.
     static bool isAvailable();

@@ -293,6 +293,7 @@ private:
     void reportTraits(UITraitCollection const& traits);
     void backgroundColorDidResolve();
     void directionDidChange();
+    void displayScaleDidChange();
     UIView const* tintSource() const;
     bool isTintDimmed() const;
     void tintDidPropagate(bool dimmingChanged);

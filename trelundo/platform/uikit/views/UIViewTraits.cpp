@@ -40,11 +40,19 @@ void UIView::traitsDidPropagate() {
     }
 }
 
+/// What is measured in whole pixels is measured anew.
+void UIView::displayScaleDidChange() {
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
 void UIView::reportTraits(UITraitCollection const& traits) {
     if (lastTraits_ == traits) return;
     auto const previous = std::exchange(lastTraits_, traits);
     UITraitScope const scope(traits);
     layer_->setContentsScale(traits.displayScale);
+    if (previous && previous->displayScale != traits.displayScale) displayScaleDidChange();
     if (previous && previous->layoutDirection != traits.layoutDirection) directionDidChange();
     if (appearanceStyle_ != traits.userInterfaceStyle) {
         appearanceStyle_ = traits.userInterfaceStyle;

@@ -40,7 +40,7 @@ ScreenFit ScreenFit::of(EmbeddedScreen const& screen) {
     auto const shrink = std::min({1.0, points.width / smallest.width, points.height / smallest.height});
     auto const zoom = screen.zoom * shrink;
     points = {size.width / zoom, size.height / zoom};
-    ScreenFit fit{plainProfile(points, screen.scale * zoom), isLandscape, zoom};
+    ScreenFit fit{plainProfile(points, std::max(screen.scale * zoom, 1.0)), isLandscape, zoom};
     if (screen.device) fit.profile = screen.device->resizedTo(points);
     fit.profile.portraitInsets = fit.profile.landscapeInsets = divided(screen.safeArea, zoom);
     return fit;
