@@ -129,7 +129,7 @@ TEST_F(EmbeddedShellTest, ShowsTheViewsSmallerInAPlaceSmallerThanAnyDevice) {
 
 TEST_F(EmbeddedShellTest, MeasuresTextsAnewForAnotherPixelScale) {
     auto const label = make<UILabel>();
-    label->setText("Unlock");
+    label->setText("Unlock all");
     label->setTranslatesAutoresizingMaskIntoConstraints(false);
     shell.window().addSubview(label);
     auto const sizeAt = [&](double scale) {
