@@ -88,9 +88,7 @@ UIWindow::UIWindow(CGRect frame)
 UIWindow::~UIWindow() {
     ContextScope const scope(state_->context.get());
     state_->touches.clear();
-    auto& shown = ShownWindows::current();
-    std::erase(shown.all, this);
-    if (shown.key == this) shown.key = nullptr, shown.keyAsView = nullptr;
+    ShownWindows::current().remove(*this);
     if (root_) PresentationEngine::abandon(*root_);
     while (!subviews().empty()) subviews().back()->removeFromSuperview();
 }

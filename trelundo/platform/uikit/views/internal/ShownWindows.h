@@ -13,6 +13,13 @@ struct ShownWindows {
     UIWindow* key = nullptr;     // the one that was made key last
     UIView* keyAsView = nullptr; // the same, for those who do not know windows
 
+    void remove(UIWindow& window) {
+        std::erase(all, &window);
+        if (key != &window) return;
+        key = nullptr;
+        keyAsView = nullptr;
+    }
+
     static ShownWindows& current() { return Context::current().part<ShownWindows>(); }
 };
 
