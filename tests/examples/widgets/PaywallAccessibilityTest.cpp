@@ -33,6 +33,7 @@ TEST(PaywallAccessibilityTest, AssistiveProgramsReadAndPressWhatTheWidgetShows) 
     installPaywallAccessibility();
     PaywallWidget widget;
     widget.resize(400, 600);
+    widget.show();
     auto const presses = make<Presses>();
     auto const button = make<UIButton>();
     button->setFrame({10, 20, 100, 40});
