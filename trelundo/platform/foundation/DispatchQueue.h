@@ -6,8 +6,8 @@
 namespace trelundo {
 
 /// The serial queue of the main thread. Blocks run later, never inside the call that submits them, one at a
-/// time, in the order submitted (delayed ones in the order of their deadlines). Submitting is safe from any
-/// thread.
+/// time, in the order submitted (delayed ones of a shell in the order of their deadlines), in the shell that
+/// submitted them. Submitting is safe from any thread.
 class DispatchQueue {
 public:
     using Block = std::function<void()>;
