@@ -30,17 +30,8 @@ std::string timeText(double seconds) {
 }
 
 std::string aimText(Aim const& aim) {
-    switch (aim.unit) {
-    case Aim::Unit::times:
-        return fmt::format("{:g} times", aim.limit);
-    case Aim::Unit::microseconds:
-        return fmt::format("{:g} us", aim.limit);
-    case Aim::Unit::milliseconds:
-        return fmt::format("{:g} ms", aim.limit);
-    case Aim::Unit::megabytes:
-        return fmt::format("{:g} MB", aim.limit);
-    }
-    return {};
+    static constexpr char const* units[] = {"times", "us", "ms", "MB"}; // as Aim::Unit has them
+    return fmt::format("{:g} {}", aim.limit, units[static_cast<int>(aim.unit)]);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumV4ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
@@ -109,6 +110,40 @@ TEST_F(SecondGenerationTest, AnUpgradeToAYearIsOfferedWithItsSaving) {
     EXPECT_EQ(store.payments.size(), 1U);
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(upgradeTitle("29.99", "0"), "cannot be converted to Int because it is NaN");
+}
+
+TEST_F(SecondGenerationTest, TheChecklistEndsWhereTheTopBarWouldCoverIt) {
+    auto const screen = make<PremiumV5ViewController>();
+    screen->setProducts({yearly(), monthly(), makeProduct("w", "1.99", week)});
+    show(screen);
+    auto const shownRows = [&] {
+        auto const views = find<UIStackView>("unlockStackView")->arrangedSubviews();
+        return std::ranges::count_if(views, [](auto const& view) { return !view->isHidden(); }) - 1;
+    };
+    EXPECT_EQ(shownRows(), 3);
+    EXPECT_FALSE(find("unlock1Label")->isHidden());
+    EXPECT_GE(find("unlockStackView")->frame().minY(), find("closeButton")->frame().maxY());
+    resize("phone-375x667");
+    EXPECT_GT(shownRows(), 3);
+    resize("phone-390x844");
+    EXPECT_EQ(shownRows(), 7) << "all are back";
+}
+
+TEST_F(SecondGenerationTest, TheChecklistStaysOnTheScreenInEveryLanguage) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
+        Locale::setPreferredLanguages({language});
+        auto const screen = make<PremiumV5ViewController>();
+        screen->setSource("FamilySharing");
+        show(screen);
+        for (int i = 1; i <= 9; ++i) {
+            auto const label = find<UILabel>("unlock" + std::to_string(i) + "Label");
+            EXPECT_LE(label->convertRectTo(label->bounds(), nullptr).maxX(), 320 - 16)
+                << language << " " << i;
+            EXPECT_FALSE(label->fit().truncated) << language << " " << i;
+        }
+        host->dismiss(false);
+        shell.advance(0.1);
+    }
 }
 
 TEST_F(SecondGenerationTest, TheChecklistMentionsTheFamilyOnlyToFamilies) {

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <thread>
 
 namespace trelundo::test {
 namespace {
@@ -142,6 +144,60 @@ TEST_F(PremiumManagerTest, WithoutDelegateAnswersNoToPromotions) {
     manager->setDelegate(nullptr);
     EXPECT_FALSE(manager->paymentQueueShouldAddStorePayment(queue, payment, monthly()));
     EXPECT_EQ(manager->applicationUsername(), std::nullopt);
+}
+
+TEST_F(PremiumManagerTest, APurchaseInAnEmptyRestoreDoesNotSwallowItsEnd) {
+    int ends = 0;
+    manager->restore("menu", [&](bool success, auto const&) { ends += success ? 1 : 100; });
+    buy(make<SKPayment>(*monthly()));
+    store.tell(
+        {{.key = "t", .payment = store.payments.back(), .state = SKPaymentTransactionState::purchased}});
+    store.listener->restoreFinished();
+    RunLoop::main().runUntilIdle();
+    EXPECT_EQ(ends, 1);
+    EXPECT_THAT(outcomes, ElementsAre("success, 1 finished"));
+}
+
+TEST_F(PremiumManagerTest, AnExceptionOfTheHostKeepsNothingFromBeingFinished) {
+    int restores = 0;
+    manager->purchase(
+        {.payment = make<SKPayment>(*monthly()),
+         .source = {},
+         .screen = {},
+         .premiumId = {},
+         .abTest = {},
+         .completion = [](bool, auto const&, bool, auto const&) { throw std::runtime_error("host"); }});
+    manager->restore("menu", [&](bool, auto const&) { ++restores; });
+    using State = SKPaymentTransactionState;
+    store.tell(
+        {FakeStore::transaction("1", State::failed, 5), FakeStore::transaction("2", State::purchased)});
+    store.tell({FakeStore::transaction("3", State::restored)});
+    EXPECT_THROW(RunLoop::main().runUntilIdle(), std::runtime_error);
+    store.listener->restoreFinished();
+    RunLoop::main().runUntilIdle();
+    EXPECT_THAT(store.finished, ElementsAre("1", "2", "3"));
+    EXPECT_EQ(restores, 1);
+}
+
+TEST_F(PremiumManagerTest, FailsALoadWhoseStoreIsReplaced) {
+    store.catalogue.clear();
+    manager->start({"a"});
+    FakeStore const next;
+    RunLoop::main().runUntilIdle();
+    EXPECT_EQ(manager->state(), PremiumManagerState::failed) << "and may be started again";
+}
+
+/// In a process where nobody has asked for the shared manager yet.
+TEST(PremiumManagerDeathTest, FirstAccessFromAnotherThreadLeavesTheQueueToTheMainThread) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const accessFromAThread = [] {
+        FakeStore const store;
+        std::thread{[] { PremiumManager::sharedInstance(); }}.join();
+        bool const isUntouched = store.calls.empty();
+        RunLoop::main().runUntilIdle();
+        std::_Exit(isUntouched && store.calls == std::vector<std::string>{"synchronize"} ? 0 : 1);
+    };
+    EXPECT_EXIT(accessFromAThread(), testing::ExitedWithCode(0), "");
 }
 
 std::string priceText(char const* price, int div, char const* locale = "en_US@currency=USD") {

@@ -1,5 +1,6 @@
 #include "trelundo/kit/controls/PremiumV2Button.h"
 #include "tests/support/Products.h"
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/platform/uikit/text/AttributedText.h"
 
 #include <gtest/gtest.h>
@@ -108,7 +109,7 @@ TEST_F(PremiumV2ButtonTest, TitlesSayWhatTheTagFindsInThePlan) {
     EXPECT_EQ(ownTitle("V2_A1", yearly(), all), "$29.99/year\nSave 50% per year");
     EXPECT_EQ(ownTitle("V2_A1", monthly(), all), "$4.99/month\nMonthly");
     EXPECT_EQ(ownTitle("V2_A3", yearly(), all), "$29.99/year\n$2.49/month");
-    EXPECT_EQ(ownTitle("V2_B1", yearly(), all), "Yearly\n\u00A0Most Popular\u00A0|$29.99");
+    EXPECT_EQ(ownTitle("V2_B1", yearly(), all), "Yearly\n\u00A0\u00A0Most Popular\u00A0\u00A0|$29.99");
     EXPECT_EQ(ownTitle("V2_B1", monthly(), all), "Monthly|$4.99");
     EXPECT_EQ(ownTitle("V2_B2", yearly(), all), "$29.99/year\n$2.49/month");
     EXPECT_EQ(ownTitle("V2_B3", yearly(), all), "Darno Premium\nYearly|$29.99");
@@ -140,6 +141,7 @@ TEST_F(PremiumV2ButtonTest, TitlesSayWhatTheTagFindsInThePlan) {
 
 TEST_F(PremiumV2ButtonTest, AnotherProductReplacesTheTotalBlock) {
     auto const button = show("V2_B1", yearly());
+    button->setProduct(makeProduct("w", "1.99", week));
     auto const subviews = button->subviews().size();
     button->setProduct(monthly());
     EXPECT_EQ(button->totalLabel()->text(), "$4.99");
@@ -150,18 +152,45 @@ TEST_F(PremiumV2ButtonTest, AnotherProductReplacesTheTotalBlock) {
     EXPECT_EQ(button->subviews().size(), subviews - 2);
 }
 
-/// The words of a row stay whole on the smallest phone, beside a long price, in every language.
+TEST_F(PremiumV2ButtonTest, APillLiesUnderTheBadgeOfTheYear) {
+    auto const button = show("V2_B1", yearly(), {yearly(), monthly()});
+    button->setFrame({0, 0, 288, 64});
+    button->layoutIfNeeded();
+    auto const pill = button->subviews().front();
+    auto const title = button->titleLabel()->frame();
+    EXPECT_EQ(pill->backgroundColor(), button->buttonColor());
+    EXPECT_NEAR(pill->layer().cornerRadius(), pill->frame().height() / 2, 1e-9);
+    EXPECT_NEAR(pill->frame().minX(), title.minX(), 1e-9);
+    EXPECT_GT(pill->frame().minY(), title.midY()) << "under the second line alone";
+    EXPECT_LT(pill->frame().maxY(), 64);
+    button->setProduct(monthly());
+    EXPECT_NE(button->subviews().front(), pill);
+}
+
+TEST_F(PremiumV2ButtonTest, ALonePlanStandsInTheMiddle) {
+    auto const middle = [&](char const* tag, Products const& all) {
+        auto const button = show(tag, yearly(), all);
+        button->setFrame({0, 0, 288, 64});
+        button->layoutIfNeeded();
+        return button->titleLabel()->frame().midX();
+    };
+    EXPECT_NEAR(middle("V2_A1", {yearly()}), 144, 0.5);
+    EXPECT_LT(middle("V2_A1", {yearly(), monthly()}), 140);
+    EXPECT_LT(middle("V2_B1", {yearly()}), 100) << "its price stands at the other end";
+}
+
+/// The words of a row stay whole on the smallest phone, beside a long price, in every language. A trial of a
+/// year has the longest name of those that stores offer.
 TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
     auto const german = [](char const* price, SKProductSubscriptionPeriod period) {
-        return make<SKProduct>(SKProduct::Fields{
-            .productIdentifier = price,
-            .price = *Decimal::parse(price),
-            .priceLocale = Locale{"de_DE@currency=EUR"},
-            .subscriptionPeriod = period,
-            .introductoryPrice = makeDiscount({.period = {1, SKProductPeriodUnit::month}})});
+        return make<SKProduct>(SKProduct::Fields{.productIdentifier = price,
+                                                 .price = *Decimal::parse(price),
+                                                 .priceLocale = Locale{"de_DE@currency=EUR"},
+                                                 .subscriptionPeriod = period,
+                                                 .introductoryPrice = makeDiscount({.period = year})});
     };
     Products const all{german("1229.99", year), german("104.99", month), german("41.99", sevenDays)};
-    for (auto const* language : {"en", "de", "fr", "es", "ja", "ar", "he"}) {
+    for (auto const& language : Texts::kitBundle().localizations()) {
         Locale::setPreferredLanguages({language});
         for (auto const& tag : tags) {
             for (auto const& product : all) {

@@ -102,7 +102,16 @@ TEST(LanguageTagsTest, ChooseTheNearestLocalizationOfEachLanguage) {
         {{"pt"}, {"pt-PT"}, {"pt-PT"}},
         {{"en-GB"}, {"en", "en-US"}, {"en"}},
         {{"iw-IL"}, {"he"}, {"he"}},
-        {{"sr-Latn-RS"}, {"sr"}, {}},
+        {{"sr-Latn-RS"}, {"hr", "sr"}, {"sr"}}, // who writes Serbian in Latin letters reads it in both
+        {{"no"}, {"da", "nb"}, {"nb"}},
+        {{"tl"}, {"en", "fil"}, {"fil"}},
+        {{"bs"}, {"hr", "sl"}, {"hr"}},
+        {{"pt", "pt-AO"}, {"pt-BR", "pt-PT"}, {"pt-BR", "pt-PT"}},
+        {{"es-MX", "es-ES"}, {"es", "es-419"}, {"es-419", "es"}},
+        {{"en-AU", "en-PH"}, {"en", "en-GB"}, {"en-GB", "en"}},
+        {{"fr-BE", "fr-CA"}, {"fr-CA", "fr"}, {"fr", "fr-CA"}},
+        {{"zh-HK"}, {"zh-Hans", "zh-Hant"}, {"zh-Hant"}},
+        {{"ca-ES", "be", "da"}, {"es", "ru", "nb"}, {}}, // near, yet not asked for
         {{"fr-CA", "de-AT", "fr"}, {"de", "en", "fr"}, {"fr", "de"}},
         {{"", "x", "not a tag"}, {"en", "fr"}, {}},
     };

@@ -137,6 +137,33 @@ TEST(TextDrawingTest, UnderlinesAreWholePixelsInTheirColor) {
     EXPECT_LT(countOf(*sheet({text}), 0xffff0000), whole - 4);
 }
 
+TEST(TextDrawingTest, UnderlinesKeepClearOfWhatReachesBelow) {
+    for (auto const* word : {"gypsy", "بيتي", "qué jaja"}) {
+        auto text = run(word);
+        text.underline = NSUnderlineStyle::single;
+        text.underlineColor = red;
+        auto const surface = sheet({text});
+        auto const isLine = [&](int x, int y) { return surface->pixel(x, y) == 0xffff0000; };
+        int seen = 0;
+        for (int y = 0; y < surface->pixelHeight(); ++y)
+            for (int x = 1; x + 1 < surface->pixelWidth(); ++x) {
+                if (!isLine(x, y)) continue;
+                ++seen;
+                for (int const beside : {x - 1, x + 1})
+                    EXPECT_TRUE(isLine(beside, y) || alphaAt(*surface, beside, y) == 0) << word << " " << x;
+            }
+        EXPECT_GT(seen, 0) << word;
+        EXPECT_LT(seen, 2 * 2 * TextLayout({text}, {}).size().width - 8) << word;
+    }
+}
+
+TEST(TextDrawingTest, UnderlinesStandWholeBelowEastAsianCharacters) {
+    auto text = run("購入済みの方");
+    text.underline = NSUnderlineStyle::single;
+    text.underlineColor = red;
+    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), 2 * 2 * TextLayout({text}, {}).size().width, 8);
+}
+
 TEST(TextDrawingTest, StrikethroughLiesOverTheText) {
     auto text = run("xxx");
     text.strikethrough = NSUnderlineStyle::single;

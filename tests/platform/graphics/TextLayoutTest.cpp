@@ -66,11 +66,13 @@ TEST(TextLayoutTest, KerningIsAddedAfterEveryCharacter) {
     EXPECT_NEAR(width(family), natural + 2, 1e-9);
 }
 
-TEST(TextLayoutTest, KerningKeepsJoinedLettersTogether) {
-    auto text = run("محدودة"); // the first two letters join the next; the others stand alone
-    auto const natural = width(text);
-    text.kern = 3;
-    EXPECT_NEAR(width(text), natural + 4 * 3, 1e-9);
+TEST(TextLayoutTest, KerningLeavesJoinedWritingAlone) {
+    for (auto const* word : {"محدودة", "प्रीमियम"}) {
+        auto text = run(word);
+        auto const natural = width(text);
+        text.kern = -3;
+        EXPECT_NEAR(width(text), natural, 1e-9) << word;
+    }
 }
 
 TEST(TextLayoutTest, KernOfZeroTurnsTheFontsKerningOff) {
@@ -187,14 +189,39 @@ TEST(TextLayoutTest, BreaksWhereItLooksWell) {
     // A short last word is kept company, but for a long one, a longer last line and another paragraph.
     EXPECT_NEAR(widest("Something is wrong", width("Something is") + 1), width("Something"), 1e-9);
     EXPECT_NEAR(widest("Something is unforeseen", width("Something is") + 1), width("Something is"), 1e-9);
+    EXPECT_NEAR(widest("Something else is as it is", width("Something else is as") + 1),
+                width("Something else is"), 1e-9);
     EXPECT_NEAR(widest("Some things vary", width("Some things") + 1), width("Some things"), 1e-9);
     EXPECT_EQ(widest("A longword\nis", width("A longword") + 1), width("A longword"));
+
+    // An amount with its sign moves as one, were the last line the longer for it.
+    EXPECT_NEAR(widest("Danach nur 29,99\u00a0€/Jahr fällig", width("Danach nur 29,99\u00a0€/Jahr") + 1),
+                width("29,99\u00a0€/Jahr fällig"), 1e-9);
 
     EXPECT_NEAR(widest("問題が発生しました。", width("問題が発生しま")), width("問題が発生"), 1e-9);
     EXPECT_NEAR(widest("1年わずか$1.24/月", width("わずか$1.24") - 1), width("1年わずか"), 1e-9);
     EXPECT_NEAR(widest("Every day $29.99/year", width("Every day $29.99/")), width("$29.99/year"), 1e-9);
     // Without a good place a line ends where it may.
     EXPECT_NEAR(widest("a $29.99/year", width("a $29.99/")), width("a $29.99/"), 1e-9);
+}
+
+TEST(TextLayoutTest, SentencesThatFitStandOnLinesOfTheirOwn) {
+    auto const room = width("Verlängert sich automatisch.") + 40;
+    auto const widest = [&](std::string text) {
+        return layout(std::move(text), wrapping(room)).size().width;
+    };
+    EXPECT_NEAR(widest("Jederzeit kündbar. Verlängert sich automatisch."),
+                width("Verlängert sich automatisch."), 1e-9);
+    EXPECT_NEAR(widest("يمكن الإلغاء في أي وقت. يُجدَّد تلقائيًا كل سنة. نعم."),
+                width("يمكن الإلغاء في أي وقت. يُجدَّد"), room)
+        << "more sentences than lines";
+    auto const japanese = std::string{"いつでも解約できます。"};
+    EXPECT_NEAR(layout(japanese + "自動で更新されます。", wrapping(width(japanese) + 20)).size().width,
+                width(japanese), 1e-9);
+    // One line is not broken, and a sentence that needs more than a line shares it.
+    EXPECT_EQ(layout("Ja. Nein.", wrapping(room)).lineCount(), 1);
+    EXPECT_GT(widest("Ja. Verlängert sich automatisch, und zwar jedes Jahr."),
+              width("Verlängert sich automatisch."));
 }
 
 TEST(TextLayoutTest, TruncatesWithAnEllipsisInsideTheWidth) {

@@ -1,15 +1,13 @@
 #pragma once
 
-#include "tests/support/Files.h"
+#include "tests/support/Files.h" // IWYU pragma: export
 #include "tests/support/MainQueue.h"
 #include "tests/support/ScopedState.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/RunLoop.h"
-#include "trelundo/platform/storekit/SKError.h"
+#include "trelundo/platform/storekit/SKError.h" // IWYU pragma: export
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 namespace trelundo {
 
@@ -77,43 +75,6 @@ using Lines = std::vector<std::string>;
 inline Ref<SKPayment> paymentFor(std::string product) {
     return make<SKPayment>(SKPayment::Fields{.productIdentifier = std::move(product)});
 }
-
-/// Hears of every statement that begins, and of every one that has ended, in the databases that are opened
-/// while it lives. One at a time.
-class DatabaseProbe {
-public:
-    using Listener = std::function<void(std::string_view sql, bool hasEnded)>;
-
-    explicit DatabaseProbe(Listener listener = nullptr)
-        : listener_(std::move(listener)) {
-        current = this;
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(attach));
-    }
-    ~DatabaseProbe() { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(attach)); }
-    DatabaseProbe(DatabaseProbe const&) = delete;
-    DatabaseProbe& operator=(DatabaseProbe const&) = delete;
-
-    /// In the database opened first.
-    void execute(char const* sql) const {
-        ASSERT_EQ(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-    }
-
-private:
-    static int attach(sqlite3* database, char**, sqlite3_api_routines const*) {
-        if (!current->database_) current->database_ = database;
-        return sqlite3_trace_v2(database, SQLITE_TRACE_STMT | SQLITE_TRACE_PROFILE, hear, current);
-    }
-    static int hear(unsigned event, void* probe, void* statement, void*) {
-        auto const& listener = static_cast<DatabaseProbe*>(probe)->listener_;
-        if (listener)
-            listener(sqlite3_sql(static_cast<sqlite3_stmt*>(statement)), event == SQLITE_TRACE_PROFILE);
-        return 0;
-    }
-
-    static inline DatabaseProbe* current = nullptr;
-    Listener listener_;
-    sqlite3* database_ = nullptr;
-};
 
 /// A clean main queue and a clock that stands still, for each test.
 class StoreTest : public ::testing::Test {

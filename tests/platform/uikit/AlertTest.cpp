@@ -1,6 +1,7 @@
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/controllers/PresentationListener.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
+#include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 
 #include "tests/platform/uikit/DeviceFixture.h"
@@ -91,6 +92,9 @@ TEST_F(AlertTest, TheCardGrowsInInTheMiddleOfTheSafeAreaAndDimsTheRest) {
     shell.setUserInterfaceStyle(UIUserInterfaceStyle::dark);
     EXPECT_EQ(dimming->layer().backgroundColor(), (CGColor{0, 0, 0, 0.48}));
     EXPECT_LT(layer.backdropEffect()->overlay.red, 0.5);
+    // On black, where no shadow shows, an edge of at least 3 to 1.
+    EXPECT_GT(layer.borderColor().alpha, 0.2);
+    EXPECT_EQ(layer.borderWidth(), 0.5);
 }
 
 TEST_F(AlertTest, AnAbsentTitleGivesItsWeightToTheMessageAnEmptyOneDoesNot) {
@@ -119,6 +123,15 @@ TEST_F(AlertTest, TwoShortActionsStandSideBySideLongOrManyAreStacked) {
     shell.advance(0);
     auto const wide = shown(alert("T", std::nullopt, {{"Continue with monthly", plain}, {"Upgrade", plain}}));
     EXPECT_EQ(inWindow(*button(*wide, "Upgrade")).width(), 270);
+}
+
+TEST_F(AlertTest, TwoActionsFollowTheReadingDirection) {
+    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
+    auto const box = shown(alert("כותרת", std::nullopt, {{"קנייה", plain}, {"ביטול", cancel}}));
+    auto const dismissing = inWindow(*button(*box, "ביטול"));
+    EXPECT_EQ(dismissing.maxX(), inWindow(*card(*box)).maxX());
+    EXPECT_EQ(inWindow(*button(*box, "קנייה")).maxX(), dismissing.minX());
+    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::leftToRight);
 }
 
 TEST_F(AlertTest, EmphasisGoesToThePreferredActionElseToCancel) {

@@ -1,4 +1,5 @@
 #include "tests/platform/uikit/ScrollStage.h"
+#include "trelundo/platform/uikit/collection/UICollectionView.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 
 #include "tests/support/MainThread.h"
 #include "tests/support/ScopedState.h"
-#include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/window/OffscreenShell.h"

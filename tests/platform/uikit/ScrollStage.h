@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/uikit/collection/UICollectionView.h"
+#include "trelundo/platform/uikit/views/UIWindow.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
 namespace trelundo {

@@ -7,6 +7,7 @@ namespace trelundo::paywall::test {
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 std::string const screen = "PremiumViewController";
@@ -112,11 +113,18 @@ TEST_F(BadFileTest, LostOutputFails) {
     EXPECT_THAT(result.output, HasSubstr("standard output cannot be written"));
 }
 
-TEST_F(BadFileTest, StoreFilesAreRefusedOrSetAside) {
+TEST_F(BadFileTest, AStoreThatIsNoneIsRefusedAndABrokenOneSetAside) {
     expectFailure({"store", "list", "--store", folder / "missing.sqlite"}, 1, {"missing.sqlite"});
+    auto const notes = write("notes.txt", "buy milk");
+    for (auto const* action : {"list", "clear"})
+        expectFailure({"store", action, "--store", notes}, 1, {"notes.txt: not a store"});
+    EXPECT_EQ(readText(notes), "buy milk");
     auto const script =
         write("buy.paywall", "tap continueButton\nadvance 2\nexpect transaction state=purchased\n");
-    auto const store = write("store.sqlite", "this is no database, however long it may be");
+    auto const store = (folder / "store.sqlite").string();
+    EXPECT_EQ(runPaywall({"run", screen, "--script", script, "--store", store}).status, 0);
+    write("store.sqlite", readText(store).substr(0, 5000));
+    expectFailure({"store", "list", "--store", store}, 1, {"store.sqlite: the store is broken"});
     auto const result = runPaywall({"run", screen, "--script", script, "--store", store});
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_THAT(result.output, HasSubstr(store)) << "the broken file is reported";
@@ -132,6 +140,20 @@ TEST_F(BadFileTest, PicturesAreMissedNotFatal) {
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.output, HasSubstr("premium_background.png"));
     EXPECT_THAT(result.output, HasSubstr("../../etc/passwd"));
+}
+
+TEST(MissingFontTest, NamesThePackageOfEachScriptOnce) {
+    TemporaryFolder const folder;
+    auto const nothing = quoted(writeText(folder / "fonts.conf", "<fontconfig></fontconfig>"));
+    auto const warnings = [&](std::string const& language) {
+        return runShell("FONTCONFIG_FILE=" + nothing + " " + quoted(TRELUNDO_PAYWALL_PROGRAM) +
+                        " describe BillingViewController --language " + language + " 2>&1 >/dev/null")
+            .output;
+    };
+    EXPECT_THAT(warnings("ja"), EndsWith("No font for Chinese, Japanese and Korean; install the package "
+                                         "fonts-noto-cjk.\nNo font for Latin; install the package "
+                                         "fonts-noto-core.\n"));
+    EXPECT_THAT(warnings("he"), HasSubstr("No font for Hebrew; install the package fonts-noto-core.\n"));
 }
 
 } // namespace

@@ -119,12 +119,13 @@ int showScreen(Options const& options, int& argc, char** argv) {
 }
 
 int manageStore(Options const& options) {
-    if (!std::ifstream{*options.store}) failInput(*options.store + ": there is no such store file");
-    auto const store = openSandbox(options);
+    if (!std::filesystem::exists(*options.store)) failInput(*options.store + ": there is no such store file");
     if (options.storeAction == "list") {
-        for (auto const& stored : valueOrFail(store->transactions())) printLine(storedLine(stored));
+        auto const transactions = valueOrFail(SandboxStore::read(*options.store));
+        for (auto const& stored : transactions) printLine(storedLine(stored));
         return statusOk;
     }
+    auto const store = openSandbox(options);
     valueOrFail(options.storeAction == "clear"     ? store->clear()
                 : options.storeAction == "approve" ? store->approve(options.transaction)
                                                    : store->decline(options.transaction),

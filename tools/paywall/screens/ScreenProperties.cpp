@@ -3,6 +3,8 @@
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/kit/controls/Palette.h"
+#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Strings.h"
 
 #include <algorithm>

@@ -2,7 +2,6 @@
 
 #include "tools/paywall/screens/PropertyValues.h" // IWYU pragma: export
 #include "tools/paywall/screens/Screens.h"
-#include "trelundo/kit/screens/base/BaseViewController.h"
 
 #include <initializer_list>
 #include <map>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/store/Products.h"
+#include "trelundo/platform/storekit/SKPayment.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 
 #include <functional>

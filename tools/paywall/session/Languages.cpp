@@ -16,10 +16,8 @@ std::vector<std::string> languages() {
 }
 
 bool isKnownLanguage(std::string const& tag) {
-    auto const language = Locale{tag}.languageCode();
-    for (auto const* code = uloc_getISOLanguages(); *code; ++code)
-        if (language == *code) return true;
-    return false;
+    // Knows the old codes too, unlike the list of languages.
+    return *uloc_getISO3Language(Locale{tag}.languageCode().c_str()) != '\0';
 }
 
 void useLanguage(std::string const& tag) {

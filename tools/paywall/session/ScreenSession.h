@@ -4,7 +4,6 @@
 #include "tools/paywall/output/EventLog.h"
 #include "tools/paywall/screens/Screens.h"
 #include "tools/paywall/session/Host.h"
-#include "trelundo/kit/screens/base/BaseViewController.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"

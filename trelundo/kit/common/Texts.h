@@ -17,6 +17,8 @@ public:
     static Bundle& kitBundle();
     /// localizedString() with the kit's bundle and the table "Premium".
     static std::string text(std::string_view key);
+    /// Whether the language that text() speaks is written from right to left.
+    static bool isRightToLeft();
 };
 
 } // namespace trelundo

@@ -3,7 +3,6 @@
 #include "trelundo/platform/foundation/Lazy.h"
 #include "trelundo/platform/foundation/NSCoder.h"
 #include "trelundo/platform/uikit/collection/UICollectionViewCell.h"
-#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/text/UILabel.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
 

@@ -3,7 +3,6 @@
 #include "trelundo/kit/common/Pictures.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/DiscountTexts.h"
 #include "trelundo/kit/plans/internal/OfferDiscount.h"
@@ -46,15 +45,8 @@ PremiumButton::PremiumButton(CGRect frame)
 PremiumButton::PremiumButton(NSCoder const& /*archive*/) {}
 
 void PremiumButton::setup() {
-    roundCorners(*this);
+    setupRow({0, 12, 0, 12});
     titleLabel()->setFont(textBoldFont_);
-    titleLabel()->setNumberOfLines(2);
-    // Long words beside the total block on small phones shrink before they are cut.
-    titleLabel()->setAdjustsFontSizeToFitWidth(true);
-    titleLabel()->setMinimumScaleFactor(0.7);
-    setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
-    setContentEdgeInsets({0, 12, 0, 12});
-    setTitleEdgeInsets({0, 12, 0, 12});
     setTitleColor(textColor_, UIControlState::normal);
     setTitleColor(textColor_.withAlphaComponent(0.3), UIControlState::highlighted);
 }
@@ -91,9 +83,7 @@ Ref<SKProductDiscount> PremiumButton::offer() const {
     return offerDiscount(*product(), paymentDiscount_, introductoryPriceWasOffered());
 }
 
-void PremiumButton::layoutSubviews() {
-    UIButton::layoutSubviews();
-    if (!totalSeparatorView() || !totalLabel()) return;
+void PremiumButton::placeTotalBlock() {
     TotalBlock{.separator = *totalSeparatorView(),
                .label = *totalLabel(),
                .labelSize = totalLabel()->frame().size,
@@ -102,49 +92,72 @@ void PremiumButton::layoutSubviews() {
         .place(*this);
 }
 
+// Titles
+
 void PremiumButton::productDidChange() {
     if (!product()) return;
     auto const& period = product()->subscriptionPeriod();
-    if (!period || period->numberOfUnits == 0) {
-        showOneTimePurchase();
-        return;
-    }
+    if (!period || period->numberOfUnits == 0) return showOneTimePurchase();
     auto const discount = offer();
     bool const isTrial = isFreeTrial(discount);
     bool const showsMonthlyShare = *period == oneYear && !isTrial;
-    auto const firstLine = plan(
-        {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = isTrial});
-    auto const secondLine = showsMonthlyShare ? monthlyShareLine() : PremiumManager::price(*product());
+    terms_ = {
+        .plan = plan(
+            {.productSubscriptionPeriod = *period, .capitalizeFirstLetter = true, .periodUnitDown = isTrial}),
+        .price = showsMonthlyShare ? filledWithPrice("$$$/mo", PremiumManager::price(*product(), 12))
+                                   : isolatedPrice(PremiumManager::price(*product())),
+        .saving = showsMonthlyShare ? savingBesideOthers() : std::string{}};
     if (showsMonthlyShare) addTotal();
     if (discount && !isTrial)
         showIntroductoryPrice(*discount);
     else
-        showPlan(firstLine, secondLine);
+        writeTitles();
 }
 
 void PremiumButton::showOneTimePurchase() {
+    terms_ = {};
     setTitle(filledWithPrice("One-Time Purchase: $$$", PremiumManager::price(*product())),
              UIControlState::normal);
 }
 
-void PremiumButton::showPlan(std::string const& firstLine, std::string const& secondLine) {
-    setTitle(firstLine + ": " + secondLine, UIControlState::normal);
-    NSAttributedString title{firstLine + "\n", attributes(textBoldFont_)};
-    title.append(secondLine, attributes(textFont_));
-    setAttributedTitle(title, UIControlState::selected);
-    setAttributedTitle(title, UIControlState::selected | UIControlState::highlighted);
-}
-
 void PremiumButton::showIntroductoryPrice(SKProductDiscount const& offer) {
+    terms_ = {};
     auto const [terms, afterwards] = discountTexts(offer, *product());
+    // Two sentences with three amounts: beside the total block they take as many lines as the row holds.
+    titleLabel()->setNumberOfLines(0);
     setAttributedTitle(NSAttributedString{terms + ".\n" + afterwards, attributes(textFont_)},
                        UIControlState::normal);
 }
 
-std::string PremiumButton::monthlyShareLine() const {
-    auto const share = filledWithPrice("$$$/mo", PremiumManager::price(*product(), 12));
+std::string PremiumButton::savingBesideOthers() const {
     auto const saving = yearlySaving(*product(), products(), {sevenDays});
-    return saving ? share + " · " + savingText(*saving) : share;
+    return saving ? savingText(*saving) : std::string{};
+}
+
+void PremiumButton::writeTitles() {
+    setTitle(plainTitle(tellsSaving()), UIControlState::normal);
+    auto const title = twoLineTitle(tellsSaving());
+    setAttributedTitle(title, UIControlState::selected);
+    setAttributedTitle(title, selectedAndHighlighted);
+}
+
+std::optional<NSAttributedString> PremiumButton::titleWithSaving() const {
+    if (terms_.saving.empty()) return std::nullopt;
+    return isSelected() ? twoLineTitle(true) : NSAttributedString{plainTitle(true)};
+}
+
+std::string PremiumButton::plainTitle(bool withSaving) const {
+    return terms_.plan + ": " + terms_.secondLine(withSaving);
+}
+
+NSAttributedString PremiumButton::twoLineTitle(bool withSaving) const {
+    NSAttributedString title{terms_.plan + "\n", attributes(textBoldFont_)};
+    title.append(terms_.secondLine(withSaving), attributes(textFont_));
+    return title;
+}
+
+std::string PremiumButton::Terms::secondLine(bool withSaving) const {
+    return withSaving && !saving.empty() ? price + " · " + saving : price;
 }
 
 void PremiumButton::addTotal() {

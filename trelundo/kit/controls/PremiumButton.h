@@ -32,7 +32,6 @@ public:
     void setPaymentDiscount(Ref<SKPaymentDiscount> discount) { paymentDiscount_ = std::move(discount); }
 
     CGSize intrinsicContentSize() const override;
-    void layoutSubviews() override;
 
     using Plan = PlanPeriod;
     /// planName() under the name that hosts look for.
@@ -43,17 +42,30 @@ private:
     void productsDidChange() override;
     void productDidChange() override;
     void selectionDidChange() override;
+    std::optional<NSAttributedString> titleWithSaving() const override;
+    void writeTitles() override;
+    void placeTotalBlock() override;
     void tellOffer(PremiumButtonDelegate& host) const;
 
     Ref<SKProductDiscount> offer() const;
     void showOneTimePurchase();
-    void showPlan(std::string const& firstLine, std::string const& secondLine);
     void showIntroductoryPrice(SKProductDiscount const& offer);
-    std::string monthlyShareLine() const;
+    std::string savingBesideOthers() const;
+    std::string plainTitle(bool withSaving) const;
+    NSAttributedString twoLineTitle(bool withSaving) const;
     void addTotal();
     TextAttributes attributes(UIFont font) const;
 
+    /// What a plan's titles are made of; empty for other products.
+    struct Terms {
+        std::string plan;
+        std::string price; // by the month for a year
+        std::string saving;
+        std::string secondLine(bool withSaving) const;
+    };
+
     Weak<PremiumButtonDelegate> delegate_;
+    Terms terms_;
     UIColor const textColor_{0.24313725490196078, 0.2549019607843137, 0.29411764705882354};
     UIFont textFont_ = UIFont::system(12, UIFont::Weight::semibold);
     UIFont textBoldFont_ = UIFont::system(14, UIFont::Weight::bold);

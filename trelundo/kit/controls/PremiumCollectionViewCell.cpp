@@ -1,5 +1,7 @@
 #include "trelundo/kit/controls/PremiumCollectionViewCell.h"
 
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+
 namespace trelundo {
 
 PremiumCollectionViewCell::PremiumCollectionViewCell(CGRect frame)

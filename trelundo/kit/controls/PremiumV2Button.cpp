@@ -4,9 +4,9 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/TagTable.h"
 #include "trelundo/kit/common/internal/TextAttributes.h"
-#include "trelundo/kit/common/internal/ViewConfiguration.h"
 #include "trelundo/kit/controls/internal/TotalBlock.h"
 #include "trelundo/kit/plans/internal/PlanTexts.h"
+#include "trelundo/platform/foundation/Lazy.h"
 
 #include <algorithm>
 #include <array>
@@ -84,10 +84,6 @@ constexpr std::array titleLayouts{
     TitleLayout{"V2_A1", Headline::billedAmount, {Detail::saving, Detail::getTrial, Detail::share}},
 };
 
-TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) {
-    return textAttributes(UIFont::system(size, weight), std::move(color), NSParagraphStyle{.lineSpacing = 4});
-}
-
 std::string headlineText(Headline headline, PlanTexts const& plan) {
     switch (headline) {
     case Headline::billedAmount:
@@ -120,10 +116,16 @@ std::string detailText(Detail detail, PlanTexts const& plan) {
     return {};
 }
 
-/// With room at both ends for the ground of a badge.
+/// With room at both ends for the round ends of a badge's ground.
 std::string padded(std::string const& text) {
-    constexpr char const* noBreakSpace = "\u00A0";
-    return noBreakSpace + text + noBreakSpace;
+    constexpr char const* noBreakSpaces = "\u00A0\u00A0";
+    return noBreakSpaces + text + noBreakSpaces;
+}
+
+constexpr double badgePadding = 2; // points above and below its line
+
+bool showsBadge(TitleLayout const& layout, PlanTexts const& plan) {
+    return plan.isYearly() && layout.details.front() == Detail::badge;
 }
 
 } // namespace
@@ -136,13 +138,7 @@ PremiumV2Button::PremiumV2Button(CGRect frame)
 
 PremiumV2Button::PremiumV2Button(NSCoder const& /*archive*/) { setTextColor(initialTextColor()); }
 
-void PremiumV2Button::setup() {
-    roundCorners(*this);
-    titleLabel()->setNumberOfLines(2);
-    setContentHorizontalAlignment(UIControlContentHorizontalAlignment::leading);
-    setContentEdgeInsets({0, 16, 0, 16});
-    setTitleEdgeInsets({0, 16, 0, 16});
-}
+void PremiumV2Button::setup() { setupRow({0, 16, 0, 16}); }
 
 PlanTexts PremiumV2Button::texts() const { return {*product(), products(), introductoryPriceWasOffered()}; }
 
@@ -179,34 +175,95 @@ PremiumV2ButtonDelegate::ContinueTexts PremiumV2Button::continueTexts() const {
 
 void PremiumV2Button::productDidChange() {
     if (!product()) return;
+    setContentHorizontalAlignment(isCentred() ? UIControlContentHorizontalAlignment::center
+                                              : UIControlContentHorizontalAlignment::leading);
+    updateBadge();
+    fullTitle_ = title(true);
+    titleWithoutSaving_ = title(false);
+    writeTitles();
+    removeTotalBlock();
+    if (rowForTag(titleLayouts, abTest()).hasTotalBlock)
+        addTotalBlock(
+            termsColor(),
+            NSAttributedString{texts().price(), lineAttributes(13, UIFont::Weight::bold, textColor())});
+}
+
+void PremiumV2Button::writeTitles() {
+    setAttributedTitle(tellsSaving() ? fullTitle_ : titleWithoutSaving_, UIControlState::normal);
+}
+
+std::optional<NSAttributedString> PremiumV2Button::titleWithSaving() const {
+    return fullTitle_ == titleWithoutSaving_ ? std::nullopt : std::optional{fullTitle_};
+}
+
+/// A lone plan stands in the middle above the continue button; beside a total block titles begin at the edge.
+bool PremiumV2Button::isCentred() const {
+    return products().size() < 2 && !rowForTag(titleLayouts, abTest()).hasTotalBlock;
+}
+
+TextAttributes PremiumV2Button::lineAttributes(double size, UIFont::Weight weight, UIColor color) const {
+    auto const alignment = isCentred() ? NSTextAlignment::center : NSTextAlignment::natural;
+    return textAttributes(UIFont::system(size, weight), std::move(color),
+                          NSParagraphStyle{.alignment = alignment, .lineSpacing = 4});
+}
+
+NSAttributedString PremiumV2Button::title(bool withSaving) const {
     auto const plan = texts();
     auto const& layout = rowForTag(titleLayouts, abTest());
     using Weight = UIFont::Weight;
     NSAttributedString title{headlineText(layout.headline, plan),
                              lineAttributes(15, Weight::bold, textColor())};
     auto const plain = lineAttributes(layout.detailSize, Weight::medium, termsColor());
-    auto const hasText = [&](Detail detail) { return !detailText(detail, plan).empty(); };
-    auto const detail = std::ranges::find_if(layout.details, hasText);
+    auto const isTold = [&](Detail detail) {
+        return (withSaving || detail != Detail::saving) && !detailText(detail, plan).empty();
+    };
+    auto const detail = std::ranges::find_if(layout.details, isTold);
     if (detail == layout.details.end()) {
         auto const name = layout.headline == Headline::planName ? std::string{} : plan.name();
         if (!name.empty()) title.append("\n" + name, plain);
     } else if (*detail == Detail::badge) {
-        auto const badge = lineAttributes(layout.detailSize, Weight::bold, buttonTextColor())
-                               .with(NSAttributedStringKey::backgroundColor, buttonColor());
-        title.append("\n", plain).append(padded(detailText(*detail, plan)), badge);
+        title.append("\n", plain).append(badge_);
     } else {
         title.append("\n" + detailText(*detail, plan), plain);
     }
-    setAttributedTitle(title, UIControlState::normal);
-    removeTotalBlock();
-    if (layout.hasTotalBlock)
-        addTotalBlock(termsColor(),
-                      NSAttributedString{plan.price(), lineAttributes(13, Weight::bold, textColor())});
+    return title;
+}
+
+// The badge
+
+void PremiumV2Button::updateBadge() {
+    badge_ = {};
+    if (badgeGround_) badgeGround_->removeFromSuperview();
+    badgeGround_ = nullptr;
+    auto const& layout = rowForTag(titleLayouts, abTest());
+    if (!showsBadge(layout, texts())) return;
+    badge_ = NSAttributedString{padded(detailText(Detail::badge, texts())),
+                                lineAttributes(layout.detailSize, UIFont::Weight::bold, buttonTextColor())};
+    badgeGround_ = named("badgeGround", make<UIView>());
+    badgeGround_->setUserInteractionEnabled(false);
+    badgeGround_->setBackgroundColor(buttonColor());
+    insertSubview(badgeGround_, 0);
 }
 
 void PremiumV2Button::layoutSubviews() {
-    UIButton::layoutSubviews();
-    if (!totalSeparatorView() || !totalLabel()) return;
+    ProductButton::layoutSubviews();
+    if (badgeGround_) placeBadge();
+}
+
+/// Under the last line of the title, which is centred vertically in its label.
+void PremiumV2Button::placeBadge() {
+    CGSize const unlimited{greatestFiniteMagnitude, greatestFiniteMagnitude};
+    auto const frame = titleLabel()->frame();
+    double const scale = titleLabel()->fit().scale;
+    double const titleHeight = boundingRect(fullTitle_, unlimited).height() * scale;
+    auto const line = boundingRect(badge_, unlimited);
+    CGSize const size{line.width() * scale, line.height() * scale + 2 * badgePadding};
+    double const left = isRightToLeft() ? frame.maxX() - size.width : frame.minX();
+    badgeGround_->setFrame({{left, frame.midY() + titleHeight / 2 + badgePadding - size.height}, size});
+    badgeGround_->layer().setCornerRadius(size.height / 2);
+}
+
+void PremiumV2Button::placeTotalBlock() {
     auto const natural =
         boundingRect(*totalLabel()->attributedText(), {greatestFiniteMagnitude, greatestFiniteMagnitude});
     TotalBlock{.separator = *totalSeparatorView(),

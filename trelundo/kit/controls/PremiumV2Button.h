@@ -33,11 +33,23 @@ private:
     void productsDidChange() override;
     void productDidChange() override;
     void selectionDidChange() override;
+    std::optional<NSAttributedString> titleWithSaving() const override;
+    void writeTitles() override;
+    void placeTotalBlock() override;
 
+    NSAttributedString title(bool withSaving) const;
+    TextAttributes lineAttributes(double size, UIFont::Weight weight, UIColor color) const;
+    bool isCentred() const;
+    void updateBadge();
+    void placeBadge();
     PlanTexts texts() const;
     PremiumV2ButtonDelegate::ContinueTexts continueTexts() const;
 
     Weak<PremiumV2ButtonDelegate> delegate_;
+    NSAttributedString fullTitle_;
+    NSAttributedString titleWithoutSaving_;
+    NSAttributedString badge_; // the title's last line where that is a badge, else empty
+    Ref<UIView> badgeGround_;  // below the title
 };
 
 } // namespace trelundo

@@ -1,5 +1,7 @@
 #include "trelundo/kit/controls/PremiumV2CollectionViewCell.h"
 
+#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
+
 namespace trelundo {
 
 PremiumV2CollectionViewCell::PremiumV2CollectionViewCell(CGRect frame)

@@ -1,11 +1,16 @@
 #include "trelundo/kit/store/PremiumManager.h"
 
 #include "trelundo/kit/common/Texts.h"
+#include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/FirstException.h"
+#include "trelundo/platform/foundation/MainThread.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/foundation/Strings.h"
 #include "trelundo/platform/storekit/SKError.h"
 
 #include <algorithm>
+#include <atomic>
 #include <unordered_map>
 
 namespace trelundo {
@@ -50,11 +55,17 @@ PremiumManager::~PremiumManager() { SKPaymentQueue::defaultQueue().removeTransac
 
 PremiumManager& PremiumManager::sharedInstance() {
     // Never destroyed: screens and the queue may ask for it to the very end of the process.
-    static auto const& manager = *new Ref<PremiumManager>{[] {
-        auto created = make<PremiumManager>();
-        SKPaymentQueue::defaultQueue().addTransactionObserver(created);
-        return created;
-    }()};
+    static auto const& manager = *new Ref<PremiumManager>{make<PremiumManager>()};
+    static std::atomic_flag isObserving;
+    if (isObserving.test_and_set()) return *manager;
+    // Not inside the initialiser above: observing asks the store for what is unfinished, which may ask for
+    // the manager.
+    auto const observe = [] { SKPaymentQueue::defaultQueue().addTransactionObserver(manager); };
+    if (isMainThread()) {
+        observe();
+    } else {
+        DispatchQueue::main().async(observe);
+    }
     return *manager;
 }
 
@@ -66,13 +77,15 @@ std::optional<std::string> PremiumManager::applicationUsername() const {
 // Catalogue
 
 void PremiumManager::start(std::vector<std::string> productIdentifiers) {
-    if (state_ != PremiumManagerState::notStarted && state_ != PremiumManagerState::failed) return;
-    state_ = PremiumManagerState::loading;
-    productIdentifiers_ = std::move(productIdentifiers);
-    productsRequest_ = make<SKProductsRequest>(
-        std::set<std::string>{productIdentifiers_.begin(), productIdentifiers_.end()});
-    productsRequest_->setDelegate(this);
-    productsRequest_->start();
+    requireMemory([&] {
+        if (state_ != PremiumManagerState::notStarted && state_ != PremiumManagerState::failed) return;
+        state_ = PremiumManagerState::loading;
+        productIdentifiers_ = std::move(productIdentifiers);
+        productsRequest_ = make<SKProductsRequest>(
+            std::set<std::string>{productIdentifiers_.begin(), productIdentifiers_.end()});
+        productsRequest_->setDelegate(this);
+        productsRequest_->start();
+    });
 }
 
 void PremiumManager::productsRequestDidReceive(SKProductsRequest& /*request*/,
@@ -93,7 +106,7 @@ void PremiumManager::requestDidFinish(SKRequest& request) {
 void PremiumManager::requestDidFailWithError(SKRequest& request, Ref<NSError> const& error) {
     if (!dynamic_cast<SKProductsRequest*>(&request)) return;
     state_ = PremiumManagerState::failed;
-    if (auto delegate = delegate_.lock()) delegate->logEvent("Error", errorParameters("request", error));
+    log("Error", errorParameters("request", error));
 }
 
 // Purchase and restore
@@ -103,72 +116,72 @@ bool PremiumManager::isCancellation(NSError const& error) {
 }
 
 bool PremiumManager::purchase(Purchase purchase) {
-    buySource_ = purchase.source;
-    buyScreen_ = purchase.screen;
-    buyPremiumId_ = purchase.premiumId;
-    buyABTest_ = purchase.abTest;
-    buyCompletion_ = std::move(purchase.completion);
-    if (!purchase.payment) return true;
-    if (!SKPaymentQueue::canMakePayments()) {
-        refuse(purchase.payment);
-        return false;
-    }
-    SKPaymentQueue::defaultQueue().add(purchase.payment);
-    if (auto delegate = delegate_.lock()) {
+    return requireMemory([&] {
+        buySource_ = purchase.source;
+        buyScreen_ = purchase.screen;
+        buyPremiumId_ = purchase.premiumId;
+        buyABTest_ = purchase.abTest;
+        buyCompletion_ = std::move(purchase.completion);
+        if (!purchase.payment) return true;
+        if (!SKPaymentQueue::canMakePayments()) {
+            refuse(purchase.payment);
+            return false;
+        }
+        SKPaymentQueue::defaultQueue().add(purchase.payment);
         auto const discount = purchase.payment->paymentDiscount();
-        delegate->logEvent("Buy",
-                           {{"Product", purchase.payment->productIdentifier()},
-                            {"Source", buySource_},
-                            {"Screen", buyScreen_},
-                            {"Premium Id", buyPremiumId_},
-                            {"AB Test", buyABTest_},
-                            {"Promotion", discount ? std::optional{discount->identifier()} : std::nullopt}});
-    }
-    return true;
+        log("Buy", {{"Product", purchase.payment->productIdentifier()},
+                    {"Source", buySource_},
+                    {"Screen", buyScreen_},
+                    {"Premium Id", buyPremiumId_},
+                    {"AB Test", buyABTest_},
+                    {"Promotion", discount ? std::optional{discount->identifier()} : std::nullopt}});
+        return true;
+    });
 }
 
 void PremiumManager::refuse(Ref<SKPayment> const& payment) {
     reportPurchase(false, payment, false, nullptr);
-    if (auto delegate = delegate_.lock()) {
-        delegate->logEvent("Error",
-                           {{"Class", "PremiumManager"},
-                            {"Function", "purchase"},
-                            {"Product", payment->productIdentifier()},
-                            {"Can Make Payments", SKPaymentQueue::canMakePayments() ? "true" : "false"}});
-    }
+    log("Error", {{"Class", "PremiumManager"},
+                  {"Function", "purchase"},
+                  {"Product", payment->productIdentifier()},
+                  {"Can Make Payments", SKPaymentQueue::canMakePayments() ? "true" : "false"}});
 }
 
 void PremiumManager::restore(std::string const& source, RestoreCompletion completion) {
-    restoreCount_ = 0;
-    restoreCompletion_ = std::move(completion);
-    SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
-    if (auto delegate = delegate_.lock()) delegate->logEvent("Restore Purchuses", {{"Source", source}});
+    requireMemory([&] {
+        restoreCount_ = 0;
+        restoreCompletion_ = std::move(completion);
+        SKPaymentQueue::defaultQueue().restoreCompletedTransactions();
+        log("Restore Purchuses", {{"Source", source}});
+    });
 }
 
 void PremiumManager::paymentQueueUpdatedTransactions(SKPaymentQueue& /*queue*/,
                                                      SKPaymentTransactions const& transactions) {
+    FirstException failures; // of the host: they must not keep a transaction from being finished
     SKPaymentTransactions restored;
     for (auto const& transaction : transactions) {
         switch (transaction->transactionState()) {
         case SKPaymentTransactionState::purchasing:
             break;
         case SKPaymentTransactionState::purchased:
-            completePurchase(transaction);
+            failures.run([&] { completePurchase(transaction); });
             break;
         case SKPaymentTransactionState::failed:
-            failPurchase(transaction);
+            failures.run([&] { failPurchase(transaction); });
             break;
         case SKPaymentTransactionState::restored:
             restoreCount_ = trappingSum(restoreCount_, 1);
             restored.push_back(transaction);
             break;
         case SKPaymentTransactionState::deferred:
-            deferPurchase(transaction);
+            failures.run([&] { deferPurchase(transaction); });
             break;
         }
     }
     // Only now, when all of the update are counted, so that they give one report.
-    for (auto const& transaction : restored) completeRestored(transaction);
+    for (auto const& transaction : restored) failures.run([&] { completeRestored(transaction); });
+    failures.rethrow();
 }
 
 void PremiumManager::completePurchase(Ref<SKPaymentTransaction> const& transaction) {
@@ -178,17 +191,19 @@ void PremiumManager::completePurchase(Ref<SKPaymentTransaction> const& transacti
 
 void PremiumManager::failPurchase(Ref<SKPaymentTransaction> const& transaction) {
     auto const error = transaction->error();
-    if (!error || !isCancellation(*error)) {
-        if (auto delegate = delegate_.lock())
-            delegate->logEvent("Error", errorParameters("updatedTransactions", error));
-    }
+    FirstException failures;
+    if (!error || !isCancellation(*error))
+        failures.run([&] { log("Error", errorParameters("updatedTransactions", error)); });
     SKPaymentQueue::defaultQueue().finishTransaction(transaction);
-    reportPurchase(false, transaction->payment(), false, error);
+    failures.run([&] { reportPurchase(false, transaction->payment(), false, error); });
+    failures.rethrow();
 }
 
 void PremiumManager::deferPurchase(Ref<SKPaymentTransaction> const& transaction) {
-    if (auto delegate = delegate_.lock()) delegate->logEvent("Purchases Deferred");
-    reportPurchase(false, transaction->payment(), true, nullptr);
+    FirstException failures;
+    failures.run([&] { log("Purchases Deferred"); });
+    failures.run([&] { reportPurchase(false, transaction->payment(), true, nullptr); });
+    failures.rethrow();
 }
 
 void PremiumManager::completeRestored(Ref<SKPaymentTransaction> const& transaction) {
@@ -204,11 +219,13 @@ void PremiumManager::paymentQueueRestoreCompletedTransactionsFinished(SKPaymentQ
 
 void PremiumManager::paymentQueueRestoreCompletedTransactionsFailed(SKPaymentQueue& /*queue*/,
                                                                     Ref<NSError> const& error) {
-    if (!error || !isCancellation(*error)) {
-        if (auto delegate = delegate_.lock())
-            delegate->logEvent("Error", errorParameters("SKPaymentQueue", error));
-    }
-    if (auto const completion = restoreCompletion_) completion(false, error);
+    FirstException failures;
+    if (!error || !isCancellation(*error))
+        failures.run([&] { log("Error", errorParameters("SKPaymentQueue", error)); });
+    failures.run([&] {
+        if (auto const completion = restoreCompletion_) completion(false, error);
+    });
+    failures.rethrow();
 }
 
 bool PremiumManager::paymentQueueShouldAddStorePayment(SKPaymentQueue& queue, Ref<SKPayment> const& payment,
@@ -224,8 +241,20 @@ void PremiumManager::reportPurchase(bool success, Ref<SKPayment> const& payment,
 }
 
 void PremiumManager::reportRestored() {
-    if (auto delegate = delegate_.lock()) delegate->logEvent("Purchases Restored");
-    if (auto const completion = restoreCompletion_) completion(true, nullptr);
+    FirstException failures;
+    failures.run([&] { log("Purchases Restored"); });
+    failures.run([&] {
+        if (auto const completion = restoreCompletion_) completion(true, nullptr);
+    });
+    failures.rethrow();
+}
+
+void PremiumManager::log(std::string const& name) const {
+    if (auto delegate = delegate_.lock()) delegate->logEvent(name);
+}
+
+void PremiumManager::log(std::string const& name, EventParameters const& parameters) const {
+    if (auto delegate = delegate_.lock()) delegate->logEvent(name, parameters);
 }
 
 // Texts

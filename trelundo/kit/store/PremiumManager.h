@@ -47,7 +47,9 @@ public:
 
     PremiumManager();
     ~PremiumManager() override;
-    /// Created on first access, once, and added to the default queue's observers.
+    /// Created on first access, once, from any thread. On the main thread it observes the default queue when
+    /// this returns, elsewhere from the next turn of the main queue on. Everything else is for the main
+    /// thread.
     static PremiumManager& sharedInstance();
 
     Ref<PremiumManagerDelegate> delegate() const { return delegate_.lock(); }
@@ -102,6 +104,8 @@ private:
     void reportPurchase(bool success, Ref<SKPayment> const& payment, bool deferred,
                         Ref<NSError> const& error);
     void reportRestored();
+    void log(std::string const& name) const;
+    void log(std::string const& name, EventParameters const& parameters) const;
 
     Weak<PremiumManagerDelegate> delegate_;
     PremiumManagerState state_ = PremiumManagerState::notStarted;

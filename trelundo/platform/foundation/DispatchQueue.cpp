@@ -1,8 +1,10 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/foundation/internal/Context.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 
 #include <algorithm>
 #include <cmath>
@@ -99,23 +101,27 @@ DispatchQueue& DispatchQueue::main() {
 
 void DispatchQueue::async(Block block) {
     if (!block) return;
-    state_->submit([&] { state_->submitted.push_back(state_->job(0, std::move(block))); });
+    requireMemory(
+        [&] { state_->submit([&] { state_->submitted.push_back(state_->job(0, std::move(block))); }); });
 }
 
 void DispatchQueue::asyncAfter(double seconds, Block block) {
     if (!block || std::isnan(seconds)) return;
     if (seconds <= 0) return async(std::move(block));
-    state_->submit([&] {
-        auto job = state_->job(seconds, std::move(block));
-        add(state_->delayed[job.context], std::move(job));
+    requireMemory([&] {
+        state_->submit([&] {
+            auto job = state_->job(seconds, std::move(block));
+            add(state_->delayed[job.context], std::move(job));
+        });
     });
 }
 
 bool DispatchQueue::runReady() {
+    noteMainQueueRuns();
     {
         std::lock_guard const lock{state_->mutex};
         if (state_->isRunning) return false; // a block that turns the loop does not start the next block
-        state_->beginTurn();
+        requireMemory([this] { state_->beginTurn(); });
         if (!state_->isRunning) return false;
     }
     struct TurnEnd {
@@ -127,7 +133,7 @@ bool DispatchQueue::runReady() {
     } const turnEnd{*state_};
     for (auto job = state_->takeNext(); job.block; job = state_->takeNext()) {
         ContextScope const scope(job.context);
-        job.block();
+        requireMemory(job.block);
     }
     return true;
 }

@@ -10,28 +10,27 @@ namespace trelundo {
 
 namespace {
 
-std::atomic<std::thread::id> owner; // no thread while there are no claims
+std::atomic<std::thread::id> mainThread = std::this_thread::get_id();
 std::atomic<int> claims = 0;
 
 } // namespace
 
+bool isMainThread() { return mainThread.load(std::memory_order_relaxed) == std::this_thread::get_id(); }
+
+void noteMainQueueRuns() {
+    if (claims == 0) mainThread = std::this_thread::get_id();
+}
+
 MainThreadClaim::MainThreadClaim() {
     requireMainThread("a shell");
-    owner = std::this_thread::get_id();
+    mainThread = std::this_thread::get_id();
     ++claims;
 }
 
-MainThreadClaim::~MainThreadClaim() {
-    if (--claims == 0) owner = std::thread::id();
-}
-
-bool isMainThread() {
-    auto const id = owner.load(std::memory_order_relaxed);
-    return id == std::thread::id() || id == std::this_thread::get_id();
-}
+MainThreadClaim::~MainThreadClaim() { --claims; }
 
 void requireMainThread(char const* what) {
-    if (isMainThread()) return;
+    if (isMainThread() || claims == 0) return;
     fatalError(
         std::string("The main thread rule was broken: ") + what +
         " was used on another thread. Views, controllers, windows and shells belong to the thread that "

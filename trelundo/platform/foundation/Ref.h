@@ -3,7 +3,7 @@
 // Version 14 of the formatter takes requires clauses apart.
 // clang-format off
 
-#include "trelundo/platform/foundation/NSObject.h"
+#include "trelundo/platform/foundation/NSObject.h" // IWYU pragma: export
 
 #include <concepts>
 #include <cstddef>

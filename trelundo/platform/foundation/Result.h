@@ -29,10 +29,11 @@ public:
 
     T& value() & { return held(*this); }
     T const& value() const& { return held(*this); }
-    T&& value() && { return std::move(held(*this)); }
+    T value() && { return std::move(held(*this)); }
     T& operator*() & { return held(*this); }
     T const& operator*() const& { return held(*this); }
-    T&& operator*() && { return std::move(held(*this)); }
+    /// A value of its own, so that `for (auto& row : *rows())` is safe.
+    T operator*() && { return std::move(held(*this)); }
     T* operator->() { return &held(*this); }
     T const* operator->() const { return &held(*this); }
     T value_or(T other) && { return has_value() ? std::move(held(*this)) : std::move(other); }

@@ -1,5 +1,6 @@
 #include "trelundo/platform/graphics/Canvas.h"
 
+#include "trelundo/platform/graphics/Surface.h"
 #include "trelundo/platform/graphics/internal/BackdropFilter.h"
 #include "trelundo/platform/graphics/internal/BoxBlur.h"
 #include "trelundo/platform/graphics/internal/CanvasState.h"
@@ -7,6 +8,7 @@
 #include "trelundo/platform/graphics/internal/PainterGeometry.h"
 #include "trelundo/platform/graphics/internal/PictureState.h"
 #include "trelundo/platform/graphics/internal/ShadowImage.h"
+#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <QLinearGradient>
 

@@ -1,6 +1,7 @@
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
 
 #include "trelundo/platform/foundation/FatalError.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ bool SKPaymentQueue::canMakePayments() {
 }
 
 void SKPaymentQueue::addTransactionObserver(Weak<SKPaymentTransactionObserver> observer) {
-    state_->add(std::move(observer));
+    requireMemory([&] { state_->add(std::move(observer)); });
 }
 
 void SKPaymentQueue::removeTransactionObserver(NSObject const& observer) {
@@ -45,27 +46,35 @@ void SKPaymentQueue::add(Ref<SKPayment> const& payment) {
     if (payment->quantity() < 1 || payment->quantity() > largestQuantity)
         fatalError("The quantity of a payment must be between 1 and 10");
     if (state_->monitor) state_->monitor->paymentAdded(*payment);
-    state_->performOrHold([fields = payment->fields()](State& state) { state.submit(fields); });
+    requireMemory(
+        [&] { state_->performOrHold([fields = payment->fields()](State& state) { state.submit(fields); }); });
 }
 
 void SKPaymentQueue::restoreCompletedTransactions(std::optional<std::string> applicationUsername) {
-    state_->performOrHold([applicationUsername](State& state) {
-        state.restoresWaiting.push_back(applicationUsername);
-        state.startNextRestore();
+    requireMemory([&] {
+        state_->performOrHold([applicationUsername](State& state) {
+            state.restoresWaiting.push_back(applicationUsername);
+            state.startNextRestore();
+        });
     });
 }
 
 void SKPaymentQueue::finishTransaction(Ref<SKPaymentTransaction> const& transaction) {
-    state_->finish(transaction);
+    requireMemory([&] { state_->finish(transaction); });
 }
 
-SKPaymentTransactions const& SKPaymentQueue::transactions() const { return state_->pending; }
+SKPaymentTransactions const& SKPaymentQueue::transactions() const {
+    state_->compact();
+    return state_->pending;
+}
 
 std::string SKPaymentQueue::storefrontCountryCode() const {
     return state_->backend ? state_->backend->storefront() : std::string{};
 }
 
-void SKPaymentQueue::setBackend(StoreBackend* backend) { state_->replaceBackend(backend); }
+void SKPaymentQueue::setBackend(StoreBackend* backend) {
+    requireMemory([&] { state_->replaceBackend(backend); });
+}
 
 StoreBackend* SKPaymentQueue::backend() const { return state_->backend; }
 

@@ -18,7 +18,9 @@ class StoreBackend;
 using SKPaymentTransactions = std::vector<Ref<SKPaymentTransaction>>;
 
 /// Hears what happens to transactions, on the main queue, never inside the call that caused it. An observer
-/// may add or remove observers, buy, restore, finish or destroy other observers inside any callback.
+/// may add or remove observers, buy, restore, finish or destroy other observers inside any callback. An
+/// exception out of one leaves the queue whole: the other observers are called, then it passes on to the
+/// loop.
 class SKPaymentTransactionObserver {
 public:
     virtual ~SKPaymentTransactionObserver() = default;
@@ -73,14 +75,15 @@ public:
     /// Durable at once. Finishing twice, a stranger, or a transaction still purchasing or deferred is
     /// refused, logged and harmless.
     void finishTransaction(Ref<SKPaymentTransaction> const& transaction);
-    /// The pending transactions. A finished one leaves the list asynchronously, and not before a running
-    /// restore has reported its end.
+    /// The pending transactions. A finished one leaves the list asynchronously; a restored one not before a
+    /// running restore has reported its end.
     SKPaymentTransactions const& transactions() const;
     /// Three-letter country code of the store.
     std::string storefrontCountryCode() const;
 
-    /// Replaces the store behind the queue and drops what the old one had pending. `backend` must outlive its
-    /// use; null: no store, every operation fails.
+    /// Replaces the store behind the queue and drops what the old one had pending: products requests and
+    /// restores that it has not answered, and purchases that are still purchasing, fail with code 0.
+    /// `backend` must outlive its use; null: no store, every operation fails.
     void setBackend(StoreBackend* backend);
     StoreBackend* backend() const;
 
@@ -88,6 +91,8 @@ public:
     void setMonitor(SKPaymentQueueMonitor* monitor);
 
 private:
+    friend class SKProductsRequest; // fails when the backend is replaced
+
     struct State;
     std::unique_ptr<State> state_;
 };

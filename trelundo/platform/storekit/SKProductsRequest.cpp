@@ -1,9 +1,10 @@
 #include "trelundo/platform/storekit/SKProductsRequest.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/FirstException.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/SKError.h"
-#include "trelundo/platform/storekit/SKPaymentQueue.h"
-#include "trelundo/platform/storekit/StoreBackend.h"
+#include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
 namespace trelundo {
 
@@ -13,18 +14,26 @@ SKProductsRequest::SKProductsRequest(std::set<std::string> productIdentifiers)
 SKProductsRequest::~SKProductsRequest() = default;
 
 void SKProductsRequest::start() {
-    auto answer = [request = Weak<SKProductsRequest>(this),
-                   generation = ++generation_](StoreBackend::ProductsResult const& result) {
+    requireMemory([this] { ask(); });
+}
+
+void SKProductsRequest::ask() {
+    auto& queue = *SKPaymentQueue::defaultQueue().state_;
+    auto const number = ++queue.requestCount;
+    auto const request = Weak<SKProductsRequest>(this);
+    auto const generation = ++generation_;
+    auto answer = [=](StoreBackend::ProductsResult const& result) {
         auto response = make<SKProductsResponse>(result.products, result.invalidIdentifiers);
-        DispatchQueue::main().async([request, generation, response, error = result.error] {
+        DispatchQueue::main().async([=, error = result.error] {
+            SKPaymentQueue::defaultQueue().state_->requests.erase(number);
             if (auto const held = request.lock()) held->end(generation, response, error);
         });
     };
-    if (auto* backend = SKPaymentQueue::defaultQueue().backend()) {
-        backend->loadProducts(identifiers_, std::move(answer));
-    } else {
-        answer({.products = {}, .invalidIdentifiers = {}, .error = makeStoreError(SKErrorCode::unknown)});
-    }
+    if (!queue.backend) return answer({.error = makeStoreError(SKErrorCode::unknown)});
+    queue.requests[number] = [=](Ref<NSError> const& error) {
+        if (auto const held = request.lock()) held->end(generation, nullptr, error);
+    };
+    queue.backend->loadProducts(identifiers_, std::move(answer));
 }
 
 void SKProductsRequest::cancel() { ++generation_; }
@@ -37,11 +46,13 @@ void SKProductsRequest::end(int generation, Ref<SKProductsResponse> const& respo
         if (auto const heard = delegate()) heard->requestDidFailWithError(*this, error);
         return;
     }
+    FirstException failures;
     if (auto const heard = cast<SKProductsRequestDelegate>(delegate()))
-        heard->productsRequestDidReceive(*this, *response);
+        failures.run([&] { heard->productsRequestDidReceive(*this, *response); });
     // The delegate may have cancelled or started again while it received.
-    if (ended != generation_) return;
-    if (auto const heard = delegate()) heard->requestDidFinish(*this);
+    if (auto const heard = delegate(); heard && ended == generation_)
+        failures.run([&] { heard->requestDidFinish(*this); });
+    failures.rethrow();
 }
 
 } // namespace trelundo

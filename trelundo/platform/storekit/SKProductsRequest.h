@@ -68,6 +68,7 @@ public:
     void cancel() override;
 
 private:
+    void ask();
     void end(int generation, Ref<SKProductsResponse> const& response, Ref<NSError> const& error);
 
     std::set<std::string> identifiers_;

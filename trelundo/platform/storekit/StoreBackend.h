@@ -26,8 +26,10 @@ struct StoreTransaction {
     double originalDate = 0;
 };
 
-/// Receives what a store reports. Calls may come from any thread, also inside the call that caused them: the
-/// queue moves every one of them to a later turn of the main queue, in the order in which they came.
+/// Receives what a store reports. A key that comes twice in one update is told once, in its last state; one
+/// that is finished already, and the end of a restore that nobody asked for, are dropped. Calls may come from
+/// any thread, also inside the call that caused them: the queue moves every one of them to a later turn of
+/// the main queue, in the order in which they came.
 class StoreBackendListener {
 public:
     virtual ~StoreBackendListener() = default;
@@ -55,6 +57,8 @@ public:
     virtual void loadProducts(std::set<std::string> const& identifiers,
                               std::function<void(ProductsResult)> done) = 0;
     virtual bool canMakePayments() const = 0;
+    /// Takes a payment, and reports its transaction. Replaced by another store before that transaction is
+    /// over, it is not asked again: the queue has told its observers that the payment failed.
     virtual void addPayment(SKPayment::Fields const& payment) = 0;
     /// Makes `key` durable as finished before it returns. When that fails nothing is lost: the transaction
     /// will come again.

@@ -2,12 +2,12 @@
 
 #include "tests/support/ScopedState.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
-#include "trelundo/platform/uikit/controllers/UIViewController.h"
-#include "trelundo/platform/uikit/layout/UILayoutGuide.h"
-#include "trelundo/platform/uikit/layout/UIStackView.h"
+#include "trelundo/platform/uikit/controllers/UIViewController.h" // IWYU pragma: export
+#include "trelundo/platform/uikit/layout/UILayoutGuide.h"         // IWYU pragma: export
+#include "trelundo/platform/uikit/layout/UIStackView.h"           // IWYU pragma: export
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/uikit/views/UIWindow.h" // IWYU pragma: export
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,12 @@
 
 namespace trelundo {
 
+void shrinkToFit(UILabel& label) {
+    label.setAdjustsFontSizeToFitWidth(true);
+    label.setMinimumScaleFactor(0.5);
+    label.setLineBreakMode(NSLineBreakMode::byTruncatingTail);
+}
+
 void roundCorners(UIView& view, double radius) {
     view.layer().setCornerRadius(radius);
     view.layer().setMasksToBounds(true);

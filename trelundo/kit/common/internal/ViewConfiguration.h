@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trelundo/platform/uikit/views/UIView.h"
+#include "trelundo/platform/uikit/text/UILabel.h"
 
 namespace trelundo {
 
@@ -9,6 +9,9 @@ template <class View> Ref<View> usingAutoLayout(Ref<View> view) {
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
     return view;
 }
+
+/// Lets a label's text shrink to half its size before any of it is cut, and then end with an ellipsis.
+void shrinkToFit(UILabel& label);
 
 /// Rounds the view by `radius` points and cuts its content to that shape.
 void roundCorners(UIView& view, double radius = 8);

@@ -21,8 +21,7 @@ Ref<UILabel> makeShrinkingLabel(std::string_view key, UIFont font, UIColor color
     label->setText(Texts::text(key));
     label->setFont(font);
     label->setTextColor(std::move(color));
-    label->setAdjustsFontSizeToFitWidth(true);
-    label->setMinimumScaleFactor(0.5);
+    shrinkToFit(*label);
     return label;
 }
 

@@ -13,12 +13,8 @@ struct TotalBlock {
     double labelMargin;
     double separatorMargin;
 
-    /// Places both in `button`, the label centred vertically, and ends the title before the hairline while it
-    /// shows.
-    void place(UIButton& button) const;
-
-private:
-    void keepTitleClear(UIButton& button) const;
+    /// Places both in `button`, the label centred vertically.
+    void place(UIButton const& button) const;
 };
 
 } // namespace trelundo

@@ -53,7 +53,7 @@ Parts partsOf(SKProductDiscount const& discount, SKProduct const& product) {
     case Mode::payAsYouGo:
         return {periodOf(period.unit, discount.numberOfPeriods()), priceForUnit(period.unit, price(1)), {}};
     case Mode::payUpFront:
-        return {periodOf(period.unit, period.numberOfUnits), price(1), {}};
+        return {periodOf(period.unit, period.numberOfUnits), isolatedPrice(price(1)), {}};
     case Mode::freeTrial:
         return {
             planName(

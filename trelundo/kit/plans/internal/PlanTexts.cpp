@@ -40,11 +40,11 @@ std::string PlanTexts::trial(char const* key) const {
     return isFreeTrial(offer) ? filledWithTrial(key, *offer, false) : std::string{};
 }
 
-std::string PlanTexts::price() const { return PremiumManager::price(product_); }
+std::string PlanTexts::price() const { return isolatedPrice(PremiumManager::price(product_)); }
 
 std::string PlanTexts::billedAmount() const {
     auto const words = usual(product_.subscriptionPeriod());
-    return words ? filledWithPrice(words->priceKey, price()) : price();
+    return words ? filledWithPrice(words->priceKey, PremiumManager::price(product_)) : price();
 }
 
 std::string PlanTexts::share() const {

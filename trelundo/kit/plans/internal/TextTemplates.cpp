@@ -6,8 +6,15 @@
 
 namespace trelundo {
 
+std::string isolatedPrice(std::string_view price) {
+    constexpr auto firstStrongIsolate = "\u2068";
+    constexpr auto popIsolate = "\u2069";
+    if (!Texts::isRightToLeft()) return std::string{price};
+    return firstStrongIsolate + std::string{price} + popIsolate;
+}
+
 std::string filledWithPrice(std::string_view key, std::string_view price) {
-    return replacingOccurrences(Texts::text(key), "$$$", price);
+    return replacingOccurrences(Texts::text(key), "$$$", isolatedPrice(price));
 }
 
 std::string filledWithPeriod(std::string_view key, std::string_view period) {

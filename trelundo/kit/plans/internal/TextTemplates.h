@@ -7,7 +7,12 @@
 
 namespace trelundo {
 
-/// The localised `key` with every "$$$" replaced by `price`.
+/// `price` as it stands in a text of the user's language. In one written from right to left it is isolated:
+/// its sign and its digits keep their order, and what follows stays on its far side, in whatever letters the
+/// currency is written.
+std::string isolatedPrice(std::string_view price);
+
+/// The localised `key` with every "$$$" replaced by `price`, isolated.
 std::string filledWithPrice(std::string_view key, std::string_view price);
 
 /// The localised `key` with every "%%%" replaced by `period`.

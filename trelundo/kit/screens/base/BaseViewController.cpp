@@ -2,6 +2,7 @@
 
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/foundation/Strings.h"

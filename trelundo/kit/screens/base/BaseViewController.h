@@ -1,9 +1,11 @@
 #pragma once
 
 #include "trelundo/kit/screens/base/BaseViewControllerDelegate.h"
-#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/Lazy.h"
 #include "trelundo/platform/foundation/NSCoder.h"
+#include "trelundo/platform/foundation/NSError.h"
+#include "trelundo/platform/storekit/SKPayment.h"
+#include "trelundo/platform/storekit/SKProduct.h"
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 #include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"

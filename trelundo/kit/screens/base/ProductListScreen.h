@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trelundo/kit/screens/base/BaseViewController.h"
+#include "trelundo/kit/store/Products.h"
 
 #include <algorithm>
 

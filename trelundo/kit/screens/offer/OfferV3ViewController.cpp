@@ -3,6 +3,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
@@ -15,6 +16,8 @@ OfferV3ViewController::OfferV3ViewController()
     , offerLabel_(named("offerLabel", makeLabel(NSTextAlignment::natural)))
     , infoLabel_(named("infoLabel", makeLabel(NSTextAlignment::center))) {
     offerLabel_->setNumberOfLines(0); // the sentence stands on three lines of its own
+    shrinkToFit(*offerLabel_);
+    shrinkToFit(*infoLabel_);
 }
 
 void OfferV3ViewController::viewDidLoad() {
@@ -33,7 +36,7 @@ void OfferV3ViewController::showOffer(SKProduct const& product, SKProductDiscoun
     NSAttributedString sentence{
         PremiumManager::period({.unit = period.unit, .numberOfPeriods = period.numberOfUnits}), large};
     sentence.append("\n" + Texts::text("for just") + "\n", styled(20, 28));
-    sentence.append(PremiumManager::price(discount, product), large);
+    sentence.append(isolatedPrice(PremiumManager::price(discount, product)), large);
     offerLabel_->setAttributedText(sentence);
 
     infoLabel_->setAttributedText(

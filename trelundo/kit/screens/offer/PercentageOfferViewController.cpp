@@ -3,6 +3,7 @@
 #include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/kit/plans/internal/TextTemplates.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/FatalError.h"
 #include "trelundo/platform/foundation/Locale.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
@@ -43,6 +44,8 @@ PercentageOfferViewController::PercentageOfferViewController()
     , preferredLanguage_(firstPreferredLanguage())
     , infoLine1Label_(named("infoLine1Label", makeLabel(NSTextAlignment::center)))
     , infoLine2Label_(named("infoLine2Label", makeLabel(NSTextAlignment::center))) {
+    shrinkToFit(*infoLine1Label_);
+    shrinkToFit(*infoLine2Label_);
     setBackgroundColor(UIColor::white());
     setTextColor(UIColor::black());
     setButtonColor({173 / 255.0, 158 / 255.0, 1});

@@ -4,6 +4,8 @@
 #include "trelundo/kit/common/internal/ViewFactory.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
+#include <algorithm>
+
 namespace trelundo {
 
 namespace {
@@ -25,6 +27,17 @@ constexpr std::array checklist{
     ChecklistRow{9, "Free family sharing"}, // only for whom it is meant
 };
 
+constexpr double rowSpacing = 14;
+constexpr double trailingMargin = 16;
+constexpr double gapBelowChecklist = 24;
+
+double heightOf(UIStackView const& row) {
+    double height = 0;
+    for (auto const& view : row.arrangedSubviews())
+        height = std::max(height, view->intrinsicContentSize().height);
+    return height;
+}
+
 } // namespace
 
 PremiumV5ViewController::PremiumV5ViewController() {
@@ -36,7 +49,7 @@ void PremiumV5ViewController::viewDidLoad() {
     PlanPaywallViewController::viewDidLoad();
     addHeader(backgroundImageView(), unlockButton());
     addChecklist();
-    addContent(unlockStackView()->bottomAnchor() + 24);
+    addContent(unlockStackView()->bottomAnchor() + gapBelowChecklist);
     addDimmView();
 }
 
@@ -45,9 +58,26 @@ void PremiumV5ViewController::addChecklist() {
     auto const safeArea = view()->safeAreaLayoutGuide();
     activate({
         unlockStackView()->leadingAnchor() == safeArea->leadingAnchor() + 32,
-        // Past the edge on purpose: the labels shrink to their own width, not to the screen's.
+        // Past the edge on purpose: only what would run off the screen itself shrinks.
         unlockStackView()->trailingAnchor() == safeArea->trailingAnchor() + 35,
     });
+    for (auto const& row : unlockStackView()->arrangedSubviews())
+        activate({row->trailingAnchor() <= safeArea->trailingAnchor() - trailingMargin});
+}
+
+/// Between the close button's foot and the plans, which stand where they do however long the checklist is.
+double PremiumV5ViewController::roomForChecklist() {
+    return contentStackView()->frame().minY() - gapBelowChecklist - closeButton()->frame().maxY();
+}
+
+void PremiumV5ViewController::viewDidLayoutSubviews() {
+    PlanPaywallViewController::viewDidLayoutSubviews();
+    double room = roomForChecklist() - unlock1Label()->intrinsicContentSize().height;
+    for (auto const& view : unlockStackView()->arrangedSubviews()) {
+        if (view == unlock1Label()) continue;
+        room -= rowSpacing + heightOf(*cast<UIStackView>(view));
+        if (view->isHidden() != (room < 0)) view->setHidden(room < 0);
+    }
 }
 
 void PremiumV5ViewController::planButtonDidChange(PremiumV2Button& button) {
@@ -78,7 +108,7 @@ Ref<UIStackView> const& PremiumV5ViewController::unlockStackView() {
     return unlockStackView_([this] {
         auto stack = makeVerticalStack({unlock1Label()});
         stack->setAlignment(UIStackViewAlignment::leading);
-        stack->setSpacing(14);
+        stack->setSpacing(rowSpacing);
         for (std::size_t i = 0; i < checklist.size(); ++i)
             if (i + 1 < checklist.size() || source() == "FamilySharing")
                 stack->addArrangedSubview(makeRow(i));

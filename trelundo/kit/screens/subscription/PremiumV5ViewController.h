@@ -13,6 +13,8 @@ public:
         : PremiumV5ViewController() {}
 
     void viewDidLoad() override;
+    /// Hides the last rows of the checklist that have no room below the top bar, until there is room again.
+    void viewDidLayoutSubviews() override;
 
 protected:
     ContinueWidth continueWidth() const override { return {.minimum = 264, .padding = 164}; }
@@ -21,6 +23,7 @@ protected:
 private:
     void addChecklist();
     Ref<UIStackView> makeRow(std::size_t index);
+    double roomForChecklist();
 
     Ref<UIImageView> const& backgroundImageView();
     Ref<UIButton> const& unlockButton();

@@ -8,6 +8,7 @@
 #include "trelundo/kit/plans/internal/TextTemplates.h"
 #include "trelundo/kit/screens/base/internal/ContinueButton.h"
 #include "trelundo/kit/screens/base/internal/LinksRow.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
 
@@ -187,6 +188,7 @@ Ref<UILabel> const& PremiumV6ViewController::subtitleLabel() {
     return subtitleLabel_([] {
         auto label = makeLabel(NSTextAlignment::center);
         label->setNumberOfLines(2);
+        shrinkToFit(*label);
         return label;
     });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trelundo/platform/foundation/MainThread.h"
+
 namespace trelundo {
 
 /// While at least one of these lives, the thread that made the first is the main thread. Claiming it from
@@ -12,10 +14,10 @@ public:
     MainThreadClaim& operator=(MainThreadClaim const&) = delete;
 };
 
-/// Whether this is the main thread. True on every thread while none is claimed.
-bool isMainThread();
+/// The caller runs the main queue, which makes its thread the main one while none is claimed.
+void noteMainQueueRuns();
 
-/// Ends the program with a message that names `what` and the rule when this is not the main thread.
+/// Ends the program with a message that names `what` and the rule when the main thread is claimed by another.
 void requireMainThread(char const* what);
 
 } // namespace trelundo

@@ -1,50 +1,50 @@
 #include "trelundo/platform/foundation/internal/MatchingLocalizations.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <optional>
-#include <unicode/locid.h>
+#include <string>
+#include <string_view>
+#include <unicode/localematcher.h>
+#include <vector>
 
 namespace trelundo {
 
 namespace {
 
-/// Language, script and region of a tag, deprecated codes replaced and the script inferred.
-struct LanguageParts {
-    explicit LanguageParts(std::string const& tag) {
-        auto locale = icu::Locale::createCanonical(tag.c_str());
-        language = locale.getLanguage();
-        region = locale.getCountry();
-        hasOwnScript = *locale.getScript() != '\0';
-        UErrorCode status = U_ZERO_ERROR;
-        locale.addLikelySubtags(status);
-        script = locale.getScript();
-    }
-    std::string language, script, region;
-    bool hasOwnScript;
-};
+icu::Locale canonical(std::string const& tag) { return icu::Locale::createCanonical(tag.c_str()); }
 
-enum class Match { none, otherRegion, language, languageAndScript, exact };
+/// How many characters of `wanted` the tag `offered` spells out; 0 when it says anything else.
+std::size_t agreement(icu::Locale const& wanted, icu::Locale const& offered) {
+    std::string_view const whole = wanted.getName();
+    std::string_view const part = offered.getName();
+    bool const isWhole = part.size() == whole.size();
+    return whole.starts_with(part) && (isWhole || whole[part.size()] == '_') ? part.size() : 0;
+}
 
-Match match(LanguageParts const& wanted, LanguageParts const& offered) {
-    if (wanted.language.empty() || wanted.language != offered.language || wanted.script != offered.script)
-        return Match::none;
-    if (wanted.region == offered.region) return Match::exact;
-    if (!offered.region.empty()) return Match::otherRegion;
-    return offered.hasOwnScript ? Match::languageAndScript : Match::language;
+icu::LocaleMatcher matcherFor(std::vector<std::string> const& localizations, UErrorCode& status) {
+    // Further apart than Croatian and Bosnian is another language, which the user would have to list.
+    return icu::LocaleMatcher::Builder{}
+        .setSupportedLocalesViaConverter(localizations.begin(), localizations.end(), canonical)
+        .setNoDefaultLocale()
+        .setMaxDistance(icu::Locale{"hr"}, icu::Locale{"bs"})
+        .build(status);
 }
 
 std::optional<std::string> bestLocalization(std::string const& language,
-                                            std::vector<std::string> const& localizations) {
-    LanguageParts const wanted{language};
-    auto best = Match::none;
-    std::optional<std::string> found;
-    for (auto const& localization : localizations) {
-        auto const quality = match(wanted, LanguageParts{localization});
-        if (quality <= best) continue;
-        best = quality;
-        found = localization;
-    }
-    return found;
+                                            std::vector<std::string> localizations) {
+    auto const wanted = canonical(language);
+    if (*wanted.getLanguage() == '\0') return std::nullopt; // would be taken for English
+    // The matcher takes the first of tags that mean the same and of regions that are equally near.
+    std::ranges::stable_sort(localizations, std::greater{}, [&](std::string const& localization) {
+        return agreement(wanted, canonical(localization));
+    });
+    UErrorCode status = U_ZERO_ERROR;
+    auto const matcher = matcherFor(localizations, status);
+    auto const index = matcher.getBestMatchResult(wanted, status).getSupportedIndex();
+    if (U_FAILURE(status) || index < 0) return std::nullopt;
+    return localizations[static_cast<std::size_t>(index)];
 }
 
 } // namespace

@@ -6,8 +6,10 @@
 namespace trelundo {
 
 /// The members of `localizations` that serve `languages`, best first and without repetition: for each
-/// language the same tag, else the one with its language, script and no region, else another region of that
-/// language and script. Scripts are inferred ("zh-TW" is served by "zh-Hant", never by "zh-Hans").
+/// language the nearest one by the language matching data of CLDR, which knows that Mexico reads "es-419"
+/// rather than "es", Angola "pt-PT" and Hong Kong "zh-Hant". Old codes ("iw", "tl") and macrolanguages ("no")
+/// find their modern ones. Another language is none, however near, unless the two differ in name more than
+/// in kind, as Bosnian and Croatian do; nor is a script that readers of the wanted one need not know.
 std::vector<std::string> matchingLocalizations(std::vector<std::string> const& languages,
                                                std::vector<std::string> const& localizations);
 

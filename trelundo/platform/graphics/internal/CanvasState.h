@@ -1,7 +1,6 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Canvas.h"
-#include "trelundo/platform/graphics/internal/SurfacePixels.h"
 
 #include <QPainter>
 

@@ -1,14 +1,27 @@
 #include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/FirstException.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/SKError.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace trelundo {
 
 namespace {
+
+constexpr std::string_view localPrefix = "local-"; // of keys that no store knows
+constexpr std::size_t rememberedFinishes = 10'000;
+
+Ref<NSError> replacedError() {
+    return make<NSError>(
+        SKErrorDomain, static_cast<int>(SKErrorCode::unknown),
+        NSError::UserInfo{{NSError::localizedDescriptionKey, "The store was replaced before it answered"}});
+}
 
 /// Whether a transaction may be finished now.
 Result<void> checkFinish(SKPaymentTransactionState state, bool isFinished) {
@@ -23,11 +36,13 @@ Result<void> checkFinish(SKPaymentTransactionState state, bool isFinished) {
 // Reports of the store
 
 void SKPaymentQueue::State::Inbox::post(Event event) const {
-    DispatchQueue::main().async(
-        [queue = queue_, token = std::weak_ptr<char const>(token_), event = std::move(event)] {
-            auto const held = queue.lock();
-            if (held && !token.expired()) event(*held->state_);
-        });
+    requireMemory([&] {
+        DispatchQueue::main().async(
+            [queue = queue_, token = std::weak_ptr<char const>(token_), event = std::move(event)] {
+                auto const held = queue.lock();
+                if (held && !token.expired()) event(*held->state_);
+            });
+    });
 }
 
 void SKPaymentQueue::State::Inbox::transactionsUpdated(std::vector<StoreTransaction> transactions) {
@@ -69,33 +84,43 @@ void SKPaymentQueue::State::receive(Event event) {
 }
 
 void SKPaymentQueue::State::flushHeld() {
+    FirstException failures;
     while (!heldEvents.empty() && hasObservers()) {
         auto const event = std::move(heldEvents.front());
         heldEvents.pop_front();
-        event(*this);
+        failures.run([&] { event(*this); });
     }
+    failures.rethrow();
 }
 
 void SKPaymentQueue::State::update(std::vector<StoreTransaction> const& reports) {
     SKPaymentTransactions changed;
+    std::unordered_set<std::string_view> told;
     for (auto const& report : reports) {
         auto* entry = apply(report);
-        if (!entry || entry->awaitsRestoreEnd) continue;
+        if (!entry || entry->awaitsRestoreEnd || !told.insert(report.key).second) continue;
         entry->awaitsRestoreEnd = isRestoring && report.state == SKPaymentTransactionState::restored;
         (entry->awaitsRestoreEnd ? restored : changed).push_back(entry->transaction);
     }
     deliver(changed);
 }
 
+SKPaymentQueue::State::Entry& SKPaymentQueue::State::begin(StoreTransaction const& report) {
+    auto& entry = entries[report.key];
+    if (entry.transaction) return entry;
+    entry.transaction =
+        make<SKPaymentTransaction>(SKPaymentTransaction::Fields{.payment = make<SKPayment>(report.payment)});
+    keys[entry.transaction.get()] = report.key;
+    pending.push_back(entry.transaction);
+    auto const asked =
+        std::ranges::find(submitted, report.payment.productIdentifier, &SKPayment::Fields::productIdentifier);
+    if (asked != submitted.end()) submitted.erase(asked);
+    return entry;
+}
+
 SKPaymentQueue::State::Entry* SKPaymentQueue::State::apply(StoreTransaction const& report) {
     if (finishedKeys.contains(report.key)) return nullptr;
-    auto& entry = entries[report.key];
-    if (!entry.transaction) {
-        entry.transaction = make<SKPaymentTransaction>(
-            SKPaymentTransaction::Fields{.payment = make<SKPayment>(report.payment)});
-        keys[entry.transaction.get()] = report.key;
-        pending.push_back(entry.transaction);
-    }
+    auto& entry = begin(report);
     auto& fields = entry.transaction->fields_;
     fields.state = report.state;
     fields.error = report.error;
@@ -150,10 +175,12 @@ void SKPaymentQueue::State::call(std::function<void(SKPaymentTransactionObserver
     // A callback may add, remove and destroy observers: who joins now waits for the next call, who left is
     // not called.
     auto const present = observers;
+    FirstException failures;
     for (auto const& each : present) {
         if (!isRegistered(each)) continue;
-        if (auto const observer = each.observer.lock()) callback(*observer);
+        if (auto const observer = each.observer.lock()) failures.run([&] { callback(*observer); });
     }
+    failures.rethrow();
 }
 
 void SKPaymentQueue::State::add(Weak<SKPaymentTransactionObserver> observer) {
@@ -175,6 +202,7 @@ void SKPaymentQueue::State::synchronize() {
 void SKPaymentQueue::State::welcome(Observer const& newcomer) {
     auto const observer = newcomer.observer.lock();
     if (!observer || !isRegistered(newcomer)) return;
+    compact();
     SKPaymentTransactions unheard;
     for (auto const& transaction : pending) {
         auto const& key = keys.at(transaction.get());
@@ -183,8 +211,10 @@ void SKPaymentQueue::State::welcome(Observer const& newcomer) {
         if (monitor) monitor->transactionUpdated(key, *transaction);
         unheard.push_back(transaction);
     }
-    if (!unheard.empty()) observer->paymentQueueUpdatedTransactions(queue, unheard);
-    flushHeld();
+    FirstException failures;
+    if (!unheard.empty()) failures.run([&] { observer->paymentQueueUpdatedTransactions(queue, unheard); });
+    failures.run([&] { flushHeld(); });
+    failures.rethrow();
 }
 
 // Operations
@@ -198,12 +228,19 @@ void SKPaymentQueue::State::performOrHold(Event operation) {
 }
 
 void SKPaymentQueue::State::submit(SKPayment::Fields const& payment) {
-    if (backend) return backend->addPayment(payment);
-    StoreTransaction const refused{.key = "local-" + std::to_string(++localCount),
+    if (!backend) return refuse(payment, makeStoreError(SKErrorCode::unknown));
+    submitted.push_back(payment);
+    backend->addPayment(payment);
+}
+
+void SKPaymentQueue::State::refuse(SKPayment::Fields const& payment, Ref<NSError> const& error) {
+    StoreTransaction const refused{.key = std::string{localPrefix} + std::to_string(++localCount),
                                    .payment = payment,
                                    .state = SKPaymentTransactionState::failed,
-                                   .error = makeStoreError(SKErrorCode::unknown)};
-    later([refused](State& state) { state.update({refused}); });
+                                   .error = error};
+    later([refused](State& state) {
+        state.receive([refused](State& receiver) { receiver.update({refused}); });
+    });
 }
 
 void SKPaymentQueue::State::startNextRestore() {
@@ -216,65 +253,134 @@ void SKPaymentQueue::State::startNextRestore() {
 }
 
 void SKPaymentQueue::State::endRestore(Ref<NSError> const& error, bool isSuccess) {
+    if (!isRestoring) return logWarning("The end of a restore was dropped: no restore is running");
     for (auto const& transaction : restored) entries.at(keys.at(transaction.get())).awaitsRestoreEnd = false;
-    deliver(std::exchange(restored, {}));
-    call([&](auto& observer) {
-        if (isSuccess) {
-            observer.paymentQueueRestoreCompletedTransactionsFinished(queue);
-        } else {
-            observer.paymentQueueRestoreCompletedTransactionsFailed(queue, error);
-        }
+    FirstException failures;
+    failures.run([&] { removeFinished(); });
+    failures.run([&] { deliver(std::exchange(restored, {})); });
+    failures.run([&] {
+        call([&](auto& observer) {
+            if (isSuccess) {
+                observer.paymentQueueRestoreCompletedTransactionsFinished(queue);
+            } else {
+                observer.paymentQueueRestoreCompletedTransactionsFailed(queue, error);
+            }
+        });
     });
     isRestoring = false;
-    later([finished = std::exchange(finishedInRestore, {})](State& state) {
-        state.remove(finished);
+    later([](State& state) {
+        FirstException removal;
+        removal.run([&] { state.removeFinished(); });
         state.startNextRestore();
+        removal.rethrow();
     });
+    failures.rethrow();
 }
 
 void SKPaymentQueue::State::finish(Ref<SKPaymentTransaction> const& transaction) {
     auto const key = keys.find(transaction.get());
     if (key == keys.end()) return logWarning("A transaction was not finished: it is not on the queue");
     auto& entry = entries.at(key->second);
-    auto finished = checkFinish(transaction->transactionState(), entry.isFinished);
-    if (finished && backend) finished = backend->finish(key->second);
-    if (!finished)
-        return logWarning("Transaction " + key->second + " was not finished: " + finished.error().message);
+    auto mayFinish = checkFinish(transaction->transactionState(), entry.isFinished);
+    bool const isKnown = backend && !key->second.starts_with(localPrefix);
+    if (mayFinish && isKnown) mayFinish = backend->finish(key->second);
+    if (!mayFinish)
+        return logWarning("Transaction " + key->second + " was not finished: " + mayFinish.error().message);
     entry.isFinished = true;
-    finishedKeys.insert(key->second);
+    remember(key->second);
+    finished.push_back(transaction);
+    if (!std::exchange(isRemovalPlanned, true)) later([](State& state) { state.removeFinished(); });
     if (monitor) monitor->transactionFinished(key->second, *transaction);
-    // What leaves during a restore would let its end find an empty queue, and the restore would complete
-    // twice.
-    if (isRestoring) return finishedInRestore.push_back(transaction);
-    later([transaction](State& state) { state.remove({transaction}); });
 }
 
-void SKPaymentQueue::State::remove(SKPaymentTransactions const& finished) {
-    if (finished.empty()) return;
-    for (auto const& transaction : finished) {
+void SKPaymentQueue::State::remember(std::string const& finishedKey) {
+    finishedKeys.insert(finishedKey);
+    finishedOrder.push_back(finishedKey);
+    if (finishedOrder.size() <= rememberedFinishes) return;
+    finishedKeys.erase(finishedOrder.front());
+    finishedOrder.pop_front();
+}
+
+void SKPaymentQueue::State::removeFinished() {
+    isRemovalPlanned = false;
+    // The end of a restore must not find an empty queue when something was restored: that would read as a
+    // restore of nothing, and complete twice.
+    auto const mayLeave = [&](auto const& transaction) {
+        return !isRestoring || transaction->transactionState() != SKPaymentTransactionState::restored;
+    };
+    auto const staying = std::ranges::stable_partition(finished, mayLeave).begin();
+    SKPaymentTransactions const leaving{finished.begin(), staying};
+    finished.erase(finished.begin(), staying);
+    remove(leaving);
+}
+
+void SKPaymentQueue::State::remove(SKPaymentTransactions const& leaving) {
+    if (leaving.empty()) return;
+    for (auto const& transaction : leaving) {
         entries.erase(keys.at(transaction.get()));
         keys.erase(transaction.get());
     }
+    goneCount += leaving.size();
+    // Only now and then, so that many that leave one by one cost no more than all at once.
+    if (goneCount > pending.size() / 2) compact();
+    call([&](auto& observer) { observer.paymentQueueRemovedTransactions(queue, leaving); });
+}
+
+void SKPaymentQueue::State::compact() {
+    if (std::exchange(goneCount, 0) == 0) return;
     std::erase_if(pending, [&](auto const& transaction) { return !keys.contains(transaction.get()); });
-    call([&](auto& observer) { observer.paymentQueueRemovedTransactions(queue, finished); });
+}
+
+// Replacing the store
+
+std::vector<SKPayment::Fields> SKPaymentQueue::State::paymentsUnderWay() const {
+    std::vector<SKPayment::Fields> payments{submitted.begin(), submitted.end()};
+    for (auto const& transaction : pending)
+        if (transaction->transactionState() == SKPaymentTransactionState::purchasing)
+            payments.push_back(transaction->payment()->fields());
+    return payments;
+}
+
+void SKPaymentQueue::State::forgetBackend() {
+    heldEvents.clear();
+    entries.clear();
+    keys.clear();
+    pending.clear();
+    goneCount = 0;
+    submitted.clear();
+    finishedKeys.clear();
+    finishedOrder.clear();
+    finished.clear();
+    restored.clear();
+    restoresWaiting.clear();
+    requests.clear();
+    isRestoring = isSynchronized = isRemovalPlanned = false;
 }
 
 void SKPaymentQueue::State::replaceBackend(StoreBackend* replacement) {
     if (backend) backend->setListener(nullptr);
     backend = replacement;
     inbox = std::make_unique<Inbox>(queue);
-    heldEvents.clear();
-    entries.clear();
-    keys.clear();
-    pending.clear();
-    finishedKeys.clear();
-    restored.clear();
-    finishedInRestore.clear();
-    restoresWaiting.clear();
-    isRestoring = isSynchronized = false;
+    auto const payments = paymentsUnderWay();
+    auto const restoreCount = restoresWaiting.size() + (isRestoring ? 1 : 0);
+    auto const unanswered = std::exchange(requests, {});
+    forgetBackend();
+    for (auto const& [number, fail] : unanswered) later([fail = fail](State&) { fail(replacedError()); });
+    for (auto const& payment : payments) refuse(payment, replacedError());
+    for (std::size_t i = 0; i < restoreCount; ++i) refuseRestore();
     if (!backend) return;
     backend->setListener(inbox.get());
     synchronize();
+}
+
+void SKPaymentQueue::State::refuseRestore() const {
+    later([](State& state) {
+        state.receive([](State& receiver) {
+            receiver.call([&](auto& observer) {
+                observer.paymentQueueRestoreCompletedTransactionsFailed(receiver.queue, replacedError());
+            });
+        });
+    });
 }
 
 } // namespace trelundo

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -14,6 +15,9 @@ namespace trelundo {
 /// What a queue keeps, and how it delivers. Everything but Inbox belongs to the main thread.
 struct SKPaymentQueue::State {
     using Event = std::function<void(State&)>;
+
+    /// Tells a products request why it has failed.
+    using RequestFailure = std::function<void(Ref<NSError> const&)>;
 
     /// The listener of one backend. It turns every call into an event of a later turn; events of a backend
     /// that has been replaced are dropped.
@@ -65,18 +69,25 @@ struct SKPaymentQueue::State {
     void performOrHold(Event operation);
     void update(std::vector<StoreTransaction> const& reports);
     Entry* apply(StoreTransaction const& report); // null: finished before
+    Entry& begin(StoreTransaction const& report);
     void deliver(SKPaymentTransactions const& changed);
     void offerPromotedPurchase(SKPayment::Fields const& payment, Ref<SKProduct> const& product);
 
     // Operations
     void submit(SKPayment::Fields const& payment);
-    void restore(std::optional<std::string> username);
+    void refuse(SKPayment::Fields const& payment, Ref<NSError> const& error);
     void startNextRestore();
     void endRestore(Ref<NSError> const& error, bool isSuccess);
     void finish(Ref<SKPaymentTransaction> const& transaction);
-    void remove(SKPaymentTransactions const& finished);
+    void remember(std::string const& finishedKey);
+    void removeFinished();
+    void remove(SKPaymentTransactions const& leaving);
+    void compact(); // `pending`
     void later(Event event) const { inbox->post(std::move(event)); }
     void replaceBackend(StoreBackend* replacement);
+    std::vector<SKPayment::Fields> paymentsUnderWay() const;
+    void forgetBackend();
+    void refuseRestore() const;
 
     SKPaymentQueue& queue;
     StoreBackend* backend = nullptr;
@@ -88,16 +99,23 @@ struct SKPaymentQueue::State {
     std::deque<Event> heldEvents;     // came while nobody observed
     std::deque<Event> heldOperations; // asked for while nobody observed
 
-    SKPaymentTransactions pending;
+    std::map<std::uint64_t, RequestFailure> requests; // products requests that the backend has not answered
+    std::uint64_t requestCount = 0;
+
+    SKPaymentTransactions pending;                  // and some that have left it; compact() before use
+    std::size_t goneCount = 0;                      // of those
     std::unordered_map<std::string, Entry> entries; // by the store's key
     std::unordered_map<SKPaymentTransaction const*, std::string> keys;
+    std::deque<SKPayment::Fields> submitted;      // payments that the backend has not told of yet
     std::unordered_set<std::string> finishedKeys; // a late report of one is stale
+    std::deque<std::string> finishedOrder;        // of the same keys
+    SKPaymentTransactions finished;               // not removed yet
+    bool isRemovalPlanned = false;
     std::uint64_t localCount = 0;
 
     bool isRestoring = false;
     std::deque<std::optional<std::string>> restoresWaiting;
-    SKPaymentTransactions restored;          // of the running restore, not yet delivered
-    SKPaymentTransactions finishedInRestore; // leave once the running restore has reported its end
+    SKPaymentTransactions restored; // of the running restore, not yet delivered
 };
 
 } // namespace trelundo

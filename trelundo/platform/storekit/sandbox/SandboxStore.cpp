@@ -2,19 +2,22 @@
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
 #include <algorithm>
 #include <charconv>
 #include <random>
+#include <utility>
 
 namespace trelundo {
 
 namespace {
 
 constexpr std::int64_t firstSeededIdentifier = 1'000'000'001;
-constexpr double retryDelay = 1;                          // seconds, after a commit that failed
+constexpr double retryDelay = 1; // seconds, after the disk has failed
+constexpr int restoreAttempts = 3;
 constexpr std::string_view unrecordedPrefix = "unsaved-"; // keys of failures that could not be recorded
 
 std::int64_t firstIdentifier(std::optional<std::uint32_t> seed) {
@@ -35,6 +38,15 @@ Ref<NSError> unrecordedError(Error const& reason) {
                          NSError::UserInfo{{NSError::localizedDescriptionKey, reason.message}});
 }
 
+Result<std::vector<SandboxStore::StoredTransaction>>
+storedTransactions(Result<LedgerRecords> const& records) {
+    if (!records) return records.error();
+    std::vector<SandboxStore::StoredTransaction> found;
+    for (auto const& record : *records)
+        found.push_back({record.report(), record.isFinished, record.state == LedgerState::held});
+    return found;
+}
+
 bool isFailure(SandboxStore::Outcome const& outcome) {
     using Kind = SandboxStore::Outcome::Kind;
     return outcome.kind == Kind::failed || outcome.kind == Kind::failedWithoutError ||
@@ -44,9 +56,11 @@ bool isFailure(SandboxStore::Outcome const& outcome) {
 } // namespace
 
 Result<std::unique_ptr<SandboxStore>> SandboxStore::open(Options options) {
-    auto ledger = SandboxLedger::open(options.file, firstIdentifier(options.seed));
-    if (!ledger) return ledger.error();
-    return std::unique_ptr<SandboxStore>{new SandboxStore{std::move(options), *std::move(ledger)}};
+    return failWithoutMemory([&]() -> Result<std::unique_ptr<SandboxStore>> {
+        auto ledger = SandboxLedger::open(options.file, firstIdentifier(options.seed));
+        if (!ledger) return ledger.error();
+        return std::unique_ptr<SandboxStore>{new SandboxStore{std::move(options), *std::move(ledger)}};
+    });
 }
 
 SandboxStore::SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger)
@@ -88,12 +102,17 @@ bool SandboxStore::isRestorable(std::string const& product) const {
 
 // Purchases
 
-void SandboxStore::addPayment(SKPayment::Fields const& payment) {
-    auto const outcome = decide(payment);
-    auto const record = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
-    if (!record) return tellUnrecorded(payment, record.error());
-    tell({*record});
-    plan(record->identifier, outcome);
+void SandboxStore::addPayment(SKPayment::Fields const& payment) { record(payment, decide(payment)); }
+
+void SandboxStore::record(SKPayment::Fields const& payment, Outcome const& outcome) {
+    auto const recorded = ledger_->recordPurchase(payment, isRestorable(payment.productIdentifier));
+    if (recorded) {
+        tell({*recorded});
+        return plan(recorded->identifier, outcome);
+    }
+    // What may still come back with the next run must not be told as failed.
+    if (!ledger_->isInDoubt()) return tellUnrecorded(payment, recorded.error());
+    tryAgain(recorded.error(), [this, payment, outcome] { record(payment, outcome); });
 }
 
 void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
@@ -103,36 +122,38 @@ void SandboxStore::plan(std::int64_t identifier, Outcome outcome) {
 
 void SandboxStore::settle(std::int64_t identifier, Outcome const& outcome) {
     auto const settled = ledger_->settle(identifier, LedgerState::purchasing, ledgerOutcome(outcome));
-    if (!settled) {
-        logWarning(settled.error().message);
-        return later(retryDelay, [this, identifier, outcome] { settle(identifier, outcome); });
-    }
+    if (!settled)
+        return tryAgain(settled.error(), [this, identifier, outcome] { settle(identifier, outcome); });
+    lastReason_.clear();
     inProgress_.erase(identifier);
     if (*settled) tell({**settled}); // else it was cleared meanwhile
 }
 
 Result<void> SandboxStore::finish(std::string const& key) {
-    if (key.starts_with(unrecordedPrefix)) return {};
-    auto const identifier = identifierOf(key);
-    if (!identifier) return Error{"no transaction \"" + key + "\""};
-    return ledger_->finish(*identifier);
+    return failWithoutMemory([&]() -> Result<void> {
+        if (key.starts_with(unrecordedPrefix)) return {};
+        auto const identifier = identifierOf(key);
+        if (!identifier) return Error{"no transaction \"" + key + "\""};
+        return ledger_->finish(*identifier);
+    });
 }
 
 void SandboxStore::synchronize() {
     auto const waiting = ledger_->unfinished();
-    if (!waiting) return logWarning(waiting.error().message);
+    if (!waiting) return tryAgain(waiting.error(), [this] { synchronize(); });
     tell(*waiting);
     for (auto const& record : *waiting) {
         // A purchase that the last run could not end goes on in this one.
         bool const isLeftOver = record.state == LedgerState::purchasing;
         if (isLeftOver && !inProgress_.contains(record.identifier))
-            plan(record.identifier, decide(record.payment));
+            plan(record.identifier, decide(record.payment, record.identifier));
     }
 }
 
 // Outcomes
 
-SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
+/// The outcome of a payment, which may have a transaction already.
+SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment, std::int64_t identifier) {
     std::optional<Outcome> scripted;
     if (!outcomes_.empty()) {
         scripted = outcomes_.front();
@@ -140,7 +161,7 @@ SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
     }
     // A failure that was asked for stays as asked; the rest needs a payment that the store would take.
     if (scripted && isFailure(*scripted)) return *scripted;
-    if (auto const code = refusal(payment))
+    if (auto const code = refusal(payment, identifier))
         return {.kind = Outcome::Kind::failed, .code = static_cast<int>(*code)};
     if (scripted) return *scripted;
     auto const& settings = configuration_.settings();
@@ -149,25 +170,36 @@ SandboxStore::Outcome SandboxStore::decide(SKPayment::Fields const& payment) {
     return {.kind = asksToBuy ? Outcome::Kind::deferred : Outcome::Kind::purchased};
 }
 
-std::optional<SKErrorCode> SandboxStore::refusal(SKPayment::Fields const& payment) const {
+std::optional<SKErrorCode> SandboxStore::refusal(SKPayment::Fields const& payment,
+                                                 std::int64_t identifier) const {
     if (!canMakePayments_) return SKErrorCode::paymentNotAllowed;
     auto const* known = configuration_.find(payment.productIdentifier);
     if (!known) return SKErrorCode::storeProductNotAvailable;
-    return payment.paymentDiscount ? offerRefusal(payment, *known->product) : std::nullopt;
+    if (!payment.paymentDiscount) return std::nullopt;
+    auto const code = offerRefusal(*payment.paymentDiscount, *known->product);
+    return code || !offerKey_ ? code : signatureRefusal(payment, identifier);
 }
 
-std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPayment::Fields const& payment,
+std::optional<SKErrorCode> SandboxStore::offerRefusal(SKPaymentDiscount const& discount,
                                                       SKProduct const& product) const {
-    auto const& discount = *payment.paymentDiscount;
     auto const isMeant = [&](auto const& offer) { return offer->identifier() == discount.identifier(); };
     if (discount.identifier().empty()) return SKErrorCode::missingOfferParams;
     if (std::ranges::none_of(product.discounts(), isMeant)) return SKErrorCode::invalidOfferIdentifier;
     if (discount.keyIdentifier().empty() || discount.nonce().empty() || discount.signature().empty())
         return SKErrorCode::missingOfferParams;
-    auto const isSigned = offerKey_ ? checkOfferSignature(*offerKey_, payment) : Result<void>{};
-    if (isSigned) return std::nullopt;
-    logWarning(isSigned.error().message);
-    return SKErrorCode::invalidSignature;
+    return std::nullopt;
+}
+
+std::optional<SKErrorCode> SandboxStore::signatureRefusal(SKPayment::Fields const& payment,
+                                                          std::int64_t identifier) const {
+    auto const& discount = *payment.paymentDiscount;
+    auto const isSigned = checkOfferSignature(*offerKey_, payment, date());
+    auto const isUsed = isSigned ? ledger_->hasNonce(discount.nonce(), identifier) : Result<bool>{false};
+    if (isSigned && isUsed && !*isUsed) return std::nullopt;
+    logWarning(!isSigned ? isSigned.error().message
+               : !isUsed ? isUsed.error().message
+                         : "offer \"" + discount.identifier() + "\": the nonce was used before");
+    return isUsed ? SKErrorCode::invalidSignature : SKErrorCode::unknown;
 }
 
 LedgerOutcome SandboxStore::ledgerOutcome(Outcome const& outcome) const {
@@ -214,16 +246,16 @@ void SandboxStore::performRestore() {
     case RestoreOutcome::Kind::failedWithoutError:
         return listener_->restoreFailed(nullptr);
     case RestoreOutcome::Kind::all:
-        return restoreEverything();
+        return restoreEverything(1);
     }
 }
 
-void SandboxStore::restoreEverything() {
+void SandboxStore::restoreEverything(int attempt) {
+    if (!listener_) return;
     auto const restored = ledger_->restore(date());
-    if (!restored) {
-        logWarning(restored.error().message);
-        return listener_->restoreFailed(unrecordedError(restored.error()));
-    }
+    if (!restored && attempt < restoreAttempts)
+        return tryAgain(restored.error(), [this, attempt] { restoreEverything(attempt + 1); });
+    if (!restored) return listener_->restoreFailed(unrecordedError(restored.error()));
     tell(*restored);
     listener_->restoreFinished();
 }
@@ -231,11 +263,13 @@ void SandboxStore::restoreEverything() {
 // What happens outside a purchase
 
 Result<void> SandboxStore::resume() {
-    std::erase_if(outcomes_, [](Outcome const& each) { return each.kind == Outcome::Kind::interrupted; });
-    auto const resumed = ledger_->resume(date());
-    if (!resumed) return resumed.error();
-    tell(*resumed);
-    return {};
+    return failWithoutMemory([&]() -> Result<void> {
+        std::erase_if(outcomes_, [](Outcome const& each) { return each.kind == Outcome::Kind::interrupted; });
+        auto const resumed = ledger_->resume(date());
+        if (!resumed) return resumed.error();
+        tell(*resumed);
+        return {};
+    });
 }
 
 Result<void> SandboxStore::approve(std::optional<std::string> const& key) {
@@ -249,39 +283,46 @@ Result<void> SandboxStore::decline(std::optional<std::string> const& key) {
 
 Result<void> SandboxStore::decideDeferred(std::optional<std::string> const& key,
                                           LedgerOutcome const& outcome) {
-    auto const waiting = ledger_->unfinished();
-    if (!waiting) return waiting.error();
-    auto const deferred = std::ranges::find_if(*waiting, [&](auto const& record) {
-        return record.state == LedgerState::deferred && (!key || *key == std::to_string(record.identifier));
+    return failWithoutMemory([&]() -> Result<void> {
+        auto const waiting = ledger_->unfinished();
+        if (!waiting) return waiting.error();
+        auto const deferred = std::ranges::find_if(*waiting, [&](auto const& record) {
+            return record.state == LedgerState::deferred &&
+                   (!key || *key == std::to_string(record.identifier));
+        });
+        if (deferred == waiting->end())
+            return Error{key ? "no deferred transaction " + *key : "no deferred transaction"};
+        auto const settled = ledger_->settle(deferred->identifier, LedgerState::deferred, outcome);
+        if (!settled) return settled.error();
+        if (*settled) tell({**settled});
+        return {};
     });
-    if (deferred == waiting->end())
-        return Error{key ? "no deferred transaction " + *key : "no deferred transaction"};
-    auto const settled = ledger_->settle(deferred->identifier, LedgerState::deferred, outcome);
-    if (!settled) return settled.error();
-    if (*settled) tell({**settled});
-    return {};
 }
 
 Result<void> SandboxStore::promote(std::string const& product) {
-    auto const* known = configuration_.find(product);
-    if (!known) return Error{"no product " + product};
-    if (!listener_) return Error{"nobody listens to the store"};
-    listener_->promotedPurchase({.productIdentifier = product}, known->product);
-    return {};
+    return failWithoutMemory([&]() -> Result<void> {
+        auto const* known = configuration_.find(product);
+        if (!known) return Error{"no product " + product};
+        if (!listener_) return Error{"nobody listens to the store"};
+        listener_->promotedPurchase({.productIdentifier = product}, known->product);
+        return {};
+    });
 }
 
 // Records
 
 Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::transactions() const {
-    auto const records = ledger_->records();
-    if (!records) return records.error();
-    std::vector<StoredTransaction> found;
-    for (auto const& record : *records)
-        found.push_back({record.report(), record.isFinished, record.state == LedgerState::held});
-    return found;
+    return failWithoutMemory(
+        [&]() -> Result<std::vector<StoredTransaction>> { return storedTransactions(ledger_->records()); });
 }
 
-Result<void> SandboxStore::clear() { return ledger_->clear(); }
+Result<std::vector<SandboxStore::StoredTransaction>> SandboxStore::read(std::filesystem::path const& file) {
+    return failWithoutMemory([&] { return storedTransactions(SandboxLedger::read(file)); });
+}
+
+Result<void> SandboxStore::clear() {
+    return failWithoutMemory([&] { return ledger_->clear(); });
+}
 
 // Reports
 
@@ -298,6 +339,11 @@ void SandboxStore::tellUnrecorded(SKPayment::Fields const& payment, Error const&
                             .state = SKPaymentTransactionState::failed,
                             .error = unrecordedError(reason)};
     if (listener_) listener_->transactionsUpdated({std::move(failed)});
+}
+
+void SandboxStore::tryAgain(Error const& reason, std::function<void()> work) {
+    if (std::exchange(lastReason_, reason.message) != reason.message) logWarning(reason.message);
+    later(retryDelay, std::move(work));
 }
 
 void SandboxStore::later(double seconds, std::function<void()> work) const {

@@ -51,11 +51,13 @@ public:
         std::optional<std::uint32_t> seed = std::nullopt;
         Clock* clock = nullptr; // dates transactions, and must outlive the store; null: Clock::current()
         double delay = 0;       // seconds from a request to its outcome; 0: in a following turn
-        /// With a key, promotional offers must be signed by it (else code 12). Without, any signature but an
+        /// With a key, promotional offers must be signed by it, not more than 24 hours ago by the clock, with
+        /// a nonce that is a UUID and that no purchase has used (else code 12). Without, any signature but an
         /// empty one will do.
         std::optional<OfferKey> offerKey = std::nullopt;
     };
-    /// The error names the file. A broken file is set aside, with a warning, and a new one begun.
+    /// The error names the file. A broken store is set aside, with a warning, and a new one begun; what is no
+    /// store is an error, and left alone.
     static Result<std::unique_ptr<SandboxStore>> open(Options options);
 
     struct StoredTransaction {
@@ -63,6 +65,10 @@ public:
         bool isFinished = false;
         bool isHeld = false; // waits for resume(); unknown to the queue
     };
+
+    /// What is on record in a file, oldest first, read without changing anything on the disk. A file that is
+    /// missing, no store, broken or in use is an error.
+    static Result<std::vector<StoredTransaction>> read(std::filesystem::path const& file);
 
     ~SandboxStore() override;
 
@@ -103,20 +109,25 @@ public:
 private:
     SandboxStore(Options options, std::unique_ptr<SandboxLedger> ledger);
 
-    Outcome decide(SKPayment::Fields const& payment);
-    std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment) const;
-    std::optional<SKErrorCode> offerRefusal(SKPayment::Fields const& payment, SKProduct const& product) const;
+    Outcome decide(SKPayment::Fields const& payment, std::int64_t identifier = 0);
+    std::optional<SKErrorCode> refusal(SKPayment::Fields const& payment, std::int64_t identifier) const;
+    std::optional<SKErrorCode> offerRefusal(SKPaymentDiscount const& discount,
+                                            SKProduct const& product) const;
+    std::optional<SKErrorCode> signatureRefusal(SKPayment::Fields const& payment,
+                                                std::int64_t identifier) const;
     LedgerOutcome ledgerOutcome(Outcome const& outcome) const;
     bool isRestorable(std::string const& product) const;
     ProductsResult productsFor(std::set<std::string> const& identifiers) const;
 
+    void record(SKPayment::Fields const& payment, Outcome const& outcome);
     void plan(std::int64_t identifier, Outcome outcome);
     void settle(std::int64_t identifier, Outcome const& outcome);
     Result<void> decideDeferred(std::optional<std::string> const& key, LedgerOutcome const& outcome);
     void performRestore();
-    void restoreEverything();
+    void restoreEverything(int attempt);
     void tell(std::vector<LedgerRecord> const& records);
     void tellUnrecorded(SKPayment::Fields const& payment, Error const& reason);
+    void tryAgain(Error const& reason, std::function<void()> work);
     void later(double seconds, std::function<void()> work) const;
     double date() const;
 
@@ -131,6 +142,7 @@ private:
     bool canMakePayments_ = true;
     std::unordered_set<std::int64_t> inProgress_; // purchases whose outcome is decided and on its way
     int unrecordedCount_ = 0;
+    std::string lastReason_;                                                 // of trying again; told once
     std::shared_ptr<char const> token_ = std::make_shared<char const>('\0'); // expires with the store
 };
 

@@ -1,8 +1,8 @@
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
+#include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/sandbox/internal/StoreConfigurationReader.h"
 
-#include <exception>
 #include <fstream>
 
 namespace trelundo {
@@ -27,8 +27,8 @@ Result<std::string> readText(std::filesystem::path const& file) {
     return text;
 }
 
-Result<StoreConfiguration> parseOrThrow(std::string_view text, std::string const& name,
-                                        StoreConfiguration::Options const& options) {
+Result<StoreConfiguration> read(std::string_view text, std::string const& name,
+                                StoreConfiguration::Options const& options) {
     if (text.size() > largestFile) return Error{name + ": larger than 8 MB"};
     auto const json = JsonValue::parse(text, name, "a StoreKit configuration");
     if (!json) return json.error();
@@ -43,16 +43,14 @@ bool StoreConfiguration::Product::isRestorable() const {
 
 Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const& path,
                                                     Options const& options) {
-    try {
+    return failWithoutMemory([&]() -> Result<StoreConfiguration> {
         std::error_code problem;
         bool const isFolder = std::filesystem::is_directory(path, problem);
         auto const file = isFolder ? path / nameInFolder : path;
         auto const text = readText(file);
         if (!text) return text.error();
         return parse(*text, file.string(), options);
-    } catch (std::exception const& failure) {
-        return Error{path.string() + ": " + failure.what()};
-    }
+    });
 }
 
 Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const& path) {
@@ -61,11 +59,7 @@ Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const&
 
 Result<StoreConfiguration> StoreConfiguration::parse(std::string_view text, std::string const& name,
                                                      Options const& options) {
-    try {
-        return parseOrThrow(text, name, options);
-    } catch (std::exception const& failure) { // out of memory
-        return Error{name + ": " + failure.what()};
-    }
+    return failWithoutMemory([&] { return read(text, name, options); });
 }
 
 Result<StoreConfiguration> StoreConfiguration::parse(std::string_view text, std::string const& name) {

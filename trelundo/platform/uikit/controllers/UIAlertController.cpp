@@ -40,8 +40,11 @@ UIColor separatorColor() {
 }
 
 CALayer::BackdropEffect material(UITraitCollection const& traits) {
-    return {20, 1.8, isDark(traits) ? CGColor{0.145, 0.145, 0.15, 0.8} : CGColor{0.97, 0.97, 0.97, 0.8}};
+    return {20, 1.8, isDark(traits) ? CGColor{0.2, 0.2, 0.21, 0.86} : CGColor{0.97, 0.97, 0.97, 0.8}};
 }
+
+/// On a black ground no shade of a dark card is told from it without an edge.
+CGColor edgeColor(UITraitCollection const& traits) { return {1, 1, 1, isDark(traits) ? 0.25 : 0.0}; }
 
 /// Fills the window behind an alert's card; what is touched beside the card goes nowhere.
 class AlertBackground : public UIView {
@@ -59,11 +62,11 @@ public:
         , rowHeight_(rowHeight)
         , hairline_(1 / card.traitCollection().displayScale) {}
 
-    /// One or two buttons side by side.
+    /// One button, or two side by side in the reading direction.
     void add(std::vector<Ref<AlertButton>> const& buttons) {
         auto const line = addLine();
-        activate({line->topAnchor() == last_->bottomAnchor(), line->leftAnchor() == card_.leftAnchor(),
-                  line->rightAnchor() == card_.rightAnchor(), line->heightAnchor() == hairline_});
+        activate({line->topAnchor() == last_->bottomAnchor(), line->leadingAnchor() == card_.leadingAnchor(),
+                  line->trailingAnchor() == card_.trailingAnchor(), line->heightAnchor() == hairline_});
         for (auto const& button : buttons) {
             button->setTranslatesAutoresizingMaskIntoConstraints(false);
             card_.addSubview(button);
@@ -71,8 +74,8 @@ public:
                 {button->topAnchor() == line->bottomAnchor(), button->heightAnchor() == rowHeight_,
                  button->widthAnchor() == card_.widthAnchor() * (1.0 / static_cast<double>(buttons.size()))});
         }
-        activate({buttons.front()->leftAnchor() == card_.leftAnchor(),
-                  buttons.back()->rightAnchor() == card_.rightAnchor()});
+        activate({buttons.front()->leadingAnchor() == card_.leadingAnchor(),
+                  buttons.back()->trailingAnchor() == card_.trailingAnchor()});
         if (buttons.size() == 2) addDivider(*line);
         last_ = buttons.front();
     }
@@ -282,7 +285,10 @@ void UIAlertController::traitCollectionDidChange(UITraitCollection const* previo
 }
 
 void UIAlertController::materialDidChange() {
-    state_->card->layer().setBackdropEffect(material(traitCollection()));
+    auto& layer = state_->card->layer();
+    layer.setBackdropEffect(material(traitCollection()));
+    layer.setBorderWidth(1 / std::max(traitCollection().displayScale, 1.0));
+    layer.setBorderColor(edgeColor(traitCollection()));
 }
 
 double UIAlertController::transitionDuration() const { return fadeDuration; }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "trelundo/platform/foundation/Weak.h"
-#include "trelundo/platform/graphics/Geometry.h"
 #include "trelundo/platform/uikit/Forward.h"
 
 #include <initializer_list>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trelundo/platform/graphics/Geometry.h"
 #include "trelundo/platform/uikit/Forward.h"
 #include "trelundo/platform/uikit/layout/LayoutItem.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "trelundo/platform/foundation/NSAttributedString.h"
+#include "trelundo/platform/foundation/NSAttributedString.h" // IWYU pragma: export
 #include "trelundo/platform/graphics/Geometry.h"
-#include "trelundo/platform/graphics/text/TextStyle.h"
-#include "trelundo/platform/uikit/text/UIFont.h"
-#include "trelundo/platform/uikit/views/UIColor.h"
+#include "trelundo/platform/graphics/text/TextStyle.h" // IWYU pragma: export
+#include "trelundo/platform/uikit/text/UIFont.h"       // IWYU pragma: export
+#include "trelundo/platform/uikit/views/UIColor.h"     // IWYU pragma: export
 
 #include <vector>
 

@@ -65,6 +65,7 @@ public:
     struct Fit {
         double scale = 1; // applied to all fonts
         bool truncated = false;
+        bool breaksWord = false; // a line ends inside a word for want of width
         int lineCount = 0;
     };
     Fit fit() const;

@@ -181,7 +181,10 @@ UILabel::Fitted const& UILabel::fitted(CGSize size) const {
     // Edges are rounded to pixels one by one, so a frame may be a pixel smaller than what was measured.
     TextLayout text{runs, fittingLimits(size, scale, 1 / pixelScale())};
     if (text.lineCount() == 0) text = TextLayout{runs, limits(size.width, unlimited, 1, scale)};
-    Fit const fit{.scale = scale, .truncated = text.isTruncated(), .lineCount = text.lineCount()};
+    Fit const fit{.scale = scale,
+                  .truncated = text.isTruncated(),
+                  .breaksWord = text.breaksWord(),
+                  .lineCount = text.lineCount()};
     kept.emplace(Fitted{size, isRightToLeft(), fit, std::move(text)});
     return *kept;
 }
@@ -190,7 +193,7 @@ UILabel::Fit UILabel::fit() const {
     if (!drawsContents()) return {};
     auto const area = textBounds(bounds());
     if (area.size.width > 0) return fitted(area.size).fit;
-    return {.scale = 1, .truncated = false, .lineCount = naturalLayout(unlimited).lineCount()};
+    return {.lineCount = naturalLayout(unlimited).lineCount()};
 }
 
 bool UILabel::drawsContents() const { return attributedText_ && !attributedText_->empty(); }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "trelundo/platform/graphics/Geometry.h"
-#include "trelundo/platform/uikit/views/DeviceProfile.h"
-#include "trelundo/platform/uikit/views/UITraitCollection.h"
+#include "trelundo/platform/uikit/views/DeviceProfile.h"     // IWYU pragma: export
+#include "trelundo/platform/uikit/views/UITraitCollection.h" // IWYU pragma: export
 
 namespace trelundo {
 

@@ -14,6 +14,7 @@ Ref<UIButton> makeContinueButton(UIButtonType type, UIFont titleFont, UIColor ba
     roundCorners(*button);
     button->setBackgroundColor(std::move(background));
     button->titleLabel()->setFont(titleFont);
+    shrinkToFit(*button->titleLabel());
     return button;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "trelundo/kit/screens/base/BaseViewController.h"
-#include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/uikit/layout/UIStackView.h"
 
 #include <vector>

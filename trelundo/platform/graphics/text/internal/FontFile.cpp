@@ -35,7 +35,8 @@ std::optional<FontFile> describe(FcPattern* pattern) {
     if (variable) return std::nullopt;
     return FontFile{.path = reinterpret_cast<char const*>(path),
                     .weight = FcWeightToOpenType(number(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR)),
-                    .isItalic = number(pattern, FC_SLANT, FC_SLANT_ROMAN) != FC_SLANT_ROMAN};
+                    .isItalic = number(pattern, FC_SLANT, FC_SLANT_ROMAN) != FC_SLANT_ROMAN,
+                    .width = number(pattern, FC_WIDTH, FC_WIDTH_NORMAL)};
 }
 
 } // namespace
@@ -43,14 +44,16 @@ std::optional<FontFile> describe(FcPattern* pattern) {
 std::vector<FontFile> findFontFamily(std::string const& family) {
     Pattern const pattern(FcPatternCreate());
     FcPatternAddString(pattern.get(), FC_FAMILY, bytes(family.c_str()));
-    ObjectSet const objects(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_WEIGHT, FC_SLANT, FC_VARIABLE, nullptr));
+    ObjectSet const objects(
+        FcObjectSetBuild(FC_FILE, FC_INDEX, FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_VARIABLE, nullptr));
     FontSet const found(FcFontList(nullptr, pattern.get(), objects.get()));
     std::vector<FontFile> files;
     for (int i = 0; found && i < found->nfont; ++i)
         if (auto file = describe(found->fonts[i])) files.push_back(std::move(*file));
     // The configuration lists files in the order of their folders, which differs between machines.
-    std::ranges::sort(files, {},
-                      [](FontFile const& file) { return std::tie(file.weight, file.isItalic, file.path); });
+    std::ranges::sort(files, {}, [](FontFile const& file) {
+        return std::tie(file.weight, file.isItalic, file.width, file.path);
+    });
     return files;
 }
 
@@ -62,6 +65,8 @@ std::optional<FontFile> findFontFile(char32_t character, int weight) {
     FcPatternAddCharSet(pattern.get(), FC_CHARSET, characters.get());
     FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
     FcPatternAddInteger(pattern.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
+    FcPatternAddInteger(pattern.get(), FC_WIDTH, FC_WIDTH_NORMAL);
+    FcPatternAddInteger(pattern.get(), FC_SLANT, FC_SLANT_ROMAN);
     FcPatternAddString(pattern.get(), FC_LANG, bytes("en"));
     FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
     FcDefaultSubstitute(pattern.get());

@@ -11,12 +11,13 @@ struct FontFile {
     std::string path;
     int weight; // 100 to 900
     bool isItalic;
+    int width; // percent of the usual; less is condensed
 };
 
 /// All upright and italic faces of a family in a fixed order; empty when it is not installed.
 std::vector<FontFile> findFontFamily(std::string const& family);
 
-/// The best scalable sans-serif file that has `character`.
+/// The best upright sans-serif file of the usual width that has `character`.
 std::optional<FontFile> findFontFile(char32_t character, int weight);
 
 } // namespace trelundo

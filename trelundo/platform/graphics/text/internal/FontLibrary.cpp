@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/graphics/text/internal/FontFile.h"
+#include "trelundo/platform/graphics/text/internal/MissingFont.h"
 
 #include <QFile>
 
@@ -62,16 +63,6 @@ QRawFont const& opened(FontFace& face) {
     return face.reference;
 }
 
-bool covers(FontFace& face, std::u16string_view cluster) {
-    auto const& font = opened(face);
-    if (!font.isValid()) return false;
-    bool all = true;
-    forEachCharacter(cluster, [&](char32_t character) {
-        all = all && (isInvisible(character) || font.supportsCharacter(static_cast<uint>(character)));
-    });
-    return all;
-}
-
 bool isEastAsian(char32_t character, UScriptCode script) {
     switch (script) {
     case USCRIPT_HAN:
@@ -85,24 +76,24 @@ bool isEastAsian(char32_t character, UScriptCode script) {
     }
 }
 
+/// The script of `character`; for what several share, the first of those that it is known in, if any is told.
+UScriptCode scriptOf(char32_t character) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::array<UScriptCode, 32> scripts{USCRIPT_COMMON};
+    uscript_getScriptExtensions(static_cast<UChar32>(character), scripts.data(),
+                                static_cast<int32_t>(scripts.size()), &status);
+    return scripts.front();
+}
+
 /// The family that the script of `character` is set in; empty when only coverage can tell.
 std::string familyForScript(char32_t character) {
-    UErrorCode status = U_ZERO_ERROR;
-    auto const script = uscript_getScript(static_cast<UChar32>(character), &status);
-    if (U_FAILURE(status)) return {};
+    auto const script = scriptOf(character);
     if (isEastAsian(character, script)) return japaneseFamily;
     if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED || script == USCRIPT_UNKNOWN) return {};
     std::string name = uscript_getName(script);
     std::ranges::replace(name, '_', ' ');
     if (name == "Latin" || name == "Greek" || name == "Cyrillic") return "Noto Sans";
     return "Noto Sans " + name;
-}
-
-/// Punctuation and marks that several scripts share.
-bool isShared(char32_t character) {
-    UErrorCode status = U_ZERO_ERROR;
-    auto const script = uscript_getScript(static_cast<UChar32>(character), &status);
-    return script == USCRIPT_COMMON || script == USCRIPT_INHERITED;
 }
 
 char16_t missingSign(QRawFont const& font) {
@@ -120,6 +111,22 @@ char32_t firstCharacter(std::u16string_view cluster) {
 }
 
 } // namespace
+
+bool covers(FontFace& face, std::u16string_view cluster) {
+    auto const& font = opened(face);
+    if (!font.isValid()) return false;
+    bool all = true;
+    forEachCharacter(cluster, [&](char32_t character) {
+        all = all && (isInvisible(character) || font.supportsCharacter(static_cast<uint>(character)));
+    });
+    return all;
+}
+
+bool isShared(std::u16string_view cluster) {
+    UErrorCode status = U_ZERO_ERROR;
+    auto const script = uscript_getScript(static_cast<UChar32>(firstCharacter(cluster)), &status);
+    return script == USCRIPT_COMMON || script == USCRIPT_INHERITED;
+}
 
 bool isEmoji(std::u16string_view cluster) {
     auto const first = firstCharacter(cluster);
@@ -177,17 +184,25 @@ FontLibrary::Family& FontLibrary::family(std::string const& name) {
     auto const [entry, isNew] = families_.try_emplace(name);
     if (!isNew) return entry->second;
     for (auto const& file : findFontFamily(name)) {
-        FontFace face{.file = file.path, .weight = file.weight, .isItalic = file.isItalic};
+        FontFace face{.file = file.path,
+                      .weight = file.weight,
+                      .isItalic = file.isItalic,
+                      .width = file.width,
+                      .isEmoji = name == emojiFamily};
         // Kana kern only in proportional setting, which nobody asked for.
-        face.kernsByItself = name != japaneseFamily;
+        face.isEastAsian = name == japaneseFamily;
+        face.kernsByItself = !face.isEastAsian;
         entry->second.push_back(std::move(face));
     }
     return entry->second;
 }
 
 FontFace* FontLibrary::closest(Family& family, int weight, bool italic) {
+    constexpr int usualWidth = 100;
+    // Of two as near the lighter: it can be thickened.
     auto const distance = [&](FontFace const& face) {
-        return std::pair(face.isItalic != italic, std::abs(face.weight - weight));
+        return std::tuple(std::abs(face.width - usualWidth), face.isItalic != italic,
+                          std::abs(face.weight - weight), face.weight);
     };
     auto const best = std::ranges::min_element(family, {}, distance);
     return best == family.end() ? nullptr : &*best;
@@ -203,42 +218,43 @@ FontFace* FontLibrary::faceOfFamily(std::string const& name, FontFace const& lik
     return closest(family(name), like.weight, like.isItalic);
 }
 
-FontFace& FontLibrary::faceFor(std::u16string_view cluster, FontFace& preferred, FontFace* previous) {
-    if (isEmoji(cluster)) {
-        auto* const emoji = faceOfFamily(emojiFamily, preferred);
-        if (emoji && covers(*emoji, cluster)) return *emoji;
-    }
-    if (covers(preferred, cluster)) return preferred;
-    // A mark stays with the text before it.
-    if (previous && isShared(firstCharacter(cluster)) && covers(*previous, cluster)) return *previous;
-    auto* const face = fallback(cluster, preferred);
-    return face ? *face : preferred;
+FontFace* FontLibrary::emojiFace(std::u16string_view cluster) {
+    if (!isEmoji(cluster)) return nullptr;
+    auto* const face = closest(family(emojiFamily), 400, false);
+    return face && covers(*face, cluster) ? face : nullptr;
 }
 
-FontFace* FontLibrary::fallback(std::u16string_view cluster, FontFace const& like) {
+FontFace* FontLibrary::faceForLetters(std::span<std::u16string_view const> letters, FontFace const& like) {
+    auto const hasAll = [&](FontFace& face) {
+        return std::ranges::all_of(letters, [&](auto letter) { return covers(face, letter); });
+    };
+    for (auto const& name : {familyForScript(firstCharacter(letters.front())), std::string{"Noto Sans"},
+                             std::string{"Noto Sans Symbols"}, std::string{"Noto Sans Symbols2"},
+                             std::string{"Noto Sans Math"}, std::string{japaneseFamily}}) {
+        auto* const face = name.empty() ? nullptr : faceOfFamily(name, like);
+        if (face && hasAll(*face)) return face;
+    }
+    return nullptr;
+}
+
+FontFace* FontLibrary::faceFor(std::u16string_view cluster, FontFace const& like) {
     auto const character = firstCharacter(cluster);
-    auto const key = std::pair(character, like.weight >= 600);
+    auto const key = std::tuple(character, like.weight, like.isItalic);
     if (auto const known = byCharacter_.find(key); known != byCharacter_.end()) return known->second;
-    FontFace* face = nullptr;
-    auto const fits = [&](FontFace* candidate) { return candidate && covers(*candidate, cluster); };
-    if (auto const name = familyForScript(character); !name.empty()) face = faceOfFamily(name, like);
-    if (!fits(face)) face = faceByCoverage(character, like);
+    auto* face = faceForLetters({&cluster, 1}, like);
+    if (!face) face = faceInAnyFile(character, like);
+    if (!face) logMissingFont(character);
     if (cluster.size() <= 2) byCharacter_[key] = face;
     return face;
 }
 
-FontFace* FontLibrary::faceByCoverage(char32_t character, FontFace const& like) {
-    std::u16string text;
-    appendCharacter(text, character);
-    for (auto const* name :
-         {"Noto Sans", "Noto Sans Symbols", "Noto Sans Symbols2", "Noto Sans Math", japaneseFamily}) {
-        auto* const face = faceOfFamily(name, like);
-        if (face && covers(*face, text)) return face;
-    }
+FontFace* FontLibrary::faceInAnyFile(char32_t character, FontFace const& like) {
     auto const file = findFontFile(character, like.weight);
     if (!file) return nullptr;
     auto& others = families_["file:" + file->path];
     if (others.empty()) others.push_back({.file = file->path, .weight = file->weight});
+    std::u16string text;
+    appendCharacter(text, character);
     return covers(others.front(), text) ? &others.front() : nullptr;
 }
 

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/graphics/internal/CanvasState.h"
 #include "trelundo/platform/graphics/internal/PainterGeometry.h"
+#include "trelundo/platform/graphics/text/internal/ThickenedGlyph.h"
 #include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <QGlyphRun>
@@ -18,6 +19,9 @@ namespace {
 
 constexpr int lineStyleBits = 0x0f;
 constexpr int patternBits = 0x700;
+// Ems from the baseline to an underline below East Asian characters, which would leave nothing of a higher
+// one.
+constexpr double squareDepth = 0.2;
 
 bool hasBits(NSUnderlineStyle style, NSUnderlineStyle bits) {
     return (static_cast<int>(style) & static_cast<int>(bits)) == static_cast<int>(bits);
@@ -98,12 +102,13 @@ double TextPainter::spaceForJustifying(TextLine const& line, double width) const
 std::vector<TextPainter::Stretch> TextPainter::stretches(std::vector<Placed> const& placed,
                                                          bool splitAtSpaces) const {
     std::vector<Stretch> result;
-    for (auto const& [character, left, width] : placed) {
-        auto const isSpace = splitAtSpaces && character->isSpace;
-        if (!result.empty() && result.back().style == character->style && result.back().isSpace == isSpace)
-            result.back().right = left + width;
-        else
-            result.push_back({character->style, left, left + width, isSpace});
+    for (auto const& one : placed) {
+        auto const isSpace = splitAtSpaces && one.character->isSpace;
+        if (result.empty() || result.back().style != one.character->style || result.back().isSpace != isSpace)
+            result.push_back({one.character->style, one.left, one.left, isSpace, {&one, 0}});
+        auto& stretch = result.back();
+        stretch.right = one.left + one.width;
+        stretch.characters = {stretch.characters.data(), stretch.characters.size() + 1};
     }
     return result;
 }
@@ -121,29 +126,43 @@ void TextPainter::drawGlyphs(std::vector<Placed> const& placed, double baseline)
     TextCharacter const* head = nullptr;
     std::vector<quint32> indexes;
     std::vector<QPointF> places;
-    for (auto const& [character, left, width] : placed) {
+    for (auto const& one : placed) {
+        auto const* character = one.character;
         if (head && (character->style != head->style || character->face != head->face)) {
             drawGlyphRun(*head, indexes, places);
             head = nullptr;
         }
         if (!head) head = character;
-        auto const& style = styles_[character->style];
-        auto const size = style.font.size;
-        auto const& shaped = character->word->characters[character->indexInWord];
-        for (auto i = shaped.firstGlyph; i < shaped.firstGlyph + shaped.glyphCount; ++i) {
-            auto const& glyph = character->word->glyphs[i];
-            indexes.push_back(glyph.index);
-            places.emplace_back(left + glyph.x * size, baseline - style.run.baselineOffset + glyph.y * size);
-        }
+        forEachGlyph(one, baseline, [&](quint32 index, QPointF place) {
+            indexes.push_back(index);
+            places.push_back(place);
+        });
     }
     if (head) drawGlyphRun(*head, indexes, places);
+}
+
+/// Visits index and place of each glyph of a character.
+template <class Visit>
+void TextPainter::forEachGlyph(Placed const& placed, double baseline, Visit const& visit) const {
+    auto const& character = *placed.character;
+    auto const& style = styles_[character.style];
+    auto const size = style.font.size;
+    auto const& shaped = character.word->characters[character.indexInWord];
+    for (auto i = shaped.firstGlyph; i < shaped.firstGlyph + shaped.glyphCount; ++i) {
+        auto const& glyph = character.word->glyphs[i];
+        visit(glyph.index,
+              QPointF(placed.left + glyph.x * size, baseline - style.run.baselineOffset + glyph.y * size));
+    }
 }
 
 void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& indexes,
                                std::vector<QPointF>& places) {
     auto const& style = styles_[head.style];
     auto const font = FontLibrary::shared().fontFor(*head.face, style.font.size);
-    if (!indexes.empty() && style.font.size > 0 && font.isValid()) {
+    auto const missing = missingThickness(*head.face, style.font.weight);
+    if (!indexes.empty() && style.font.size > 0 && font.isValid() && missing > 0) {
+        drawThickened(head, missing, indexes, places);
+    } else if (!indexes.empty() && style.font.size > 0 && font.isValid()) {
         QGlyphRun run;
         run.setRawFont(font);
         run.setGlyphIndexes(QList<quint32>(indexes.begin(), indexes.end()));
@@ -153,6 +172,19 @@ void TextPainter::drawGlyphRun(TextCharacter const& head, std::vector<quint32>& 
     }
     indexes.clear();
     places.clear();
+}
+
+void TextPainter::drawThickened(TextCharacter const& head, double ems, std::vector<quint32> const& indexes,
+                                std::vector<QPointF> const& places) {
+    auto const& style = styles_[head.style];
+    auto const scale = style.font.size / FontLibrary::referenceSize;
+    QPainterPath text;
+    for (std::size_t i = 0; i < indexes.size(); ++i)
+        text.addPath(QTransform::fromScale(scale, scale)
+                         .map(thickenedGlyph(*head.face, indexes[i], ems))
+                         .translated(places[i]));
+    text.setFillRule(Qt::WindingFill); // joined letters overlap
+    canvas_.state().painter.fillPath(text, toQColor(style.run.color));
 }
 
 void TextPainter::drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration) {
@@ -167,34 +199,80 @@ void TextPainter::drawDecorations(std::vector<Placed> const& placed, double base
     for (auto const& stretch : stretches(placed, byWord)) {
         auto const& style = styles_[stretch.style];
         if (!drawn(style) || (stretch.isSpace && hasBits(styleOf(style), NSUnderlineStyle::byWord))) continue;
-        auto const& color = below ? style.run.underlineColor : style.run.strikethroughColor;
-        auto const raised = baseline - style.run.baselineOffset;
-        auto const middle = below ? raised + style.font.size / 9 : raised - style.font.xHeight() / 2;
-        drawRule(stretch, styleOf(style), middle, color.value_or(style.run.color));
+        drawRule(stretch, baseline, decoration);
     }
 }
 
 /// Lines are whole device pixels thick and lie on whole pixels, as far as the transform is upright.
-void TextPainter::drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle,
-                           CGColor const& color) {
+void TextPainter::drawRule(Stretch const& stretch, double baseline, Decoration decoration) {
     auto const& transform = canvas_.state().painter.worldTransform();
     auto const scale = deviceScale(canvas_.state().painter);
     if (!(scale > 0)) return;
+    auto const below = decoration == Decoration::underline;
+    auto const& scaled = styles_[stretch.style];
+    auto const style = below ? scaled.run.underline : scaled.run.strikethrough;
+    auto const& color = below ? scaled.run.underlineColor : scaled.run.strikethroughColor;
+    auto const raised = baseline - scaled.run.baselineOffset;
+    auto const squares = std::ranges::any_of(
+        stretch.characters, [](Placed const& one) { return one.character->face->isEastAsian; });
+    auto const depth = scaled.font.size * (squares ? squareDepth : 1.0 / 9);
+    auto const middle = below ? raised + depth : raised - scaled.font.xHeight() / 2;
     auto const isThick =
         (static_cast<int>(style) & lineStyleBits) == static_cast<int>(NSUnderlineStyle::thick);
-    auto const wished = styles_[stretch.style].font.size / 18 * (isThick ? 2 : 1);
-    auto const pixels = std::max(1.0, std::round(wished * scale));
-    auto const thickness = pixels / scale;
+    auto const wished = scaled.font.size / 18 * (isThick ? 2 : 1);
+    auto const thickness = std::max(1.0, std::round(wished * scale)) / scale;
     auto const aligned = [&](double place, double shift) {
         return (std::round(place * scale + shift) - shift) / scale;
     };
-    auto const isDouble = hasBits(style, NSUnderlineStyle::doubleLine);
-    auto const top = aligned(middle - thickness / 2 - (isDouble ? thickness : 0), transform.dy());
-    auto const left = aligned(stretch.left, transform.dx());
-    auto const right = aligned(stretch.right, transform.dx());
-    for (int i = 0; i < (isDouble ? 2 : 1); ++i)
-        drawDashes(left, right, top + 2 * i * thickness, thickness, static_cast<int>(style) & patternBits,
-                   color);
+    auto const count = hasBits(style, NSUnderlineStyle::doubleLine) ? 2 : 1;
+    auto const top = aligned(middle - thickness / 2 - (count - 1) * thickness, transform.dy());
+    std::vector<Piece> pieces{{stretch.left, stretch.right}};
+    if (below && !squares)
+        pieces = clearPieces(stretch, baseline,
+                             {stretch.left, top, stretch.right - stretch.left, (2 * count - 1) * thickness});
+    for (auto const& [left, right] : pieces)
+        for (int i = 0; i < count; ++i)
+            drawDashes(aligned(left, transform.dx()), aligned(right, transform.dx()), top + 2 * i * thickness,
+                       thickness, static_cast<int>(style) & patternBits, color.value_or(scaled.run.color));
+}
+
+/// Where glyphs of a stretch reach into `band`.
+std::vector<TextPainter::Piece> TextPainter::crossings(Stretch const& stretch, double baseline,
+                                                       CGRect band) const {
+    QRectF const area(band.minX(), band.minY(), band.width(), band.height());
+    std::vector<Piece> found;
+    for (auto const& one : stretch.characters) {
+        auto const font =
+            FontLibrary::shared().fontFor(*one.character->face, styles_[stretch.style].font.size);
+        forEachGlyph(one, baseline, [&](quint32 index, QPointF place) {
+            auto const glyph = font.pathForGlyph(index).translated(place);
+            if (!glyph.boundingRect().intersects(area)) return;
+            QPainterPath wide;
+            wide.addRect(area.adjusted(-area.height(), 0, area.height(), 0));
+            auto const crossing = glyph.intersected(wide).boundingRect();
+            if (!crossing.isEmpty()) found.push_back({crossing.left(), crossing.right()});
+        });
+    }
+    std::ranges::sort(found, {}, &Piece::left);
+    return found;
+}
+
+/// What is left of an underline at some distance from the glyphs that reach below the baseline.
+std::vector<TextPainter::Piece> TextPainter::clearPieces(Stretch const& stretch, double baseline,
+                                                         CGRect rule) const {
+    double const distance = styles_[stretch.style].font.size / 16;
+    std::vector<Piece> pieces;
+    double left = rule.minX();
+    // Crumbs between two letters would only look like dirt.
+    auto const keep = [&](double right) {
+        if (right - left > distance) pieces.push_back({left, right});
+    };
+    for (auto const& [from, to] : crossings(stretch, baseline, rule.insetBy(0, -distance / 2))) {
+        keep(from - distance);
+        left = std::max(left, to + distance);
+    }
+    keep(rule.maxX());
+    return pieces;
 }
 
 void TextPainter::drawDashes(double left, double right, double top, double thickness, int pattern,

@@ -5,6 +5,7 @@
 
 #include <QPointF>
 
+#include <span>
 #include <vector>
 
 namespace trelundo {
@@ -32,6 +33,12 @@ private:
         double left;
         double right;
         bool isSpace;
+        std::span<Placed const> characters;
+    };
+    /// What a rule covers from left to right, points.
+    struct Piece {
+        double left;
+        double right;
     };
 
     std::vector<Placed> place(TextLine const& line, double left, double width) const;
@@ -40,9 +47,14 @@ private:
     void drawBackgrounds(std::vector<Placed> const& placed, double top, double height);
     void drawGlyphs(std::vector<Placed> const& placed, double baseline);
     void drawGlyphRun(TextCharacter const& head, std::vector<quint32>& indexes, std::vector<QPointF>& places);
+    void drawThickened(TextCharacter const& head, double ems, std::vector<quint32> const& indexes,
+                       std::vector<QPointF> const& places);
     enum class Decoration { underline, strikethrough };
     void drawDecorations(std::vector<Placed> const& placed, double baseline, Decoration decoration);
-    void drawRule(Stretch const& stretch, NSUnderlineStyle style, double middle, CGColor const& color);
+    template <class Visit> void forEachGlyph(Placed const& placed, double baseline, Visit const& visit) const;
+    void drawRule(Stretch const& stretch, double baseline, Decoration decoration);
+    std::vector<Piece> crossings(Stretch const& stretch, double baseline, CGRect band) const;
+    std::vector<Piece> clearPieces(Stretch const& stretch, double baseline, CGRect rule) const;
     void drawDashes(double left, double right, double top, double thickness, int pattern,
                     CGColor const& color);
 

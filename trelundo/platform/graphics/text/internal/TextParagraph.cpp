@@ -1,8 +1,10 @@
 #include "trelundo/platform/graphics/text/internal/TextParagraph.h"
 
+#include "trelundo/platform/graphics/text/internal/FaceChoice.h"
 #include "trelundo/platform/graphics/text/internal/UnicodeAlgorithms.h"
 
 #include <unicode/uchar.h>
+#include <unicode/uscript.h>
 
 #include <algorithm>
 #include <array>
@@ -43,17 +45,28 @@ bool isSpace(char16_t unit) {
     return u_isUWhiteSpace(unit) && std::ranges::find(noBreak, unit) == std::end(noBreak);
 }
 
-/// Whether the letters at two places are written in one stroke, as in Arabic.
-bool joinCursively(std::u16string_view text, std::size_t left, std::size_t right) {
-    auto const joining = [&](std::size_t place) {
-        char32_t letter = 0;
-        U16_GET(text, 0, place, text.size(), letter);
-        return u_getIntPropertyValue(static_cast<UChar32>(letter), UCHAR_JOINING_TYPE);
-    };
-    auto const first = joining(left);
-    auto const second = joining(right);
-    return (first == U_JT_DUAL_JOINING || first == U_JT_LEFT_JOINING || first == U_JT_JOIN_CAUSING) &&
-           (second == U_JT_DUAL_JOINING || second == U_JT_RIGHT_JOINING || second == U_JT_JOIN_CAUSING);
+/// Whether the letters of a script are joined, by strokes or by a line along their heads, so that a gap after
+/// any of them would tear words apart.
+bool isJoined(std::u16string_view text, std::size_t place) {
+    char32_t letter = 0;
+    U16_GET(text, 0, place, text.size(), letter);
+    UErrorCode status = U_ZERO_ERROR;
+    switch (uscript_getScript(static_cast<UChar32>(letter), &status)) {
+    case USCRIPT_ADLAM:
+    case USCRIPT_ARABIC:
+    case USCRIPT_BENGALI:
+    case USCRIPT_DEVANAGARI:
+    case USCRIPT_GURMUKHI:
+    case USCRIPT_HANIFI_ROHINGYA:
+    case USCRIPT_MANDAIC:
+    case USCRIPT_MONGOLIAN:
+    case USCRIPT_NKO:
+    case USCRIPT_PHAGS_PA:
+    case USCRIPT_SYRIAC:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace
@@ -116,21 +129,13 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
     auto const ends = characterEnds(text.units);
     auto const breaks = lineBreaks(text.units);
     auto const levels = embeddingLevels(text.units, isRightToLeft);
-    auto& library = FontLibrary::shared();
     characters.reserve(ends.size());
     std::size_t start = 0;
-    FontFace* previous = nullptr;
     for (auto const unsignedEnd : ends) {
         auto const stop = static_cast<std::size_t>(unsignedEnd);
-        auto const style = text.styles[start];
-        auto const& font = styles[style].font;
-        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
-        auto& preferred = library.systemFace(font.weight, font.isItalic, styles[style].run.font.size);
-        auto& face =
-            library.faceFor(std::u16string_view(text.units).substr(start, stop - start), preferred, previous);
         characters.push_back({.start = start,
-                              .style = style,
-                              .face = &face,
+                              .style = text.styles[start],
+                              .face = nullptr,
                               .word = nullptr,
                               .indexInWord = 0,
                               .advance = 0,
@@ -138,8 +143,29 @@ void TextParagraph::splitCharacters(std::vector<ScaledStyle> const& styles) {
                               .isSpace = isSpace(text.units[start]),
                               .mayBreakAfter = breaks.allowed[stop],
                               .breaksWellAfter = breaks.preferred[stop]});
-        previous = &face;
         start = stop;
+    }
+    chooseFacesByStyle(styles);
+}
+
+std::u16string_view TextParagraph::cluster(std::size_t character) const {
+    auto const start = characters[character].start;
+    return std::u16string_view(text.units).substr(start, end(character) - start);
+}
+
+void TextParagraph::chooseFacesByStyle(std::vector<ScaledStyle> const& styles) {
+    std::vector<std::u16string_view> clusters;
+    for (std::size_t first = 0; first < characters.size(); first += clusters.size()) {
+        auto const style = characters[first].style;
+        clusters.clear();
+        for (auto i = first; i < characters.size() && characters[i].style == style; ++i)
+            clusters.push_back(cluster(i));
+        auto const& font = styles[style].font;
+        // A shrunk headline keeps its design, or it would have to shrink further for the wider one.
+        auto& preferred =
+            FontLibrary::shared().systemFace(font.weight, font.isItalic, styles[style].run.font.size);
+        auto const faces = chooseFaces(clusters, preferred);
+        for (std::size_t i = 0; i < faces.size(); ++i) characters[first + i].face = faces[i];
     }
 }
 
@@ -173,9 +199,7 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
     std::vector<int> ends;
     ends.reserve(last - first);
     for (auto i = first; i < last; ++i) {
-        auto const cluster =
-            std::u16string_view(text.units).substr(characters[i].start, end(i) - characters[i].start);
-        appendShapeable(*head.face, cluster, toShape.text);
+        appendShapeable(*head.face, cluster(i), toShape.text);
         ends.push_back(static_cast<int>(toShape.text.size()));
     }
     auto const word = shapeWord(toShape, ends);
@@ -185,10 +209,8 @@ void TextParagraph::shapeCharacters(std::size_t first, std::size_t last,
         character.word = word;
         character.indexInWord = i - first;
         auto const ems = word->characters[i - first].advance;
-        // A gap inside a join would tear cursive writing apart.
-        bool const joins =
-            i + 1 < last && joinCursively(text.units, character.start, characters[i + 1].start);
-        character.advance = ems > 0 ? ems * style.font.size + (joins ? 0 : extra) : 0;
+        auto const gap = isJoined(text.units, character.start) ? 0 : extra;
+        character.advance = ems > 0 ? ems * style.font.size + gap : 0;
     }
 }
 

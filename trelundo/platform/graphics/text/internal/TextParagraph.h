@@ -35,7 +35,7 @@ struct StyledText {
 struct TextCharacter {
     std::size_t start; // UTF-16 unit
     std::size_t style;
-    FontFace* face;
+    FontFace* face; // set for every character before any is shaped
     std::shared_ptr<ShapedWord const> word;
     std::size_t indexInWord;
     double advance; // points, kerning and tracking included
@@ -58,6 +58,8 @@ struct TextParagraph {
 
 private:
     void splitCharacters(std::vector<ScaledStyle> const& styles);
+    std::u16string_view cluster(std::size_t character) const;
+    void chooseFacesByStyle(std::vector<ScaledStyle> const& styles);
     void shape(std::vector<ScaledStyle> const& styles);
     std::size_t wordEnd(std::size_t first) const;
     void shapeCharacters(std::size_t first, std::size_t last, std::vector<ScaledStyle> const& styles);

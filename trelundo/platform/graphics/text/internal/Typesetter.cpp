@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace trelundo {
 
@@ -27,6 +28,16 @@ bool isLineEnd(char16_t unit) {
 double visibleWidth(TextParagraph const& paragraph, std::size_t first, std::size_t last) {
     while (last > first && paragraph.characters[last - 1].isSpace) --last;
     return paragraph.width(first, last);
+}
+
+bool isHeldTogether(TextParagraph const& text, std::size_t first, std::size_t last) {
+    auto const isNoBreakSpace = [&](TextCharacter const& character) {
+        auto const unit = text.text.units[character.start];
+        return unit == u'\u00a0' || unit == u'\u202f';
+    };
+    auto const begin = text.characters.begin();
+    return std::any_of(begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(last),
+                       isNoBreakSpace);
 }
 
 constexpr char16_t ellipsis[] = u"\u2026";
@@ -193,15 +204,42 @@ TextLine Typesetter::makeLine(Place place) {
     line.trailing = -style.tailIndent * scale;
     if (style.tailIndent > 0)
         line.trailing = limits_.width == greatestFiniteMagnitude ? 0 : limits_.width + line.trailing;
-    auto const byWords = style.lineBreakMode != NSLineBreakMode::byCharWrapping;
     auto const& text = *line.paragraph;
-    line.last = fittingEnd(line, byWords);
+    line.last = lineEnd(line);
     line.hasSoftEnd = line.last < text.characters.size();
     line.width = visibleWidth(text, line.first, line.last);
     // Spaces at the end of a paragraph count as far as there is room.
     if (!line.hasSoftEnd)
         line.width = std::max(line.width, std::min(text.width(line.first, line.last), room(line)));
     return line;
+}
+
+/// Between sentences where each of them stands on a line of its own, else where the line is full.
+std::size_t Typesetter::lineEnd(TextLine& line) {
+    auto const byWords = line.style.lineBreakMode != NSLineBreakMode::byCharWrapping;
+    if (line.first == 0) sentenceLines_ = byWords ? sentenceLines(line) : std::vector<std::size_t>{};
+    auto const planned = std::ranges::upper_bound(sentenceLines_, line.first);
+    return planned == sentenceLines_.end() ? fittingEnd(line, byWords) : *planned;
+}
+
+/// Ends of the sentences of a paragraph that begins with `line`; none unless each fits a line and they take
+/// no more lines so than filled to the brim.
+std::vector<std::size_t> Typesetter::sentenceLines(TextLine line) const {
+    auto const& text = *line.paragraph;
+    auto const most = room(line) + tolerance;
+    if (text.width(0, text.characters.size()) <= most) return {};
+    std::vector<std::size_t> ends;
+    std::size_t first = 0;
+    for (auto const unit : sentenceEnds(text.text.units)) {
+        auto const after = std::ranges::lower_bound(text.characters, static_cast<std::size_t>(unit), {},
+                                                    &TextCharacter::start);
+        ends.push_back(static_cast<std::size_t>(after - text.characters.begin()));
+        if (visibleWidth(text, first, ends.back()) > most) return {};
+        first = ends.back();
+    }
+    std::size_t count = 0;
+    for (; line.first < text.characters.size(); ++count) line.first = fittingEnd(line, true);
+    return count == ends.size() ? ends : std::vector<std::size_t>{};
 }
 
 std::size_t Typesetter::fittingEnd(TextLine& line, bool byWords) const {
@@ -234,17 +272,22 @@ std::size_t Typesetter::lastWord(TextLine const& line) const {
     return first;
 }
 
-/// A short word alone on the last line of a paragraph gets the word before it for company.
+/// A short word alone on the last line of a paragraph, or a few of the shortest, gets the word before it for
+/// company.
 void Typesetter::keepCompany(TextLine& last) {
     if (lines.empty() || last.hasSoftEnd || lines.back().source != last.source) return;
     auto above = lines.back();
     auto const& text = *last.paragraph;
     auto const byWords = last.style.lineBreakMode != NSLineBreakMode::byCharWrapping;
-    if (!byWords || above.breaksWord || last.width * 2 > above.width || lastWord(last) > last.first) return;
-    above.last = lastWord(above);
+    if (!byWords || !sentenceLines_.empty() || above.breaksWord) return;
+    bool const isOneWord = lastWord(last) <= last.first;
+    if (last.width * (isOneWord ? 2 : 5) > above.width) return;
+    auto const end = std::exchange(above.last, lastWord(above));
     above.width = visibleWidth(text, above.first, above.last);
     auto const width = visibleWidth(text, above.last, last.last);
-    if (above.width < width || width > room(last) + tolerance) return;
+    // Only an amount with its sign may make the last line the longest.
+    auto const least = isHeldTogether(text, above.last, end) ? last.width : width;
+    if (above.width < least || width > room(last) + tolerance) return;
     lines.pop_back();
     placeLine(above);
     lines.push_back(above);

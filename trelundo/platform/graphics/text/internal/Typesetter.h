@@ -34,6 +34,8 @@ private:
     void typeset();
     TextLine makeLine(Place place);
     std::size_t fittingEnd(TextLine& line, bool byWords) const;
+    std::size_t lineEnd(TextLine& line);
+    std::vector<std::size_t> sentenceLines(TextLine line) const;
     std::size_t lastWord(TextLine const& line) const;
     void keepCompany(TextLine& last);
     void placeLine(TextLine& line);
@@ -55,6 +57,8 @@ private:
     TextLimits limits_;
     std::vector<Source> sources_;
     std::vector<std::shared_ptr<TextParagraph const>> paragraphs_;
+    std::vector<std::size_t>
+        sentenceLines_; // where the lines of the present paragraph end, if between sentences
 };
 
 } // namespace trelundo

@@ -2,6 +2,8 @@
 
 #include <unicode/ubidi.h>
 #include <unicode/ubrk.h>
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
 #include <memory>
@@ -47,6 +49,11 @@ bool isPlain(std::u16string_view text, char16_t limit) {
 /// Without combining characters and line ends every unit is a character.
 constexpr char16_t firstCombining = 0x300;
 
+bool opensIsolate(UCharDirection direction) {
+    return direction == U_FIRST_STRONG_ISOLATE || direction == U_LEFT_TO_RIGHT_ISOLATE ||
+           direction == U_RIGHT_TO_LEFT_ISOLATE;
+}
+
 } // namespace
 
 std::vector<int> characterEnds(std::u16string_view text) {
@@ -78,15 +85,32 @@ LineBreaks lineBreaks(std::u16string_view text) {
     return {std::move(allowed), std::move(preferred)};
 }
 
+std::vector<int> sentenceEnds(std::u16string_view text) {
+    thread_local Iterator const sentences = openIterator(UBRK_SENTENCE);
+    std::vector<int> ends;
+    if (auto* const iterator = iteratorOver(sentences.get(), text))
+        for (auto end = ubrk_next(iterator); end != UBRK_DONE; end = ubrk_next(iterator)) ends.push_back(end);
+    return ends;
+}
+
 BaseDirection baseDirection(std::u16string_view text) {
-    switch (ubidi_getBaseDirection(text.data(), static_cast<int32_t>(text.size()))) {
-    case UBIDI_LTR:
-        return BaseDirection::leftToRight;
-    case UBIDI_RTL:
-        return BaseDirection::rightToLeft;
-    default:
-        return BaseDirection::none;
+    int openIsolates = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        UChar32 character;
+        U16_NEXT(text.data(), i, text.size(), character);
+        auto const direction = u_charDirection(character);
+        if (opensIsolate(direction))
+            ++openIsolates;
+        else if (direction == U_POP_DIRECTIONAL_ISOLATE)
+            openIsolates = std::max(openIsolates - 1, 0);
+        else if (openIsolates > 0)
+            continue;
+        else if (direction == U_LEFT_TO_RIGHT)
+            return BaseDirection::leftToRight;
+        else if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC)
+            return BaseDirection::rightToLeft;
     }
+    return BaseDirection::none;
 }
 
 std::vector<std::uint8_t> embeddingLevels(std::u16string_view text, bool rightToLeft) {

@@ -17,8 +17,12 @@ struct LineBreaks {
 };
 LineBreaks lineBreaks(std::u16string_view text);
 
+/// Ends of the sentences, in UTF-16 units; the last is the text's length.
+std::vector<int> sentenceEnds(std::u16string_view text);
+
 enum class BaseDirection { leftToRight, rightToLeft, none };
-/// That of the first strong character.
+/// That of the first strong character outside isolates, by rules P2 and P3 of the Unicode bidirectional
+/// algorithm.
 BaseDirection baseDirection(std::u16string_view text);
 
 /// Embedding levels by the Unicode bidirectional algorithm; odd is right-to-left.

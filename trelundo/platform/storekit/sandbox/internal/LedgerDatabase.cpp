@@ -2,15 +2,16 @@
 
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/foundation/internal/PrivateFile.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerFailure.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerParts.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerSettings.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerTable.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <array>
 #include <sqlite3.h>
-#include <stdexcept>
 #include <string>
 #include <system_error>
-#include <vector>
 
 namespace trelundo {
 
@@ -18,176 +19,175 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int applicationIdentifier = 0x54524c53; // "TRLS"
-constexpr int schemaVersion = 1;
+constexpr auto inUse = "the store is in use by another process";
+constexpr int attempts = 3; // at opening, while the disk fails
 
-/// Why a file cannot serve, as a sentence without the file's name.
-struct Refusal : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+fs::path logOf(fs::path const& file) { return file.string() + "-wal"; }
 
-std::string reasonOf(int code, char const* message) {
-    switch (code & 0xff) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        return "the store is in use by another process";
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-    case SQLITE_AUTH:
-    case SQLITE_CANTOPEN:
-        return "the store cannot be written";
-    case SQLITE_FULL:
-        return "the disk is full";
-    case SQLITE_IOERR:
-        return "the disk cannot be read or written";
-    default:
-        return message;
-    }
+fs::path lockOf(fs::path const& file) { return file.string() + "-lock"; }
+
+/// The one name of a file, which may not exist yet.
+fs::path oneNameOf(fs::path const& file) {
+    std::error_code failure;
+    auto const found = fs::weakly_canonical(fs::absolute(file, failure), failure);
+    if (failure) throw LedgerRefusal("the store cannot be found: " + failure.message());
+    return found;
 }
 
-bool isBroken(SQLite::Exception const& failure) {
-    return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
+void require(int status) {
+    if (status != SQLITE_OK) throw SQLite::Exception(sqlite3_errstr(status), status);
 }
 
-/// Makes sure that there is a writable file, new ones being readable by their owner alone.
-void prepareFile(fs::path const& file) {
-    std::error_code unknown; // left to the attempt to create the file
-    auto const status = fs::status(file, unknown);
-    if (!fs::exists(status)) {
-        auto const created = createPrivateFile(file);
-        if (!created) throw Refusal("the store cannot be created: " + created.error().message);
-        return;
-    }
-    if (!fs::is_regular_file(status)) throw Refusal("not a file");
-    if (!isWritable(file)) throw Refusal("the store is read-only");
-}
-
-/// Renames a broken file, with what the database keeps beside it, to the first free name. Returns the new
-/// name.
-fs::path setAside(fs::path const& file) {
-    auto const named = [&](int number) {
-        return fs::path{file.string() + ".broken-" + std::to_string(number)};
-    };
-    int number = 1;
-    while (fs::exists(named(number))) ++number;
-    for (auto const* suffix : {"", "-journal", "-wal", "-shm"}) {
-        auto const part = fs::path{file.string() + suffix};
-        if (fs::exists(part)) fs::rename(part, named(number).string() + suffix);
-    }
-    return named(number);
-}
-
-void applyDefensiveSettings(SQLite::Database& database) {
-    struct Setting {
-        int name;
-        int value;
-    };
-    static constexpr std::array settings{
-        Setting{SQLITE_DBCONFIG_DEFENSIVE, 1},      Setting{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
-        Setting{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Setting{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
-        Setting{SQLITE_DBCONFIG_DQS_DML, 0},        Setting{SQLITE_DBCONFIG_DQS_DDL, 0},
-        Setting{SQLITE_DBCONFIG_ENABLE_FKEY, 1},
-    };
-    for (auto const& each : settings) sqlite3_db_config(database.getHandle(), each.name, each.value, nullptr);
-    sqlite3_limit(database.getHandle(), SQLITE_LIMIT_ATTACHED, 0);
-    database.exec("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA synchronous = FULL; "
-                  "PRAGMA locking_mode = EXCLUSIVE");
-}
-
-std::vector<std::string> schemaOf(SQLite::Database& database) {
-    SQLite::Statement query{database,
-                            "SELECT type, name, tbl_name, sql FROM sqlite_schema ORDER BY type, name"};
-    std::vector<std::string> objects;
-    while (query.executeStep()) {
-        std::string object;
-        for (int i = 0; i < query.getColumnCount(); ++i) object += query.getColumn(i).getString() + '\n';
-        objects.push_back(std::move(object));
-    }
-    return objects;
-}
-
-int number(SQLite::Database& database, char const* pragma) { return database.execAndGet(pragma).getInt(); }
+bool isInUse(SQLite::Exception const& failure) { return failure.getErrorCode() == SQLITE_BUSY; }
 
 void createSchema(SQLite::Database& database) {
     database.exec(ledgerSchema);
-    database.exec("PRAGMA application_id = " + std::to_string(applicationIdentifier));
-    database.exec("PRAGMA user_version = " + std::to_string(schemaVersion));
+    database.exec("PRAGMA application_id = " + std::to_string(ledgerApplicationIdentifier));
+    database.exec("PRAGMA user_version = " + std::to_string(ledgerSchemaVersion));
 }
 
-bool isNew(SQLite::Database& database) {
-    return number(database, "PRAGMA application_id") == 0 && number(database, "PRAGMA user_version") == 0 &&
-           schemaOf(database).empty();
-}
-
-void requireOwnSchema(SQLite::Database& database) {
-    if (number(database, "PRAGMA application_id") != applicationIdentifier)
-        throw Refusal("the file belongs to another application");
-    auto const version = number(database, "PRAGMA user_version");
-    if (version != schemaVersion)
-        throw Refusal("the store has schema version " + std::to_string(version) + ", not " +
-                      std::to_string(schemaVersion));
-    SQLite::Database model{":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
-    model.exec(ledgerSchema);
-    if (schemaOf(database) != schemaOf(model)) throw Refusal("the store has another schema");
-}
-
-void requireSoundness(SQLite::Database& database) {
-    auto const verdict = database.execAndGet("PRAGMA quick_check(1)").getString();
-    if (verdict != "ok") throw SQLite::Exception(verdict, SQLITE_CORRUPT);
-}
-
-/// Locks the file for as long as it is open, and makes sure that it is a ledger's before anything is changed.
-void takeOver(SQLite::Database& database) {
-    SQLite::Transaction transaction{database, SQLite::TransactionBehavior::EXCLUSIVE};
-    if (isNew(database)) {
-        createSchema(database);
-    } else {
-        requireOwnSchema(database);
-        requireSoundness(database);
-    }
-    transaction.commit();
-}
-
-std::unique_ptr<SQLite::Database> openFile(fs::path const& file) {
-    bool const isInMemory = file.empty();
-    if (!isInMemory) prepareFile(file);
-    auto database = std::make_unique<SQLite::Database>(isInMemory ? ":memory:" : file.string(),
-                                                       SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    if (sqlite3_db_readonly(database->getHandle(), "main") == 1) throw Refusal("the store is read-only");
-    applyDefensiveSettings(*database);
-    takeOver(*database);
-    if (!isInMemory) {
-        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-        database->exec("PRAGMA journal_mode = WAL");
-    }
-    return database;
-}
-
-/// As openFile(), but a broken file makes room for a new one.
-std::unique_ptr<SQLite::Database> openOrReplaceFile(fs::path const& file) {
-    try {
-        return openFile(file);
-    } catch (SQLite::Exception const& failure) {
-        if (!isBroken(failure) || file.empty()) throw;
-    }
-    auto const kept = setAside(file);
-    logWarning(file.string() + ": the store was broken; it was kept as " + kept.string());
-    return openFile(file);
+bool isEmpty(SQLite::Database& database) {
+    return database.execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0;
 }
 
 } // namespace
 
-Error databaseError(fs::path const& file, std::exception const& failure) {
-    auto const name = file.empty() ? std::string{"the store in memory"} : file.string();
-    auto const* database = dynamic_cast<SQLite::Exception const*>(&failure);
-    return {name + ": " + (database ? reasonOf(database->getErrorCode(), failure.what()) : failure.what())};
+void requireUnused(fs::path const& file) {
+    if (FileLock::isHeld(lockOf(oneNameOf(file)))) throw LedgerRefusal(inUse);
 }
 
-Result<std::unique_ptr<SQLite::Database>> openLedgerDatabase(fs::path const& file) {
+LedgerDatabase::LedgerDatabase(fs::path file)
+    : file_(std::move(file)) {}
+
+LedgerDatabase::~LedgerDatabase() = default;
+
+void LedgerDatabase::lock() {
+    auto locked = FileLock::acquire(lockOf(file_));
+    if (!locked) throw LedgerRefusal("the store cannot be locked: " + locked.error().message);
+    lock_ = *std::move(locked);
+    if (!lock_) throw LedgerRefusal(inUse);
+}
+
+/// Judges what is there before the database library may touch it, and makes room for a new ledger.
+void LedgerDatabase::prepare() const {
+    LedgerImage image{file_};
+    if (!image.isNew() && image.isBroken()) {
+        auto const kept = setLedgerAside(file_);
+        logWarning(file_.string() + ": the store was broken; it was kept as " + kept.string());
+    } else if (image.hasLostChanges()) {
+        auto const kept = copyLedger(file_);
+        logWarning(file_.string() +
+                   ": the log of the store was damaged; changes behind the damage are lost "
+                   "here, and kept in " +
+                   kept.string());
+    }
+    admit();
+}
+
+/// Makes sure that there is a file that can serve, for its owner alone.
+void LedgerDatabase::admit() const {
+    auto const identity = fileIdentity(file_);
+    if (!identity) {
+        auto const created = createPrivateFile(file_);
+        if (!created) throw LedgerRefusal("the store cannot be created: " + created.error().message);
+        return;
+    }
+    if (identity->names > 1)
+        throw LedgerRefusal("the file has a second name (a hard link), by which others could change it");
+    if (!isWritable(file_)) throw LedgerRefusal("the store is read-only");
+    std::error_code failure;
+    fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write, failure);
+    if (failure) throw LedgerRefusal("the store cannot be closed to others: " + failure.message());
+}
+
+void LedgerDatabase::connect() {
+    connection_.reset(); // of an attempt that failed
+    connection_ = std::make_unique<SQLite::Database>(file_.empty() ? ":memory:" : file_.string(),
+                                                     SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    if (sqlite3_db_readonly(connection_->getHandle(), "main") == 1)
+        throw LedgerRefusal("the store is read-only");
+    applyDefensiveSettings(*connection_);
+    applyDurableSettings(*connection_);
+    takeOver();
+    if (!file_.empty()) remember();
+}
+
+/// Locks the file for as long as it is open.
+void LedgerDatabase::takeOver() const {
+    SQLite::Transaction transaction{*connection_, SQLite::TransactionBehavior::EXCLUSIVE};
+    if (isEmpty(*connection_)) createSchema(*connection_);
+    transaction.commit();
+}
+
+void LedgerDatabase::remember() {
+    connection_->exec("PRAGMA journal_mode = WAL; BEGIN IMMEDIATE; COMMIT");
+    emptyLog();
+    identity_ = fileIdentity(file_).value_or(FileIdentity{});
+    logIdentity_ = fileIdentity(logOf(file_)).value_or(FileIdentity{});
+    requireFile();
+}
+
+void LedgerDatabase::requireFile() const {
+    if (file_.empty()) return;
+    bool const isThere = identity_.names == 1 && fileIdentity(file_) == identity_ &&
+                         fileIdentity(logOf(file_)) == logIdentity_;
+    if (!isThere)
+        throw LedgerRefusal(
+            "the file of the store, or its log, was removed, replaced or linked while in use");
+}
+
+/// Moves every commit from the log to the file; nothing else is left in the log.
+void LedgerDatabase::emptyLog() {
+    require(sqlite3_wal_checkpoint_v2(connection_->getHandle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                      nullptr));
+    synchronizeLog(); // the library leaves the shorter length to the system's own time
+}
+
+void LedgerDatabase::synchronizeLog() const {
+    sqlite3_file* log = nullptr;
+    require(sqlite3_file_control(connection_->getHandle(), "main", SQLITE_FCNTL_JOURNAL_POINTER,
+                                 static_cast<void*>(&log)));
+    if (log && log->pMethods) require(log->pMethods->xSync(log, SQLITE_SYNC_FULL));
+}
+
+/// Whether the next process would see what this one sees.
+bool LedgerDatabase::isAsOnDisk() const {
+    sqlite3_int64 size = 0;
+    std::unique_ptr<unsigned char, decltype(&sqlite3_free)> const bytes{
+        sqlite3_serialize(connection_->getHandle(), "main", &size, 0), sqlite3_free};
+    return bytes && LedgerImage{file_}.shows(
+                        {reinterpret_cast<char const*>(bytes.get()), static_cast<std::size_t>(size)});
+}
+
+void LedgerDatabase::forgetFailedCommit() {
+    if (file_.empty()) return;
     try {
-        return openOrReplaceFile(file);
+        emptyLog();
+    } catch (SQLite::Exception const&) {
+        // On a full disk the log cannot be emptied, but it does not hold the commit either.
+        if (!isAsOnDisk()) throw;
+        synchronizeLog();
+    }
+}
+
+Result<std::unique_ptr<LedgerDatabase>> LedgerDatabase::open(fs::path const& file) {
+    try {
+        std::unique_ptr<LedgerDatabase> ledger{
+            new LedgerDatabase{file.empty() ? fs::path{} : oneNameOf(file)}};
+        if (!file.empty()) ledger->lock();
+        for (int attempt = 1;; ++attempt) {
+            try {
+                if (!file.empty()) ledger->prepare();
+                ledger->connect();
+                return ledger;
+            } catch (SQLite::Exception const& failure) {
+                if (attempt == attempts || isInUse(failure)) throw;
+            } catch (std::bad_alloc const&) {
+                if (attempt == attempts) throw;
+            }
+        }
     } catch (std::exception const& failure) {
-        return databaseError(file, failure);
+        return ledgerError(file, failure);
     }
 }
 

@@ -10,6 +10,9 @@ namespace trelundo {
 
 // What a ledger's file looks like. Nothing else knows the columns of a transaction by name.
 
+/// Identifiers are less than this.
+inline constexpr std::int64_t identifierLimit = 9'000'000'000'000'000;
+
 inline constexpr char const* ledgerSchema = R"sql(
 CREATE TABLE transactions (
     id INTEGER PRIMARY KEY CHECK (id > 0 AND id < 9000000000000000),

@@ -1,6 +1,9 @@
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
+#include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerDatabase.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerFailure.h"
+#include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerTable.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -14,7 +17,31 @@ namespace {
 
 using State = LedgerState;
 
+constexpr int readAttempts = 3;
+
 int number(State state) { return static_cast<int>(state); }
+
+/// Reads again when the disk fails.
+template <class Read> std::invoke_result_t<Read> withPatience(Read const& read) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return read();
+        } catch (SQLite::Exception const&) {
+            if (attempt == readAttempts) throw;
+        }
+    }
+}
+
+std::int64_t lastIdentifier(SQLite::Database& database) {
+    return withPatience(
+        [&] { return database.execAndGet("SELECT coalesce(max(id), 0) FROM transactions").getInt64(); });
+}
+
+LedgerRecords recordsOf(SQLite::Statement& query) {
+    LedgerRecords found;
+    while (query.executeStep()) found.push_back(readRecord(query));
+    return found;
+}
 
 } // namespace
 
@@ -25,23 +52,21 @@ struct SandboxLedger::Statements {
 
 Result<std::unique_ptr<SandboxLedger>> SandboxLedger::open(std::filesystem::path const& file,
                                                            std::int64_t firstIdentifier) {
-    auto database = openLedgerDatabase(file);
+    auto database = LedgerDatabase::open(file);
     if (!database) return database.error();
     try {
-        auto const last = (*database)->execAndGet("SELECT coalesce(max(id), 0) FROM transactions").getInt64();
-        return std::unique_ptr<SandboxLedger>{
-            new SandboxLedger{file, *std::move(database), std::max(firstIdentifier, last + 1)}};
+        return std::unique_ptr<SandboxLedger>{new SandboxLedger{file, *std::move(database), firstIdentifier}};
     } catch (std::exception const& failure) {
-        return databaseError(file, failure);
+        return ledgerError(file, failure);
     }
 }
 
-SandboxLedger::SandboxLedger(std::filesystem::path file, std::unique_ptr<SQLite::Database> database,
-                             std::int64_t nextIdentifier)
+SandboxLedger::SandboxLedger(std::filesystem::path file, std::unique_ptr<LedgerDatabase> database,
+                             std::int64_t firstIdentifier)
     : file_(std::move(file))
     , database_(std::move(database))
     , statements_(std::make_unique<Statements>())
-    , nextIdentifier_(nextIdentifier) {}
+    , nextIdentifier_(std::max(firstIdentifier, lastIdentifier(database_->connection()) + 1)) {}
 
 SandboxLedger::~SandboxLedger() = default;
 
@@ -49,7 +74,7 @@ SandboxLedger::~SandboxLedger() = default;
 
 template <class... Values>
 SQLite::Statement& SandboxLedger::statement(std::string const& sql, Values const&... values) const {
-    auto& query = statements_->prepared.try_emplace(sql, *database_, sql).first->second;
+    auto& query = statements_->prepared.try_emplace(sql, database_->connection(), sql).first->second;
     query.tryReset(); // repeats the error of a use that failed
     query.clearBindings();
     int position = 0;
@@ -58,14 +83,12 @@ SQLite::Statement& SandboxLedger::statement(std::string const& sql, Values const
 }
 
 template <class... Values>
-LedgerRecords SandboxLedger::read(std::string const& condition, Values const&... values) const {
-    auto& query = statement(selectRecords + condition, values...);
-    LedgerRecords found;
-    while (query.executeStep()) found.push_back(readRecord(query));
-    return found;
+LedgerRecords SandboxLedger::find(std::string const& condition, Values const&... values) const {
+    return recordsOf(statement(selectRecords + condition, values...));
 }
 
 LedgerRecord SandboxLedger::add(LedgerRecord record) {
+    if (nextIdentifier_ >= identifierLimit) throw LedgerRefusal("no number is left for a transaction");
     record.identifier = nextIdentifier_++;
     save(record);
     return record;
@@ -88,14 +111,34 @@ void SandboxLedger::own(LedgerRecord const& record) {
 template <class Work> std::invoke_result_t<Work> SandboxLedger::commit(Work const& work) {
     auto const nextIdentifier = nextIdentifier_;
     try {
+        settleDoubt();
+        database_->requireFile();
         statement("BEGIN IMMEDIATE").exec();
         auto result = work();
+        isInDoubt_ = true; // a commit that fails may be in the log all the same
         statement("COMMIT").exec();
+        isInDoubt_ = false;
         return result;
     } catch (std::exception const& failure) {
-        database_->tryExec("ROLLBACK"); // fails when the database has rolled back itself
         nextIdentifier_ = nextIdentifier;
-        return databaseError(file_, failure);
+        undo();
+        return ledgerError(file_, failure);
+    }
+}
+
+void SandboxLedger::settleDoubt() {
+    if (!isInDoubt_) return;
+    database_->forgetFailedCommit();
+    isInDoubt_ = false;
+}
+
+void SandboxLedger::undo() {
+    try {
+        database_->connection().tryExec("ROLLBACK"); // fails when the database has rolled back itself
+        settleDoubt();
+    } catch (std::exception const&) {
+        // The doubt remains; the failure that began it is the one to tell.
+        return;
     }
 }
 
@@ -104,9 +147,26 @@ template <class Work> std::invoke_result_t<Work> SandboxLedger::commit(Work cons
 template <class... Values>
 Result<LedgerRecords> SandboxLedger::select(std::string const& condition, Values const&... values) const {
     try {
-        return read(condition, values...);
+        return withPatience([&] { return find(condition, values...); });
     } catch (std::exception const& failure) {
-        return databaseError(file_, failure);
+        return ledgerError(file_, failure);
+    }
+}
+
+Result<LedgerRecords> SandboxLedger::read(std::filesystem::path const& file) {
+    try {
+        if (!std::filesystem::exists(file)) throw LedgerRefusal("no such file");
+        requireUnused(file);
+        LedgerImage image{file};
+        if (image.isNew()) return LedgerRecords{};
+        if (image.isBroken()) throw LedgerRefusal("the store is broken");
+        if (image.hasLostChanges())
+            logWarning(file.string() +
+                       ": the log of the store is damaged; what is behind the damage is not read");
+        SQLite::Statement query{image.database(), std::string{selectRecords} + "ORDER BY t.id"};
+        return recordsOf(query);
+    } catch (std::exception const& failure) {
+        return ledgerError(file, failure);
     }
 }
 
@@ -114,6 +174,13 @@ Result<LedgerRecords> SandboxLedger::records() const { return select("ORDER BY t
 
 Result<LedgerRecords> SandboxLedger::unfinished() const {
     return select("WHERE t.finished = 0 AND t.state <> ? ORDER BY t.id", number(State::held));
+}
+
+Result<bool> SandboxLedger::hasNonce(std::string const& nonce, std::int64_t except) const {
+    auto const users = select("WHERE lower(t.offer_nonce) = lower(?) AND t.id <> ? AND t.state <> ? LIMIT 1",
+                              nonce, except, number(State::failed));
+    if (!users) return users.error();
+    return !users->empty();
 }
 
 // Operations
@@ -127,7 +194,7 @@ Result<std::optional<LedgerRecord>> SandboxLedger::settle(std::int64_t identifie
                                                           LedgerOutcome const& outcome) {
     return commit([&]() -> Result<std::optional<LedgerRecord>> {
         auto const found =
-            read("WHERE t.id = ? AND t.state = ? AND t.finished = 0", identifier, number(expected));
+            find("WHERE t.id = ? AND t.state = ? AND t.finished = 0", identifier, number(expected));
         if (found.empty()) return std::optional<LedgerRecord>{};
         auto record = found.front();
         record.state = outcome.state;
@@ -154,10 +221,20 @@ Result<void> SandboxLedger::finish(std::int64_t identifier) {
     });
 }
 
+/// Forgets the restored transactions that are finished. The last one stays, so that its number is not given
+/// again.
+void SandboxLedger::prune() {
+    statement("DELETE FROM transactions WHERE state = ? AND finished = 1 "
+              "AND id < (SELECT max(id) FROM transactions)",
+              number(State::restored))
+        .exec();
+}
+
 Result<LedgerRecords> SandboxLedger::restore(double date) {
     return commit([&]() -> Result<LedgerRecords> {
+        prune();
         auto const missing =
-            read("JOIN owned ON owned.original = t.id WHERE t.id NOT IN "
+            find("JOIN owned ON owned.original = t.id WHERE t.id NOT IN "
                  "(SELECT original FROM transactions WHERE state = ? AND finished = 0) ORDER BY t.id",
                  number(State::restored));
         for (auto const& owned : missing)
@@ -166,13 +243,13 @@ Result<LedgerRecords> SandboxLedger::restore(double date) {
                  .isRestorable = owned.isRestorable,
                  .date = date,
                  .original = owned.identifier});
-        return read("WHERE t.state = ? AND t.finished = 0 ORDER BY t.original", number(State::restored));
+        return find("WHERE t.state = ? AND t.finished = 0 ORDER BY t.original", number(State::restored));
     });
 }
 
 Result<LedgerRecords> SandboxLedger::resume(double date) {
     return commit([&]() -> Result<LedgerRecords> {
-        auto held = read("WHERE t.state = ? ORDER BY t.id", number(State::held));
+        auto held = find("WHERE t.state = ? ORDER BY t.id", number(State::held));
         for (auto& record : held) {
             record.state = State::purchased;
             record.date = date;

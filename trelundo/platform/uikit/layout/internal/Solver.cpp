@@ -15,6 +15,10 @@ constexpr double infeasibility = 1e-8;
 constexpr double tolerance = 1e-9;
 /// Points by which required constraints may miss each other through rounding.
 constexpr double agreement = 1e-6;
+/// Pivots smaller than this part of the largest coefficient in their row may have spoilt the values.
+constexpr double doubt = 1e-4;
+/// Parts of its terms by which a kept constraint may be missed.
+constexpr double accuracy = 1e-7;
 /// After so many pivots the first candidate is taken instead of the best, which cannot cycle.
 constexpr int patience = 200;
 
@@ -106,6 +110,7 @@ void Solver::pivot(RowIndex row, Symbol entering) {
     auto const leaving = rows_[index(row)].basic;
     auto solved = std::move(expression(row));
     expression(row) = {};
+    if (std::abs(solved.coefficientOf(entering)) < doubt * solved.largestCoefficient()) isDoubtful_ = true;
     solved.addTo(leaving, -1);
     solved.solveFor(entering);
     std::erase(state(entering).column, row);
@@ -127,7 +132,9 @@ bool Solver::isInfeasible(Row const& row) const {
     case Kind::dummy:
         return row.expression.constant != 0 ||
                std::ranges::any_of(row.expression.entries(),
-                                   [this](auto const& entry) { return mayEnter(entry); });
+                                   [&, largest = row.expression.largestCoefficient()](auto const& entry) {
+                                       return mayEnter(entry, largest);
+                                   });
     default:
         return row.expression.constant < -infeasibility;
     }
@@ -150,11 +157,19 @@ std::vector<Solver::Conflict> Solver::solve() {
     if (!isDirty()) return conflicts;
     edited_ = false;
     retryRefused();
+    settle(conflicts);
+    if (std::exchange(isDoubtful_, false) && !isConsistent()) {
+        startOver();
+        settle(conflicts);
+    }
+    return conflicts;
+}
+
+void Solver::settle(std::vector<Conflict>& conflicts) {
     insertQueued(true);
     restoreFeasibility(conflicts);
     insertQueued(false);
     optimise();
-    return conflicts;
 }
 
 std::string Solver::dump() const {
@@ -215,9 +230,10 @@ Solver::Symbol Solver::dualEntering(Row const& row, bool mindsCosts) const {
     // At zero a dummy may leave either way, but the candidates that are compared must pull in one direction.
     double direction = value < 0 ? 1 : value > 0 ? -1 : 0;
     if (!isDummy) direction = 1;
+    double const largest = row.expression.largestCoefficient();
     SolverRow::Entry const* best = nullptr;
     for (auto const& entry : row.expression.entries()) {
-        if (!mayEnter(entry)) continue;
+        if (!mayEnter(entry, largest)) continue;
         if (direction == 0) direction = entry.coefficient > 0 ? 1 : -1;
         if (entry.coefficient * direction < 0) continue;
         if (!best || (mindsCosts && costsLess(entry, *best))) best = &entry;
@@ -310,6 +326,50 @@ Solver::RowIndex Solver::primalLeaving(Symbol entering) const {
         bestRatio = ratio;
     }
     return best;
+}
+
+// What rounding did.
+
+bool Solver::holds(ConstraintState const& constraint) const {
+    double excess = -constraint.constant;
+    double scale = 1 + std::abs(constraint.constant);
+    for (auto const& [variable, coefficient] : constraint.terms) {
+        double const part = coefficient * value(variable);
+        excess += part;
+        scale += std::abs(part);
+    }
+    return (constraint.above != required || excess <= accuracy * scale) &&
+           (constraint.below != required || excess >= -accuracy * scale);
+}
+
+bool Solver::isConsistent() const {
+    auto const isInRange = [this](Row const& row) {
+        return row.basic == none || state(row.basic).kind == Kind::free ||
+               row.expression.constant >= -infeasibility;
+    };
+    return std::ranges::all_of(rows_, isInRange) &&
+           std::ranges::all_of(constraints_, [this](ConstraintState const& constraint) {
+               return constraint.state != State::active || holds(constraint);
+           });
+}
+
+/// Forgets the tableau and puts every constraint that is kept into the queue again.
+void Solver::startOver() {
+    levels_.clear();
+    rows_.clear();
+    freeRows_.clear();
+    infeasible_.clear();
+    for (auto& symbol : symbols_) {
+        symbol.row = none;
+        symbol.column.clear();
+    }
+    for (std::size_t i = 0; i < constraints_.size(); ++i) {
+        auto& constraint = constraints_[i];
+        if (constraint.state != State::active) continue;
+        release(constraint);
+        constraint.state = State::queued;
+        queue_.push_back(static_cast<Constraint>(i));
+    }
 }
 
 } // namespace trelundo

@@ -79,6 +79,8 @@ private:
     using Symbol = SolverRow::Symbol;
     using RowIndex = std::int32_t;
     static constexpr Symbol none = -1;
+    /// Coefficients smaller than this part of the largest in their row are what rounding leaves.
+    static constexpr double residue = 1e-7;
 
     enum class Kind : std::uint8_t { unused, free, nonNegative, slack, dummy };
     struct SymbolState {
@@ -127,9 +129,10 @@ private:
     void pivot(RowIndex row, Symbol entering);
     void listIfInfeasible(RowIndex row);
     bool isInfeasible(Row const& row) const;
-    bool mayEnter(SolverRow::Entry const& entry) const {
-        return state(entry.symbol).kind != Kind::dummy &&
-               std::abs(entry.coefficient) >= SolverRow::zeroCoefficient;
+    /// Whether the symbol of `entry` may become basic in a row whose largest coefficient is `largest`. To
+    /// divide by what is small beside it would make rounding count.
+    bool mayEnter(SolverRow::Entry const& entry, double largest) const {
+        return state(entry.symbol).kind != Kind::dummy && std::abs(entry.coefficient) >= residue * largest;
     }
 
     // Constraints into and out of the tableau (SolverConstraints.cpp).
@@ -148,6 +151,7 @@ private:
     void retryRefused();
 
     // Optimisation.
+    void settle(std::vector<Conflict>& conflicts);
     void restoreFeasibility(std::vector<Conflict>& conflicts);
     RowIndex nextInfeasible();
     Symbol dualEntering(Row const& row, bool mindsCosts) const;
@@ -157,6 +161,11 @@ private:
     void optimiseLevel(std::size_t level);
     Symbol primalEntering(std::size_t level, bool first) const;
     RowIndex primalLeaving(Symbol entering) const;
+
+    // What rounding did.
+    bool holds(ConstraintState const& constraint) const;
+    bool isConsistent() const;
+    void startOver();
 
     std::vector<SymbolState> symbols_;
     std::vector<Row> rows_;
@@ -171,7 +180,8 @@ private:
     int refusedCount_ = 0;
     bool hasRequiredChanged_ = false; // since refused constraints were last tried
     bool isSuboptimal_ = false;
-    bool edited_ = false; // values may differ from those of the last solve()
+    bool edited_ = false;     // values may differ from those of the last solve()
+    bool isDoubtful_ = false; // a pivot was so small that the values have to be checked
     std::vector<SolverRow::Entry> scratch_;
     std::vector<double> dense_;
     std::vector<Symbol> touched_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <algorithm>
+#include <algorithm> // IWYU pragma: keep
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -18,6 +18,14 @@ public:
     };
     /// Smaller coefficients are what rounding leaves of a cancelled one.
     static constexpr double zeroCoefficient = 1e-9;
+    /// So is what stays of a sum below this part of its terms.
+    static constexpr double residue = 1e-11;
+
+    /// a + b, and nothing where rounding alone keeps them from cancelling.
+    static double sum(double a, double b, double zero) {
+        double const sum = a + b;
+        return std::abs(sum) < std::max(zero, residue * std::abs(a)) ? 0 : sum;
+    }
 
     double constant = 0;
 
@@ -37,8 +45,14 @@ public:
             entries_.insert(found, {symbol, coefficient});
             return;
         }
-        found->coefficient += coefficient;
-        if (std::abs(found->coefficient) < zeroCoefficient) entries_.erase(found);
+        found->coefficient = sum(found->coefficient, coefficient, zeroCoefficient);
+        if (found->coefficient == 0) entries_.erase(found);
+    }
+
+    double largestCoefficient() const {
+        double largest = 0;
+        for (auto const& entry : entries_) largest = std::max(largest, std::abs(entry.coefficient));
+        return largest;
     }
 
     void erase(Symbol symbol) {
@@ -75,11 +89,11 @@ public:
                 }
                 ++theirs;
             } else {
-                double const sum = mine->coefficient + factor * theirs->coefficient;
-                if (std::abs(sum) < zeroCoefficient)
+                double const both = sum(mine->coefficient, factor * theirs->coefficient, zeroCoefficient);
+                if (both == 0)
                     removed(mine->symbol);
                 else
-                    scratch.push_back({mine->symbol, sum});
+                    scratch.push_back({mine->symbol, both});
                 ++mine;
                 ++theirs;
             }
@@ -93,10 +107,7 @@ public:
             other, factor, skipped, scratch, [](Symbol) {}, [](Symbol) {});
     }
 
-    void addConstant(double delta) {
-        constant += delta;
-        if (std::abs(constant) < 1e-10) constant = 0;
-    }
+    void addConstant(double delta) { constant = sum(constant, delta, 1e-10); }
 
 private:
     std::vector<Entry>::const_iterator find(Symbol symbol) const {

@@ -1,0 +1,122 @@
+#include "tests/platform/graphics/Drawing.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
+#include "trelundo/platform/graphics/text/internal/FaceChoice.h"
+#include "trelundo/platform/graphics/text/internal/FontFile.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace trelundo {
+
+using namespace test;
+
+namespace {
+
+/// A folder of fonts that are all the installed Arabic one, under names that tell their weight and width. A
+/// process that starts while it stands knows no other fonts; the font configuration is read once.
+class ArabicFonts {
+public:
+    ArabicFonts()
+        : folder_(std::filesystem::path(testing::TempDir()) / "arabic-fonts") {
+        if (getenv(variable)) return; // such a process
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+        auto const installed = findFontFamily("Noto Sans Arabic").front().path;
+        for (auto const* name : {"Regular", "Medium", "Bold", "CondensedMedium", "CondensedRegular"})
+            std::filesystem::copy_file(installed, folder_ / (std::string{name} + ".ttf"));
+        auto const configuration = folder_ / "fonts.conf";
+        std::ofstream(configuration) << "<fontconfig><dir>" << folder_.string() << "</dir>"
+                                     << rule("Regular", "weight", "regular")
+                                     << rule("Medium", "weight", "medium") << rule("Bold", "weight", "bold")
+                                     << rule("Condensed", "width", "condensed") << "</fontconfig>";
+        setenv(variable, configuration.c_str(), 1);
+    }
+    ~ArabicFonts() {
+        unsetenv(variable);
+        std::filesystem::remove_all(folder_);
+    }
+    ArabicFonts(ArabicFonts const&) = delete;
+    ArabicFonts& operator=(ArabicFonts const&) = delete;
+
+private:
+    static constexpr auto variable = "FONTCONFIG_FILE";
+
+    static std::string rule(std::string const& name, std::string const& fact, std::string const& value) {
+        return R"(<match target="scan"><test name="file" compare="contains"><string>)" + name +
+               R"(</string></test><edit name=")" + fact + R"(" mode="assign"><const>)" + value +
+               "</const></edit></match>";
+    }
+
+    std::filesystem::path folder_;
+};
+
+/// The names of the files that the letters of a word come from, one after another.
+std::string filesOf(std::u16string const& word, int weight) {
+    std::vector<std::u16string_view> letters;
+    for (std::size_t i = 0; i < word.size(); ++i) letters.push_back(std::u16string_view(word).substr(i, 1));
+    FontFace preferred{.file = {}, .weight = weight};
+    std::string files;
+    for (auto const* face : chooseFaces(letters, preferred))
+        files += std::filesystem::path(face->file).stem().string() + " ";
+    return files;
+}
+
+/// The ink of a text in pixels.
+double ink(std::string const& text, int weight) {
+    TextRun run;
+    run.text = text;
+    run.font = {.size = 40, .weight = weight};
+    run.color = black;
+    TextLayout const layout({run}, {});
+    auto const surface = drawn(300, 60, 1, [&](Canvas& canvas) { layout.draw(canvas, {0, 0}, 300); });
+    double sum = 0;
+    for (int y = 0; y < surface->pixelHeight(); ++y)
+        for (int x = 0; x < surface->pixelWidth(); ++x) sum += alphaAt(*surface, x, y) / 255.0;
+    return sum;
+}
+
+} // namespace
+
+TEST(FontChoiceTest, AWordComesFromOneFileOfTheWantedWeightAndTheUsualWidth) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    ArabicFonts const fonts;
+    auto const chooseInTurn = [] {
+        startGraphics();
+        // Letters that one weight has met before another asks for them.
+        auto const files = filesOf(u"سنة", 400) + "| " + filesOf(u"سنوات", 500) + "| " + filesOf(u"سنة", 700);
+        std::fputs(files.c_str(), stderr);
+        std::exit(0);
+    };
+    EXPECT_EXIT(chooseInTurn(), testing::ExitedWithCode(0),
+                "Regular Regular Regular \\| Medium Medium Medium Medium Medium \\| Bold Bold Bold ");
+}
+
+TEST(FontChoiceTest, OneFaceHasAllLettersOfARun) {
+    startGraphics();
+    auto& like = FontLibrary::shared().systemFace(400, false, 17);
+    std::u16string_view const letters[] = {u"a", u"ع", u"٣", u"٤", u" ", u"ب", u"漢", u"か"};
+    auto const faces = chooseFaces(letters, like);
+    EXPECT_EQ(faces[0], &like);
+    EXPECT_EQ(faces[1], faces[3]) << "digits that the run's face has";
+    EXPECT_EQ(faces[1], faces[5]);
+    EXPECT_EQ(faces[6], faces[7]);
+    std::u16string_view const digits[] = {u"٤", u"٩"};
+    EXPECT_EQ(chooseFaces(digits, like)[0], faces[1]) << "a price that begins with them";
+}
+
+TEST(FontChoiceTest, AWeightThatIsNotInstalledIsMade) {
+    for (auto const* text : {"اشترك الآن", "להירשם", "続ける"}) {
+        EXPECT_GT(ink(text, 500), ink(text, 400) * 1.02) << text;
+        EXPECT_LT(ink(text, 500), ink(text, 700)) << text;
+        EXPECT_GT(ink(text, 900), ink(text, 700) * 1.02) << text;
+    }
+    EXPECT_EQ(ink("😀", 500), ink("😀", 400)) << "pictures have no weight";
+}
+
+} // namespace trelundo

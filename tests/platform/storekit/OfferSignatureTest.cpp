@@ -1,0 +1,252 @@
+#include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
+#include "tests/platform/storekit/StoreTestSupport.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <openssl/bio.h>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+
+namespace trelundo {
+namespace {
+
+constexpr std::int64_t now = (978'307'200 + 1000) * 1000LL; // where the clock of the tests stands
+constexpr std::int64_t day = 24 * 60 * 60 * 1000LL;
+constexpr auto separator = "\u2063";
+
+std::string pemOf(EVP_PKEY* key, bool isEncrypted = false) {
+    std::unique_ptr<BIO, decltype(&BIO_free)> const memory{BIO_new(BIO_s_mem()), BIO_free};
+    if (isEncrypted) {
+        char password[] = "secret";
+        PEM_write_bio_PKCS8PrivateKey(memory.get(), key, EVP_aes_128_cbc(), password, 6, nullptr, nullptr);
+    } else {
+        PEM_write_bio_PUBKEY(memory.get(), key);
+    }
+    char* text = nullptr;
+    auto const length = BIO_get_mem_data(memory.get(), &text);
+    return {text, static_cast<std::size_t>(length)};
+}
+
+/// A payment with an offer, and the server that signs it.
+struct Offer {
+    explicit Offer(char const* curve = "P-256")
+        : signer(EVP_EC_gen(curve), EVP_PKEY_free) {
+        key = {.identifier = "K1", .publicKey = pemOf(signer.get()), .bundleIdentifier = "app"};
+    }
+
+    SKPayment::Fields payment() const {
+        auto fields = asked;
+        fields.paymentDiscount = make<SKPaymentDiscount>(discount);
+        return fields;
+    }
+    void sign() {
+        std::string text = key.bundleIdentifier;
+        std::string nonce = discount.nonce;
+        std::ranges::transform(nonce, nonce.begin(), [](unsigned char c) { return std::tolower(c); });
+        for (auto const& part :
+             {discount.keyIdentifier, asked.productIdentifier, discount.identifier,
+              asked.applicationUsername.value_or(""), nonce, std::to_string(discount.timestamp)})
+            text += separator + part;
+        std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> const digest{EVP_MD_CTX_new(),
+                                                                             EVP_MD_CTX_free};
+        unsigned char bytes[256];
+        char base64[512];
+        std::size_t length = sizeof bytes;
+        EVP_DigestSignInit(digest.get(), nullptr, EVP_sha256(), nullptr, signer.get());
+        EVP_DigestSign(digest.get(), bytes, &length, reinterpret_cast<unsigned char const*>(text.data()),
+                       text.size());
+        EVP_EncodeBlock(reinterpret_cast<unsigned char*>(base64), bytes, static_cast<int>(length));
+        discount.signature = base64;
+    }
+    std::string verdict() const {
+        auto const checked = checkOfferSignature(key, payment(), 1000);
+        return checked ? "" : checked.error().message;
+    }
+
+    std::shared_ptr<EVP_PKEY> signer;
+    OfferKey key;
+    SKPayment::Fields asked{.productIdentifier = "month", .applicationUsername = "user"};
+    SKPaymentDiscount::Fields discount{.identifier = "offer",
+                                       .keyIdentifier = "K1",
+                                       .nonce = "0a1b2c3d-0000-4000-8000-00000000000f",
+                                       .timestamp = now - 1};
+};
+
+using Change = std::function<void(Offer&)>;
+
+Change inText(std::string SKPaymentDiscount::Fields::*field, std::string text) {
+    return [=](Offer& offer) { offer.discount.*field = text; };
+}
+Change at(std::int64_t timestamp) {
+    return [=](Offer& offer) { offer.discount.timestamp = timestamp; };
+}
+
+/// What may be as it likes as long as it is signed.
+TEST(OfferSignatureTest, AcceptsWhatWasSignedInTheLastDay) {
+    for (auto const& change :
+         {Change{[](Offer&) {}}, at(now), at(now - day),
+          inText(&SKPaymentDiscount::Fields::nonce, "0A1B2C3D-FFFF-4000-8000-00000000000F"),
+          Change{[](Offer& offer) { offer.asked.applicationUsername = std::nullopt; }},
+          Change{[](Offer& offer) { offer.asked.productIdentifier = std::string("\0\n\xC3\xA9", 4); }}}) {
+        Offer offer;
+        change(offer);
+        offer.sign();
+        EXPECT_EQ(offer.verdict(), "");
+    }
+}
+
+/// Wrong although the right key has signed it so.
+TEST(OfferSignatureTest, RefusesWhatMustNotBeSigned) {
+    using Fields = SKPaymentDiscount::Fields;
+    std::vector<Change> changes{at(now + 1),
+                                at(now - day - 1),
+                                at(0),
+                                at(-1),
+                                at(std::numeric_limits<std::int64_t>::max()),
+                                at(std::numeric_limits<std::int64_t>::min()),
+                                inText(&Fields::keyIdentifier, "K2"),
+                                inText(&Fields::keyIdentifier, "k1"),
+                                [](Offer& offer) { offer.key.bundleIdentifier += separator; },
+                                [](Offer& offer) { offer.asked.productIdentifier += separator; },
+                                [](Offer& offer) { *offer.asked.applicationUsername += separator; },
+                                [](Offer& offer) { offer.discount.identifier += separator; },
+                                [](Offer& offer) {
+                                    offer.key.identifier += separator;
+                                    offer.discount.keyIdentifier += separator;
+                                }};
+    for (std::string const nonce :
+         {"n", "", "0a1b2c3d00004000800000000000000f", "{0a1b2c3d-0000-4000-8000-00000000000f}",
+          "0a1b2c3d-0000-4000-8000-00000000000g", "0a1b2c3d-0000-4000-8000-00000000000",
+          "0a1b2c3d-0000-4000-8000-00000000000f ", "0a1b2c3d_0000_4000_8000_00000000000f",
+          "0a1b2c3-d0000-4000-8000-00000000000f", "\u0660a1b2c3d-0000-4000-8000-0000000000f"})
+        changes.push_back(inText(&Fields::nonce, nonce));
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        Offer offer;
+        changes[i](offer);
+        offer.sign();
+        EXPECT_NE(offer.verdict(), "") << i;
+    }
+}
+
+/// Every character of a signature and of what it covers counts, and so does the way in which it is written.
+TEST(OfferSignatureTest, RefusesWhatWasChangedAfterwards) {
+    Offer sound;
+    sound.sign();
+    std::vector<Offer> changed;
+    auto const add = [&](Change const& change) { change(changed.emplace_back(sound)); };
+    for (std::size_t i = 0; i < sound.discount.signature.size(); ++i) {
+        for (char const other : {'A', '=', '-'})
+            if (sound.discount.signature[i] != other)
+                add([&](Offer& offer) { offer.discount.signature[i] = other; });
+        add([&](Offer& offer) { offer.discount.signature.resize(i); });
+    }
+    for (auto const& tail :
+         {std::string{" "}, std::string{"\n"}, std::string{"="}, std::string{"AAAA"}, std::string(1, 0)})
+        add([&](Offer& offer) { offer.discount.signature += tail; });
+    add([](Offer& offer) { offer.discount.signature.insert(0, " "); });
+    add([](Offer& offer) { offer.discount.signature = std::string(4096, 'A'); });
+    for (std::size_t i = 0; i < sound.discount.nonce.size(); ++i)
+        if (sound.discount.nonce[i] == '0') add([&](Offer& offer) { offer.discount.nonce[i] = '1'; });
+    for (std::int64_t const timestamp : {now, now - 2, now - day})
+        add([&](Offer& offer) { offer.discount.timestamp = timestamp; });
+    add([](Offer& offer) { offer.key.bundleIdentifier = "App"; });
+    add([](Offer& offer) { offer.asked.productIdentifier = "year"; });
+    add([](Offer& offer) { offer.asked.applicationUsername = "someone else"; });
+    add([](Offer& offer) { offer.asked.applicationUsername = std::nullopt; });
+    add([](Offer& offer) { offer.discount.identifier = "other"; });
+    add([](Offer& offer) { std::swap(offer.discount.identifier, offer.asked.productIdentifier); });
+    add([](Offer& offer) { offer.key.publicKey = Offer{}.key.publicKey; });
+    EXPECT_GE(changed.size(), 120U);
+    for (std::size_t i = 0; i < changed.size(); ++i)
+        EXPECT_NE(changed[i].verdict(), "") << i << " " << changed[i].discount.signature;
+}
+
+TEST(OfferSignatureTest, TakesPublicKeysOnOneCurveAndNeverAsks) {
+    for (auto const* curve : {"P-384", "P-521", "secp256k1", "prime192v1", "brainpoolP256r1"}) {
+        Offer offer{curve};
+        offer.sign();
+        EXPECT_THAT(offer.verdict(), testing::HasSubstr("P-256")) << curve;
+    }
+    Offer offer;
+    offer.sign();
+    std::string encryptedHeader = offer.key.publicKey;
+    encryptedHeader.insert(
+        encryptedHeader.find('\n') + 1,
+        "Proc-Type: 4,ENCRYPTED\nDEK-Info: AES-128-CBC,00112233445566778899AABBCCDDEEFF\n\n");
+    testing::internal::CaptureStderr();
+    for (auto const& pem : {encryptedHeader, pemOf(offer.signer.get(), true), std::string{}, std::string("x"),
+                            std::string(100'000, '-')}) {
+        offer.key.publicKey = pem;
+        EXPECT_THAT(offer.verdict(), testing::HasSubstr("no public key"));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "nobody is asked for a password";
+}
+
+class SignedPurchaseTest : public StoreTest {
+protected:
+    SignedPurchaseTest() { open(); }
+    ~SignedPurchaseTest() override { queue->setBackend(nullptr); }
+
+    void open() {
+        queue->setBackend(nullptr);
+        store = nullptr;
+        auto const catalogue = StoreConfiguration::parse(
+            R"({"subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month",
+            "displayPrice": "4.99", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
+              {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}]})",
+            "shop");
+        store = *SandboxStore::open(
+            {.file = folder / "store.db", .configuration = *catalogue, .offerKey = offer.key});
+        queue->setBackend(store.get());
+        queue->addTransactionObserver(observer);
+        drain();
+    }
+    /// The code of the failure; -1 when there is none.
+    int buy() {
+        queue->add(make<SKPayment>(offer.payment()));
+        drain();
+        auto const error = observer->last.at(0)->error();
+        return error ? error->code() : -1;
+    }
+
+    TemporaryFolder folder;
+    Offer offer;
+    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    Ref<RecordingObserver> observer = make<RecordingObserver>();
+    std::unique_ptr<SandboxStore> store;
+    RecordedWarnings warnings;
+};
+
+TEST_F(SignedPurchaseTest, UsesANonceOnceInAnyCaseAndInAnyRun) {
+    offer.sign();
+    store->setNextOutcome({.kind = SandboxStore::Outcome::Kind::cancelled});
+    EXPECT_EQ(buy(), 2);
+    EXPECT_EQ(buy(), -1) << "what failed has used nothing";
+    EXPECT_EQ(buy(), 12);
+    for (auto& character : offer.discount.nonce) character = static_cast<char>(std::toupper(character));
+    EXPECT_EQ(buy(), 12);
+    open();
+    EXPECT_EQ(buy(), 12);
+    offer.discount.nonce.back() = '0';
+    EXPECT_EQ(buy(), 12) << "not signed";
+    offer.sign();
+    EXPECT_EQ(buy(), -1);
+}
+
+TEST_F(SignedPurchaseTest, GoesByTheClockOfTheStore) {
+    offer.sign();
+    time.clock.setNow(24 * 60 * 60);
+    EXPECT_EQ(buy(), 12);
+    EXPECT_EQ(warnings.lines.back(), "offer \"offer\": the signature is older than 24 hours");
+}
+
+TEST_F(SignedPurchaseTest, ALeftOverPurchaseHasNotUsedItsOwnNonce) {
+    offer.sign();
+    store->addPayment(offer.payment());
+    open();
+    EXPECT_EQ(observer->lines.back(), "month:purchased");
+}
+
+} // namespace
+} // namespace trelundo

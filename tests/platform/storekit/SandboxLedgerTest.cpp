@@ -1,0 +1,438 @@
+#include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
+
+#include "tests/support/FaultyDisk.h"
+#include "tests/support/Files.h"
+#include "tests/support/ScopedState.h"
+
+#include <SQLiteCpp/Database.h>
+#include <array>
+#include <fstream>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <map>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace trelundo {
+
+using namespace test;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Call = FaultyDisk::Call;
+using State = LedgerState;
+
+constexpr int forEver = 1'000'000;
+
+/// Runs `work` in a process of its own and returns its exit status.
+int inChild(std::function<int()> const& work) {
+    auto const child = ::fork();
+    if (child == 0) ::_exit(work());
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// Names, modes and contents.
+std::map<std::string, std::pair<int, std::string>> contentsOf(fs::path const& folder) {
+    std::map<std::string, std::pair<int, std::string>> contents;
+    for (auto const& entry : fs::directory_iterator{folder})
+        contents[entry.path().filename()] = {static_cast<int>(entry.status().permissions()),
+                                             entry.is_regular_file() ? readText(entry.path()) : ""};
+    return contents;
+}
+
+void damage(fs::path const& file, std::size_t at) {
+    auto bytes = readText(file);
+    bytes.at(at) = static_cast<char>(bytes[at] ^ 0x5a);
+    writeText(file, bytes);
+}
+
+/// Whoever closes any descriptor of a file loses all the locks that his process has on it.
+void closeADescriptorOf(fs::path const& file) { std::ifstream{file}; }
+
+class SandboxLedgerTest : public ::testing::Test {
+protected:
+    Result<std::unique_ptr<SandboxLedger>> open() const { return SandboxLedger::open(file); }
+    static bool record(SandboxLedger& ledger) {
+        return ledger.recordPurchase({.productIdentifier = "p"}, true).has_value();
+    }
+    void fill(int purchases) const {
+        auto const ledger = *open();
+        for (int i = 0; i < purchases; ++i) record(*ledger);
+    }
+    /// What a process leaves behind that dies after `purchases`, in this test's file.
+    void leave(int purchases) const {
+        fill(0);
+        auto const ledger = *SandboxLedger::open(file);
+        for (int i = 0; i < purchases; ++i) record(*ledger);
+        fs::copy_file(file, folder / "left");
+        fs::copy_file(file.string() + "-wal", folder / "left-wal");
+        leftLog = file.string() + "-wal";
+    }
+    void die(int purchases) {
+        leave(purchases);
+        fs::rename(folder / "left", file);
+        fs::rename(folder / "left-wal", leftLog);
+    }
+    void change(char const* sql) const {
+        SQLite::Database{file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE}.exec(
+            std::string{"PRAGMA journal_mode = DELETE; "} + sql);
+    }
+    void expectRefusal(std::string const& reason) const {
+        auto const before = contentsOf(folder.path());
+        EXPECT_EQ(open().error().message, file.string() + ": " + reason);
+        EXPECT_FALSE(SandboxLedger::read(file));
+        EXPECT_THAT(warnings.lines, IsEmpty());
+        EXPECT_EQ(contentsOf(folder.path()), before) << reason;
+    }
+    std::size_t count() const { return (*open())->records()->size(); }
+
+    TemporaryFolder folder;
+    fs::path file = folder / "store.db";
+    mutable fs::path leftLog;
+    RecordedWarnings warnings;
+};
+
+// What is on the disk
+
+TEST_F(SandboxLedgerTest, ItsFilesBelongToTheirOwnerAloneBeforeAnythingIsWritten) {
+    FaultyDisk disk;
+    disk.setJudge([&](Call call, std::string_view) {
+        if (call != Call::write) return false;
+        for (auto const& [name, part] : contentsOf(folder.path())) EXPECT_EQ(part.first, 0600) << name;
+        return false;
+    });
+    auto const mask = ::umask(0);
+    { EXPECT_TRUE(record(**open())); }
+    EXPECT_EQ(contentsOf(folder.path()).size(), 1U) << "the lock and the log go with their holder";
+    fs::permissions(file, fs::perms::all);
+    { EXPECT_TRUE(record(**open())); }
+    ::umask(mask);
+}
+
+TEST_F(SandboxLedgerTest, WhatReturnsIsBeyondTheReachOfAPowerFailure) {
+    FaultyDisk const disk;
+    auto const ledger = *open();
+    EXPECT_THAT(disk.unsynchronized(), IsEmpty());
+    for (int i = 1; i < 60; ++i) {
+        auto const identifier = ledger->recordPurchase({.productIdentifier = "p"}, true)->identifier;
+        ASSERT_THAT(disk.unsynchronized(), IsEmpty());
+        ASSERT_TRUE(*ledger->settle(identifier, State::purchasing, {}));
+        ASSERT_TRUE(ledger->finish(identifier));
+        ASSERT_TRUE(ledger->restore(0));
+        ASSERT_THAT(disk.unsynchronized(), IsEmpty()) << i;
+    }
+    EXPECT_LT(fs::file_size(file.string() + "-wal"), 1'000'000) << "little stands in the log alone";
+}
+
+/// Every call of a kind fails, once and for ever, while purchases are recorded. Whatever happens: what was
+/// told as recorded is found again after a kill, and what was told as failed is not.
+TEST_F(SandboxLedgerTest, NoFaultOfTheDiskLosesOrForgesAnything) {
+    int faults = 0;
+    for (auto const call : {Call::open, Call::read, Call::write, Call::synchronize, Call::truncate,
+                            Call::remove, Call::size, Call::lock}) {
+        for (int const duration : {1, forEver}) {
+            for (int first = 1; first < 200; ++first) {
+                TemporaryFolder const own;
+                auto const path = own / "store.db", copy = own / "copy.db";
+                { record(**SandboxLedger::open(path)); }
+                std::set<std::string> told{"p"}, failed;
+                FaultyDisk disk;
+                disk.fail(call, first, duration);
+                {
+                    auto const opened = SandboxLedger::open(path);
+                    for (auto const* product : {"a", "b", "c", "d"}) {
+                        if (!opened) break;
+                        bool const isTold =
+                            (*opened)->recordPurchase({.productIdentifier = product}, true).has_value();
+                        if (isTold || !(*opened)->isInDoubt()) (isTold ? told : failed).insert(product);
+                    }
+                    fs::copy_file(path, copy);
+                    std::error_code none;
+                    fs::copy_file(path.string() + "-wal", copy.string() + "-wal", none);
+                }
+                bool const hasFailed = disk.countedCalls() >= first;
+                disk.setJudge(nullptr);
+                auto const found = *SandboxLedger::read(copy);
+                for (auto const& each : found) {
+                    EXPECT_FALSE(failed.contains(each.payment.productIdentifier))
+                        << each.payment.productIdentifier << " was told as failed";
+                    told.erase(each.payment.productIdentifier);
+                }
+                EXPECT_THAT(told, IsEmpty());
+                EXPECT_TRUE(SandboxLedger::open(path));
+                EXPECT_THAT(warnings.lines, IsEmpty());
+                ASSERT_FALSE(HasFailure()) << static_cast<int>(call) << " " << first << " x" << duration;
+                if (!hasFailed) break;
+                ++faults;
+            }
+        }
+    }
+    EXPECT_GT(faults, 70);
+}
+
+TEST_F(SandboxLedgerTest, AReadThatFailsIsTriedAgainAndNeverTakenForDamage) {
+    fill(20);
+    FaultyDisk disk;
+    int first = 1;
+    do {
+        disk.fail(Call::read, first);
+        EXPECT_EQ(count(), 20U) << first;
+    } while (disk.countedCalls() >= first++);
+    EXPECT_GT(first, 5);
+    disk.fail(Call::read, 1, forEver);
+    expectRefusal("the disk cannot be read or written");
+}
+
+TEST_F(SandboxLedgerTest, ACommitThatCannotBeSynchronizedIsUndoneOrInDoubt) {
+    FaultyDisk disk;
+    auto const ledger = *open();
+    disk.fail(Call::synchronize, 1);
+    EXPECT_FALSE(record(*ledger));
+    EXPECT_FALSE(ledger->isInDoubt());
+    EXPECT_EQ(fs::file_size(file.string() + "-wal"), 0U) << "nothing comes back";
+    disk.fail(Call::synchronize, 1, forEver);
+    EXPECT_FALSE(record(*ledger));
+    EXPECT_TRUE(ledger->isInDoubt());
+    EXPECT_FALSE(ledger->finish(1)) << "nothing goes on while it may come back";
+    disk.setJudge(nullptr);
+    EXPECT_TRUE(record(*ledger));
+    EXPECT_FALSE(ledger->isInDoubt());
+    EXPECT_EQ(ledger->records()->size(), 1U);
+}
+
+// What cannot serve
+
+TEST_F(SandboxLedgerTest, LeavesAloneWhatIsNoLedger) {
+    for (std::string const text : {"buy milk", "SQLite format 3", "x"}) {
+        writeText(file, text);
+        expectRefusal("not a store");
+    }
+    writeText(file, std::string(5000, '\0'));
+    expectRefusal("not a store");
+    fs::remove(file);
+    change("CREATE TABLE notes (text)");
+    damage(file, 4096 + 50);
+    fs::permissions(file, fs::perms{0644});
+    expectRefusal("the file belongs to another application");
+    fs::remove(file);
+    fill(1);
+    change("PRAGMA user_version = 2");
+    expectRefusal("the store has schema version 2, not 1");
+    change("PRAGMA user_version = 1; CREATE INDEX more ON transactions (product)");
+    expectRefusal("the store has another schema");
+    change("DROP INDEX more");
+    fs::create_hard_link(file, folder / "other");
+    EXPECT_THAT(open().error().message, HasSubstr("second name"));
+    fs::remove(folder / "other");
+    EXPECT_EQ(count(), 1U);
+    writeText(file.string() + "-lock", "somebody else's");
+    EXPECT_THAT(open().error().message, EndsWith("cannot be locked: store.db-lock is no lock"));
+    EXPECT_EQ(readText(file.string() + "-lock"), "somebody else's");
+    EXPECT_EQ(SandboxLedger::open(folder.path()).error().message, folder.path().string() + ": not a file");
+    EXPECT_THAT(SandboxLedger::open(folder / "none/store.db").error().message,
+                EndsWith(": No such file or directory"));
+}
+
+TEST_F(SandboxLedgerTest, IsNobodyElsesWhileItIsOpen) {
+    auto const isInUse = [&] { return open().error().message.ends_with("in use by another process"); };
+    std::array<int, 2> start{};
+    ASSERT_EQ(::pipe(start.data()), 0);
+    auto const other = ::fork(); // before the library knows of any lock
+    if (other == 0) {
+        char word = 0;
+        ::_exit(::read(start[0], &word, 1) == 1 && !open() && isInUse() ? 0 : 1);
+    }
+    auto const ledger = *open();
+    EXPECT_TRUE(isInUse());
+    closeADescriptorOf(file);
+    ASSERT_EQ(::write(start[1], "!", 1), 1);
+    int status = 1;
+    ::waitpid(other, &status, 0);
+    EXPECT_EQ(status, 0);
+    fs::create_symlink(file, folder / "link");
+    EXPECT_FALSE(SandboxLedger::open(folder / "link"));
+    EXPECT_THAT(SandboxLedger::read(file).error().message, HasSubstr("in use"));
+    EXPECT_TRUE(record(*ledger));
+}
+
+TEST_F(SandboxLedgerTest, RefusesWhatItCannotWrite) {
+    fill(1);
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(file, fs::perms{0444});
+    // The superuser may write anything, so the child becomes nobody.
+    auto const openAsNobody = [&] {
+        if (::geteuid() == 0 && ::setuid(65534) != 0) return 2;
+        return open().error().message == file.string() + ": the store is read-only" ? 0 : 1;
+    };
+    EXPECT_EQ(inChild(openAsNobody), 0);
+}
+
+TEST_F(SandboxLedgerTest, NoticesThatItsFileIsGoneBeforeItCommits) {
+    auto const ledger = *open();
+    ASSERT_TRUE(record(*ledger));
+    for (std::string const part : {"", "-wal"}) {
+        auto const name = file.string() + part, elsewhere = (folder / "elsewhere").string();
+        fs::rename(name, elsewhere);
+        EXPECT_THAT(ledger->recordPurchase({.productIdentifier = "p"}, true).error().message,
+                    HasSubstr("was removed, replaced or linked"));
+        EXPECT_FALSE(ledger->isInDoubt());
+        fs::copy_file(elsewhere, name);
+        EXPECT_FALSE(record(*ledger)) << "a copy is another file";
+        fs::rename(elsewhere, name);
+        EXPECT_TRUE(record(*ledger));
+    }
+    EXPECT_EQ(ledger->records()->size(), 3U);
+}
+
+TEST_F(SandboxLedgerTest, ReadingChangesNothing) {
+    die(20);
+    fs::permissions(file, fs::perms{0644});
+    auto const before = contentsOf(folder.path());
+    EXPECT_EQ(SandboxLedger::read(file)->size(), 20U) << "the log included";
+    EXPECT_EQ(contentsOf(folder.path()), before);
+    damage(file, 40);
+    EXPECT_THAT(SandboxLedger::read(folder / "none").error().message, EndsWith("no such file"));
+}
+
+// What is damaged
+
+TEST_F(SandboxLedgerTest, SetsABrokenLedgerAsideAsItWas) {
+    for (auto const* name : {"store.db.broken-1", "store.db.broken-2"}) {
+        die(20);
+        damage(file, 4096 + 3);
+        writeText(file.string() + "-wal", "");
+        auto const before = readText(file);
+        EXPECT_EQ(SandboxLedger::read(file).error().message, file.string() + ": the store is broken");
+        EXPECT_EQ(count(), 0U);
+        EXPECT_EQ(warnings.lines.back(),
+                  file.string() + ": the store was broken; it was kept as " + (folder / name).string());
+        EXPECT_EQ(readText(folder / name), before);
+        fs::remove(file);
+    }
+}
+
+TEST_F(SandboxLedgerTest, AnEmptyFileBesideAFullLogIsDamage) {
+    die(29);
+    auto const log = readText(leftLog);
+    for (bool const isThere : {true, false}) {
+        writeText(leftLog, log);
+        if (isThere) writeText(file, "");
+        EXPECT_EQ(count(), 0U);
+        fs::remove(file);
+    }
+    EXPECT_EQ(warnings.lines.size(), 2U);
+    EXPECT_EQ(readText(folder / "store.db.broken-1-wal"), log);
+    EXPECT_EQ(readText(folder / "store.db.broken-2-wal"), log);
+}
+
+TEST_F(SandboxLedgerTest, KeepsWhatStandsBehindDamageInTheLog) {
+    die(20);
+    auto const sound = readText(leftLog);
+    auto const frames = (sound.size() - 32) / (24 + 4096);
+    std::size_t const middle = 32 + frames / 2 * (24 + 4096);
+    auto const left = readText(file);
+    for (std::size_t const at : {std::size_t{9}, middle + 2, middle + 10, middle + 24 + 100}) {
+        writeText(file, left);
+        writeText(leftLog, sound);
+        damage(leftLog, at);
+        auto const damaged = readText(leftLog);
+        warnings.lines.clear();
+        EXPECT_LT(count(), 20U) << at;
+        ASSERT_THAT(warnings.lines, ElementsAre(HasSubstr("behind the damage"))) << at;
+        auto const name = warnings.lines[0].substr(warnings.lines[0].rfind('/'));
+        EXPECT_EQ(readText(folder.path().string() + name + "-wal"), damaged) << at;
+        EXPECT_EQ(readText(folder.path().string() + name), left) << at;
+    }
+    // The last frame of a log may be one that its writer did not live to end.
+    writeText(file, left);
+    writeText(leftLog, sound);
+    damage(leftLog, sound.size() - 10);
+    warnings.lines.clear();
+    EXPECT_EQ(count(), 19U);
+    EXPECT_THAT(warnings.lines, IsEmpty());
+}
+
+TEST_F(SandboxLedgerTest, NoDamageIsFatal) {
+    fill(60);
+    auto const sound = readText(file);
+    for (std::size_t at = 0; at < sound.size(); at += at < 128 ? 5 : 379) {
+        writeText(file, sound);
+        damage(file, at);
+        warnings.lines.clear();
+        auto const opened = open();
+        if (!opened) continue;
+        EXPECT_TRUE(record(**opened)) << at;
+        EXPECT_EQ((*opened)->records()->size(), warnings.lines.empty() ? 61U : 1U) << at;
+    }
+    for (std::size_t const length : {0UL, 100UL, 4096UL, sound.size() - 4096}) {
+        writeText(file, sound.substr(0, length));
+        warnings.lines.clear();
+        EXPECT_TRUE(open());
+        EXPECT_EQ(warnings.lines.empty(), length == 0) << length;
+    }
+}
+
+// Names and numbers
+
+TEST_F(SandboxLedgerTest, AnyNameIsAFilesName) {
+    auto const previous = fs::current_path();
+    fs::current_path(folder.path());
+    for (auto const* name : {":memory:", "file:store.db?mode=memory"}) {
+        { EXPECT_TRUE(record(**SandboxLedger::open(name))); }
+        EXPECT_EQ((*SandboxLedger::open(name))->records()->size(), 1U) << name;
+    }
+    fs::current_path(previous);
+}
+
+TEST_F(SandboxLedgerTest, SaysWhenItsNumbersHaveComeToTheirEnd) {
+    auto const ledger = *SandboxLedger::open(file, 8'999'999'999'999'999);
+    EXPECT_TRUE(record(*ledger));
+    EXPECT_EQ(ledger->recordPurchase({.productIdentifier = "p"}, true).error().message,
+              file.string() + ": no number is left for a transaction");
+    EXPECT_EQ(ledger->unfinished()->size(), 1U) << "what is there goes on";
+}
+
+TEST_F(SandboxLedgerTest, RestoringLeavesNoTrail) {
+    std::int64_t last = 0;
+    for (int run = 0; run < 3; ++run) {
+        auto const ledger = *open();
+        if (run == 0)
+            ASSERT_TRUE(*ledger->settle(ledger->recordPurchase({}, true)->identifier, State::purchasing, {}));
+        for (int i = 0; i < 5; ++i) {
+            auto const restored = *ledger->restore(0);
+            ASSERT_EQ(restored.size(), 1U);
+            EXPECT_GT(restored[0].identifier, last) << "no number twice";
+            last = restored[0].identifier;
+            EXPECT_TRUE(ledger->finish(last));
+        }
+        EXPECT_LE(ledger->records()->size(), 3U);
+    }
+}
+
+TEST_F(SandboxLedgerTest, AnOperationInTheWrongStateChangesNothing) {
+    auto const ledger = *SandboxLedger::open();
+    auto const identifier = ledger->recordPurchase({.productIdentifier = "p"}, true)->identifier;
+    EXPECT_FALSE(ledger->finish(identifier)) << "still purchasing";
+    EXPECT_FALSE(*ledger->settle(identifier, State::deferred, {}));
+    EXPECT_EQ((*ledger->settle(identifier, State::purchasing, {.date = 3}))->date, 3);
+    EXPECT_FALSE(*ledger->settle(identifier, State::purchasing, {}));
+    EXPECT_TRUE(ledger->finish(identifier));
+    for (auto const refused : {identifier, identifier + 1})
+        EXPECT_EQ(ledger->finish(refused).error().message,
+                  "transaction " + std::to_string(refused) + " cannot be finished");
+    EXPECT_EQ(ledger->records()->at(0).date, 3);
+    EXPECT_TRUE(ledger->unfinished()->empty());
+}
+
+} // namespace
+} // namespace trelundo
