@@ -8,7 +8,7 @@ namespace trelundo::test {
 inline void clearMainQueue() {
     // The blocks die after the lock is released: what they captured may submit again.
     std::deque<DispatchQueue::State::Job> submitted, running;
-    std::vector<DispatchQueue::State::Job> delayed;
+    std::map<Context const*, DispatchQueue::State::Delayed> delayed;
     auto& state = DispatchQueue::main().state();
     std::lock_guard const lock{state.mutex};
     submitted.swap(state.submitted);

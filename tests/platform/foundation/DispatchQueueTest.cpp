@@ -23,10 +23,7 @@ using testing::IsEmpty;
 class DispatchQueueTest : public testing::Test {
 protected:
     DispatchQueueTest() { test::clearMainQueue(); }
-    ~DispatchQueueTest() override {
-        queue.setWakeUp(nullptr);
-        test::clearMainQueue();
-    }
+    ~DispatchQueueTest() override { test::clearMainQueue(); }
 
     DispatchQueue::Block note(int number) {
         return [this, number] { order.push_back(number); };
@@ -84,16 +81,22 @@ TEST_F(DispatchQueueTest, AnotherClockDoesNotHoldBackWhatIsReady) {
     EXPECT_THAT(order, ElementsAre(1, 2));
 }
 
-TEST_F(DispatchQueueTest, WakesWheneverWorkArrives) {
+TEST_F(DispatchQueueTest, WakesWhoeverListensWheneverWorkArrives) {
     int wakes = 0;
-    queue.setWakeUp([&] {
+    int others = 0;
+    auto const other = queue.addWakeUp([&] { ++others; });
+    auto const id = queue.addWakeUp([&] {
         ++wakes;
         EXPECT_TRUE(queue.hasReady() || queue.nextDeadline() == 3)
             << "called without a lock, after the submission";
     });
     queue.asyncAfter(3, note(1));
+    queue.removeWakeUp(other);
     queue.async(note(2));
+    queue.removeWakeUp(id);
+    queue.async(note(3));
     EXPECT_EQ(wakes, 2);
+    EXPECT_EQ(others, 1);
 }
 
 TEST_F(DispatchQueueTest, TakesBlocksFromEveryThread) {

@@ -406,8 +406,9 @@ TEST_F(SandboxLedgerTest, RestoringLeavesNoTrail) {
     std::int64_t last = 0;
     for (int run = 0; run < 3; ++run) {
         auto const ledger = *open();
-        if (run == 0)
+        if (run == 0) {
             ASSERT_TRUE(*ledger->settle(ledger->recordPurchase({}, true)->identifier, State::purchasing, {}));
+        }
         for (int i = 0; i < 5; ++i) {
             auto const restored = *ledger->restore(0);
             ASSERT_EQ(restored.size(), 1U);

@@ -16,9 +16,11 @@ TEST(ResizedProfileTest, IsTheDeviceItselfAtItsOwnSizeAndElseTakesSizeClassesFro
     EXPECT_EQ(narrow.points, (CGSize{438, 1180}));
     EXPECT_EQ(narrow.portraitHorizontal, UIUserInterfaceSizeClass::compact);
     EXPECT_EQ(narrow.portraitVertical, UIUserInterfaceSizeClass::regular);
+    EXPECT_EQ(tablet.resizedTo({1000, 800}).landscapeHorizontal, UIUserInterfaceSizeClass::regular);
     auto const wide = tablet.resizedTo({900, 400});
     EXPECT_EQ(wide.points, (CGSize{400, 900}));
-    EXPECT_EQ(wide.landscapeHorizontal, UIUserInterfaceSizeClass::regular);
+    EXPECT_EQ(wide.landscapeHorizontal, UIUserInterfaceSizeClass::compact)
+        << "too low for a tablet's layouts";
     EXPECT_EQ(wide.landscapeVertical, UIUserInterfaceSizeClass::compact);
     EXPECT_EQ(wide.nativePixels, (CGSize{800, 1800}));
 }

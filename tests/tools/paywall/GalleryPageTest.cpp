@@ -66,10 +66,10 @@ protected:
     }
 
     static std::unique_ptr<TemporaryFolder> folder;
-    static Result drawn;
+    static Ended drawn;
 };
 std::unique_ptr<TemporaryFolder> GalleryPageTest::folder;
-Result GalleryPageTest::drawn;
+Ended GalleryPageTest::drawn;
 
 TEST_F(GalleryPageTest, ShowsWhatTheAddressPicks) {
     auto const opened = dom("");

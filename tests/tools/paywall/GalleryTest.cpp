@@ -20,7 +20,7 @@ Arguments operator+(Arguments all, Arguments const& more) {
 
 class GalleryTest : public testing::Test {
 protected:
-    Result draw(Arguments const& options) {
+    Ended draw(Arguments const& options) {
         return runPaywall(Arguments{"gallery", "--out", path.string()} + options);
     }
     /// Draws and looks at the last line but one.

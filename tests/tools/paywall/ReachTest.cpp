@@ -3,6 +3,7 @@
 #include "tools/paywall/screens/Screens.h"
 #include "tools/paywall/session/OffscreenSession.h"
 #include "tools/paywall/store/StoreAccess.h"
+#include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/uikit/controls/UIControl.h"
 #include "trelundo/platform/uikit/text/UILabel.h"
 
@@ -105,7 +106,9 @@ protected:
     void look(DeviceProfile const& device) {
         PremiumManager::sharedInstance().setState(PremiumManagerState::notStarted);
         auto const& [screen, count] = GetParam();
-        Options options{.screen = screen, .products = {{plans.begin(), plans.begin() + count}}};
+        Options options;
+        options.screen = screen;
+        options.products = {plans.begin(), plans.begin() + count};
         options.device = &device;
         selectSampleProduct(options, catalogue);
         OffscreenSession shown{options, log, catalogue};

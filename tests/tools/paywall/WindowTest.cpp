@@ -1,4 +1,4 @@
-#include "tests/tools/paywall/Desktop.h"
+#include "tests/support/Desktop.h"
 #include "tests/tools/paywall/Program.h"
 
 #include <gmock/gmock.h>

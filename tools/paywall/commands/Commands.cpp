@@ -102,12 +102,12 @@ int runScript(Options const& options) {
 }
 
 int showScreen(Options const& options, int& argc, char** argv) {
-    if (!WindowShell::isAvailable())
-        failInput("there is no display to open a window on; `paywall render` and `paywall run` need none");
     EventLog log{options.log};
     log.setStart(Clock::current().now());
-    WindowShell shell{
-        argc, argv, {.device = options.device, .landscape = options.isLandscape, .title = options.screen}};
+    auto const opened = WindowShell::open(
+        argc, argv, {.device = options.device, .landscape = options.isLandscape, .title = options.screen});
+    if (!opened) failInput(opened.error().message + "; `paywall render` and `paywall run` need no display");
+    auto& shell = **opened;
     shell.setListener(
         [&](WindowPlacement const& placement) { log.write("window", placementFields(placement)); });
     ScreenSession session{options, log};

@@ -4,7 +4,8 @@
 
 namespace trelundo {
 
-/// Calls back once per frame, before the frame is rendered. Main thread only.
+/// Calls back once per frame of the shell that it was added in, before the frame is rendered. Main thread
+/// only.
 class CADisplayLink {
 public:
     /// Registers `callback` (with the frame's time in seconds, Clock::now()); returns an id.

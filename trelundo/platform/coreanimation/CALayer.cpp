@@ -3,6 +3,7 @@
 #include "trelundo/platform/coreanimation/internal/AnimationRegistry.h"
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 
 #include <algorithm>
 
@@ -11,6 +12,12 @@ namespace trelundo {
 namespace {
 
 std::uint64_t changes = 0;
+
+void noteChange() {
+    requireMainThread("a layer or view");
+    ++changes;
+}
+
 std::uint64_t layersMade = 0;
 
 /// How far a text may reach beyond its layer: a label lower than its line still shows all of it.
@@ -36,7 +43,7 @@ template <class Value> void CALayer::assign(Value CALayerValues::*property, Valu
     auto const old = values_.*property;
     if (old == value) return;
     values_.*property = value;
-    ++changes;
+    noteChange();
     if (CATransaction::isAnimating() && isDisplayed()) {
         AnimationRegistry::shared().start(*this, contribution(property, old, value));
     }
@@ -57,7 +64,7 @@ void CALayer::setPosition(CGPoint position) { assign(&CALayerValues::position, p
 
 void CALayer::setAnchorPoint(CGPoint anchorPoint) {
     anchorPoint_ = anchorPoint;
-    ++changes;
+    noteChange();
 }
 
 void CALayer::setTransform(CGAffineTransform transform) { assign(&CALayerValues::transform, transform); }
@@ -89,14 +96,14 @@ void CALayer::setFrame(CGRect frame) {
 
 void CALayer::setZPosition(double z) {
     zPosition_ = z;
-    ++changes;
+    noteChange();
 }
 
 void CALayer::setOpacity(double opacity) { assign(&CALayerValues::opacity, opacity); }
 
 void CALayer::setHidden(bool hidden) {
     isHidden_ = hidden;
-    ++changes;
+    noteChange();
 }
 
 void CALayer::setMasksToBounds(bool masks) { assignAppearance(masksToBounds_, masks); }
@@ -143,7 +150,7 @@ void CALayer::setNeedsDisplay() { contentChanged(); }
 
 void CALayer::contentChanged() {
     ++contentVersion_;
-    ++changes;
+    noteChange();
 }
 
 std::uint64_t CALayer::changeCount() { return changes; }
@@ -171,7 +178,7 @@ bool CALayer::hasShadow() const {
 
 void CALayer::setDisplayRoot(bool root) {
     isDisplayRoot_ = root;
-    ++changes;
+    noteChange();
     if (!isDisplayed()) leaveDisplay();
 }
 
@@ -199,7 +206,7 @@ void CALayer::detach() {
     auto& siblings = superlayer_->sublayers_;
     superlayer_ = nullptr;
     std::erase_if(siblings, [this](auto const& layer) { return layer.get() == this; });
-    ++changes;
+    noteChange();
 }
 
 void CALayer::addSublayer(Ref<CALayer> layer) { insertSublayer(std::move(layer), sublayers_.size()); }
@@ -212,7 +219,7 @@ void CALayer::insertSublayer(Ref<CALayer> layer, std::size_t index) {
     layer->superlayer_ = this;
     auto& added = *layer;
     sublayers_.insert(sublayers_.begin() + static_cast<std::ptrdiff_t>(index), std::move(layer));
-    ++changes;
+    noteChange();
     // Moving within a shown tree keeps what is running.
     if (!added.isDisplayed()) added.leaveDisplay();
 }
@@ -238,8 +245,8 @@ CALayerValues CALayer::valuesAt(double time) const {
 
 void CALayer::removeAllAnimations() {
     if (animations_.empty()) return;
-    ++changes;
-    AnimationRegistry::shared().drop(*this);
+    noteChange();
+    AnimationRegistry::drop(*this);
 }
 
 bool CALayer::isAnimating() const { return !animations_.empty(); }

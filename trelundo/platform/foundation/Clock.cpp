@@ -1,5 +1,6 @@
 #include "trelundo/platform/foundation/Clock.h"
 
+#include "trelundo/platform/foundation/internal/Context.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
 
 #include <chrono>
@@ -27,19 +28,21 @@ Clock& systemClock() {
     return clock;
 }
 
-std::atomic<Clock*> chosenClock = nullptr;
+std::atomic<Clock*> processClock = nullptr; // null: the system's
 
 } // namespace
 
-Clock& Clock::current() {
-    auto* clock = chosenClock.load();
+Clock& resolvedClock(Clock* clock) {
+    if (!clock) clock = processClock.load();
     return clock ? *clock : systemClock();
 }
 
+Clock& Clock::current() { return Context::currentClock(); }
+
 void Clock::setCurrent(Clock* clock) {
-    auto const before = current().now();
-    chosenClock = clock;
-    DispatchQueue::main().state().shift(current().now() - before);
+    auto const before = Context::clockOf(nullptr).now();
+    processClock = clock;
+    DispatchQueue::main().state().shift(Context::clockOf(nullptr).now() - before);
 }
 
 } // namespace trelundo

@@ -1,62 +1,93 @@
 #include "trelundo/platform/foundation/DispatchQueue.h"
 
 #include "trelundo/platform/foundation/Clock.h"
-#include "trelundo/platform/foundation/MainThread.h"
 #include "trelundo/platform/foundation/Memory.h"
+#include "trelundo/platform/foundation/internal/Context.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <limits>
-#include <thread>
 
 namespace trelundo {
 
 namespace {
 
+using Job = DispatchQueue::State::Job;
+using Delayed = DispatchQueue::State::Delayed;
+
 /// The order of a heap whose front is the job that comes first.
-bool isLater(DispatchQueue::State::Job const& left, DispatchQueue::State::Job const& right) {
-    return right.isBefore(left);
+bool isLater(Job const& left, Job const& right) { return right.isBefore(left); }
+
+double nowOf(Context const* context) { return Context::clockOf(context).now(); }
+
+bool isDue(Delayed const& jobs, double now) { return !jobs.empty() && jobs.front().time <= now; }
+
+void add(Delayed& jobs, Job job) {
+    jobs.push_back(std::move(job));
+    std::ranges::push_heap(jobs, isLater);
 }
 
-std::atomic<std::thread::id> mainThread = std::this_thread::get_id();
-
-} // namespace
-
-bool isMainThread() { return mainThread == std::this_thread::get_id(); }
-
-DispatchQueue::State::Job DispatchQueue::State::takeFirstDelayed() {
-    std::ranges::pop_heap(delayed, isLater);
-    auto job = std::move(delayed.back());
-    delayed.pop_back();
+Job takeFirst(Delayed& jobs) {
+    std::ranges::pop_heap(jobs, isLater);
+    auto job = std::move(jobs.back());
+    jobs.pop_back();
     return job;
 }
 
+} // namespace
+
+Job DispatchQueue::State::job(double seconds, Block block) {
+    auto* const context = Context::owner();
+    return {nowOf(context) + seconds, nextNumber++, std::move(block), context};
+}
+
+bool DispatchQueue::State::hasDue() const {
+    return std::ranges::any_of(delayed,
+                               [](auto const& entry) { return isDue(entry.second, nowOf(entry.first)); });
+}
+
 void DispatchQueue::State::beginTurn() {
-    auto const now = Clock::current().now();
     for (auto& job : submitted) {
-        while (hasDue(now) && delayed.front().isBefore(job)) running.push_back(takeFirstDelayed());
+        auto& jobs = delayed[job.context];
+        auto const now = nowOf(job.context);
+        while (isDue(jobs, now) && jobs.front().isBefore(job)) running.push_back(takeFirst(jobs));
         running.push_back(std::move(job));
     }
     submitted.clear();
-    while (hasDue(now)) running.push_back(takeFirstDelayed());
+    for (auto& [context, jobs] : delayed)
+        while (isDue(jobs, nowOf(context))) running.push_back(takeFirst(jobs));
+    std::erase_if(delayed, [](auto const& entry) { return entry.second.empty(); });
     isRunning = !running.empty();
 }
 
-DispatchQueue::Block DispatchQueue::State::takeNext() {
+Job DispatchQueue::State::takeNext() {
     std::lock_guard const lock{mutex};
-    if (running.empty()) return nullptr;
-    auto block = std::move(running.front().block);
+    if (running.empty()) return {};
+    auto job = std::move(running.front());
     running.pop_front();
-    return block;
+    return job;
 }
 
 void DispatchQueue::State::shift(double seconds) {
     std::lock_guard const lock{mutex};
-    for (auto& job : submitted) job.time += seconds;
-    for (auto& job : delayed) job.time += seconds;
-    std::ranges::make_heap(delayed, isLater); // times that the sum makes equal follow their numbers
+    for (auto& job : submitted)
+        if (!job.context) job.time += seconds;
+    auto& jobs = delayed[nullptr];
+    for (auto& job : jobs) job.time += seconds;
+    std::ranges::make_heap(jobs, isLater); // times that the sum makes equal follow their numbers
+}
+
+void DispatchQueue::State::release(Context const& context) {
+    std::lock_guard const lock{mutex};
+    auto const left = nowOf(nullptr) - nowOf(&context);
+    for (auto* const jobs : {&submitted, &running})
+        for (auto& job : *jobs)
+            if (job.context == &context) job = {job.time + left, job.number, std::move(job.block), nullptr};
+    for (auto& job : delayed[&context])
+        add(delayed[nullptr], {job.time + left, job.number, std::move(job.block), nullptr});
+    delayed.erase(&context);
 }
 
 DispatchQueue::DispatchQueue()
@@ -70,11 +101,8 @@ DispatchQueue& DispatchQueue::main() {
 
 void DispatchQueue::async(Block block) {
     if (!block) return;
-    requireMemory([&] {
-        state_->submit([&] {
-            state_->submitted.push_back({Clock::current().now(), state_->nextNumber++, std::move(block)});
-        });
-    });
+    requireMemory(
+        [&] { state_->submit([&] { state_->submitted.push_back(state_->job(0, std::move(block))); }); });
 }
 
 void DispatchQueue::asyncAfter(double seconds, Block block) {
@@ -82,15 +110,14 @@ void DispatchQueue::asyncAfter(double seconds, Block block) {
     if (seconds <= 0) return async(std::move(block));
     requireMemory([&] {
         state_->submit([&] {
-            state_->delayed.push_back(
-                {Clock::current().now() + seconds, state_->nextNumber++, std::move(block)});
-            std::ranges::push_heap(state_->delayed, isLater);
+            auto job = state_->job(seconds, std::move(block));
+            add(state_->delayed[job.context], std::move(job));
         });
     });
 }
 
 bool DispatchQueue::runReady() {
-    mainThread = std::this_thread::get_id();
+    noteMainQueueRuns();
     {
         std::lock_guard const lock{state_->mutex};
         if (state_->isRunning) return false; // a block that turns the loop does not start the next block
@@ -104,23 +131,36 @@ bool DispatchQueue::runReady() {
             state.isRunning = false;
         }
     } const turnEnd{*state_};
-    while (auto block = state_->takeNext()) requireMemory(block);
+    for (auto job = state_->takeNext(); job.block; job = state_->takeNext()) {
+        ContextScope const scope(job.context);
+        requireMemory(job.block);
+    }
     return true;
 }
 
 bool DispatchQueue::hasReady() const {
     std::lock_guard const lock{state_->mutex};
-    return !state_->submitted.empty() || !state_->running.empty() || state_->hasDue(Clock::current().now());
+    return !state_->submitted.empty() || !state_->running.empty() || state_->hasDue();
 }
 
 double DispatchQueue::nextDeadline() const {
     std::lock_guard const lock{state_->mutex};
-    return state_->delayed.empty() ? std::numeric_limits<double>::infinity() : state_->delayed.front().time;
+    auto const& clock = Clock::current();
+    auto next = std::numeric_limits<double>::infinity();
+    for (auto const& [context, jobs] : state_->delayed)
+        if (!jobs.empty() && &Context::clockOf(context) == &clock) next = std::min(next, jobs.front().time);
+    return next;
 }
 
-void DispatchQueue::setWakeUp(Block wakeUp) {
+int DispatchQueue::addWakeUp(Block wakeUp) {
     std::lock_guard const lock{state_->mutex};
-    state_->wakeUp.swap(wakeUp);
+    state_->wakeUps.emplace(++state_->lastWakeUp, std::move(wakeUp));
+    return state_->lastWakeUp;
+}
+
+void DispatchQueue::removeWakeUp(int id) {
+    std::lock_guard const lock{state_->mutex};
+    state_->wakeUps.erase(id);
 }
 
 } // namespace trelundo

@@ -6,8 +6,8 @@
 namespace trelundo {
 
 /// The serial queue of the main thread. Blocks run later, never inside the call that submits them, one at a
-/// time, in the order submitted (delayed ones in the order of their deadlines). Submitting is safe from any
-/// thread.
+/// time, in the order submitted (delayed ones of a shell in the order of their deadlines), in the shell that
+/// submitted them. Submitting is safe from any thread.
 class DispatchQueue {
 public:
     using Block = std::function<void()>;
@@ -22,10 +22,12 @@ public:
     /// Returns whether any ran.
     bool runReady();
     bool hasReady() const;
-    /// Clock::now() of the next delayed block; infinity when there is none.
+    /// Clock::now() of the next block that waits for Clock::current(); infinity when there is none.
     double nextDeadline() const;
-    /// Called from the submitting thread whenever work arrives, so that a shell can wake its event loop.
-    void setWakeUp(Block wakeUp);
+    /// `wakeUp` is called from the submitting thread whenever work arrives, so that a shell can wake its
+    /// event loop. A call may still be under way on another thread when it is removed. Returns an id.
+    int addWakeUp(Block wakeUp);
+    void removeWakeUp(int id);
 
     /// For the platform itself.
     struct State;

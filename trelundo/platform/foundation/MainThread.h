@@ -2,8 +2,8 @@
 
 namespace trelundo {
 
-/// Whether the caller is on the thread that runs the main queue: the one that ran it last, and until it has
-/// run the one that loaded the platform.
+/// Whether the caller is on the main thread: while a shell lives, the one that made the first; else the one
+/// that ran the main queue last, and until it has run the one that loaded the platform.
 bool isMainThread();
 
 } // namespace trelundo

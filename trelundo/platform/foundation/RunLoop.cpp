@@ -1,6 +1,7 @@
 #include "trelundo/platform/foundation/RunLoop.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 
 #include <algorithm>
 #include <vector>
@@ -29,6 +30,7 @@ RunLoop& RunLoop::main() {
 }
 
 void RunLoop::runTurn() {
+    requireMainThread("the main loop");
     DispatchQueue::main().runReady();
     // An observer may register or remove observers: those removed are skipped, new ones wait for the next
     // turn.

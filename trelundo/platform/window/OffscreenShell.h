@@ -2,17 +2,13 @@
 
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/Result.h"
-#include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/window/EmbeddedShell.h"
 
-#include <memory>
 #include <string>
 
 namespace trelundo {
 
-class Surface;
-
-/// A window without a display and with virtual time: 60 frames a second, moved only by advance().
+/// A window without a display and with virtual time of its own: 60 frames a second, moved only by advance().
 class OffscreenShell {
 public:
     struct Configuration {
@@ -23,7 +19,9 @@ public:
     explicit OffscreenShell(Configuration configuration);
     ~OffscreenShell();
 
-    UIWindow& window() { return *window_; }
+    UIWindow& window() { return shell_.window(); }
+    /// What it stands on, for what is not repeated here.
+    EmbeddedShell& embedded() { return shell_; }
     /// Seconds of virtual time since the start.
     double now() const { return clock_.now(); }
     /// Runs the frames of the next `seconds`; with 0 one turn at the present moment.
@@ -42,11 +40,10 @@ public:
     void drag(CGPoint from, double dx, double dy, double seconds = 0.25);
 
 private:
-    struct State;
     VirtualClock clock_;
-    Ref<UIWindow> window_;
-    std::unique_ptr<State> state_;
-    long frame_ = 0; // frames since the start; time is frame_ / 60
+    EmbeddedShell shell_;
+    double askedFrames_ = 0; // since the start, with the fraction that is still owed
+    long frame_ = 0;         // frames since the start; time is frame_ / 60
 };
 
 } // namespace trelundo

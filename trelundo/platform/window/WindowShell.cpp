@@ -1,16 +1,15 @@
 #include "trelundo/platform/window/WindowShell.h"
 
+#include "trelundo/platform/foundation/internal/MainThread.h"
+#include "trelundo/platform/window/internal/DesktopApplication.h"
 #include "trelundo/platform/window/internal/DeviceWindow.h"
-#include "trelundo/platform/window/internal/DisplayProbe.h"
 
-#include "trelundo/platform/foundation/DispatchQueue.h"
-#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
-
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace trelundo {
 
@@ -19,11 +18,10 @@ namespace {
 constexpr double screenShare = 0.95;  // of the desktop that a window may take, its frame included
 constexpr int titleBarAllowance = 40; // desktop pixels
 
-/// Kept from the question until the application has a connection of its own.
-std::unique_ptr<DisplayProbe> displayProbe;
-
 /// At most 1: how much smaller than its points the device is shown so that it fits the desktop.
-double fittingZoom(CGSize points, QSize desktop) {
+double fittingZoom(CGSize points, bool landscape) {
+    if (landscape) std::swap(points.width, points.height);
+    auto const desktop = QGuiApplication::primaryScreen()->availableSize();
     auto const width = desktop.width() * screenShare;
     auto const height = desktop.height() * screenShare - titleBarAllowance;
     return std::clamp(std::min(width / points.width, height / points.height), 0.1, 1.0);
@@ -32,48 +30,50 @@ double fittingZoom(CGSize points, QSize desktop) {
 } // namespace
 
 struct WindowShell::State {
-    State(int& argc, char** argv)
-        : application(argc, argv) {}
+    State(DeviceProfile const& device, bool landscape)
+        : window(device, landscape, fittingZoom(device.points, landscape)) {}
 
-    QGuiApplication application;
-    Ref<UIWindow> window;
-    std::unique_ptr<DeviceWindow> desktopWindow;
+    DeviceWindow window;
+    std::function<void()> closed;
+    QEventLoop loop;
 };
 
-bool WindowShell::isAvailable() {
-    displayProbe = std::make_unique<DisplayProbe>();
-    return displayProbe->answers();
+bool WindowShell::isAvailable() { return canReachDesktop(); }
+
+Result<std::unique_ptr<WindowShell>> WindowShell::open(int& argc, char** argv, Configuration configuration) {
+    requireMainThread("a shell");
+    if (auto const started = startDesktop(argc, argv); !started) return started.error();
+    return std::unique_ptr<WindowShell>(new WindowShell(configuration));
 }
 
-WindowShell::WindowShell(int& argc, char** argv, Configuration configuration)
-    : state_(std::make_unique<State>(argc, argv)) {
-    displayProbe.reset();
-    startGraphics();
-    UIScreen::main().configure(*configuration.device, configuration.landscape);
-    auto const bounds = UIScreen::main().bounds();
-    state_->window = make<UIWindow>(bounds);
-    state_->window->makeKeyAndVisible();
-    auto const zoom = fittingZoom(bounds.size, QGuiApplication::primaryScreen()->availableSize());
-    state_->desktopWindow = std::make_unique<DeviceWindow>(state_->window, *configuration.device, zoom);
-    state_->desktopWindow->setTitle(QString::fromStdString(configuration.title));
+WindowShell::WindowShell(Configuration const& configuration)
+    : state_(std::make_unique<State>(*configuration.device, configuration.landscape)) {
+    state_->window.setTitle(QString::fromStdString(configuration.title));
+    state_->window.setClosedListener([this] {
+        state_->loop.quit();
+        if (auto const closed = state_->closed) closed();
+    });
 }
 
-WindowShell::~WindowShell() {
-    state_->desktopWindow.reset();
-    state_->window = nullptr;
-}
+WindowShell::~WindowShell() { state_->window.setClosedListener(nullptr); }
 
-UIWindow& WindowShell::window() { return *state_->window; }
+UIWindow& WindowShell::window() { return state_->window.shell().window(); }
+
+EmbeddedShell& WindowShell::embedded() { return state_->window.shell(); }
+
+void WindowShell::show() { state_->window.start(); }
 
 int WindowShell::run() {
-    state_->desktopWindow->start();
-    return QGuiApplication::exec();
+    show();
+    return state_->loop.exec();
 }
 
-void WindowShell::quit() { QGuiApplication::quit(); }
+void WindowShell::quit() { state_->window.close(); }
 
 void WindowShell::setListener(std::function<void(WindowPlacement const&)> listener) {
-    state_->desktopWindow->setListener(std::move(listener));
+    state_->window.setListener(std::move(listener));
 }
+
+void WindowShell::setClosedListener(std::function<void()> listener) { state_->closed = std::move(listener); }
 
 } // namespace trelundo

@@ -3,6 +3,7 @@
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/foundation/internal/Context.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,9 +26,8 @@ bool isToldBefore(std::shared_ptr<AnimationGroup> const& left, std::shared_ptr<A
 } // namespace
 
 AnimationRegistry& AnimationRegistry::shared() {
-    // Never destroyed: layers of static lifetime drop their animations at the very end of the process.
-    static auto* const registry = new AnimationRegistry;
-    return *registry;
+    auto& context = Context::current();
+    return context.part<AnimationRegistry>([&context] { return new AnimationRegistry(context); });
 }
 
 void AnimationRegistry::begin(CATransaction::Settings settings) {
@@ -36,6 +36,7 @@ void AnimationRegistry::begin(CATransaction::Settings settings) {
         settings.timing = open_.back().settings.timing;
     }
     auto group = std::make_shared<AnimationGroup>();
+    group->registry = this;
     group->completion = std::exchange(settings.completion, nullptr);
     group->order = ++groups_;
     open_.push_back({std::move(settings), std::move(group)});
@@ -70,11 +71,20 @@ void AnimationRegistry::start(CALayer& layer, LayerAnimation::Contribution add) 
 
 void AnimationRegistry::drop(CALayer& layer) {
     auto const dropped = std::exchange(layer.animations_, {});
-    if (dropped.empty()) return;
     for (auto const& animation : dropped) animation->layer = nullptr;
-    std::erase_if(running_, [](auto const& animation) { return !animation->layer; });
-    for (auto const& animation : dropped) release(animation->group, false, Clock::current().now());
+    for (auto const& animation : dropped) animation->group->registry->forget(animation);
+}
+
+void AnimationRegistry::forget(std::shared_ptr<LayerAnimation> const& animation) {
+    std::erase(running_, animation);
+    release(animation->group, false, Clock::current().now());
     if (!due_.empty()) scheduleTurn();
+}
+
+void AnimationRegistry::dropAll() {
+    auto const running = running_;
+    for (auto const& animation : running)
+        if (animation->layer) drop(*animation->layer);
 }
 
 void AnimationRegistry::release(std::shared_ptr<AnimationGroup> const& group, bool finished, double time) {
@@ -116,9 +126,10 @@ void AnimationRegistry::scheduleTurn() {
     // what the completion of one of them starts waits for a frame.
     if (isTurnScheduled_ || isInIdleCompletion_) return;
     isTurnScheduled_ = true;
-    DispatchQueue::main().async([this, turn = turn_] {
+    DispatchQueue::main().async([this, alive = context_.shared_from_this(), turn = turn_] {
         if (turn != turn_) return;
         isTurnScheduled_ = false;
+        ContextScope const scope(alive.get());
         deliverDue(groups_);
     });
 }

@@ -10,8 +10,12 @@
 
 namespace trelundo {
 
+class AnimationRegistry;
+class Context;
+
 /// One committed or open transaction: what its completion waits for.
 struct AnimationGroup {
+    AnimationRegistry* registry; // outlives its running animations
     std::function<void(bool)> completion;
     std::size_t running = 0;
     bool isOpen = true; // between begin and commit
@@ -21,23 +25,29 @@ struct AnimationGroup {
     std::uint64_t order = 0;
 };
 
-/// All running animations and the completions that are due. Main thread only.
+/// The running animations of one shell and the completions that are due. Main thread only.
 class AnimationRegistry {
 public:
+    /// That of the current shell.
     static AnimationRegistry& shared();
+    explicit AnimationRegistry(Context& context)
+        : context_(context) {}
+    ~AnimationRegistry() { reset(); }
 
     void begin(CATransaction::Settings settings);
     void commit();
     CATransaction::Settings const* current() const;
     void start(CALayer& layer, LayerAnimation::Contribution add);
-    /// Drops the layer's animations; their completions get false.
-    void drop(CALayer& layer);
+    /// Drops the layer's animations, wherever they run; their completions get false.
+    static void drop(CALayer& layer);
+    /// Drops all of them as if their layers did: the shell has no more frames.
+    void dropAll();
     void advanceFrame(double now);
     bool hasWork() const { return !running_.empty() || !due_.empty(); }
     /// Drops everything without completions: what one test leaves must not reach into the next.
     void reset();
 
-    bool isEnabled = true;
+    static inline bool isEnabled = true; // everywhere
 
 private:
     struct Open {
@@ -45,10 +55,12 @@ private:
         std::shared_ptr<AnimationGroup> group;
     };
 
+    void forget(std::shared_ptr<LayerAnimation> const& animation);
     void release(std::shared_ptr<AnimationGroup> const& group, bool finished, double time);
     void deliverDue(std::uint64_t before);
     void scheduleTurn();
 
+    Context& context_; // owns this
     std::vector<Open> open_;
     std::vector<std::shared_ptr<LayerAnimation>> running_;
     std::vector<std::shared_ptr<AnimationGroup>> due_;

@@ -4,48 +4,58 @@
 
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <vector>
 
 namespace trelundo {
 
+class Context;
+
 struct DispatchQueue::State {
     struct Job {
-        double time; // Clock::now() from which the job is ready
+        double time; // from which the job is ready, by the clock of its context
         std::uint64_t number;
         Block block;
+        Context* context; // null: nobody's
 
         bool isBefore(Job const& other) const {
             return time != other.time ? time < other.time : number < other.number;
         }
     };
+    /// A heap whose front comes first.
+    using Delayed = std::vector<Job>;
 
     std::mutex mutex;
     std::deque<Job> submitted;
-    std::vector<Job> delayed; // a heap whose front comes first
-    std::deque<Job> running;  // what is left of the current turn
+    std::map<Context const*, Delayed> delayed; // by context, since each may have a time of its own
+    std::deque<Job> running;                   // what is left of the current turn
     bool isRunning = false;
     std::uint64_t nextNumber = 0;
-    Block wakeUp;
+    std::map<int, Block> wakeUps;
+    int lastWakeUp = 0;
 
-    bool hasDue(double now) const { return !delayed.empty() && delayed.front().time <= now; }
-
-    Job takeFirstDelayed();
-    /// Moves everything that is ready into `running`. A delayed job takes its place among those submitted at
-    /// the moment of its deadline.
+    /// A job of what runs now, ready in `seconds`.
+    Job job(double seconds, Block block);
+    bool hasDue() const;
+    /// Moves everything that is ready into `running`. A delayed job takes its place among those that its
+    /// context submitted at the moment of its deadline.
     void beginTurn();
-    Block takeNext();
-    /// The clock goes on at another time: what is delayed keeps the time that is left.
+    Job takeNext();
+    /// The clock of what belongs to nobody goes on at another time: what is delayed keeps the time that is
+    /// left.
     void shift(double seconds);
+    /// The jobs of `context` become nobody's and keep the time that is left.
+    void release(Context const& context);
 
     template <class Store> void submit(Store store) {
-        Block wake;
+        std::map<int, Block> wake;
         {
             std::lock_guard const lock{mutex};
             store();
-            wake = wakeUp;
+            wake = wakeUps;
         }
-        if (wake) wake();
+        for (auto const& [id, wakeUp] : wake) wakeUp();
     }
 };
 

@@ -26,6 +26,8 @@ private:
     std::string saved_ = "C";
 };
 
+bool isWithoutDisplay = false; // the application object is ours and opens none
+
 /// The application object that fonts and picture readers need, on a platform that opens no display. It lives
 /// as long as the process.
 void startApplication() {
@@ -37,6 +39,7 @@ void startApplication() {
     // Complaints about the environment (locale, runtime folder) mean nothing to a process without a session.
     MessageSilencer const quiet;
     [[maybe_unused]] static auto* const application = new QGuiApplication(count, arguments);
+    isWithoutDisplay = true;
 }
 
 void startOnce() {
@@ -53,6 +56,8 @@ void startOnce() {
 }
 
 } // namespace
+
+bool runsWithoutDisplay() { return isWithoutDisplay; }
 
 void startGraphics() {
     static bool const started = (startOnce(), true);

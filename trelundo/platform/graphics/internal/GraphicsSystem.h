@@ -7,4 +7,7 @@ namespace trelundo {
 /// font is told on standard error with the package to install, and the next best is used.
 void startGraphics();
 
+/// Whether startGraphics() has started the graphics library, so that it can open no window in this process.
+bool runsWithoutDisplay();
+
 } // namespace trelundo

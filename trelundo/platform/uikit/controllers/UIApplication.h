@@ -7,7 +7,8 @@
 
 namespace trelundo {
 
-/// The process's windows and language direction, and the beat of its frames.
+/// The windows and the language direction of the current shell (UIScreen::main()), and the beat of its
+/// frames.
 class UIApplication {
 public:
     static UIApplication& shared();

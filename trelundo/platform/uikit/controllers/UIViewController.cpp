@@ -1,5 +1,7 @@
 #include "trelundo/platform/uikit/controllers/UIViewController.h"
 
+#include "trelundo/platform/foundation/internal/Context.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 #include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIWindow.h"
@@ -7,6 +9,19 @@
 #include <algorithm>
 
 namespace trelundo {
+
+namespace {
+
+/// Of the window that shows the controller or, when that is covered, what it has presented; null without one.
+Context* contextOf(UIViewController& controller) {
+    for (auto step = strong(controller); step; step = step->presentedViewController()) {
+        auto const* window = step->isViewLoaded() ? step->view()->window() : nullptr;
+        if (window) return &window->context();
+    }
+    return nullptr;
+}
+
+} // namespace
 
 UIViewController::UIViewController() = default;
 
@@ -51,10 +66,14 @@ void UIViewController::setNeedsStatusBarAppearanceUpdate() {
 
 void UIViewController::present(Ref<UIViewController> controller, bool animated,
                                std::function<void()> completion) {
+    requireMainThread("a view controller");
+    ContextScope const scope(contextOf(*this));
     PresentationEngine::present(*this, std::move(controller), animated, std::move(completion));
 }
 
 void UIViewController::dismiss(bool animated, std::function<void()> completion) {
+    requireMainThread("a view controller");
+    ContextScope const scope(contextOf(*this));
     PresentationEngine::dismiss(*this, animated, std::move(completion));
 }
 

@@ -10,7 +10,7 @@ namespace {
 constexpr auto compact = UIUserInterfaceSizeClass::compact;
 constexpr auto regular = UIUserInterfaceSizeClass::regular;
 
-constexpr double smallestRegularWidth = 600;  // points
+constexpr double smallestTabletSide = 744;    // points
 constexpr double smallestRegularHeight = 480; // points
 
 DeviceProfile phone(std::string_view name, CGSize points, double scale, CGSize pixels, UIEdgeInsets portrait,
@@ -56,12 +56,17 @@ DeviceProfile buttonlessTablet(std::string_view name, CGSize points) {
     return tablet(name, points, {24, 0, 20, 0});
 }
 
-bool isSize(CGSize left, CGSize right) {
-    return std::abs(left.width - right.width) < 1 && std::abs(left.height - right.height) < 1;
+bool isSize(CGSize left, CGSize right, double tolerance) {
+    return std::abs(left.width - right.width) < tolerance && std::abs(left.height - right.height) < tolerance;
 }
 
-UIUserInterfaceSizeClass sizeClass(double length, double smallestRegular) {
-    return length < smallestRegular ? compact : regular;
+/// Layouts for wide screens are made for tablets and are tall, too: a low window gets those of a phone.
+UIUserInterfaceSizeClass widthClass(CGSize size) {
+    return std::min(size.width, size.height) < smallestTabletSide ? compact : regular;
+}
+
+UIUserInterfaceSizeClass heightClass(CGSize size) {
+    return size.height < smallestRegularHeight ? compact : regular;
 }
 
 } // namespace
@@ -100,15 +105,19 @@ DeviceProfile const* DeviceProfile::find(std::string_view name) {
     return found == profiles.end() ? nullptr : &*found;
 }
 
+bool DeviceProfile::hasSize(CGSize size, double tolerance) const {
+    return isSize(size, points, tolerance) || isSize(size, {points.height, points.width}, tolerance);
+}
+
 DeviceProfile DeviceProfile::resizedTo(CGSize size) const {
-    if (isSize(size, points) || isSize(size, {points.height, points.width})) return *this;
+    if (hasSize(size, 1)) return *this;
     auto profile = *this;
     profile.points = {std::min(size.width, size.height), std::max(size.width, size.height)};
     profile.nativePixels = {profile.points.width * scale, profile.points.height * scale};
-    profile.portraitHorizontal = sizeClass(profile.points.width, smallestRegularWidth);
-    profile.portraitVertical = sizeClass(profile.points.height, smallestRegularHeight);
-    profile.landscapeHorizontal = sizeClass(profile.points.height, smallestRegularWidth);
-    profile.landscapeVertical = sizeClass(profile.points.width, smallestRegularHeight);
+    profile.portraitInsets = profile.landscapeInsets = {};
+    profile.portraitHorizontal = profile.landscapeHorizontal = widthClass(profile.points);
+    profile.portraitVertical = heightClass(profile.points);
+    profile.landscapeVertical = heightClass({profile.points.height, profile.points.width});
     return profile;
 }
 

@@ -24,8 +24,10 @@ struct DeviceProfile {
     static std::span<DeviceProfile const> all();
     /// Null when the name is unknown.
     static DeviceProfile const* find(std::string_view name);
-    /// This device as it is when its window has been pulled to `size` (width by height as seen). At its own
-    /// size, upright or turned, it is the device itself.
+    /// Whether `size`, upright or turned, is this device's, give or take less than `tolerance` points.
+    bool hasSize(CGSize size, double tolerance) const;
+    /// This device as it is when its window has been pulled to `size` (width by height as seen): without the
+    /// insets of its cut-out and its status bar. At its own size, upright or turned, it is the device itself.
     DeviceProfile resizedTo(CGSize size) const;
 };
 

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/foundation/Bundle.h"
 #include "trelundo/platform/foundation/Locale.h"
+#include "trelundo/platform/foundation/internal/Context.h"
 
 #include <utility>
 
@@ -24,8 +25,7 @@ UIScreen::UIScreen()
 }
 
 UIScreen& UIScreen::main() {
-    static UIScreen screen;
-    return screen;
+    return Context::current().part<UIScreen>([] { return new UIScreen; });
 }
 
 void UIScreen::configure(DeviceProfile const& device, bool landscape) {

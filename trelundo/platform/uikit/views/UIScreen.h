@@ -8,9 +8,11 @@
 
 namespace trelundo {
 
-/// The display. `nativeBounds` is in pixels and always portrait.
+/// A display. `nativeBounds` is in pixels and always portrait.
 class UIScreen {
 public:
+    /// That of the current shell: inside a call of a shell or of one of its windows its own, elsewhere that
+    /// of the shell that was made current last.
     static UIScreen& main();
 
     DeviceProfile const& device() const { return device_; }
@@ -19,6 +21,8 @@ public:
     void configure(DeviceProfile const& device, bool landscape);
     void setUserInterfaceStyle(UIUserInterfaceStyle style);
     UIUserInterfaceLayoutDirection userInterfaceLayoutDirection() const { return direction_; }
+    /// What was set; none: the direction follows the language.
+    std::optional<UIUserInterfaceLayoutDirection> chosenLayoutDirection() const { return chosenDirection_; }
     /// For UIApplication, which tells the windows. Absent: the direction of
     /// Bundle::applicationLocalization().
     void setUserInterfaceLayoutDirection(std::optional<UIUserInterfaceLayoutDirection> direction);

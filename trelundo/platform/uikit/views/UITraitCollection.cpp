@@ -1,5 +1,7 @@
 #include "trelundo/platform/uikit/views/UITraitCollection.h"
 
+#include "trelundo/platform/foundation/internal/Context.h"
+
 namespace trelundo {
 
 namespace {
@@ -9,10 +11,11 @@ std::optional<UITraitCollection>& chosenTraits() {
     return traits;
 }
 
-UITraitCollection& screenTraits() {
-    static UITraitCollection traits;
-    return traits;
-}
+struct ScreenTraits {
+    UITraitCollection traits;
+};
+
+UITraitCollection& screenTraits() { return Context::current().part<ScreenTraits>().traits; }
 
 } // namespace
 

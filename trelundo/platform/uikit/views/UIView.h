@@ -297,6 +297,7 @@ private:
     void reportTraits(UITraitCollection const& traits);
     void backgroundColorDidResolve();
     void directionDidChange();
+    void displayScaleDidChange();
     UIView const* tintSource() const;
     bool isTintDimmed() const;
     void tintDidPropagate(bool dimmingChanged);
@@ -334,8 +335,6 @@ private:
     UIView* superview_ = nullptr; // the superview owns this one
     UIView* window_ = nullptr;    // the window at the root of the tree
     ViewOwner* owner_ = nullptr;  // the controller whose root view this is
-    /// The window in which views outside any window expect to be shown.
-    static inline UIView* keyWindow_ = nullptr;
     std::vector<Ref<UIView>> subviews_;
 
     bool translatesAutoresizingMask_ = true;

@@ -1,6 +1,7 @@
 #include "trelundo/platform/uikit/views/UIScreen.h"
 #include "trelundo/platform/uikit/views/UIView.h"
 #include "trelundo/platform/uikit/views/ViewOwner.h"
+#include "trelundo/platform/uikit/views/internal/ShownWindows.h"
 
 namespace trelundo {
 
@@ -8,7 +9,7 @@ namespace trelundo {
 
 /// What a view outside any window has reason to expect.
 UITraitCollection const& UIView::predictedTraits() {
-    if (keyWindow_) return keyWindow_->traitCollection();
+    if (auto const* window = ShownWindows::current().keyAsView) return window->traitCollection();
     static UITraitCollection screenTraits;
     screenTraits = UIScreen::main().traitCollection();
     return screenTraits;
@@ -39,11 +40,19 @@ void UIView::traitsDidPropagate() {
     }
 }
 
+/// What is measured in whole pixels is measured anew.
+void UIView::displayScaleDidChange() {
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
 void UIView::reportTraits(UITraitCollection const& traits) {
     if (lastTraits_ == traits) return;
     auto const previous = std::exchange(lastTraits_, traits);
     UITraitScope const scope(traits);
     layer_->setContentsScale(traits.displayScale);
+    if (previous && previous->displayScale != traits.displayScale) displayScaleDidChange();
     if (previous && previous->layoutDirection != traits.layoutDirection) directionDidChange();
     if (appearanceStyle_ != traits.userInterfaceStyle) {
         appearanceStyle_ = traits.userInterfaceStyle;

@@ -1,10 +1,13 @@
 #include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/internal/Context.h"
+#include "trelundo/platform/foundation/internal/MainThread.h"
 #include "trelundo/platform/uikit/collection/UIScrollView.h"
 #include "trelundo/platform/uikit/controllers/internal/PresentationEngine.h"
 #include "trelundo/platform/uikit/controls/UIControl.h"
 #include "trelundo/platform/uikit/views/UIScreen.h"
+#include "trelundo/platform/uikit/views/internal/ShownWindows.h"
 
 #include <algorithm>
 #include <map>
@@ -20,6 +23,7 @@ struct UIWindow::ActiveTouch {
 };
 
 struct UIWindow::State {
+    std::shared_ptr<Context> context = Context::current().shared_from_this();
     std::map<int, std::shared_ptr<ActiveTouch>> touches;
     Weak<UIControl> focused; // by the keyboard
     Ref<CALayer> focusRing;
@@ -27,11 +31,6 @@ struct UIWindow::State {
 };
 
 namespace {
-
-std::vector<UIWindow*>& shownWindows() {
-    static std::vector<UIWindow*> windows;
-    return windows;
-}
 
 void send(UIView& view, UITouch& touch) {
     switch (touch.phase()) {
@@ -68,7 +67,11 @@ void collectControls(UIView const& view, std::vector<UIControl*>& controls) {
 
 } // namespace
 
-std::vector<UIWindow*> const& UIWindow::visibleWindows() { return shownWindows(); }
+std::vector<UIWindow*> const& UIWindow::visibleWindows() { return ShownWindows::current().all; }
+
+Context& UIWindow::context() const { return *state_->context; }
+
+UIWindow* UIWindow::keyWindow() { return ShownWindows::current().key; }
 
 UIWindow::UIWindow()
     : UIWindow(UIScreen::main().bounds()) {}
@@ -83,14 +86,16 @@ UIWindow::UIWindow(CGRect frame)
 }
 
 UIWindow::~UIWindow() {
+    ContextScope const scope(state_->context.get());
     state_->touches.clear();
-    std::erase(shownWindows(), this);
-    if (keyWindow_ == this) keyWindow_ = nullptr;
+    ShownWindows::current().remove(*this);
     if (root_) PresentationEngine::abandon(*root_);
     while (!subviews().empty()) subviews().back()->removeFromSuperview();
 }
 
 void UIWindow::setRootViewController(Ref<UIViewController> controller) {
+    requireMainThread("a window");
+    ContextScope const scope(state_->context.get());
     if (controller == root_) return;
     hideRoot();
     root_ = std::move(controller);
@@ -121,10 +126,13 @@ void UIWindow::hideRoot() {
 }
 
 void UIWindow::makeKeyAndVisible() {
-    keyWindow_ = this;
+    ContextScope const scope(state_->context.get());
+    auto& shown = ShownWindows::current();
+    shown.key = this;
+    shown.keyAsView = this;
     if (isVisible_) return;
     isVisible_ = true;
-    shownWindows().push_back(this);
+    shown.all.push_back(this);
     layer().setHidden(false);
     layer().setDisplayRoot(true);
     UIScreen::main().updateUserInterfaceLayoutDirection();
@@ -141,6 +149,7 @@ Ref<UIViewController> UIWindow::topViewController() const {
 }
 
 void UIWindow::screenDidChange() {
+    ContextScope const scope(state_->context.get());
     auto const& screen = UIScreen::main();
     auto const size = screen.bounds().size;
     bool const resizes = size != bounds().size;
@@ -166,6 +175,7 @@ void UIWindow::followLayoutDirection() {
 }
 
 void UIWindow::setNeedsStatusBarAppearanceUpdate() {
+    ContextScope const scope(state_->context.get());
     updateOrientation();
     updateSafeArea();
 }
@@ -173,6 +183,7 @@ void UIWindow::setNeedsStatusBarAppearanceUpdate() {
 // Orientation.
 
 void UIWindow::deviceDidTurn(bool landscape) {
+    ContextScope const scope(state_->context.get());
     isHeldInLandscape_ = landscape;
     updateOrientation();
 }
@@ -211,6 +222,7 @@ void UIWindow::updateSafeArea() {
 
 void UIWindow::layoutWindow() {
     if (state_->isLayingOut) return;
+    ContextScope const context(state_->context.get());
     followLayoutDirection();
     state_->isLayingOut = true;
     UITraitScope const scope(traits_);
@@ -222,6 +234,8 @@ void UIWindow::layoutWindow() {
 // Touches.
 
 void UIWindow::touchBegan(int id, CGPoint location) {
+    requireMainThread("a window");
+    ContextScope const scope(state_->context.get());
     auto const self = strong(*this);
     touchCancelled(id);
     auto const hit = hitTest(location);
@@ -268,6 +282,7 @@ void UIWindow::touchCancelled(int id) {
 }
 
 void UIWindow::deliver(ActiveTouch& active, UITouchPhase phase) {
+    ContextScope const scope(state_->context.get());
     auto& touch = *active.touch;
     touch.phase_ = phase;
     touch.timestamp_ = Clock::current().now();
@@ -326,6 +341,7 @@ void UIWindow::cancelTouchesIn(UIView const& subtree) {
 // Keys and focus.
 
 void UIWindow::keyPressed(Key key) {
+    ContextScope const scope(state_->context.get());
     auto const self = strong(*this);
     auto const top = topViewController();
     if (!top) return;

@@ -10,8 +10,10 @@
 
 namespace trelundo {
 
+class Context;
+
 /// The root of a view tree: takes touches in, keeps traits and safe area up to date, lays out before each
-/// frame.
+/// frame. It belongs to the shell that was current when it was made, and its calls run there.
 class UIWindow : public UIView {
 public:
     UIWindow();
@@ -24,10 +26,10 @@ public:
     void setRootViewController(Ref<UIViewController> controller);
     void makeKeyAndVisible();
     bool isVisible() const { return isVisible_; }
-    /// Every visible window, in the order in which they became visible.
+    /// Every visible window of the current shell, in the order in which they became visible.
     static std::vector<UIWindow*> const& visibleWindows();
-    /// The one that makeKeyAndVisible() was last called on; null without one.
-    static UIWindow* keyWindow() { return keyWindow_ ? keyWindow_->asWindow() : nullptr; }
+    /// The current shell's window that makeKeyAndVisible() was last called on; null without one.
+    static UIWindow* keyWindow();
     /// The topmost presented controller, or the root.
     Ref<UIViewController> topViewController() const;
     /// What the top controller's status bar, home indicator or orientation preferences say has changed:
@@ -59,6 +61,9 @@ public:
     void layoutWindow();
 
     UIResponder* nextResponder() const override { return nullptr; }
+
+    /// For the platform itself.
+    Context& context() const;
 
 private:
     struct ActiveTouch;

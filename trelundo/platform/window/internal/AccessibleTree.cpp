@@ -1,35 +1,30 @@
 #include "trelundo/platform/window/internal/AccessibleTree.h"
 
 #include "trelundo/platform/foundation/Weak.h"
-#include "trelundo/platform/uikit/controls/UIControl.h"
+#include "trelundo/platform/window/internal/AccessibleViews.h"
 
 #include <QGuiApplication>
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 
 namespace trelundo {
 
 namespace {
 
-constexpr double leastAlpha = 0.01; // below it a view cannot be pressed either
-
-bool has(UIAccessibilityTraits traits, UIAccessibilityTraits bit) {
-    return (static_cast<unsigned>(traits) & static_cast<unsigned>(bit)) != 0;
-}
-
-bool isPressable(UIView const& view) {
-    auto const traits = view.accessibilityTraits();
-    return has(traits, UIAccessibilityTraits::button) || has(traits, UIAccessibilityTraits::link);
-}
-
-bool isElement(UIView const& view) { return isPressable(view) || !view.accessibilityLabel().empty(); }
-
-QAccessible::Role roleOf(UIAccessibilityTraits traits) {
-    if (has(traits, UIAccessibilityTraits::button)) return QAccessible::Button;
-    if (has(traits, UIAccessibilityTraits::link)) return QAccessible::Link;
-    if (has(traits, UIAccessibilityTraits::image)) return QAccessible::Graphic;
-    return QAccessible::StaticText;
+QAccessible::Role roleOf(AccessibleView const& view) {
+    switch (view.role) {
+    case AccessibleView::Role::button:
+        return QAccessible::Button;
+    case AccessibleView::Role::link:
+        return QAccessible::Link;
+    case AccessibleView::Role::image:
+        return QAccessible::Graphic;
+    case AccessibleView::Role::text:
+        return QAccessible::StaticText;
+    }
+    return QAccessible::NoRole;
 }
 
 /// The desktop window itself: the parent of all elements.
@@ -86,43 +81,45 @@ public:
     }
 
     QString text(QAccessible::Text kind) const override {
-        auto const view = view_.lock();
-        if (!view || kind != QAccessible::Name) return {};
-        auto const label = view->accessibilityLabel();
-        // A button with nothing but a picture is known by its name in the code: better than silence.
-        return QString::fromStdString(label.empty() ? view->accessibilityIdentifier() : label);
+        auto const view = described();
+        return view && kind == QAccessible::Name ? QString::fromStdString(view->name) : QString();
     }
     QRect rect() const override {
-        auto const view = view_.lock();
-        return view ? tree_.screenRect(*view) : QRect();
+        auto const view = described();
+        return view ? tree_.screenRect(view->frame) : QRect();
     }
     QAccessible::Role role() const override {
-        auto const view = view_.lock();
-        return view ? roleOf(view->accessibilityTraits()) : QAccessible::NoRole;
+        auto const view = described();
+        return view ? roleOf(*view) : QAccessible::NoRole;
     }
     QAccessible::State state() const override {
         QAccessible::State state;
-        auto const view = view_.lock();
+        auto const view = described();
         state.invalid = !view;
         if (!view) return state;
-        auto const traits = view->accessibilityTraits();
-        state.disabled = has(traits, UIAccessibilityTraits::notEnabled);
-        state.selectable = state.selected = has(traits, UIAccessibilityTraits::selected);
-        state.focusable = isPressable(*view);
+        state.disabled = !view->isEnabled;
+        state.selectable = state.selected = view->isSelected;
+        state.focusable = view->isPressable;
         return state;
     }
 
     QStringList actionNames() const override {
-        auto const view = view_.lock();
-        return view && isPressable(*view) ? QStringList{pressAction()} : QStringList{};
+        auto const view = described();
+        return view && view->isPressable ? QStringList{pressAction()} : QStringList{};
     }
-    void doAction(QString const& action) override {
-        auto const view = view_.lock();
-        if (view && action == pressAction()) tree_.press(*view);
+    void doAction(QString const& name) override {
+        auto const view = described();
+        if (view && name == pressAction()) tree_.shell().press(*view);
     }
-    QStringList keyBindingsForAction(QString const& /*action*/) const override { return {}; }
+    QStringList keyBindingsForAction(QString const& /*name*/) const override { return {}; }
 
 private:
+    std::optional<AccessibleView> described() const {
+        auto const view = view_.lock();
+        if (!view) return std::nullopt;
+        return describeAccessible(*view, tree_.shell().zoom());
+    }
+
     AccessibleTree& tree_;
     Weak<UIView> view_;
 };
@@ -151,11 +148,9 @@ QAccessibleInterface* AccessibleWindow::childAt(int x, int y) const {
 
 } // namespace
 
-AccessibleTree::AccessibleTree(QWindow& host, UIWindow& window, double zoom, std::function<void()> pressed)
+AccessibleTree::AccessibleTree(QWindow& host, EmbeddedShell& shell)
     : host_(host)
-    , window_(window)
-    , zoom_(zoom)
-    , pressed_(std::move(pressed))
+    , shell_(shell)
     , root_(QAccessible::registerAccessibleInterface(new AccessibleWindow(*this))) {}
 
 AccessibleTree::~AccessibleTree() {
@@ -165,19 +160,9 @@ AccessibleTree::~AccessibleTree() {
 
 QAccessibleInterface* AccessibleTree::root() const { return QAccessible::accessibleInterface(root_); }
 
-void AccessibleTree::collect(UIView const& view, std::vector<UIView*>& views) const {
-    for (auto const& subview : view.subviews()) {
-        if (subview->isHidden() || subview->alpha() < leastAlpha) continue;
-        if (isElement(*subview)) views.push_back(subview.get());
-        if (!isPressable(*subview)) collect(*subview, views);
-    }
-}
-
 std::vector<AccessibleElement*> AccessibleTree::elements() {
-    std::vector<UIView*> views;
-    collect(window_, views);
     std::vector<AccessibleElement*> elements;
-    for (auto* view : views) elements.push_back(elementFor(*view));
+    for (auto* view : accessibleViews(shell_.window())) elements.push_back(elementFor(*view));
     return elements;
 }
 
@@ -194,24 +179,14 @@ AccessibleElement* AccessibleTree::elementFor(UIView& view) {
     return element;
 }
 
-QRect AccessibleTree::screenRect(UIView const& view) const {
-    auto const rect = view.convertRectTo(view.bounds(), nullptr);
-    QRectF const shown(rect.minX() * zoom_, rect.minY() * zoom_, rect.width() * zoom_, rect.height() * zoom_);
+QRect AccessibleTree::screenRect(CGRect const& frame) const {
+    QRectF const shown(frame.minX(), frame.minY(), frame.width(), frame.height());
     return shown.toAlignedRect().translated(host_.mapToGlobal(QPoint(0, 0)));
-}
-
-void AccessibleTree::press(UIView& view) {
-    auto* const control = dynamic_cast<UIControl*>(&view);
-    if (control && !control->isEnabled()) return;
-    auto const keep = strong(view);
-    if (control) control->sendActions(UIControlEvents::touchUpInside);
-    pressed_();
 }
 
 void AccessibleTree::update() {
     if (!QAccessible::isActive()) return;
-    std::vector<UIView*> views;
-    collect(window_, views);
+    auto views = accessibleViews(shell_.window());
     if (views == last_) return;
     last_ = std::move(views);
     std::erase_if(elements_, [&](auto const& entry) {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/window/EmbeddedShell.h"
 
 #include <QAccessible>
 
-#include <functional>
 #include <map>
 #include <vector>
 
@@ -14,13 +13,12 @@ namespace trelundo {
 
 class AccessibleElement;
 
-/// What assistive programs see of a device window: its labelled and pressable views as a flat list below the
-/// desktop window, in reading order of the view tree. A button hides what it is made of.
+/// What assistive programs see of a device window: its accessible views as a flat list below the desktop
+/// window.
 class AccessibleTree {
 public:
-    /// `zoom`: desktop points shown for a device point. `pressed` runs after an assistive program has pressed
-    /// something.
-    AccessibleTree(QWindow& host, UIWindow& window, double zoom, std::function<void()> pressed);
+    /// The shell fills `host`; its host points are desktop points.
+    AccessibleTree(QWindow& host, EmbeddedShell& shell);
     ~AccessibleTree();
 
     QAccessibleInterface* root() const;
@@ -29,18 +27,15 @@ public:
 
     // For the elements.
     std::vector<AccessibleElement*> elements();
-    QRect screenRect(UIView const& view) const;
+    QRect screenRect(CGRect const& frame) const;
     QWindow& host() const { return host_; }
-    void press(UIView& view);
+    EmbeddedShell& shell() const { return shell_; }
 
 private:
-    void collect(UIView const& view, std::vector<UIView*>& views) const;
     AccessibleElement* elementFor(UIView& view);
 
     QWindow& host_;
-    UIWindow& window_;
-    double zoom_;
-    std::function<void()> pressed_;
+    EmbeddedShell& shell_;
     QAccessible::Id root_ = 0;
     std::map<UIView const*, QAccessible::Id> elements_;
     std::vector<UIView*> last_; // as told; compared, never followed

@@ -1,10 +1,6 @@
 #include "trelundo/platform/window/internal/DeviceWindow.h"
 
-#include "trelundo/platform/foundation/Clock.h"
-#include "trelundo/platform/foundation/DispatchQueue.h"
 #include "trelundo/platform/graphics/internal/SurfacePixels.h"
-#include "trelundo/platform/uikit/controllers/UIApplication.h"
-#include "trelundo/platform/window/internal/WheelScrolling.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -23,12 +19,22 @@ namespace trelundo {
 
 namespace {
 
-constexpr double frameDuration = 1.0 / 60; // seconds
-constexpr double longestAlarm = 3600;      // seconds
+constexpr double longestAlarm = 3600; // seconds
+constexpr double wholeFrame = 0.017;  // seconds; what is at most this far away is the next frame
 
-QRect pixelRect(CGRect const& rect) {
-    return QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toAlignedRect();
+/// Desktop points around `rect`, which is in pixels.
+QRect desktopRect(CGRect const& rect, double ratio) {
+    return QRectF(rect.minX() / ratio, rect.minY() / ratio, rect.width() / ratio, rect.height() / ratio)
+        .toAlignedRect();
 }
+
+/// Frames come on time on average, deadlines never too early.
+int milliseconds(double seconds) {
+    auto const exact = std::clamp(seconds, 0.0, longestAlarm) * 1000;
+    return static_cast<int>(seconds <= wholeFrame ? std::round(exact) : std::ceil(exact));
+}
+
+CGPoint hostPoint(QPointF point) { return {point.x(), point.y()}; }
 
 constexpr int pointerTouch = 0; // the mouse is one finger
 constexpr int firstFinger = 1;
@@ -55,105 +61,57 @@ std::optional<UIWindow::Key> windowKey(int key) {
 
 } // namespace
 
-DeviceWindow::DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom)
-    : window_(std::move(window))
-    , device_(device)
+DeviceWindow::DeviceWindow(DeviceProfile const& device, bool landscape, double zoom)
+    : device_(device)
     , zoom_(zoom)
-    , accessible_(*this, *window_, zoom, [this] { turn(); }) {
-    auto const size = UIScreen::main().bounds().size;
-    resize(static_cast<int>(std::lround(size.width * zoom)),
-           static_cast<int>(std::lround(size.height * zoom)));
+    , shell_({.screen = screenAt(landscape ? QSizeF(device.points.height * zoom, device.points.width * zoom)
+                                           : QSizeF(device.points.width * zoom, device.points.height * zoom)),
+              .wakeUp = [this] { wakeUp(); }})
+    , accessible_(*this, shell_) {
+    auto const size = shell_.screen().size;
+    resize(static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height)));
     setMinimumSize({160, 160});
-    frameTimer_.setTimerType(Qt::PreciseTimer);
-    frameTimer_.setSingleShot(true);
-    alarm_.setSingleShot(true);
-    QObject::connect(&frameTimer_, &QTimer::timeout, this, [this] { frame(); });
-    QObject::connect(&alarm_, &QTimer::timeout, this, [this] { turn(); });
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, this, [this] { frame(); });
 }
 
-DeviceWindow::~DeviceWindow() { DispatchQueue::main().setWakeUp(nullptr); }
+DeviceWindow::~DeviceWindow() = default;
 
 void DeviceWindow::start() {
-    DispatchQueue::main().setWakeUp([this] { wakeUp(); });
     show();
     // Without a window manager nobody else gives the window the keyboard.
     requestActivate();
-    turn();
+    frame();
 }
 
-/// Any thread may call; many calls before the loop turns become one.
+/// Any thread may call.
 void DeviceWindow::wakeUp() {
-    if (isWoken_.exchange(true)) return;
     QMetaObject::invokeMethod(
-        this,
-        [this] {
-            isWoken_ = false;
-            turn();
-        },
-        Qt::QueuedConnection);
+        this, [this] { frame(); }, Qt::QueuedConnection);
 }
 
 void DeviceWindow::frame() {
-    UIApplication::shared().frame();
-    present();
-    arm();
-}
-
-void DeviceWindow::turn() {
-    UIApplication::shared().turn();
-    present();
-    arm();
-}
-
-void DeviceWindow::arm() {
-    if (isExposed() && UIApplication::shared().needsFrames()) {
-        scheduleFrame();
-        return alarm_.stop();
-    }
-    frameTimer_.stop();
-    if (DispatchQueue::main().hasReady()) return wakeUp();
-    auto const wait = DispatchQueue::main().nextDeadline() - Clock::current().now();
-    if (!std::isfinite(wait)) return alarm_.stop();
-    alarm_.start(static_cast<int>(std::ceil(std::clamp(wait, 0.0, longestAlarm) * 1000)));
-}
-
-/// Timers know whole milliseconds only: counting from frame to frame keeps 60 a second on average.
-void DeviceWindow::scheduleFrame() {
-    if (frameTimer_.isActive()) return;
-    auto const now = Clock::current().now();
-    nextFrame_ = std::max(nextFrame_ + frameDuration, now); // a late frame does not hurry those after it
-    frameTimer_.start(static_cast<int>(std::lround((nextFrame_ - now) * 1000)));
-}
-
-void DeviceWindow::prepareSurface() {
-    auto const pixels = size() * devicePixelRatio();
-    if (surface_ && surface_->pixelWidth() == pixels.width() && surface_->pixelHeight() == pixels.height())
-        return;
-    surface_ = std::make_unique<Surface>(pixels.width(), pixels.height(), devicePixelRatio() * zoom_);
-    compositor_.invalidate();
-}
-
-void DeviceWindow::present() {
+    if (shell_.screen().scale != devicePixelRatio()) shell_.setScreen(screenAt(size()));
+    shell_.setVisible(isExposed());
+    shell_.step();
     accessible_.update();
-    if (!isExposed() || size().isEmpty()) return;
-    prepareSurface();
     QRegion changed;
-    for (auto const& rect : compositor_.render(window_->layer(), *surface_)) {
-        auto const ratio = devicePixelRatio();
-        changed += pixelRect(
-            {rect.minX() / ratio, rect.minY() / ratio, rect.width() / ratio, rect.height() / ratio});
-    }
+    if (isExposed() && !size().isEmpty())
+        for (auto const& rect : shell_.render()) changed += desktopRect(rect, devicePixelRatio());
     if (!changed.isEmpty()) update(changed);
+    auto const next = shell_.untilNextFrame();
+    std::isfinite(next) ? timer_.start(milliseconds(next)) : timer_.stop();
 }
 
 void DeviceWindow::paintEvent(QPaintEvent* event) {
-    if (!surface_) return;
+    auto const& image = shell_.pixels().pixels().image;
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     auto const ratio = devicePixelRatio();
     for (auto const& rect : event->region()) {
         painter.drawImage(
-            QRectF(rect), surface_->pixels().image,
+            QRectF(rect), image,
             QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio));
     }
     if (std::exchange(isShown_, true)) return;
@@ -162,28 +120,33 @@ void DeviceWindow::paintEvent(QPaintEvent* event) {
 }
 
 void DeviceWindow::exposeEvent(QExposeEvent* event) {
-    present();
+    frame();
     QRasterWindow::exposeEvent(event);
-    arm();
 }
 
 void DeviceWindow::resizeEvent(QResizeEvent* event) {
-    takeSize(size());
+    takeSize();
     QRasterWindow::resizeEvent(event);
 }
 
-void DeviceWindow::takeSize(QSize size) {
-    if (size.isEmpty()) return;
-    CGSize const points{size.width() / zoom_, size.height() / zoom_};
-    auto const current = UIScreen::main().bounds().size;
-    // A zoomed window has whole desktop points, so that it can miss the device's size by a rounding.
-    auto const tolerance = 1 / zoom_;
-    if (std::abs(points.width - current.width) <= tolerance &&
-        std::abs(points.height - current.height) <= tolerance)
-        return;
-    UIScreen::main().configure(device_.resizedTo(points), points.width > points.height);
-    window_->screenDidChange();
-    turn();
+EmbeddedScreen DeviceWindow::screenAt(QSizeF size) const {
+    return {.size = {size.width(), size.height()},
+            .scale = devicePixelRatio(),
+            .zoom = zoom_,
+            .device = &device_};
+}
+
+void DeviceWindow::closeEvent(QCloseEvent* event) {
+    QRasterWindow::closeEvent(event);
+    if (closed_) closed_();
+}
+
+void DeviceWindow::takeSize() {
+    if (size().isEmpty()) return;
+    auto const before = shell_.window().bounds().size;
+    shell_.setScreen(screenAt(size()));
+    if (shell_.window().bounds().size == before) return;
+    frame();
     report(WindowPlacement::Cause::resized);
 }
 
@@ -193,8 +156,8 @@ void DeviceWindow::report(WindowPlacement::Cause cause) {
     auto const origin = QPointF(mapToGlobal(QPoint(0, 0))) * ratio;
     listener_({.cause = cause,
                .origin = {origin.x(), origin.y()},
-               .size = UIScreen::main().bounds().size,
-               .zoom = zoom_ * ratio});
+               .size = shell_.window().bounds().size,
+               .zoom = shell_.zoom() * ratio});
 }
 
 // Input.
@@ -202,21 +165,18 @@ void DeviceWindow::report(WindowPlacement::Cause cause) {
 void DeviceWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || isPressed_) return;
     isPressed_ = true;
-    window_->touchBegan(pointerTouch, devicePoint(event->position()));
-    turn();
+    shell_.touchBegan(pointerTouch, hostPoint(event->position()));
 }
 
 void DeviceWindow::mouseMoveEvent(QMouseEvent* event) {
     if (!isPressed_) return;
-    window_->touchMoved(pointerTouch, devicePoint(event->position()));
-    turn();
+    shell_.touchMoved(pointerTouch, hostPoint(event->position()));
 }
 
 void DeviceWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isPressed_) return;
     isPressed_ = false;
-    window_->touchEnded(pointerTouch, devicePoint(event->position()));
-    turn();
+    shell_.touchEnded(pointerTouch, hostPoint(event->position()));
 }
 
 void DeviceWindow::touchEvent(QTouchEvent* event) {
@@ -224,27 +184,22 @@ void DeviceWindow::touchEvent(QTouchEvent* event) {
     event->accept();
     for (auto const& point : event->points()) {
         auto const id = firstFinger + point.id();
-        auto const location = devicePoint(point.position());
+        auto const location = hostPoint(point.position());
         if (event->type() == QEvent::TouchCancel)
-            window_->touchCancelled(id);
+            shell_.touchCancelled(id);
         else if (point.state() == QEventPoint::Pressed)
-            window_->touchBegan(id, location);
+            shell_.touchBegan(id, location);
         else if (point.state() == QEventPoint::Updated)
-            window_->touchMoved(id, location);
+            shell_.touchMoved(id, location);
         else if (point.state() == QEventPoint::Released)
-            window_->touchEnded(id, location);
+            shell_.touchEnded(id, location);
     }
-    turn();
 }
 
 void DeviceWindow::wheelEvent(QWheelEvent* event) {
-    auto dx = -event->angleDelta().x() / wheelStep * pointsPerWheelStep;
-    auto dy = -event->angleDelta().y() / wheelStep * pointsPerWheelStep;
-    if (!event->pixelDelta().isNull()) {
-        dx = -event->pixelDelta().x() / zoom_;
-        dy = -event->pixelDelta().y() / zoom_;
-    }
-    if (scrollByWheel(*window_, devicePoint(event->position()), dx, dy)) turn();
+    auto way = QPointF(event->angleDelta()) / wheelStep * pointsPerWheelStep * shell_.zoom();
+    if (!event->pixelDelta().isNull()) way = QPointF(event->pixelDelta());
+    shell_.scroll(hostPoint(event->position()), -way.x(), -way.y());
 }
 
 void DeviceWindow::keyPressEvent(QKeyEvent* event) {
@@ -257,8 +212,7 @@ void DeviceWindow::keyPressEvent(QKeyEvent* event) {
     // A key that is held down may run through the controls, but presses once.
     bool const movesFocus = key == UIWindow::Key::tab || key == UIWindow::Key::backtab;
     if (event->isAutoRepeat() && !movesFocus) return;
-    window_->keyPressed(*key);
-    turn();
+    shell_.keyPressed(*key);
 }
 
 } // namespace trelundo

@@ -1,34 +1,32 @@
 #pragma once
 
-#include "trelundo/platform/coreanimation/internal/Compositor.h"
-#include "trelundo/platform/graphics/Surface.h"
-#include "trelundo/platform/uikit/views/UIScreen.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
+#include "trelundo/platform/window/EmbeddedShell.h"
 #include "trelundo/platform/window/WindowPlacement.h"
 #include "trelundo/platform/window/internal/AccessibleTree.h"
 
 #include <QRasterWindow>
 #include <QTimer>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
 namespace trelundo {
 
-/// The desktop's side of a device window: shows its frames, hands input to it and beats its time. Frames run
-/// only while something moves; otherwise the window sleeps until input, a dispatched block or a deadline
-/// wakes it.
+/// A desktop window around an embedded shell that behaves like a device. Frames run only while something
+/// moves; otherwise the window sleeps until input, a dispatched block or a deadline wakes it.
 class DeviceWindow : public QRasterWindow {
 public:
     /// `zoom`: desktop points shown for a device point.
-    DeviceWindow(Ref<UIWindow> window, DeviceProfile const& device, double zoom);
+    DeviceWindow(DeviceProfile const& device, bool landscape, double zoom);
     ~DeviceWindow() override;
 
+    EmbeddedShell& shell() { return shell_; }
     void setListener(std::function<void(WindowPlacement const&)> listener) {
         listener_ = std::move(listener);
     }
-    /// Shows the window and serves the main queue from now on.
+    /// Called whenever the window has been closed.
+    void setClosedListener(std::function<void()> listener) { closed_ = std::move(listener); }
+    /// Shows the window with its first frame.
     void start();
 
     QAccessibleInterface* accessibleRoot() const override { return accessible_.root(); }
@@ -37,6 +35,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void exposeEvent(QExposeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -46,31 +45,20 @@ protected:
 
 private:
     void frame();
-    /// A main-queue turn after input or a wake-up, then what it changed.
-    void turn();
-    void present();
-    void prepareSurface();
-    /// Frames while they are needed, else a single alarm for the next deadline.
-    void arm();
-    void scheduleFrame();
     void wakeUp();
-    void takeSize(QSize size);
+    void takeSize();
     void report(WindowPlacement::Cause cause);
-    CGPoint devicePoint(QPointF point) const { return {point.x() / zoom_, point.y() / zoom_}; }
+    EmbeddedScreen screenAt(QSizeF size) const;
 
-    Ref<UIWindow> window_;
     DeviceProfile device_;
     double zoom_;
+    EmbeddedShell shell_;
     AccessibleTree accessible_;
-    Compositor compositor_;
-    std::unique_ptr<Surface> surface_;
-    QTimer frameTimer_;    // one shot
-    QTimer alarm_;         // one shot
-    double nextFrame_ = 0; // Clock::now() of the frame that is due or was last
-    std::atomic<bool> isWoken_ = false;
+    QTimer timer_; // of the next frame; one shot
     bool isPressed_ = false;
     bool isShown_ = false;
     std::function<void(WindowPlacement const&)> listener_;
+    std::function<void()> closed_;
 };
 
 } // namespace trelundo

@@ -6,6 +6,9 @@
 #include "trelundo/platform/uikit/views/UIView.h"
 #include "trelundo/platform/uikit/views/ViewOwner.h"
 
+#include <set>
+#include <string>
+
 namespace trelundo {
 
 namespace {
@@ -13,6 +16,14 @@ namespace {
 /// A layout that marks itself again so often does so forever.
 constexpr int layoutRounds = 30;
 constexpr int constraintRounds = 10;
+
+/// Once for a class: the next frame would only say it again.
+void warnOfUnrest(UIView const& view) {
+    static std::set<std::string> told;
+    if (!told.insert(view.className()).second) return;
+    logWarning("Layout: " + view.className() + " was still marked after " + std::to_string(layoutRounds) +
+               " rounds; the rest waits for the next pass.");
+}
 
 } // namespace
 
@@ -29,8 +40,7 @@ void LayoutPass::run(UIView& view) {
         if (!start->subtreeNeedsLayout_) return;
         visit(*start, false);
     }
-    logWarning("Layout: " + view.className() + " was still marked after " + std::to_string(layoutRounds) +
-               " rounds; the rest waits for the next pass.");
+    warnOfUnrest(view);
 }
 
 void LayoutPass::updateConstraints(UIView& root) {

@@ -1,6 +1,6 @@
-#include "tests/tools/paywall/Desktop.h"
+#include "tests/support/Desktop.h"
 
-#include "tests/tools/paywall/Program.h"
+#include "tests/support/RunShell.h"
 
 #include <cmath>
 #include <csignal>
@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <utility>
 
-namespace trelundo::paywall::test {
+namespace trelundo::test {
 
 namespace {
 
@@ -57,6 +57,16 @@ Desktop::Desktop()
         error_ = "Xvfb opens no display; `scripts/dependencies test` installs it";
 }
 
+CGPoint Desktop::originOf(std::string const& title) const {
+    auto const told = runShell("xdotool search --onlyvisible --name " + quoted(title) + " getwindowgeometry");
+    CGPoint origin{-1, -1};
+    auto const place = told.output.find("Position: ");
+    if (place == std::string::npos ||
+        std::sscanf(told.output.c_str() + place, "Position: %lf,%lf", &origin.x, &origin.y) != 2)
+        ADD_FAILURE() << "There is no window \"" << title << "\": " << told.output;
+    return origin;
+}
+
 void Desktop::click(double x, double y) const {
     control("mousemove " + std::to_string(std::lround(x)) + " " + std::to_string(std::lround(y)) +
             " click 1");
@@ -69,4 +79,4 @@ void Desktop::resizeWindow(std::string const& title, double toWidth, double toHe
             std::to_string(std::lround(toWidth)) + " " + std::to_string(std::lround(toHeight)));
 }
 
-} // namespace trelundo::paywall::test
+} // namespace trelundo::test

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "trelundo/platform/graphics/Geometry.h"
+
 #include <cstdio>
 #include <optional>
 #include <string>
 #include <sys/types.h>
 
-namespace trelundo::paywall::test {
+namespace trelundo::test {
 
 /// A shell command that runs beside the test and is read line by line. Ended with its object at the latest,
 /// and two minutes after its start.
@@ -36,6 +38,8 @@ public:
     /// Why there is no display; empty when there is one.
     std::string const& error() const { return error_; }
 
+    /// Where the upper left corner of the window with this title is, in pixels.
+    CGPoint originOf(std::string const& title) const;
     void click(double x, double y) const;
     /// A key by its X name, with modifiers before it: "Return", "ctrl+q".
     void press(std::string const& key) const;
@@ -47,4 +51,4 @@ private:
     std::string error_;
 };
 
-} // namespace trelundo::paywall::test
+} // namespace trelundo::test
