@@ -20,12 +20,16 @@ class PremiumManager : public NSObject,
                        public SKProductsRequestDelegate,
                        public SKPaymentTransactionObserver {
 public:
-    /// success: only for a purchased transaction; payment: the transaction's, or the one passed in when the
-    /// device cannot pay; deferred: waiting for approval; error: of a failed transaction, null otherwise.
+    /// success: only for a purchased transaction, which is finished by then; payment: the transaction's, or
+    /// the one passed in when the device cannot pay; deferred: waiting for approval; error: of a failed
+    /// transaction, null otherwise and when the store gave none.
     using BuyCompletion = std::function<void(bool success, Ref<SKPayment> const& payment, bool deferred,
                                              Ref<NSError> const& error)>;
+    /// success: whether the store came to the end of the restore, also when it gave nothing back; error: why
+    /// it did not, null when the store gave none.
     using RestoreCompletion = std::function<void(bool success, Ref<NSError> const& error)>;
 
+    /// A payment and who asked for it. The texts travel in the events.
     struct Purchase {
         Ref<SKPayment> payment;
         std::string source;
@@ -72,9 +76,17 @@ public:
     /// failed load may be started again.
     void start(std::vector<std::string> productIdentifiers);
 
-    /// Whether the purchase was started. An absent payment counts as started: its outcome arrives from the
-    /// store.
+    /// Buys. Whatever comes of it, texts and completion take the place of those of the call before, whose
+    /// completion is not called any more. The completion stays: it hears of every transaction that ends or is
+    /// deferred from now on, in later turns of the main queue, so it may be called several times (deferred,
+    /// then approved) and for purchases of earlier calls or runs. Only where the device cannot pay it is
+    /// called inside this call, which then returns false. An absent payment counts as started: nothing is
+    /// added, and the completion hears of what the store has begun.
     bool purchase(Purchase purchase);
+    /// Brings back what the user owns. The completion takes the place of the one before, which is not called
+    /// any more, and stays: each end of a restore calls it, in a later turn of the main queue. That is once
+    /// for a call, also where nothing comes back or the restore fails; once more when another restore was
+    /// still running; and once for restored transactions that an earlier run left unfinished.
     void restore(std::string const& source, RestoreCompletion completion);
     /// Inside a buy completion the transaction that it tells of; null otherwise, and for a payment that the
     /// device refused.
