@@ -20,9 +20,9 @@ class PremiumManager : public NSObject,
                        public SKProductsRequestDelegate,
                        public SKPaymentTransactionObserver {
 public:
-    /// success: only for a purchased transaction, which is finished by then; payment: the transaction's, or
-    /// the one passed in when the device cannot pay; deferred: waiting for approval; error: of a failed
-    /// transaction, null otherwise and when the store gave none.
+    /// success: only for a purchased transaction; payment: the transaction's, or the one passed in when the
+    /// device cannot pay; deferred: waiting for approval; error: of a failed transaction, null otherwise and
+    /// when the store gave none.
     using BuyCompletion = std::function<void(bool success, Ref<SKPayment> const& payment, bool deferred,
                                              Ref<NSError> const& error)>;
     /// success: whether the store came to the end of the restore, also when it gave nothing back; error: why
