@@ -224,12 +224,13 @@ TEST(StoreConfigurationTest, BuildsThePriceLocaleFromLanguageAndStorefront) {
 }
 
 TEST(StoreConfigurationTest, ReadsSettings) {
-    auto const settings = read(R"({"settings": {"_askToBuyEnabled": true, "_failTransactionsEnabled": true,
+    auto const settings =
+        read(R"({"products": [], "settings": {"_askToBuyEnabled": true, "_failTransactionsEnabled": true,
         "_storeKitError": 3, "_timeRate": 5, "_compatibilityTimeRate": {"3": 6}, "_lastSynchronizedDate": "text",
         "_storefront": "FRA", "_locale": "fr", "_storeKitErrors": [
             {"name": "Load Products", "enabled": true}, {"name": "Purchase", "enabled": false, "current": {"index": 1}},
             {"name": "App Store Sync", "enabled": true, "current": null}, 7]}})")
-                              .settings();
+            .settings();
     EXPECT_TRUE(settings.asksToBuy);
     EXPECT_TRUE(settings.failsTransactions);
     EXPECT_EQ(settings.transactionError, 3);
@@ -237,12 +238,14 @@ TEST(StoreConfigurationTest, ReadsSettings) {
     EXPECT_TRUE(settings.failsRestoring);
     EXPECT_EQ(settings.storefront, "FRA");
     auto const other =
-        read(R"({"settings": {"_storeKitErrors": [{"name": "Purchase", "enabled": true}]}})").settings();
+        read(R"({"products": [], "settings": {"_storeKitErrors": [{"name": "Purchase", "enabled": true}]}})")
+            .settings();
     EXPECT_TRUE(other.failsTransactions);
     EXPECT_FALSE(other.asksToBuy || other.failsLoadingProducts || other.failsRestoring);
     EXPECT_EQ(other.locale, "en_US");
-    EXPECT_EQ(read(R"({"settings": []})").warnings().size(), 1U);
-    auto const noLocale = read(R"({"settings": {"_locale": ")" + std::string(1000, 'a') + R"("}})");
+    EXPECT_EQ(read(R"({"products": [], "settings": []})").warnings().size(), 1U);
+    auto const noLocale =
+        read(R"({"products": [], "settings": {"_locale": ")" + std::string(1000, 'a') + R"("}})");
     EXPECT_EQ(noLocale.settings().locale, "en_US");
     ASSERT_EQ(noLocale.warnings().size(), 1U);
     EXPECT_TRUE(noLocale.warnings().front().starts_with("shop: key \"_locale\""));
@@ -282,6 +285,7 @@ TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
         {"[]", StartsWith("shop:1: not a StoreKit configuration: an object")},
         {"{} {}", StartsWith("shop:1:")},
         {"{\"a\": 1e999}", StartsWith("shop:1:")},
+        {R"({"title": "Shop"})", StartsWith("shop: not a StoreKit configuration: none of \"products\"")},
         {R"({"products": {}})", "shop: key \"products\": a list is expected"},
         {"\n" + std::string(65, '['), "shop:2: not a StoreKit configuration: nested deeper than 64 levels"},
         {std::string(100'000, '['), "shop:1: not a StoreKit configuration: nested deeper than 64 levels"},
@@ -290,6 +294,22 @@ TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
     };
     for (auto const& [text, error] : rows)
         EXPECT_THAT(StoreConfiguration::parse(text, "shop").error().message, error) << text.substr(0, 40);
+}
+
+TEST(StoreConfigurationTest, TellsEveryKeyOfAnotherTypeAndPricesThatEndThePaywalls) {
+    auto const told =
+        read(R"({"settings": {"_askToBuyEnabled": "yes"}, "subscriptionGroups": [7, {"subscriptions": {}}],
+        "products": [{"productID": "p", "displayPrice": "0", "adHocOffers": "none", "localizations": [1]}]})")
+            .warnings();
+    auto const expected = {"key \"_askToBuyEnabled\": true or false is expected",
+                           "key \"subscriptions\": a list is expected",
+                           "product \"p\": key \"adHocOffers\": a list is expected",
+                           "product \"p\": key \"localizations\": an object is expected in the list",
+                           "a subscription group that is no object is left out",
+                           "product \"p\": key \"displayPrice\": offers, and paywalls"};
+    for (auto const* each : expected)
+        EXPECT_THAT(told, testing::Contains(StartsWith(std::string{"shop: "} + each)));
+    EXPECT_EQ(told.size(), expected.size());
 }
 
 TEST(StoreConfigurationTest, LoadsFilesAndFolders) {

@@ -58,7 +58,7 @@ void fillRow(Bytes& row, PngSource const& source, int y) {
     auto* out = row.data();
     *out++ = 0;
     for (int x = 0; x < source.width; ++x) {
-        std::uint32_t pixel;
+        std::uint32_t pixel = 0;
         std::memcpy(&pixel, line + 4 * static_cast<std::ptrdiff_t>(x), 4);
         source.isOpaque ? appendOpaque(out, pixel) : appendTranslucent(out, pixel);
     }

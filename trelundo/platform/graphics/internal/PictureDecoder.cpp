@@ -31,7 +31,7 @@ char const* pixelFormat(std::string_view bytes) {
 bool looksLikeArtwork(std::string_view bytes) {
     if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
     auto const start = bytes.find_first_not_of(" \t\r\n");
-    return start != bytes.npos && bytes[start] == '<';
+    return start != std::string_view::npos && bytes[start] == '<';
 }
 
 /// Why the artwork is not drawn, or nothing when it may be.

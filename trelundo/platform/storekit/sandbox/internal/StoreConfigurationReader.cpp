@@ -40,6 +40,39 @@ constexpr std::array modeNames{
     ModeName{"payUpFront", SKProductDiscountPaymentMode::payUpFront},
 };
 
+/// Keys whose value reading passes over when it has another type.
+struct MemberType {
+    std::string_view key;
+    Kind kind;
+    std::string_view name;
+};
+constexpr std::array memberTypes{
+    MemberType{"_askToBuyEnabled", Kind::boolean, "true or false"},
+    MemberType{"_failTransactionsEnabled", Kind::boolean, "true or false"},
+    MemberType{"_locale", Kind::string, "a text"},
+    MemberType{"_storeKitErrors", Kind::array, "a list"},
+    MemberType{"_storefront", Kind::string, "a text"},
+    MemberType{"adHocOffers", Kind::array, "a list"},
+    MemberType{"description", Kind::string, "a text"},
+    MemberType{"displayName", Kind::string, "a text"},
+    MemberType{"familyShareable", Kind::boolean, "true or false"},
+    MemberType{"introductoryOffers", Kind::array, "a list"},
+    MemberType{"locale", Kind::string, "a text"},
+    MemberType{"localizations", Kind::array, "a list"},
+    MemberType{"offerID", Kind::string, "a text"},
+    MemberType{"paymentMode", Kind::string, "a text"},
+    MemberType{"productID", Kind::string, "a text"},
+    MemberType{"recurringSubscriptionPeriod", Kind::string, "a text"},
+    MemberType{"subscriptionGroupID", Kind::string, "a text"},
+    MemberType{"subscriptionPeriod", Kind::string, "a text"},
+    MemberType{"subscriptions", Kind::array, "a list"},
+    MemberType{"type", Kind::string, "a text"},
+};
+
+constexpr std::array listKeys{"products", "nonRenewingSubscriptions", "subscriptionGroups"};
+
+bool isNoObject(JsonValue const& value) { return !value.is(Kind::object); }
+
 std::string plainLetters(std::string_view text) {
     std::string letters;
     for (char const c : text) {
@@ -111,6 +144,8 @@ StoreConfigurationReader::StoreConfigurationReader(std::string file, StoreConfig
 Result<StoreConfiguration> StoreConfigurationReader::read(JsonValue const& root) && {
     if (!root.is(Kind::object))
         return Error{file_ + ":1: not a StoreKit configuration: an object is expected"};
+    for (auto const& [key, value] : root.members)
+        if (key == "settings" || std::ranges::find(listKeys, key) != listKeys.end()) checkTypes(value);
     readSettings(root);
     if (auto const lists = readLists(root); !lists) return lists.error();
     return std::move(configuration_);
@@ -118,6 +153,27 @@ Result<StoreConfiguration> StoreConfigurationReader::read(JsonValue const& root)
 
 void StoreConfigurationReader::warn(std::string const& text) {
     configuration_.warnings_.push_back(file_ + ": " + subject_ + text);
+}
+
+/// Warns of every known key whose value has another type, and of what stands in a list without being an
+/// object.
+void StoreConfigurationReader::checkTypes(JsonValue const& value) {
+    if (auto const product = value.string("productID"); !product.empty())
+        subject_ = "product \"" + std::string{product} + "\": ";
+    for (auto const& [key, member] : value.members) {
+        checkType(key, member);
+        checkTypes(member);
+    }
+    for (auto const& each : value.elements) checkTypes(each);
+    if (value.find("productID")) subject_.clear();
+}
+
+void StoreConfigurationReader::checkType(std::string const& key, JsonValue const& value) {
+    auto const type = std::ranges::find(memberTypes, key, &MemberType::key);
+    if (type == memberTypes.end() || value.is(Kind::null)) return;
+    if (!value.is(type->kind)) warn("key \"" + key + "\": " + std::string{type->name} + " is expected");
+    if (key == "localizations" && std::ranges::any_of(value.elements, isNoObject))
+        warn("key \"localizations\": an object is expected in the list");
 }
 
 // Settings
@@ -166,9 +222,11 @@ void StoreConfigurationReader::readStoreErrors(JsonValue const& settings) {
 // Products
 
 Result<void> StoreConfigurationReader::readLists(JsonValue const& root) {
-    static constexpr std::array keys{"products", "nonRenewingSubscriptions", "subscriptionGroups"};
+    if (std::ranges::none_of(listKeys, [&](auto const* key) { return root.find(key); }))
+        return Error{file_ + ": not a StoreKit configuration: none of \"products\", "
+                             "\"nonRenewingSubscriptions\" and \"subscriptionGroups\" is there"};
     for (auto const& [key, value] : root.members) {
-        if (std::ranges::find(keys, key) == keys.end()) continue;
+        if (std::ranges::find(listKeys, key) == listKeys.end()) continue;
         if (!value.is(Kind::array) && !value.is(Kind::null))
             return Error{file_ + ": key \"" + key + "\": a list is expected"};
         readList(value, key);
@@ -181,6 +239,7 @@ void StoreConfigurationReader::readList(JsonValue const& list, std::string const
         key == "nonRenewingSubscriptions" ? ProductKind::nonRenewingSubscription : ProductKind::nonConsumable;
     for (auto const& entry : list.elements) {
         if (key == "subscriptionGroups") {
+            if (isNoObject(entry)) warn("a subscription group that is no object is left out");
             readGroup(entry);
         } else {
             readProduct(entry, usualKind, {});
@@ -238,6 +297,9 @@ StoreConfiguration::ProductKind StoreConfigurationReader::kindOf(JsonValue const
 }
 
 void StoreConfigurationReader::keep(ProductKind kind, SKProduct::Fields fields) {
+    if (fields.price.isZero())
+        warn("key \"displayPrice\": offers, and paywalls that tell a saving against it, end the program with "
+             "a price of 0");
     configuration_.positions_[fields.productIdentifier] = configuration_.products_.size();
     configuration_.products_.push_back({kind, make<SKProduct>(std::move(fields))});
 }

@@ -7,7 +7,7 @@
 namespace trelundo {
 
 /// Turns the JSON of one file into a configuration. What cannot be sold is left out with a warning; only a
-/// text whose frame is wrong (no object, a list that is none) is an error.
+/// text whose frame is wrong (no object, no list of products, a list that is none) is an error.
 class StoreConfigurationReader {
 public:
     StoreConfigurationReader(std::string file, StoreConfiguration::Options options);
@@ -17,6 +17,8 @@ public:
 private:
     using ProductKind = StoreConfiguration::ProductKind;
 
+    void checkTypes(JsonValue const& value);
+    void checkType(std::string const& key, JsonValue const& value);
     void readSettings(JsonValue const& root);
     void readStorefront(JsonValue const& settings);
     void readStoreErrors(JsonValue const& settings);
