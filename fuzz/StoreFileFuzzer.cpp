@@ -3,6 +3,7 @@
 #include "trelundo/platform/foundation/Log.h"
 #include "trelundo/platform/storekit/sandbox/internal/SandboxLedger.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 using namespace trelundo;
@@ -10,9 +11,8 @@ using namespace trelundo;
 namespace {
 
 bool isKept(test::TemporaryFolder const& folder, std::string_view bytes) {
-    for (auto const& each : std::filesystem::directory_iterator(folder.path()))
-        if (test::readText(each.path()) == bytes) return true;
-    return false;
+    return std::ranges::any_of(std::filesystem::directory_iterator(folder.path()),
+                               [&](auto const& each) { return test::readText(each.path()) == bytes; });
 }
 
 } // namespace

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     if (!shop) return std::fprintf(stderr, "%s\n", shop.error().message.c_str()), 2;
 
     qmlRegisterType<PaywallItem>("Host", 1, 0, "Paywall");
-    QQmlApplicationEngine engine(QUrl("qrc:/Main.qml"));
+    QQmlApplicationEngine const engine(QUrl("qrc:/Main.qml"));
     if (engine.rootObjects().isEmpty()) return 1;
     auto* const window = qobject_cast<QQuickWindow*>(engine.rootObjects().front());
     auto* const paywall = window->findChild<PaywallItem*>("paywall");

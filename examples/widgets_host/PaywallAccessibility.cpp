@@ -5,7 +5,6 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 
-#include <algorithm>
 #include <map>
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/gallery/SampleSelection.h"
+#include "tools/paywall/output/Suggestion.h"
 #include "tools/paywall/screens/PropertyValues.h"
 #include "tools/paywall/screens/Screens.h"
 #include "tools/paywall/session/Languages.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
+#include <functional>
 
 namespace trelundo::paywall {
 
@@ -97,6 +99,12 @@ void addGalleryOptions(CLI::App& command, Options& options, RawOptions& raw) {
     command.add_option("--pictures", options.pictureFolders, "A folder with host pictures");
 }
 
+template <class Things, class Name> std::vector<std::string> namesOf(Things const& things, Name name) {
+    std::vector<std::string> names;
+    for (auto const& each : things) names.emplace_back(std::invoke(name, each));
+    return names;
+}
+
 UIUserInterfaceStyle parseAppearance(std::string const& option, std::string const& name) {
     if (name == "light") return UIUserInterfaceStyle::light;
     if (name == "dark") return UIUserInterfaceStyle::dark;
@@ -105,17 +113,20 @@ UIUserInterfaceStyle parseAppearance(std::string const& option, std::string cons
 
 DeviceProfile const* parseDevice(std::string const& option, std::string const& name) {
     if (auto const* device = DeviceProfile::find(name)) return device;
-    failUsage(fmt::format("{}: unknown device \"{}\" (see `paywall devices`)", option, name));
+    failUsage(fmt::format("{}: unknown device \"{}\" (see `paywall devices`){}", option, name,
+                          suggestion(name, namesOf(DeviceProfile::all(), &DeviceProfile::name))));
 }
 
 std::string parseLanguage(std::string const& option, std::string const& tag) {
     if (isKnownLanguage(tag)) return tag;
-    failUsage(fmt::format("{}: unknown language \"{}\" (see `paywall languages`)", option, tag));
+    failUsage(fmt::format("{}: unknown language \"{}\" (see `paywall languages`){}", option, tag,
+                          suggestion(tag, languages())));
 }
 
 std::string parseScreen(std::string const& name) {
     if (findScreen(name)) return name;
-    failUsage(fmt::format("unknown screen \"{}\" (see `paywall screens`)", name));
+    failUsage(fmt::format("unknown screen \"{}\" (see `paywall screens`){}", name,
+                          suggestion(name, namesOf(screens(), &ScreenType::name))));
 }
 
 /// The items of a list, each once and read by `parse`; empty when the option is absent.
@@ -168,9 +179,12 @@ void checkStore(Options const& options) {
 
 /// Before anything else is found missing, which would hide it.
 void checkCommand(CLI::App const& app, std::string_view word) {
-    auto const isNamed = [&](CLI::App const* command) { return command->get_name() == word; };
-    if (word == "-h" || word == "--help" || std::ranges::any_of(app.get_subcommands({}), isNamed)) return;
-    failUsage(fmt::format("unknown command \"{}\" (see `paywall --help`)", word));
+    auto const commands =
+        namesOf(app.get_subcommands({}), [](CLI::App const* command) { return command->get_name(); });
+    constexpr std::array answered{"-h", "--help", "--version"};
+    if (std::ranges::count(answered, word) > 0 || std::ranges::count(commands, word) > 0) return;
+    failUsage(
+        fmt::format("unknown command \"{}\" (see `paywall --help`){}", word, suggestion(word, commands)));
 }
 
 } // namespace
@@ -180,6 +194,7 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     RawOptions raw;
     CLI::App app{"Shows, draws and drives paywalls against an embedded sandbox store.", "paywall"};
     app.require_subcommand(1);
+    app.set_version_flag("--version", "paywall " TRELUNDO_VERSION);
 
     app.add_subcommand("screens", "Lists the screens");
     app.add_subcommand("devices", "Lists the devices");
@@ -221,8 +236,8 @@ std::optional<Options> parseCommandLine(int argc, char const* const* argv) {
     if (argc > 1) checkCommand(app, argv[1]);
     try {
         app.parse(argc, argv);
-    } catch (CLI::CallForHelp const& help) {
-        app.exit(help);
+    } catch (CLI::Success const& answer) { // help or version
+        app.exit(answer);
         return std::nullopt;
     } catch (CLI::ParseError const& error) {
         failUsage(error.what());

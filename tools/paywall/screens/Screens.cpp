@@ -1,6 +1,7 @@
 #include "tools/paywall/screens/Screens.h"
 
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/output/Suggestion.h"
 #include "tools/paywall/screens/OfferScreens.h"
 #include "tools/paywall/screens/ScreenProperties.h"
 #include "trelundo/kit/screens/subscription/PremiumV3ViewController.h"
@@ -91,7 +92,11 @@ ScreenType const* findScreen(std::string const& name) {
 void setProperty(ScreenType const& type, UIViewController& screen, std::string const& name,
                  std::string const& value) {
     auto const setter = type.properties.find(name);
-    if (setter == type.properties.end()) failUsage(fmt::format("{} has no property \"{}\"", type.name, name));
+    if (setter == type.properties.end()) {
+        std::vector<std::string> names;
+        for (auto const& [each, set] : type.properties) names.push_back(each);
+        failUsage(fmt::format("{} has no property \"{}\"{}", type.name, name, suggestion(name, names)));
+    }
     readFor(name, [&] { setter->second(screen, value); });
 }
 

@@ -1,6 +1,7 @@
 #include "tools/paywall/script/Script.h"
 
 #include "tools/paywall/Failure.h"
+#include "tools/paywall/output/Suggestion.h"
 
 #include <algorithm>
 #include <array>
@@ -94,9 +95,17 @@ private:
     std::string const& place_;
 };
 
+std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (auto const& form : forms) all.emplace_back(form.command);
+    return all;
+}
+
 void check(Step const& step) {
     auto const form = std::ranges::find(forms, step.command, &StepForm::command);
-    if (form == forms.end()) failInput(fmt::format("{}: unknown step \"{}\"", step.place, step.command));
+    if (form == forms.end())
+        failInput(fmt::format("{}: unknown step \"{}\"{}", step.place, step.command,
+                              suggestion(step.command, names())));
     if (step.arguments.size() < form->minimum || step.arguments.size() > form->maximum)
         failInput(fmt::format("{}: the form is: {}", step.place, form->usage));
 }
