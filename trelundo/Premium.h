@@ -15,6 +15,7 @@
 #include "trelundo/kit/screens/subscription/PremiumV5ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumV6ViewController.h"
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
+#include "trelundo/platform/graphics/text/SystemFont.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 #include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"

@@ -3,6 +3,7 @@
 // The store alone: products, purchases, restores, price and period texts, and the embedded sandbox store.
 // Needs no view toolkit and no display.
 // IWYU pragma: begin_exports
+#include "trelundo/kit/common/Texts.h"
 #include "trelundo/kit/store/Entitlements.h"
 #include "trelundo/kit/store/EventParameters.h"
 #include "trelundo/kit/store/PremiumManager.h"

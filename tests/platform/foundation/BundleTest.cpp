@@ -91,7 +91,7 @@ TEST_F(BundleTest, ATableOverAnotherOverridesKeyByKey) {
         {"fr.lproj/M.strings", R"("a" = "kit a"; "b" = "kit b"; "c" = "kit c";)"},
         {"en.lproj/M.strings", R"("d" = "english";)"}};
     static constexpr EmbeddedFile host[] = {{"fr.lproj/M.strings", R"("b" = "host b";)"}};
-    TemporaryFolder folder;
+    TemporaryFolder const folder;
     writeText(folder / "fr.lproj/M.strings", R"("c" = "folder c";)");
     bundle.addEmbeddedFiles(kit);
     bundle.addEmbeddedFiles(host);

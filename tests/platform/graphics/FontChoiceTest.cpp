@@ -1,5 +1,6 @@
 #include "tests/platform/graphics/Drawing.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
+#include "trelundo/platform/graphics/text/SystemFont.h"
 #include "trelundo/platform/graphics/text/TextLayout.h"
 #include "trelundo/platform/graphics/text/internal/FaceChoice.h"
 #include "trelundo/platform/graphics/text/internal/FontFile.h"
@@ -95,6 +96,28 @@ TEST(FontChoiceTest, AWordComesFromOneFileOfTheWantedWeightAndTheUsualWidth) {
     };
     EXPECT_EXIT(chooseInTurn(), testing::ExitedWithCode(0),
                 "Regular Regular Regular \\| Medium Medium Medium Medium Medium \\| Bold Bold Bold ");
+}
+
+TEST(FontChoiceTest, AHostsFilesBecomeTheSystemFont) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own: the font stays
+    auto const setSerif = [] {
+        auto const fileOf = [](int weight) {
+            auto const& face = FontLibrary::shared().systemFace(weight, false, 30);
+            return std::filesystem::path(face.file).stem().string() + " ";
+        };
+        std::vector<std::string> paths;
+        for (auto const& file : findFontFamily("Noto Serif"))
+            if (!file.isItalic && file.width == 100 && (file.weight == 400 || file.weight == 700))
+                paths.push_back(file.path);
+        auto const refused = setSystemFontFiles({paths.front(), "/dev/null"});
+        auto files = fileOf(400);
+        if (setSystemFontFiles(paths)) files += fileOf(400) + fileOf(900);
+        std::fputs((refused.error().message + ": " + files).c_str(), stderr);
+        std::exit(0);
+    };
+    EXPECT_EXIT(
+        setSerif(), testing::ExitedWithCode(0),
+        "/dev/null: not a font of one weight: InterDisplay-Regular NotoSerif-Regular NotoSerif-Bold ");
 }
 
 TEST(FontChoiceTest, OneFaceHasAllLettersOfARun) {

@@ -57,6 +57,12 @@ std::vector<FontFile> findFontFamily(std::string const& family) {
     return files;
 }
 
+std::optional<FontFile> readFontFile(std::string const& path) {
+    int faces = 0;
+    Pattern const pattern(FcFreeTypeQuery(bytes(path.c_str()), 0, nullptr, &faces));
+    return pattern ? describe(pattern.get()) : std::nullopt;
+}
+
 std::optional<FontFile> findFontFile(char32_t character, int weight) {
     CharSet const characters(FcCharSetCreate());
     FcCharSetAddChar(characters.get(), static_cast<FcChar32>(character));

@@ -1,6 +1,8 @@
 #include "trelundo/platform/graphics/text/internal/FontLibrary.h"
 
 #include "trelundo/platform/foundation/Log.h"
+#include "trelundo/platform/graphics/internal/GraphicsSystem.h"
+#include "trelundo/platform/graphics/text/SystemFont.h"
 #include "trelundo/platform/graphics/text/internal/FontFile.h"
 #include "trelundo/platform/graphics/text/internal/MissingFont.h"
 
@@ -153,6 +155,11 @@ void appendShapeable(FontFace& face, std::u16string_view cluster, std::u16string
     });
 }
 
+Result<void> setSystemFontFiles(std::vector<std::string> const& files) {
+    startGraphics();
+    return FontLibrary::shared().setSystemFiles(files);
+}
+
 FontLibrary& FontLibrary::shared() {
     // Never destroyed: fonts must not outlive or be outlived by the application object.
     static auto& library = *new FontLibrary();
@@ -178,6 +185,23 @@ void FontLibrary::chooseSystemFamily() {
     }
     systemFamily_ = "any";
     if (auto file = findFontFile(U'a', 400)) families_[systemFamily_].push_back({.file = file->path});
+}
+
+Result<void> FontLibrary::setSystemFiles(std::vector<std::string> const& files) {
+    std::string name = "files:";
+    Family faces;
+    for (auto const& file : files) {
+        auto const found = readFontFile(file);
+        if (!found) return Error{file + ": not a font of one weight"};
+        name += '\n' + file;
+        faces.push_back(
+            {.file = file, .weight = found->weight, .isItalic = found->isItalic, .width = found->width});
+    }
+    if (faces.empty()) return Error{"a system font without a file"};
+    // A family that has been used stays where it is: texts refer to its faces.
+    families_.try_emplace(name, std::move(faces));
+    systemFamily_ = displayFamily_ = name;
+    return {};
 }
 
 FontLibrary::Family& FontLibrary::family(std::string const& name) {

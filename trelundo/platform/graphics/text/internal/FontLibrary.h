@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trelundo/platform/foundation/Result.h"
+
 #include <QByteArray>
 #include <QRawFont>
 
@@ -42,6 +44,9 @@ public:
 
     static FontLibrary& shared();
 
+    /// Makes `files` the system family, without tracking and without a display design. What has been set in
+    /// another face stays.
+    Result<void> setSystemFiles(std::vector<std::string> const& files);
     /// The system family's face closest in weight. From displaySize points on it is of the family's display
     /// design, which is drawn and spaced for headlines.
     FontFace& systemFace(int weight, bool italic, double size);
