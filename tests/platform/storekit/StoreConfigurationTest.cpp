@@ -324,7 +324,7 @@ TEST(StoreConfigurationTest, LoadsFilesAndFolders) {
     EXPECT_TRUE(StoreConfiguration::load(folder / "Configuration.storekit"));
     EXPECT_THAT(errorOf(folder / "broken.storekit"), StartsWith(folder.path().string()));
     EXPECT_EQ(errorOf(folder / "none"), (folder / "none").string() + ": no such file");
-    EXPECT_EQ(errorOf("/dev/null"), "/dev/null: cannot be read");
+    EXPECT_EQ(errorOf("/dev/null"), "/dev/null: cannot be read (not a file)");
 }
 
 } // namespace

@@ -11,24 +11,16 @@
 #include "tools/paywall/session/OffscreenSession.h"
 #include "tools/paywall/store/StoreAccess.h"
 #include "trelundo/platform/foundation/Clock.h"
+#include "trelundo/platform/foundation/FileContents.h"
 #include "trelundo/platform/window/WindowShell.h"
 
-#include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
-#include <sstream>
 
 namespace trelundo::paywall {
 
 namespace {
 
-std::string readFile(std::string const& path) {
-    std::ifstream const file{path, std::ios::binary};
-    if (!file || std::filesystem::is_directory(path)) failInput(path + ": cannot be read");
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+constexpr std::size_t largestScript = 8; // MB
 
 /// One transaction of a store file: identifier, product, state, and whether it is finished.
 std::string storedLine(SandboxStore::StoredTransaction const& stored) {
@@ -93,7 +85,7 @@ int describeScreen(Options const& options) {
 }
 
 int runScript(Options const& options) {
-    auto const steps = parseScript(readFile(*options.script), *options.script);
+    auto const steps = parseScript(valueOrFail(readFile(*options.script, largestScript)), *options.script);
     EventLog log{options.log};
     OffscreenSession offscreen{options, log};
     ScriptRunner{offscreen.shell, offscreen.session}.play(steps);

@@ -2,6 +2,7 @@
 
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/output/MakeFolder.h"
+#include "trelundo/platform/foundation/FileContents.h"
 
 #include <fstream>
 
@@ -19,18 +20,6 @@ std::uintmax_t sizeOf(fs::path const& file) {
     std::error_code error;
     auto const size = fs::file_size(file, error);
     return error ? 0 : size;
-}
-
-/// Readers see the old file or the new one, never a half.
-void replaceFile(fs::path const& path, std::string const& text) {
-    auto const fresh = path.string() + ".new";
-    std::ofstream file{fresh, std::ios::binary | std::ios::trunc};
-    file << text;
-    file.close();
-    if (!file) failInput(fresh + ": cannot be written");
-    std::error_code error;
-    fs::rename(fresh, path, error);
-    if (error) failInput(path.string() + ": cannot be written: " + error.message());
 }
 
 /// Whether a manifest's name stays below the folders of pictures, whoever wrote it.
@@ -140,10 +129,10 @@ void GalleryFolder::record(GalleryPicture const& picture, std::string const& key
 void GalleryFolder::save() const {
     Json pictures = Json::object();
     for (auto const& [name, entry] : entries_) pictures[name] = toJson(entry);
-    replaceFile(path_ / manifestName,
-                toText({{"format", manifestFormat}, {"pictures", std::move(pictures)}}, 1) + "\n");
+    valueOrFail(writeFile(path_ / manifestName,
+                          toText({{"format", manifestFormat}, {"pictures", std::move(pictures)}}, 1) + "\n"));
 }
 
-void GalleryFolder::writePage(std::string const& html) const { replaceFile(pagePath(), html); }
+void GalleryFolder::writePage(std::string const& html) const { valueOrFail(writeFile(pagePath(), html)); }
 
 } // namespace trelundo::paywall

@@ -43,7 +43,7 @@ std::pair<std::string, std::string> parseAssignment(std::string const& text, std
 }
 
 std::vector<Feature> parseFeatures(std::string const& text) {
-    if (text == "none") failUsage("a feature carousel needs at least one feature");
+    if (text.empty() || text == "none") failUsage("a feature carousel needs at least one feature");
     std::vector<Feature> features;
     for (auto const& entry : split(text, ';')) {
         auto const colon = entry.rfind(':');

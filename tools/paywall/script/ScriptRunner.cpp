@@ -6,12 +6,12 @@
 #include "tools/paywall/screens/PropertyValues.h"
 #include "tools/paywall/script/StepArguments.h"
 #include "tools/paywall/script/StoreSteps.h"
+#include "trelundo/platform/foundation/FileContents.h"
 #include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
-#include <fstream>
 #include <map>
 #include <ranges>
 
@@ -136,9 +136,7 @@ void ScriptRunner::takeSnapshot(Step const& step) {
 void ScriptRunner::writeDescription(Step const& step) {
     auto& shown = screen(step);
     shell_.window().layoutWindow();
-    std::ofstream file{argument(step, 0)};
-    file << toText(describe(shown), 2) << "\n";
-    if (!file.flush()) fail(step, "the file cannot be written");
+    performed(step, [&] { valueOrFail(writeFile(argument(step, 0), toText(describe(shown), 2) + "\n")); });
 }
 
 void ScriptRunner::expect(Step const& step) {

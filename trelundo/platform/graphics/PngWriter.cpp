@@ -1,11 +1,11 @@
 #include "trelundo/platform/graphics/PngWriter.h"
 
+#include "trelundo/platform/foundation/FileContents.h"
+
 #include <zlib.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -130,18 +130,7 @@ Bytes encode(PngSource const& source) {
 
 Result<void> writePngFile(PngSource const& source, std::string const& path) {
     auto const content = encode(source);
-    errno = 0;
-    {
-        std::ofstream file(path, std::ios::binary | std::ios::trunc);
-        if (file) {
-            file.write(reinterpret_cast<char const*>(content.data()),
-                       static_cast<std::streamsize>(content.size()));
-            file.close();
-            if (file) return {};
-            std::remove(path.c_str());
-        }
-    }
-    return Error{path + ": cannot be written (" + (errno ? std::strerror(errno) : "unknown reason") + ")"};
+    return writeFile(path, {reinterpret_cast<char const*>(content.data()), content.size()});
 }
 
 } // namespace trelundo

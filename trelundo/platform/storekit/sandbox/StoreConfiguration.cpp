@@ -1,35 +1,19 @@
 #include "trelundo/platform/storekit/sandbox/StoreConfiguration.h"
 
+#include "trelundo/platform/foundation/FileContents.h"
 #include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/sandbox/internal/StoreConfigurationReader.h"
-
-#include <fstream>
 
 namespace trelundo {
 
 namespace {
 
-constexpr std::size_t largestFile = 8 * 1024 * 1024; // bytes
+constexpr std::size_t largestFile = 8; // MB
 constexpr char const* nameInFolder = "Configuration.storekit";
-
-Result<std::string> readText(std::filesystem::path const& file) {
-    auto const failure = [&](char const* reason) { return Error{file.string() + ": " + reason}; };
-    std::error_code unknown;
-    auto const status = std::filesystem::status(file, unknown);
-    if (!std::filesystem::exists(status)) return failure("no such file");
-    std::ifstream stream{file, std::ios::binary};
-    if (!std::filesystem::is_regular_file(status) || !stream) return failure("cannot be read");
-    std::string text(largestFile + 1, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    if (text.size() > largestFile) return failure("larger than 8 MB");
-    if (stream.bad()) return failure("cannot be read");
-    return text;
-}
 
 Result<StoreConfiguration> read(std::string_view text, std::string const& name,
                                 StoreConfiguration::Options const& options) {
-    if (text.size() > largestFile) return Error{name + ": larger than 8 MB"};
+    if (text.size() > largestFile * 1024 * 1024) return Error{name + ": larger than 8 MB"};
     auto const json = JsonValue::parse(text, name, "a StoreKit configuration");
     if (!json) return json.error();
     return StoreConfigurationReader{name, options}.read(*json);
@@ -47,7 +31,7 @@ Result<StoreConfiguration> StoreConfiguration::load(std::filesystem::path const&
         std::error_code problem;
         bool const isFolder = std::filesystem::is_directory(path, problem);
         auto const file = isFolder ? path / nameInFolder : path;
-        auto const text = readText(file);
+        auto const text = readFile(file, largestFile);
         if (!text) return text.error();
         return parse(*text, file.string(), options);
     });
