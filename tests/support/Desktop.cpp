@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <utility>
 
 namespace trelundo::test {

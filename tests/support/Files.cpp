@@ -9,7 +9,7 @@ namespace trelundo::test {
 std::filesystem::path sourceFolder() { return TRELUNDO_SOURCE_DIR; }
 
 std::string readText(std::filesystem::path const& path) {
-    std::ifstream file{path, std::ios::binary};
+    std::ifstream const file{path, std::ios::binary};
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();

@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <functional>
 
 namespace trelundo::paywall {

@@ -14,7 +14,7 @@
 #include "trelundo/platform/foundation/FileContents.h"
 #include "trelundo/platform/window/WindowShell.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

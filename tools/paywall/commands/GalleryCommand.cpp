@@ -11,7 +11,7 @@
 
 #include "tools/paywall/system/Environment.h"
 #include <algorithm>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -10,7 +10,7 @@
 #include "tools/paywall/output/Console.h"
 #include <algorithm>
 #include <array>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <set>
 
 namespace trelundo::paywall {

@@ -88,7 +88,7 @@ std::string renderCommand(Options const& options) {
         command += " --products " + shellQuoted(fmt::format("{}", fmt::join(*options.products, ",")));
     if (options.select != 0) command += fmt::format(" --select {}", options.select);
     for (auto const& [product, offer] : options.discounts)
-        command += " --discount " + shellQuoted(product + "=" + offer);
+        command += " --discount " + shellQuoted(fmt::format("{}={}", product, offer));
     for (auto const& folder : options.pictureFolders) command += " --pictures " + shellQuoted(folder);
     return command + " --out FILE.png";
 }

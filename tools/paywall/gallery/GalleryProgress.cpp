@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <optional>
 #include <set>
 #include <thread>
@@ -44,7 +44,7 @@ public:
             if (processes_.count() == 0) break;
             for (auto const& end : processes_.listen()) finish(end);
         }
-        if (failure_) throw *failure_;
+        if (failure_) throw Failure{*failure_};
     }
 
 private:

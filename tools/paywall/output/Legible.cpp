@@ -1,6 +1,6 @@
 #include "tools/paywall/output/Legible.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 

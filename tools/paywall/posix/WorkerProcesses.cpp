@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>

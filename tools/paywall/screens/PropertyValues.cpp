@@ -4,7 +4,7 @@
 #include "trelundo/platform/foundation/Strings.h"
 
 #include <charconv>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -8,7 +8,7 @@
 #include "trelundo/platform/foundation/Strings.h"
 
 #include <algorithm>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -11,7 +11,7 @@
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
 
 #include <algorithm>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

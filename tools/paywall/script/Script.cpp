@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -1,6 +1,6 @@
 #include "tools/paywall/script/StepArguments.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo::paywall {
 

@@ -17,7 +17,6 @@
 #include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
 
-#include <fmt/format.h>
 
 namespace trelundo::paywall {
 

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <fstream>
 #include <iterator>
 #include <map>

@@ -1,6 +1,6 @@
 #include "trelundo/platform/foundation/NSError.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace trelundo {
 

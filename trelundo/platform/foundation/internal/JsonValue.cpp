@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
