@@ -10,7 +10,6 @@
 #include "trelundo/platform/uikit/text/UILabel.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
 #include "trelundo/platform/uikit/views/UIVisualEffectView.h"
-#include "trelundo/platform/uikit/views/UIWindow.h"
 
 #include <array>
 
