@@ -18,9 +18,9 @@ bool CATransaction::isAnimating() {
 
 CATransaction::Settings const* CATransaction::current() { return AnimationRegistry::shared().current(); }
 
-void CATransaction::setAnimationsEnabled(bool enabled) { AnimationRegistry::shared().isEnabled = enabled; }
+void CATransaction::setAnimationsEnabled(bool enabled) { AnimationRegistry::isEnabled = enabled; }
 
-bool CATransaction::areAnimationsEnabled() { return AnimationRegistry::shared().isEnabled; }
+bool CATransaction::areAnimationsEnabled() { return AnimationRegistry::isEnabled; }
 
 void CATransaction::advanceFrame() { AnimationRegistry::shared().advanceFrame(Clock::current().now()); }
 

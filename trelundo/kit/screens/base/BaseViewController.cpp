@@ -23,7 +23,7 @@ constexpr char const* restoreSource = "Buy"; // restores are never reported unde
 constexpr char const* failureMessage =
     "Please try again. If the problem presists, let us know and we'll get right on it.";
 
-Weak<PaywallObserver> observer;
+Weak<PaywallObserver> processObserver;
 
 Ref<SKProduct> loadedProduct(SKPayment const& payment) {
     auto const& products = PremiumManager::sharedInstance().products();
@@ -43,7 +43,9 @@ bool BaseViewController::isMainScreenSmall() {
     return UIScreen::main().nativeBounds().height() <= smallScreenPixelHeight;
 }
 
-void BaseViewController::setObserver(Weak<PaywallObserver> heard) { observer = std::move(heard); }
+void BaseViewController::setObserver(Weak<PaywallObserver> observer) {
+    processObserver = std::move(observer);
+}
 
 BaseViewController::BaseViewController()
     : isSmallScreen_(isMainScreenSmall())
@@ -157,7 +159,7 @@ void BaseViewController::viewWillAppear(bool animated) {
 void BaseViewController::viewDidAppear(bool animated) {
     UIViewController::viewDidAppear(animated);
     if (std::exchange(wasShown_, true)) return;
-    if (auto const heard = observer.lock()) heard->paywallShown(context());
+    if (auto const heard = processObserver.lock()) heard->paywallShown(context());
 }
 
 void BaseViewController::viewDidDisappear(bool animated) {
@@ -172,7 +174,7 @@ void BaseViewController::endPresentation() {
     auto const outcome = std::exchange(earned_, std::nullopt).value_or(PaywallOutcome{.kind = kind});
     wasShown_ = wasClosed_ = false;
     if (auto const handler = outcomeHandler_) handler(outcome);
-    if (auto const heard = observer.lock()) heard->paywallEnded(context(), outcome);
+    if (auto const heard = processObserver.lock()) heard->paywallEnded(context(), outcome);
 }
 
 PaywallContext BaseViewController::context() const {
@@ -180,11 +182,11 @@ PaywallContext BaseViewController::context() const {
 }
 
 void BaseViewController::reportPlanSelected(SKProduct const& product) const {
-    if (auto const heard = observer.lock()) heard->planSelected(context(), product);
+    if (auto const heard = processObserver.lock()) heard->planSelected(context(), product);
 }
 
 void BaseViewController::reportContinue(Ref<SKProduct> const& product) const {
-    if (auto const heard = observer.lock()) heard->continuePressed(context(), product);
+    if (auto const heard = processObserver.lock()) heard->continuePressed(context(), product);
 }
 
 // Buying and restoring

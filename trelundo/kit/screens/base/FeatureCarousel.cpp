@@ -49,7 +49,7 @@ void FeatureCarousel::start() {
 void FeatureCarousel::drift() {
     double const x =
         collectionView_->contentOffset().x + (collectionView_->isRightToLeft() ? -driftStep : driftStep);
-    Weak<FeatureCarousel> weak{this};
+    Weak<FeatureCarousel> const weak{this};
     UIView::animate({
         .duration = driftDuration,
         .animations =
