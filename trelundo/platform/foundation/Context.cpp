@@ -1,11 +1,10 @@
 #include "trelundo/platform/foundation/internal/Context.h"
+#include "trelundo/platform/foundation/MainThread.h"
 
 #include "trelundo/platform/foundation/Clock.h"
 #include "trelundo/platform/foundation/internal/DispatchQueueState.h"
-#include "trelundo/platform/foundation/internal/MainThread.h"
 
 #include <atomic>
-#include <utility>
 
 namespace trelundo {
 

@@ -111,7 +111,8 @@ void DispatchQueue::asyncAfter(double seconds, Block block) {
     requireMemory([&] {
         state_->submit([&] {
             auto job = state_->job(seconds, std::move(block));
-            add(state_->delayed[job.context], std::move(job));
+            auto& delayed = state_->delayed[job.context];
+            add(delayed, std::move(job));
         });
     });
 }

@@ -55,6 +55,7 @@ public:
     /// Where the parser keeps how far it has come.
     char const*& reached() { return reached_; }
 
+    // NOLINTBEGIN(readability-identifier-naming): the parser calls these by name.
     bool null() { return add({}); }
     bool boolean(bool value) { return add({.kind = Kind::boolean, .isTrue = value}); }
     bool number_integer(std::int64_t value) { return addNumber(std::to_string(value)); }
@@ -80,12 +81,16 @@ public:
         return fail(colon == std::string::npos ? message : message.substr(colon + 2));
     }
 
+    // NOLINTEND(readability-identifier-naming)
+
     JsonValue takeRoot() && { return std::move(root_); }
     std::string const& fault() const { return fault_; }
     /// How far the parser has come; 1 is the first line.
-    auto line() const { return 1 + std::count(text_.data(), reached_, '\n'); }
+    auto line() const { return 1 + std::ranges::count(text_.substr(0, offset()), '\n'); }
 
 private:
+    std::size_t offset() const { return static_cast<std::size_t>(reached_ - text_.data()); }
+
     /// The parser writes the decimal separator of the process's locale.
     static std::string withPoint(std::string digits) {
         std::ranges::replace_if(
@@ -171,8 +176,9 @@ bool JsonValue::isSet(std::string_view name) const {
 
 Result<JsonValue> JsonValue::parse(std::string_view text, std::string_view file, std::string_view expected) {
     TreeBuilder builder{text};
-    ReadPosition const begin{text.data(), builder.reached()};
-    ReadPosition const end{text.data() + text.size(), builder.reached()};
+    auto const* const first = text.data(); // NOLINT(bugprone-suspicious-stringview-data-usage): with its end
+    ReadPosition const begin{first, builder.reached()};
+    ReadPosition const end{first + text.size(), builder.reached()};
     bool const isComplete =
         nlohmann::json::sax_parse(begin, end, &builder, nlohmann::json::input_format_t::json, true, true);
     if (isComplete) return std::move(builder).takeRoot();

@@ -31,8 +31,8 @@ constexpr std::u16string_view missingSigns = u"\ufffd\u25a1?";
 
 template <class Visit> void forEachCharacter(std::u16string_view text, Visit visit) {
     for (std::size_t i = 0; i < text.size();) {
-        UChar32 character;
-        U16_NEXT(text.data(), i, text.size(), character);
+        UChar32 character = 0;
+        U16_NEXT(text, i, text.size(), character);
         visit(static_cast<char32_t>(character));
     }
 }
@@ -132,7 +132,7 @@ bool isShared(std::u16string_view cluster) {
 
 bool isEmoji(std::u16string_view cluster) {
     auto const first = firstCharacter(cluster);
-    if (first < 0x80) return cluster.find(char16_t{0x20e3}) != cluster.npos; // a keycap
+    if (first < 0x80) return cluster.find(char16_t{0x20e3}) != std::u16string_view::npos; // a keycap
     auto const c = static_cast<UChar32>(first);
     if (!u_hasBinaryProperty(c, UCHAR_EMOJI)) return false;
     bool emoji = u_hasBinaryProperty(c, UCHAR_EMOJI_PRESENTATION);
@@ -155,9 +155,9 @@ void appendShapeable(FontFace& face, std::u16string_view cluster, std::u16string
     });
 }
 
-Result<void> setSystemFontFiles(std::vector<std::string> const& files) {
+Result<void> setSystemFontFiles(std::vector<std::string> const& paths) {
     startGraphics();
-    return FontLibrary::shared().setSystemFiles(files);
+    return FontLibrary::shared().setSystemFiles(paths);
 }
 
 FontLibrary& FontLibrary::shared() {

@@ -81,8 +81,8 @@ double systemTracking(double size) {
     return (below.thousandths + (above->thousandths - below.thousandths) * share) * size / 1000;
 }
 
-ScaledStyle::ScaledStyle(TextRun const& original, double scale)
-    : run(original)
+ScaledStyle::ScaledStyle(TextRun original, double scale)
+    : run(std::move(original))
     , font(run.font)
     , kern(finite(run.kern.value_or(0) * scale))
     , usesKerning(run.kern != 0.0) {

@@ -11,7 +11,7 @@ namespace trelundo {
 
 /// A run's attributes with everything that depends on the scale worked out.
 struct ScaledStyle {
-    ScaledStyle(TextRun const& original, double scale);
+    ScaledStyle(TextRun original, double scale);
 
     TextRun run; // without its text
     FontSpec font;
