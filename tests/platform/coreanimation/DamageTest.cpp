@@ -1,11 +1,9 @@
+#include "trelundo/platform/coreanimation/internal/Damage.h"
 #include "tests/platform/coreanimation/LayerFixture.h"
-
+#include "tests/platform/graphics/Drawing.h"
 #include "trelundo/platform/coreanimation/CAGradientLayer.h"
 #include "trelundo/platform/coreanimation/internal/Compositor.h"
-#include "trelundo/platform/coreanimation/internal/Damage.h"
-#include "trelundo/platform/graphics/Surface.h"
 
-#include <cstring>
 #include <functional>
 #include <random>
 
@@ -15,12 +13,6 @@ namespace {
 
 constexpr int pixels = 180;
 constexpr double scale = 1.5;
-
-bool haveEqualPixels(Surface const& left, Surface const& right) {
-    auto const size =
-        static_cast<std::size_t>(left.pixelHeight()) * static_cast<std::size_t>(left.bytesPerLine());
-    return std::memcmp(left.bytes(), right.bytes(), size) == 0;
-}
 
 /// Draws lines across and beyond its layer: something with soft edges, like a text.
 class Scribble : public NSObject, public CALayerDelegate {
@@ -136,11 +128,7 @@ private:
     std::vector<Ref<Scribble>> scribbles_;
 };
 
-class DamageTest : public LayerTest, public testing::WithParamInterface<unsigned> {
-protected:
-    Surface surface{pixels, pixels, scale};
-    Compositor compositor;
-};
+class DamageTest : public LayerTest, public testing::WithParamInterface<unsigned> {};
 
 } // namespace
 
@@ -148,27 +136,26 @@ TEST_P(DamageTest, RepaintingWhatChangedEqualsPaintingEverything) {
     root->setBounds({0, 0, pixels / scale, pixels / scale});
     root->setBackgroundColor(CGColor{0.9, 0.9, 0.8, 1});
     RandomTree tree(*root, GetParam());
+    Surface surface(pixels, pixels, scale);
+    Compositor compositor;
     for (int step = 0; step < 120; ++step) {
-        auto const changes = 1 + step % 3;
-        if (step % 7 == 0) {
-            animate({.duration = 0.2, .completion = {}}, [&] { tree.change(); });
-        }
-        for (int i = 0; i < changes; ++i) tree.change();
+        if (step % 7 == 0) animate({.duration = 0.2, .completion = {}}, [&] { tree.change(); });
+        for (int i = 0; i <= step % 3; ++i) tree.change();
         frame();
         compositor.render(*root, surface);
         Surface fresh(pixels, pixels, scale);
         Compositor().render(*root, fresh);
-        ASSERT_TRUE(haveEqualPixels(surface, fresh)) << "step " << step;
+        ASSERT_TRUE(test::sameBytes(surface, fresh)) << "step " << step;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, DamageTest, testing::Range(1u, 13u));
 
-TEST_F(LayerTest, NothingChangedNothingIsRepainted) {
+TEST_F(LayerTest, OnlyWhatHasChangedIsRepainted) {
     Surface surface(100, 100, 1);
     Compositor compositor;
     auto const layer = add({10, 10, 20, 20});
-    layer->setBackgroundColor(CGColor{1, 0, 0, 1});
+    layer->setBackgroundColor(test::red);
     EXPECT_EQ(compositor.render(*root, surface).size(), 1u);
     EXPECT_TRUE(compositor.render(*root, surface).empty());
     layer->setPosition(layer->position());
@@ -177,25 +164,16 @@ TEST_F(LayerTest, NothingChangedNothingIsRepainted) {
     EXPECT_TRUE(compositor.render(*root, surface).empty()) << "the same whole pixels";
     compositor.invalidate();
     EXPECT_EQ(compositor.render(*root, surface), (std::vector{CGRect(0, 0, 100, 100)}));
-}
 
-TEST_F(LayerTest, OnlyTheChangedAreasAreRepainted) {
-    Surface surface(100, 100, 1);
-    Compositor compositor;
-    auto const card = add({0, 0, 100, 100});
-    card->setBackgroundColor(CGColor{0, 0, 1, 1});
-    card->setCornerRadius(10);
-    card->setMasksToBounds(true);
-    auto const near = make<CALayer>();
-    near->setFrame({10, 10, 10, 10});
-    card->addSublayer(near);
+    root->setCornerRadius(10);
+    root->setMasksToBounds(true);
     auto const far = add({80, 80, 10, 10});
     compositor.render(*root, surface);
-    near->setBackgroundColor(CGColor{1, 0, 0, 1});
-    far->setBackgroundColor(CGColor{1, 0, 0, 1});
-    // The change inside the rounded card does not cost the whole card.
+    layer->setBackgroundColor(test::blue);
+    far->setBackgroundColor(test::red);
+    // A change inside the rounded root does not cost the whole root.
     EXPECT_EQ(compositor.render(*root, surface),
-              (std::vector{CGRect(10, 10, 10, 10), CGRect(80, 80, 10, 10)}));
+              (std::vector{CGRect(10, 10, 20, 20), CGRect(80, 80, 10, 10)}));
 }
 
 TEST(DamageListTest, MergesWhatCostsLittleAndStaysShort) {

@@ -2,6 +2,7 @@
 
 #include "trelundo/platform/graphics/Canvas.h"
 #include "trelundo/platform/graphics/Surface.h"
+#include "trelundo/platform/graphics/text/TextLayout.h"
 
 #include <cstring>
 #include <functional>
@@ -26,6 +27,15 @@ inline std::unique_ptr<Surface> drawn(int width, int height, double scale,
     return surface;
 }
 
+/// A run of black text.
+inline TextRun run(std::string text, double size = 20, int weight = 400) {
+    TextRun result;
+    result.text = std::move(text);
+    result.font = {.size = size, .weight = weight};
+    result.color = black;
+    return result;
+}
+
 inline int alphaAt(Surface const& surface, int x, int y) {
     return static_cast<int>(surface.pixel(x, y) >> 24);
 }
@@ -35,19 +45,6 @@ inline bool sameBytes(Surface const& a, Surface const& b) {
            std::memcmp(a.bytes(), b.bytes(),
                        static_cast<std::size_t>(a.bytesPerLine()) *
                            static_cast<std::size_t>(a.pixelHeight())) == 0;
-}
-
-/// The columns, in pixels, between which anything is drawn; {width, -1} when nothing is.
-struct Extent {
-    int left;
-    int right;
-};
-inline Extent inkColumns(Surface const& surface) {
-    Extent extent{surface.pixelWidth(), -1};
-    for (int y = 0; y < surface.pixelHeight(); ++y)
-        for (int x = 0; x < surface.pixelWidth(); ++x)
-            if (alphaAt(surface, x, y) > 0) extent = {std::min(extent.left, x), std::max(extent.right, x)};
-    return extent;
 }
 
 } // namespace trelundo::test

@@ -1,7 +1,6 @@
 #include "tests/platform/graphics/Drawing.h"
 #include "trelundo/platform/graphics/internal/GraphicsSystem.h"
 #include "trelundo/platform/graphics/text/SystemFont.h"
-#include "trelundo/platform/graphics/text/TextLayout.h"
 #include "trelundo/platform/graphics/text/internal/FaceChoice.h"
 #include "trelundo/platform/graphics/text/internal/FontFile.h"
 
@@ -70,11 +69,7 @@ std::string filesOf(std::u16string const& word, int weight) {
 
 /// The ink of a text in pixels.
 double ink(std::string const& text, int weight) {
-    TextRun run;
-    run.text = text;
-    run.font = {.size = 40, .weight = weight};
-    run.color = black;
-    TextLayout const layout({run}, {});
+    TextLayout const layout({run(text, 40, weight)}, {});
     auto const surface = drawn(300, 60, 1, [&](Canvas& canvas) { layout.draw(canvas, {0, 0}, 300); });
     double sum = 0;
     for (int y = 0; y < surface->pixelHeight(); ++y)

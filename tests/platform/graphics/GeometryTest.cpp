@@ -16,21 +16,18 @@ TEST(GeometryTest, FoldsNegativeSizes) {
     EXPECT_EQ(rect.integral(), CGRect(6, 14, 4, 6));
 }
 
-TEST(GeometryTest, NullIsIdentityOfUnionAndEmptyIntersection) {
+TEST(GeometryTest, RectanglesMeetAndUnite) {
     CGRect const rect(1, 2, 3, 4);
     EXPECT_EQ(CGRect::null().unionWith(rect), rect);
     EXPECT_EQ(rect.unionWith(CGRect::null()), rect);
+    EXPECT_EQ(rect.unionWith({10, 10, 0, 0}), CGRect(1, 2, 9, 8));
     EXPECT_TRUE(rect.intersection({100, 100, 1, 1}).isNull());
     EXPECT_TRUE(rect.intersection(CGRect::null()).isNull());
     EXPECT_FALSE(CGRect().isNull());
-    EXPECT_EQ(rect.unionWith({10, 10, 0, 0}), CGRect(1, 2, 9, 8));
-}
-
-TEST(GeometryTest, TouchingRectanglesMeetInNoArea) {
-    EXPECT_FALSE(CGRect(0, 0, 10, 10).intersects({10, 0, 5, 5}));
-    EXPECT_TRUE(CGRect(0, 0, 10, 10).intersects({9.5, 0, 5, 5}));
-    EXPECT_TRUE(CGRect(0, 0, 10, 10).contains({0, 0}));
-    EXPECT_FALSE(CGRect(0, 0, 10, 10).contains({10, 5}));
+    EXPECT_FALSE(rect.intersects({4, 2, 5, 5})) << "touching in no area";
+    EXPECT_TRUE(rect.intersects({3.5, 2, 5, 5}));
+    EXPECT_TRUE(rect.contains({1, 2}));
+    EXPECT_FALSE(rect.contains({4, 3}));
 }
 
 TEST(GeometryTest, InsetsBeyondHalfTheSizeGiveNull) {

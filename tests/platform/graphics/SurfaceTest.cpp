@@ -11,29 +11,16 @@ namespace trelundo {
 
 using namespace test;
 
-namespace {
-
-class PngFileTest : public testing::Test {
-protected:
-    void TearDown() override { std::remove(path.c_str()); }
-    /// What another program reads of it.
-    QImage written(Surface const& surface) {
-        auto const result = surface.writePng(path);
-        EXPECT_TRUE(result) << result.error().message;
-        return QImage(QString::fromStdString(path));
-    }
-    std::string path = testing::TempDir() + "surface-" +
-                       testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
-};
-
-} // namespace
-
-TEST_F(PngFileTest, KeepsTranslucentPixels) {
+TEST(SurfaceTest, APngKeepsTranslucentPixels) {
     auto const surface = drawn(40, 30, 2, [](Canvas& canvas) {
         canvas.fill({2, 2, 20, 10}, {1, 0.5, 0.25, 1});
         canvas.fillRounded({5, 8, 30, 20}, CornerRadii::all(6), {0.2, 0.4, 0.9, 0.5});
     });
-    auto const read = written(*surface).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    auto const path = testing::TempDir() + "surface.png";
+    ASSERT_TRUE(surface->writePng(path));
+    auto const read = // as another program does
+        QImage(QString::fromStdString(path)).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    std::remove(path.c_str());
     ASSERT_EQ(read.size(), surface->pixels().image.size());
     for (int y = 0; y < read.height(); ++y)
         for (int x = 0; x < read.width(); ++x) {

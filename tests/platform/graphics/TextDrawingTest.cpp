@@ -1,7 +1,5 @@
 #include "tests/platform/graphics/Drawing.h"
 
-#include "trelundo/platform/graphics/text/TextLayout.h"
-
 #include <gtest/gtest.h>
 
 #include <set>
@@ -13,20 +11,23 @@ using namespace test;
 
 namespace {
 
-TextRun run(std::string text, double size = 20) {
-    TextRun result;
-    result.text = std::move(text);
-    result.font.size = size;
-    result.color = black;
-    return result;
+std::unique_ptr<Surface> sheet(std::vector<TextRun> const& runs, TextLimits const& limits = {},
+                               double width = 200) {
+    TextLayout const text(runs, limits);
+    return drawn(static_cast<int>(width), 60, 2, [&](Canvas& canvas) { text.draw(canvas, {0, 0}, width); });
 }
 
-std::unique_ptr<Surface> sheet(std::vector<TextRun> const& runs, TextLimits const& limits = {},
-                               double width = 200, double scale = 2) {
-    TextLayout const text(runs, limits);
-    return drawn(static_cast<int>(width), 60, scale, [&](Canvas& canvas) {
-        text.draw(canvas, {0, 0}, width);
-    });
+/// The columns, in pixels, between which anything is drawn.
+struct Extent {
+    int left;
+    int right;
+};
+Extent inkColumns(Surface const& surface) {
+    Extent extent{surface.pixelWidth(), -1};
+    for (int y = 0; y < surface.pixelHeight(); ++y)
+        for (int x = 0; x < surface.pixelWidth(); ++x)
+            if (alphaAt(surface, x, y) > 0) extent = {std::min(extent.left, x), std::max(extent.right, x)};
+    return extent;
 }
 
 Extent ink(TextRun const& text, TextLimits const& limits = {}) { return inkColumns(*sheet({text}, limits)); }
@@ -37,6 +38,17 @@ int countOf(Surface const& surface, std::uint32_t pixel) {
         for (int x = 0; x < surface.pixelWidth(); ++x) count += surface.pixel(x, y) == pixel ? 1 : 0;
     return count;
 }
+
+TextRun underlined(std::string text) {
+    auto result = run(std::move(text));
+    result.underline = NSUnderlineStyle::single;
+    result.underlineColor = red;
+    return result;
+}
+
+/// The pixels of its red lines, and of a line as long as the text is, one pixel thick.
+int lineOf(TextRun const& text) { return countOf(*sheet({text}), 0xffff0000); }
+double lengthOf(TextRun const& text) { return TextLayout({text}, {}).size().width * 2; }
 
 bool isColored(Surface const& surface) {
     std::set<std::uint32_t> hues;
@@ -88,8 +100,7 @@ TEST(TextDrawingTest, EmojiSequencesAreOneColoredPicture) {
     for (auto const* text :
          {"👍🏽", "👨‍👩‍👧‍👦", "🇩🇪", "❤️", "1️⃣", "🏳️‍🌈"}) {
         EXPECT_NEAR(TextLayout({run(text)}, {}).size().width, single, 0.5) << text;
-        auto const surface = sheet({run(text)});
-        EXPECT_GT(inkColumns(*surface).right, 20) << text;
+        EXPECT_GT(ink(run(text)).right, 20) << text;
     }
     EXPECT_TRUE(isColored(*sheet({run("👍🏽")})));
     EXPECT_TRUE(isColored(*sheet({run("1️⃣")})));
@@ -97,71 +108,49 @@ TEST(TextDrawingTest, EmojiSequencesAreOneColoredPicture) {
 
 TEST(TextDrawingTest, EveryScriptIsDrawnWithAGlyph) {
     // What no font has looks alike; different texts of one length must not.
-    struct Pair {
-        char const* first;
-        char const* second;
-    };
+    using Pair = std::pair<char const*, char const*>;
     for (auto const& [first, second] : {Pair{"無", "料"}, Pair{"م", "ح"}, Pair{"ש", "ל"}, Pair{"ก", "ข"},
                                         Pair{"한", "국"}, Pair{"अ", "क"}, Pair{"★", "☎"}, Pair{"∞", "∑"}})
         EXPECT_FALSE(sameBytes(*sheet({run(first)}), *sheet({run(second)}))) << first;
 }
 
-TEST(TextDrawingTest, LayoutDoesNotDependOnTheScale) {
-    auto const text = run("Unlock everything today", 13);
-    auto const coarse = inkColumns(*sheet({text}, {}, 200, 1));
-    auto const fine = inkColumns(*sheet({text}, {}, 200, 4));
-    EXPECT_NEAR(coarse.right * 4, fine.right, 8);
-}
-
 TEST(TextDrawingTest, UnderlinesAreWholePixelsInTheirColor) {
-    auto text = run("nnn");
-    text.underline = NSUnderlineStyle::single;
-    text.underlineColor = red;
+    auto text = underlined("nnn");
     auto const surface = sheet({text});
-    auto const width = TextLayout({text}, {}).size().width * 2;
+    auto const length = lengthOf(text);
     // 20 points at 2 pixels: two pixels thick.
-    EXPECT_NEAR(countOf(*surface, 0xffff0000), 2 * width, 4);
+    EXPECT_NEAR(lineOf(text), 2 * length, 4);
     auto const baseline = static_cast<int>(text.font.ascender() * 2);
     int row = 0;
     while (row < surface->pixelHeight() && surface->pixel(4, row) != 0xffff0000) ++row;
     EXPECT_GT(row, baseline);
     EXPECT_LT(row, baseline + 10);
     text.underline = NSUnderlineStyle::doubleLine;
-    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), 4 * width, 8);
+    EXPECT_NEAR(lineOf(text), 4 * length, 8);
     text.underline = static_cast<NSUnderlineStyle>(0x101);
-    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), width, 8);
-    text.text = "a b";
-    text.underline = NSUnderlineStyle::single;
-    auto const whole = countOf(*sheet({text}), 0xffff0000);
-    text.underline = static_cast<NSUnderlineStyle>(0x8001); // by word
-    EXPECT_LT(countOf(*sheet({text}), 0xffff0000), whole - 4);
+    EXPECT_NEAR(lineOf(text), length, 8);
+    auto words = underlined("a b");
+    auto const whole = lineOf(words);
+    words.underline = static_cast<NSUnderlineStyle>(0x8001); // by word
+    EXPECT_LT(lineOf(words), whole - 4);
 }
 
 TEST(TextDrawingTest, UnderlinesKeepClearOfWhatReachesBelow) {
     for (auto const* word : {"gypsy", "بيتي", "qué jaja"}) {
-        auto text = run(word);
-        text.underline = NSUnderlineStyle::single;
-        text.underlineColor = red;
+        auto const text = underlined(word);
         auto const surface = sheet({text});
         auto const isLine = [&](int x, int y) { return surface->pixel(x, y) == 0xffff0000; };
-        int seen = 0;
         for (int y = 0; y < surface->pixelHeight(); ++y)
             for (int x = 1; x + 1 < surface->pixelWidth(); ++x) {
                 if (!isLine(x, y)) continue;
-                ++seen;
                 for (int const beside : {x - 1, x + 1})
                     EXPECT_TRUE(isLine(beside, y) || alphaAt(*surface, beside, y) == 0) << word << " " << x;
             }
-        EXPECT_GT(seen, 0) << word;
-        EXPECT_LT(seen, 2 * 2 * TextLayout({text}, {}).size().width - 8) << word;
+        EXPECT_GT(lineOf(text), 0) << word;
+        EXPECT_LT(lineOf(text), 2 * lengthOf(text) - 8) << word;
     }
-}
-
-TEST(TextDrawingTest, UnderlinesStandWholeBelowEastAsianCharacters) {
-    auto text = run("購入済みの方");
-    text.underline = NSUnderlineStyle::single;
-    text.underlineColor = red;
-    EXPECT_NEAR(countOf(*sheet({text}), 0xffff0000), 2 * 2 * TextLayout({text}, {}).size().width, 8);
+    auto const eastAsian = underlined("購入済みの方");
+    EXPECT_NEAR(lineOf(eastAsian), 2 * lengthOf(eastAsian), 8) << "the line stands whole below it";
 }
 
 TEST(TextDrawingTest, StrikethroughLiesOverTheText) {
@@ -169,8 +158,7 @@ TEST(TextDrawingTest, StrikethroughLiesOverTheText) {
     text.strikethrough = NSUnderlineStyle::single;
     text.strikethroughColor = green;
     auto const surface = sheet({text});
-    auto const width = TextLayout({text}, {}).size().width * 2;
-    EXPECT_NEAR(countOf(*surface, 0xff00ff00), 2 * width, 4);
+    EXPECT_NEAR(countOf(*surface, 0xff00ff00), 2 * lengthOf(text), 4);
     auto const middle = static_cast<int>((text.font.ascender() - text.font.xHeight() / 2) * 2);
     EXPECT_EQ(surface->pixel(10, middle), 0xff00ff00);
 }
