@@ -54,11 +54,9 @@ TEST_F(LayoutPassTest, EdgesAreRoundedToPixelsOneByOne) {
         auto const frame = columns[i]->frame();
         EXPECT_NEAR(frame.minX() * 3, std::round(frame.minX() * 3), 1e-9);
         EXPECT_NEAR(frame.minX(), static_cast<double>(i) * 400 / 7, 0.17);
-        if (i > 0) {
-            EXPECT_NEAR(columns[i - 1]->frame().maxX(), frame.minX(), 1e-9);
-        }
+        auto const end = i + 1 < columns.size() ? columns[i + 1]->frame().minX() : 400;
+        EXPECT_NEAR(frame.maxX(), end, 1e-9);
     }
-    EXPECT_NEAR(columns.back()->frame().maxX(), 400, 1e-9);
     EXPECT_NEAR(nested->frame().size.width, columns[3]->frame().size.width, 1e-9);
     EXPECT_NEAR(nested->frame().minY(), 0, 1e-9);
     EXPECT_NEAR(nested->frame().maxY(), 5.0 / 3, 1e-9);
@@ -89,7 +87,7 @@ TEST_F(LayoutPassTest, ConstraintsLeafFirstThenLayoutRootFirst) {
     EXPECT_EQ(order, std::vector<std::string>{"inner layout"});
 }
 
-TEST_F(LayoutPassTest, ConstraintsChangedDuringLayoutSettleInTheSamePass) {
+TEST_F(LayoutPassTest, WhatChangesDuringLayoutSettlesInTheSamePassOrIsCut) {
     auto const view = add(*root);
     auto const height = (view->heightAnchor() == 10).constraint();
     height->setActive(true);
@@ -99,13 +97,10 @@ TEST_F(LayoutPassTest, ConstraintsChangedDuringLayoutSettleInTheSamePass) {
     layout();
     EXPECT_EQ(view->frame(), CGRect(0, 0, 200, 50));
     EXPECT_TRUE(warnings.empty());
-}
-
-TEST_F(LayoutPassTest, EndlessLayoutIsCutWithAWarning) {
-    auto const view = add(*root);
     view->duringLayout = [&] { view->setNeedsLayout(); };
+    view->setNeedsLayout();
     layout();
-    EXPECT_EQ(warnings.size(), 1u);
+    EXPECT_EQ(warnings.size(), 1u) << "without an end it is cut";
     EXPECT_LT(view->layouts, 100);
     int const before = view->layouts;
     view->duringLayout = nullptr;

@@ -22,10 +22,6 @@ namespace trelundo {
 inline void PrintTo(CGRect const& r, std::ostream* out) {
     *out << "{" << r.origin.x << ", " << r.origin.y << ", " << r.size.width << ", " << r.size.height << "}";
 }
-inline void PrintTo(CGSize const& s, std::ostream* out) { *out << "{" << s.width << ", " << s.height << "}"; }
-inline void PrintTo(UIEdgeInsets const& i, std::ostream* out) {
-    *out << "{" << i.top << ", " << i.left << ", " << i.bottom << ", " << i.right << "}";
-}
 // NOLINTEND(readability-identifier-naming)
 
 /// A view of a given natural size; with an area, a text that wraps to the width it gets.

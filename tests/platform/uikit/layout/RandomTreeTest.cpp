@@ -29,22 +29,15 @@ protected:
             view->setContentHuggingPriority(200 + next(), axis);
         }
         if (pick(3) == 0) view->setWrapping();
-        auto& constraints = member.constraints;
-        constraints.push_back(
-            (view->leadingAnchor() ==
-             (sibling && pick(2) ? sibling->trailingAnchor() : parent.leadingAnchor()) + points())
-                .constraint());
-        constraints.push_back(
-            (view->topAnchor() ==
-             (pick(2) ? parent.safeAreaLayoutGuide()->topAnchor() : root->topAnchor()) + points())
-                .constraint());
-        constraints.push_back(
-            (view->trailingAnchor() <= parent.trailingAnchor() - points()).at(760 + next()).constraint());
-        constraints.push_back(
-            (view->heightAnchor() == view->widthAnchor() * 0.5 + points()).at(600 + next()).constraint());
-        constraints.push_back(
-            (parent.widthAnchor() >= view->widthAnchor() + points()).at(300 + next()).constraint());
-        NSLayoutConstraint::activate(constraints);
+        auto const start = sibling && pick(2) ? sibling->trailingAnchor() : parent.leadingAnchor();
+        auto const top = pick(2) ? parent.safeAreaLayoutGuide()->topAnchor() : root->topAnchor();
+        member.constraints = {
+            (view->leadingAnchor() == start + points()).constraint(),
+            (view->topAnchor() == top + points()).constraint(),
+            (view->trailingAnchor() <= parent.trailingAnchor() - points()).at(760 + next()).constraint(),
+            (view->heightAnchor() == view->widthAnchor() * 0.5 + points()).at(600 + next()).constraint(),
+            (parent.widthAnchor() >= view->widthAnchor() + points()).at(300 + next()).constraint()};
+        NSLayoutConstraint::activate(member.constraints);
         members.push_back(std::move(member));
     }
     void shrink() {
@@ -63,21 +56,13 @@ protected:
     void change() {
         auto& member = members[index()];
         auto const& constraint = member.constraints[static_cast<std::size_t>(pick(5))];
-        switch (pick(5)) {
-        case 0:
-            return member.view->resize({points(), points()});
-        case 1:
-            return root->setFrame({0, 0, 200 + points() * 5, 600});
-        case 2:
-            if (constraint->priority() < UILayoutPriority::required)
-                constraint->setActive(!constraint->isActive());
-            return;
-        case 3:
-            if (constraint->priority() < UILayoutPriority::required) constraint->setPriority(500 + next());
-            return;
-        default:
-            return constraint->setConstant(points());
-        }
+        bool const isOptional = constraint->priority() < UILayoutPriority::required;
+        int const kind = pick(5);
+        if (kind == 0) return member.view->resize({points(), points()});
+        if (kind == 1) return root->setFrame({0, 0, 200 + points() * 5, 600});
+        if (kind == 2 && isOptional) return constraint->setActive(!constraint->isActive());
+        if (kind == 3 && isOptional) return constraint->setPriority(500 + next());
+        constraint->setConstant(points());
     }
     double next() { return 1e-3 * ++priorities; }
 

@@ -1,4 +1,5 @@
 #include "trelundo/platform/uikit/layout/internal/Solver.h"
+#include "trelundo/platform/graphics/Geometry.h"
 
 #include <gtest/gtest.h>
 
@@ -108,47 +109,25 @@ TEST(SolverTest, RedundantEqualitiesMayChangeTogetherButNotApart) {
 // Random problems, compared with the best corner that can be found by trying them all.
 
 struct Definition {
-    std::vector<double> coefficients;
-    double constant;
-    int relation; // -1, 0, 1
-    double priority;
-};
+    double x = 0, y = 0, constant = 0, priority = 0;
+    int relation = 0; // -1 at most, 1 at least
 
-struct RandomProblem {
-    std::size_t variables;
-    std::vector<Definition> definitions;
-};
-
-RandomProblem randomProblem(std::mt19937& random, std::size_t variables, std::size_t count) {
-    auto const pick = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
-    static constexpr std::array priorities{1000.0, 999.5, 750.0, 250.0, 250.0, 49.0};
-    RandomProblem problem{variables, {}};
-    for (std::size_t i = 0; i < count; ++i) {
-        Definition definition{std::vector<double>(variables), static_cast<double>(pick(-4, 12)), pick(-1, 1),
-                              priorities[static_cast<std::size_t>(pick(0, 5))]};
-        for (auto& coefficient : definition.coefficients) coefficient = pick(-2, 2);
-        problem.definitions.push_back(definition);
+    /// How far a point lies on the wrong side.
+    double violationAt(CGPoint point) const {
+        double const sum = x * point.x + y * point.y - constant;
+        return relation < 0 ? std::max(sum, 0.0) : relation > 0 ? std::max(-sum, 0.0) : std::abs(sum);
     }
-    return problem;
-}
+};
 
-double violation(Definition const& definition, std::vector<double> const& point) {
-    double sum = -definition.constant;
-    for (std::size_t i = 0; i < point.size(); ++i) sum += definition.coefficients[i] * point[i];
-    if (definition.relation < 0) return std::max(sum, 0.0);
-    return definition.relation > 0 ? std::max(-sum, 0.0) : std::abs(sum);
+std::optional<CGPoint> intersection(Definition const& a, Definition const& b) {
+    double const determinant = a.x * b.y - a.y * b.x;
+    if (std::abs(determinant) < 1e-9) return std::nullopt;
+    return CGPoint{(a.constant * b.y - a.y * b.constant) / determinant,
+                   (a.x * b.constant - a.constant * b.x) / determinant};
 }
 
 /// Total deviation by falling priority, required first.
 using Cost = std::map<double, double, std::greater<>>;
-Cost costOf(RandomProblem const& problem, std::vector<double> const& point, std::vector<bool> const& counts) {
-    Cost cost{{1000.0, 0.0}};
-    for (std::size_t i = 0; i < problem.definitions.size(); ++i)
-        if (counts[i]) cost[problem.definitions[i].priority] += violation(problem.definitions[i], point);
-    return cost;
-}
 
 bool isLess(Cost const& a, Cost const& b) {
     for (auto const& [priority, value] : a)
@@ -156,108 +135,90 @@ bool isLess(Cost const& a, Cost const& b) {
     return false;
 }
 
-std::optional<std::vector<double>> intersection(std::vector<std::vector<double>> rows) {
-    std::size_t const n = rows.size();
-    for (std::size_t column = 0; column < n; ++column) {
-        auto const best = std::max_element(
-            rows.begin() + static_cast<std::ptrdiff_t>(column), rows.end(),
-            [column](auto const& a, auto const& b) { return std::abs(a[column]) < std::abs(b[column]); });
-        if (std::abs((*best)[column]) < 1e-9) return std::nullopt;
-        std::swap(rows[column], *best);
-        for (std::size_t row = 0; row < n; ++row) {
-            if (row == column) continue;
-            double const factor = rows[row][column] / rows[column][column];
-            for (std::size_t i = column; i <= n; ++i) rows[row][i] -= factor * rows[column][i];
+/// Two lengths under constraints that change at random.
+class RandomProblem {
+public:
+    explicit RandomProblem(unsigned seed)
+        : random_(seed) {
+        for (unsigned i = 0; i < 3 + seed % 6; ++i) {
+            definitions_.push_back(anyDefinition());
+            handles_.push_back(added(definitions_.back()));
         }
     }
-    std::vector<double> point(n);
-    for (std::size_t i = 0; i < n; ++i) point[i] = rows[i][n] / rows[i][i];
-    return point;
-}
 
-/// The best of all points where as many boundaries meet as there are variables; these are not negative.
-Cost bestCost(RandomProblem const& problem, std::vector<bool> const& counts) {
-    std::vector<std::vector<double>> boundaries;
-    for (auto const& definition : problem.definitions) {
-        boundaries.push_back(definition.coefficients);
-        boundaries.back().push_back(definition.constant);
+    void change() {
+        auto const i = random_() % definitions_.size();
+        if (pick(0, 2) == 0) {
+            lengths_.solver.remove(handles_[i]);
+            definitions_[i] = anyDefinition();
+            handles_[i] = added(definitions_[i]);
+        } else {
+            definitions_[i].constant = pick(-5, 14);
+            lengths_.solver.setConstant(handles_[i], definitions_[i].constant);
+        }
     }
-    for (std::size_t i = 0; i < problem.variables; ++i) {
-        boundaries.emplace_back(problem.variables + 1);
-        boundaries.back()[i] = 1;
-    }
-    std::optional<Cost> best;
-    std::vector<int> chosen(boundaries.size());
-    std::fill_n(chosen.begin(), problem.variables, 1);
-    do {
-        std::vector<std::vector<double>> rows;
-        for (std::size_t i = 0; i < boundaries.size(); ++i)
-            if (chosen[i]) rows.push_back(boundaries[i]);
-        auto const point = intersection(rows);
-        if (!point || std::ranges::any_of(*point, [](double v) { return v < -1e-9; })) continue;
-        auto const cost = costOf(problem, *point, counts);
-        if (!best || isLess(cost, *best)) best = cost;
-    } while (std::ranges::prev_permutation(chosen).found);
-    return *best;
-}
 
-struct Loaded {
-    Solver solver;
-    std::vector<Solver::Constraint> handles;
+    void expectOptimal() {
+        lengths_.solver.solve();
+        CGPoint const found{lengths_[0], lengths_[1]};
+        auto const cost = costAt(found);
+        EXPECT_NEAR(cost.at(Solver::required), 0, 1e-6);
+        EXPECT_GE(std::min(found.x, found.y), -1e-6);
+        EXPECT_FALSE(isLess(bestCost(), cost)) << lengths_.solver.dump();
+    }
 
-    explicit Loaded(RandomProblem const& problem) {
-        for (std::size_t i = 0; i < problem.variables; ++i) solver.addVariable(Solver::Domain::nonNegative);
-        for (auto const& definition : problem.definitions) handles.push_back(add(definition));
+private:
+    int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
+
+    Definition anyDefinition() {
+        static constexpr std::array priorities{1000.0, 999.5, 750.0, 250.0, 250.0, 49.0};
+        return {static_cast<double>(pick(-2, 2)), static_cast<double>(pick(-2, 2)),
+                static_cast<double>(pick(-4, 12)), priorities[static_cast<std::size_t>(pick(0, 5))],
+                pick(-1, 1)};
     }
-    Solver::Constraint add(Definition const& definition) {
-        std::vector<Term> terms;
-        for (std::size_t i = 0; i < definition.coefficients.size(); ++i)
-            terms.push_back({static_cast<Solver::Variable>(i), definition.coefficients[i]});
-        return solver.add(
-            definition.relation < 0   ? Solver::atMost(terms, definition.constant, definition.priority)
-            : definition.relation > 0 ? Solver::atLeast(terms, definition.constant, definition.priority)
-                                      : Solver::equal(terms, definition.constant, definition.priority));
+    Solver::Constraint added(Definition const& definition) {
+        auto const add = definition.relation < 0   ? &Problem::atMost
+                         : definition.relation > 0 ? &Problem::atLeast
+                                                   : &Problem::equal;
+        return (lengths_.*add)({{0, definition.x}, {1, definition.y}}, definition.constant,
+                               definition.priority);
     }
-    std::vector<double> point(RandomProblem const& problem) const {
-        std::vector<double> values;
-        for (std::size_t i = 0; i < problem.variables; ++i)
-            values.push_back(solver.value(static_cast<Solver::Variable>(i)));
-        return values;
+    /// Of the constraints that the solver keeps.
+    Cost costAt(CGPoint point) const {
+        Cost cost{{Solver::required, 0.0}};
+        for (std::size_t i = 0; i < definitions_.size(); ++i)
+            if (!lengths_.solver.isRefused(handles_[i]))
+                cost[definitions_[i].priority] += definitions_[i].violationAt(point);
+        return cost;
     }
-    std::vector<bool> counted() const {
-        std::vector<bool> result;
-        for (auto const handle : handles) result.push_back(!solver.isRefused(handle));
-        return result;
+    /// The best of all points where two boundaries meet; lengths are not negative.
+    Cost bestCost() const {
+        auto boundaries = definitions_;
+        boundaries.push_back({.x = 1});
+        boundaries.push_back({.y = 1});
+        std::optional<Cost> best;
+        for (auto const& first : boundaries)
+            for (auto const& second : boundaries) {
+                auto const corner = intersection(first, second);
+                if (!corner || std::min(corner->x, corner->y) < -1e-9) continue;
+                if (auto const cost = costAt(*corner); !best || isLess(cost, *best)) best = cost;
+            }
+        return *best;
     }
-    void expectOptimal(RandomProblem const& problem, std::string const& what) {
-        auto const counts = counted();
-        auto const found = point(problem);
-        auto const cost = costOf(problem, found, counts);
-        EXPECT_NEAR(cost.at(1000), 0, 1e-6) << what;
-        for (double const value : found) EXPECT_GE(value, -1e-6) << what;
-        EXPECT_FALSE(isLess(bestCost(problem, counts), cost)) << what << '\n' << solver.dump();
-    }
+
+    std::mt19937 random_;
+    Problem lengths_{2, Solver::Domain::nonNegative};
+    std::vector<Definition> definitions_;
+    std::vector<Solver::Constraint> handles_;
 };
 
 TEST(SolverTest, RandomChangesStepByStepStayOptimal) {
-    for (unsigned seed = 0; seed < 100; ++seed) {
-        std::mt19937 random(seed + 5000);
-        auto problem = randomProblem(random, 2 + seed % 2, 3 + seed % 6);
-        Loaded loaded(problem);
+    for (unsigned seed = 0; seed < 150 && !HasFailure(); ++seed) {
+        RandomProblem problem(seed + 5000);
         for (int step = 0; step < 60; ++step) {
-            auto const i = random() % problem.definitions.size();
-            if (random() % 3 == 0) {
-                problem.definitions[i] = randomProblem(random, problem.variables, 1).definitions[0];
-                loaded.solver.remove(loaded.handles[i]);
-                loaded.handles[i] = loaded.add(problem.definitions[i]);
-            } else {
-                problem.definitions[i].constant = static_cast<double>(random() % 20) - 5;
-                loaded.solver.setConstant(loaded.handles[i], problem.definitions[i].constant);
-            }
-            if (random() % 2 == 0) continue; // several changes before one solution
-            loaded.solver.solve();
-            loaded.expectOptimal(problem, "seed " + std::to_string(seed) + ", step " + std::to_string(step));
-            if (HasFailure()) return;
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step));
+            problem.change();
+            if (step % 3 != 1) problem.expectOptimal(); // at times several changes before one solution
         }
     }
 }
