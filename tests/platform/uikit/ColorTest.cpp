@@ -17,7 +17,7 @@ auto const dark = traits(UIUserInterfaceStyle::dark);
 
 } // namespace
 
-TEST(ColorTest, DynamicColoursFollowTheAppearance) {
+TEST(ColorTest, DynamicColoursFollowTheAppearanceWithAnyAlpha) {
     EXPECT_EQ(UIColor::label().cgColor(light), (CGColor{0, 0, 0, 1}));
     EXPECT_EQ(UIColor::label().cgColor(dark), (CGColor{1, 1, 1, 1}));
     EXPECT_EQ(UIColor::systemBlue().cgColor(light), (CGColor{0, 122 / 255.0, 1, 1}));
@@ -27,9 +27,6 @@ TEST(ColorTest, DynamicColoursFollowTheAppearance) {
     auto const answersDynamic = UIColor::dynamic([](auto const&) { return UIColor::label(); });
     EXPECT_EQ(answersDynamic.cgColor(dark), (CGColor{1, 1, 1, 1}));
     EXPECT_FALSE(answersDynamic.resolved(dark).isDynamic());
-}
-
-TEST(ColorTest, AnotherAlphaKeepsADynamicColourDynamic) {
     auto const faint = UIColor::label().withAlphaComponent(0.3);
     EXPECT_EQ(faint.cgColor(light), (CGColor{0, 0, 0, 0.3}));
     EXPECT_EQ(faint.cgColor(dark), (CGColor{1, 1, 1, 0.3}));

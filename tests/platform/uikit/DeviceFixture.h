@@ -16,6 +16,18 @@ namespace trelundo {
 /// What the witnesses of the running test have written down.
 inline std::vector<std::string> journal;
 
+/// A picture of 20 x 10 points, green all over.
+inline constexpr std::string_view greenPicture =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
+    R"(<rect width="20" height="10" fill="#00ff00"/></svg>)";
+
+/// Counts what a control tells it.
+class Counter : public NSObject {
+public:
+    void act() { ++count; }
+    int count = 0;
+};
+
 /// A small phone at 2 pixels a point with an empty visible window; warnings are kept instead of printed.
 class DeviceFixture : public ::testing::Test {
 protected:

@@ -10,9 +10,7 @@ namespace trelundo {
 
 namespace {
 
-constexpr std::string_view square =
-    R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
-    R"(<rect width="20" height="10" fill="#00ff00"/></svg>)";
+constexpr auto square = greenPicture;
 constexpr std::string_view leftHalf =
     R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10" width="20" height="10">)"
     R"(<rect width="10" height="10" fill="#00ff00"/></svg>)";
@@ -36,7 +34,7 @@ protected:
     Bundle bundle{"org.example.pictures" + number};
 };
 
-TEST_F(ImageTest, TheScreensScaleIsPreferred) {
+TEST_F(ImageTest, TheScreensScaleIsPreferredAndKept) {
     EXPECT_EQ(load("fine")->scale(), 2);
     EXPECT_EQ(load("fine.svg")->scale(), 2);
     EXPECT_EQ(load("fine@3x")->scale(), 3);
@@ -44,11 +42,8 @@ TEST_F(ImageTest, TheScreensScaleIsPreferred) {
     EXPECT_EQ(load("square")->scale(), 1);
     EXPECT_EQ(load("square")->size(), (CGSize{20, 10}));
     EXPECT_EQ(load("fine")->name(), "fine");
-}
 
-TEST_F(ImageTest, APictureIsDecodedOnceForEachBundle) {
-    EXPECT_EQ(load("square"), load("square"));
-    EXPECT_FALSE(load("square") == load("left"));
+    EXPECT_EQ(load("square"), load("square")) << "decoded once for each bundle";
     std::array const other{EmbeddedFile{"square.svg", leftHalf}};
     Bundle twin{bundle.identifier()};
     twin.addEmbeddedFiles(other);
@@ -130,16 +125,14 @@ TEST_F(ImageTest, ContentModesPlaceThePicture) {
     EXPECT_TRUE(UIImageView::contentRect(Mode::scaleAspectFit, {}, bounds).isEmpty());
 }
 
-TEST_F(ImageTest, TemplatesTakeTheTintAndOriginalsDoNot) {
-    auto const view = show(make<UIImageView>(load("square")), {50, 50, 20, 10});
-    EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);
-    shell.window().setTintColor(UIColor::red());
-    EXPECT_EQ(pixelAt({60, 55}), 0xFF00FF00);
-    view->setImage(view->image()->withRenderingMode(UIImageRenderingMode::alwaysTemplate));
-    EXPECT_EQ(pixelAt({60, 55}), 0xFFFF0000);
-    shell.window().setTintColor(UIColor(0, 0, 1));
-    EXPECT_EQ(pixelAt({60, 55}), 0xFF0000FF);
+TEST_F(ImageTest, ATemplateFollowsTheTint) {
+    auto const template_ = load("square")->withRenderingMode(UIImageRenderingMode::alwaysTemplate);
     EXPECT_EQ(load("square")->renderingMode(), UIImageRenderingMode::automatic) << "only the copy changed";
+    show(make<UIImageView>(template_), {50, 50, 20, 10});
+    for (auto const& [tint, seen] : {std::pair{UIColor::red(), 0xFFFF0000}, {UIColor(0, 0, 1), 0xFF0000FF}}) {
+        shell.window().setTintColor(tint);
+        EXPECT_EQ(pixelAt({60, 55}), seen);
+    }
 }
 
 TEST_F(ImageTest, AFlippedPictureIsMirroredInRightToLeftViews) {
