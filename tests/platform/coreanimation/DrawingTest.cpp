@@ -155,9 +155,7 @@ TEST_F(DrawingTest, GradientFillsItsRoundedShapeAboveTheBackground) {
     root->addSublayer(gradient);
     EXPECT_EQ(at(50, 50), 0x00ff00u) << "without colours only the background";
     gradient->setColors({{black, red}});
-    EXPECT_LT(redOf(at(50, 2)), 10);
-    EXPECT_NEAR(redOf(at(50, 50)), 128, 3);
-    EXPECT_GT(redOf(at(50, 98)), 245);
+    EXPECT_NEAR(redOf(at(50, 25)), 64, 3);
     gradient->setStartPoint({0, 0.5});
     gradient->setEndPoint({1, 0.5});
     EXPECT_NEAR(redOf(at(25, 90)), 64, 3);

@@ -18,43 +18,29 @@ using namespace test;
 
 namespace {
 
-/// A folder of fonts that are all the installed Arabic one, under names that tell their weight and width. A
-/// process that starts while it stands knows no other fonts; the font configuration is read once.
-class ArabicFonts {
-public:
-    ArabicFonts()
-        : folder_(std::filesystem::path(testing::TempDir()) / "arabic-fonts") {
-        if (getenv(variable)) return; // such a process
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-        auto const installed = findFontFamily("Noto Sans Arabic").front().path;
-        for (auto const* name : {"Regular", "Medium", "Bold", "CondensedMedium", "CondensedRegular"})
-            std::filesystem::copy_file(installed, folder_ / (std::string{name} + ".ttf"));
-        auto const configuration = folder_ / "fonts.conf";
-        std::ofstream(configuration) << "<fontconfig><dir>" << folder_.string() << "</dir>"
-                                     << rule("Regular", "weight", "regular")
-                                     << rule("Medium", "weight", "medium") << rule("Bold", "weight", "bold")
-                                     << rule("Condensed", "width", "condensed") << "</fontconfig>";
-        setenv(variable, configuration.c_str(), 1);
-    }
-    ~ArabicFonts() {
-        unsetenv(variable);
-        std::filesystem::remove_all(folder_);
-    }
-    ArabicFonts(ArabicFonts const&) = delete;
-    ArabicFonts& operator=(ArabicFonts const&) = delete;
+constexpr auto fontSetting = "FONTCONFIG_FILE";
 
-private:
-    static constexpr auto variable = "FONTCONFIG_FILE";
+/// What tells the font library a fact of all files whose name contains a word.
+std::string rule(std::string const& name, std::string const& fact, std::string const& value) {
+    return R"(<match target="scan"><test name="file" compare="contains"><string>)" + name +
+           R"(</string></test><edit name=")" + fact + R"(" mode="assign"><const>)" + value +
+           "</const></edit></match>";
+}
 
-    static std::string rule(std::string const& name, std::string const& fact, std::string const& value) {
-        return R"(<match target="scan"><test name="file" compare="contains"><string>)" + name +
-               R"(</string></test><edit name=")" + fact + R"(" mode="assign"><const>)" + value +
-               "</const></edit></match>";
-    }
-
-    std::filesystem::path folder_;
-};
+/// Makes a folder of fonts that are all the installed Arabic one, under names that tell their weight and
+/// width. A process that starts afterwards knows no other fonts; the font configuration is read once.
+void leaveOnlyArabicFonts(std::filesystem::path const& folder) {
+    std::filesystem::create_directories(folder);
+    auto const installed = findFontFamily("Noto Sans Arabic").front().path;
+    for (auto const* name : {"Regular", "Medium", "Bold", "CondensedMedium", "CondensedRegular"})
+        std::filesystem::copy_file(installed, folder / (std::string{name} + ".ttf"));
+    auto const configuration = folder / "fonts.conf";
+    std::ofstream(configuration) << "<fontconfig><dir>" << folder.string() << "</dir>"
+                                 << rule("Regular", "weight", "regular") << rule("Medium", "weight", "medium")
+                                 << rule("Bold", "weight", "bold") << rule("Condensed", "width", "condensed")
+                                 << "</fontconfig>";
+    setenv(fontSetting, configuration.c_str(), 1);
+}
 
 /// The names of the files that the letters of a word come from, one after another.
 std::string filesOf(std::u16string const& word, int weight) {
@@ -81,7 +67,8 @@ double ink(std::string const& text, int weight) {
 
 TEST(FontChoiceTest, AWordComesFromOneFileOfTheWantedWeightAndTheUsualWidth) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    ArabicFonts const fonts;
+    auto const folder = std::filesystem::path(testing::TempDir()) / "arabic-fonts";
+    if (!getenv(fontSetting)) leaveOnlyArabicFonts(folder); // else this is the process that starts afterwards
     auto const chooseInTurn = [] {
         startGraphics();
         // Letters that one weight has met before another asks for them.
@@ -91,6 +78,8 @@ TEST(FontChoiceTest, AWordComesFromOneFileOfTheWantedWeightAndTheUsualWidth) {
     };
     EXPECT_EXIT(chooseInTurn(), testing::ExitedWithCode(0),
                 "Regular Regular Regular \\| Medium Medium Medium Medium Medium \\| Bold Bold Bold ");
+    unsetenv(fontSetting);
+    std::filesystem::remove_all(folder);
 }
 
 TEST(FontChoiceTest, AHostsFilesBecomeTheSystemFont) {

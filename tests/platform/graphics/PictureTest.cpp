@@ -39,6 +39,14 @@ std::string reasonFor(std::string const& bytes) {
     return picture ? "decoded" : picture.error().message;
 }
 
+/// A picture in `rect`, cut to `clip`, on a surface of `clip`'s size.
+std::unique_ptr<Surface> painted(Ref<Picture> const& picture, CGRect rect, CGRect clip, double radius = 0,
+                                 double scale = 1, std::optional<CGColor> const& tint = std::nullopt) {
+    return drawn(static_cast<int>(clip.maxX()), static_cast<int>(clip.maxY()), scale, [&](Canvas& canvas) {
+        canvas.drawPicture(*picture, rect, clip, CornerRadii::all(radius), tint);
+    });
+}
+
 constexpr auto artwork = R"(<?xml version="1.0"?>
 <svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10"><rect width="10" height="10" fill="#00ff00"/></svg>)";
 
@@ -75,19 +83,14 @@ TEST(PictureTest, NamesWhatIsWrong) {
 
 TEST(PictureTest, FillsItsRectangle) {
     for (auto const& picture : {decoded(encoded(halves(64, 64), "png")), decoded(artwork)}) {
-        auto const surface = drawn(20, 20, 2, [&](Canvas& canvas) {
-            canvas.drawPicture(*picture, {2, 2, 10, 16}, {0, 0, 20, 20}, {}, std::nullopt);
-        });
+        auto const surface = painted(picture, {2, 2, 10, 16}, {0, 0, 20, 20}, 0, 2);
         EXPECT_EQ(alphaAt(*surface, 4, 4), 255);
         EXPECT_EQ(alphaAt(*surface, 12, 35), 255);
         EXPECT_EQ(alphaAt(*surface, 16, 20), 0);
         EXPECT_EQ(alphaAt(*surface, 3, 10), 0);
         EXPECT_EQ(alphaAt(*surface, 8, 36), 0);
     }
-    auto const magnified = drawn(10, 10, 1, [&](Canvas& canvas) {
-        canvas.drawPicture(*decoded(artwork), {-50'000, -50'000, 200'000, 100'000}, {0, 0, 10, 10}, {},
-                           std::nullopt);
-    });
+    auto const magnified = painted(decoded(artwork), {-50'000, -50'000, 200'000, 100'000}, {0, 0, 10, 10});
     EXPECT_EQ(magnified->pixel(5, 5), 0xff00ff00) << "magnified beyond reason";
 }
 
@@ -96,17 +99,13 @@ TEST(PictureTest, IsCutToRoundedCorners) {
     full.fill(Qt::blue);
     auto const picture = decoded(encoded(full, "png"));
     // Filling a tall frame from a wide rectangle, as aspect fill does.
-    auto const surface = drawn(20, 20, 2, [&](Canvas& canvas) {
-        canvas.drawPicture(*picture, {-20, 0, 60, 20}, {2, 2, 16, 16}, CornerRadii::all(6), std::nullopt);
-    });
+    auto const surface = painted(picture, {-20, 0, 60, 20}, {2, 2, 16, 16}, 6, 2);
     EXPECT_EQ(alphaAt(*surface, 4, 4), 0);
     EXPECT_EQ(surface->pixel(20, 20), 0xff0000ff);
     EXPECT_EQ(surface->pixel(20, 4), 0xff0000ff);
     EXPECT_EQ(alphaAt(*surface, 20, 3), 0);
     // The picture ends before its frame does: it does not repeat.
-    auto const small = drawn(20, 20, 1, [&](Canvas& canvas) {
-        canvas.drawPicture(*picture, {5, 5, 10, 10}, {0, 0, 20, 20}, CornerRadii::all(2), std::nullopt);
-    });
+    auto const small = painted(picture, {5, 5, 10, 10}, {0, 0, 20, 20}, 2);
     EXPECT_EQ(alphaAt(*small, 3, 10), 0);
     EXPECT_EQ(small->pixel(10, 10), 0xff0000ff);
 }
@@ -114,9 +113,7 @@ TEST(PictureTest, IsCutToRoundedCorners) {
 TEST(PictureTest, TintCountsOnlyItsAlpha) {
     auto const picture = decoded(artwork);
     auto const tintedBy = [&](std::optional<CGColor> const& tint) {
-        return drawn(20, 10, 1, [&](Canvas& canvas) {
-            canvas.drawPicture(*picture, {0, 0, 20, 10}, {0, 0, 20, 10}, {}, tint);
-        });
+        return painted(picture, {0, 0, 20, 10}, {0, 0, 20, 10}, 0, 1, tint);
     };
     auto const surface = tintedBy(CGColor{0, 0, 1, 0.5});
     EXPECT_NEAR(alphaAt(*surface, 4, 5), 128, 1);

@@ -6,13 +6,8 @@
 
 #include "tests/platform/uikit/DeviceFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace trelundo {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 template <class View> void collect(Ref<UIView> const& view, std::vector<Ref<View>>& found) {
     if (auto const match = cast<View>(view)) found.push_back(match);
@@ -49,14 +44,12 @@ protected:
         return found;
     }
     static Ref<UIButton> button(UIAlertController& alert, std::string const& title) {
-        for (auto const& each : all<UIButton>(alert))
-            if (each->currentTitle() == title) return each;
-        return nullptr;
+        auto const buttons = all<UIButton>(alert);
+        return *std::ranges::find(buttons, title, [](auto const& each) { return each->currentTitle(); });
     }
     static Ref<UILabel> label(UIAlertController& alert, std::string const& text) {
-        for (auto const& each : all<UILabel>(alert))
-            if (each->text() == text) return each;
-        return nullptr;
+        auto const labels = all<UILabel>(alert);
+        return *std::ranges::find(labels, text, [](auto const& each) { return each->text(); });
     }
     static CGRect inWindow(UIView& view) { return view.convertRectTo(view.bounds(), nullptr); }
     static Ref<UIView> card(UIAlertController& alert) { return alert.view()->subviews().back(); }
@@ -83,10 +76,7 @@ TEST_F(AlertTest, TheCardGrowsInInTheMiddleOfTheSafeAreaAndDimsTheRest) {
     EXPECT_EQ(frame.midX(), 160);
     EXPECT_NEAR(frame.midY(), 20 + 548 / 2.0, 0.5);
     EXPECT_EQ(inWindow(*button(*box, "OK")), (CGRect{frame.minX(), frame.maxY() - 44, 270, 44}));
-    auto const title = label(*box, "Title");
-    EXPECT_EQ(title->font(), UIFont::system(17, UIFont::Weight::semibold));
-    EXPECT_EQ(label(*box, "Message")->font(), UIFont::system(13));
-    EXPECT_EQ(inWindow(*title).origin, (CGPoint{frame.minX() + 16, frame.minY() + 20}));
+    EXPECT_EQ(inWindow(*label(*box, "Title")).origin, (CGPoint{frame.minX() + 16, frame.minY() + 20}));
     EXPECT_EQ(host->view()->tintAdjustmentMode(), UIViewTintAdjustmentMode::dimmed);
     EXPECT_EQ(host->view()->window(), &shell.window());
     auto const dimming = box->view()->subviews().front();

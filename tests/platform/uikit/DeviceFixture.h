@@ -6,12 +6,16 @@
 #include "trelundo/platform/uikit/accessibility/TextChanges.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 namespace trelundo {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 /// What the witnesses of the running test have written down.
 inline std::vector<std::string> journal;

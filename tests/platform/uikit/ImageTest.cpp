@@ -126,9 +126,9 @@ TEST_F(ImageTest, ContentModesPlaceThePicture) {
 }
 
 TEST_F(ImageTest, ATemplateFollowsTheTint) {
-    auto const template_ = load("square")->withRenderingMode(UIImageRenderingMode::alwaysTemplate);
+    auto const tinted = load("square")->withRenderingMode(UIImageRenderingMode::alwaysTemplate);
     EXPECT_EQ(load("square")->renderingMode(), UIImageRenderingMode::automatic) << "only the copy changed";
-    show(make<UIImageView>(template_), {50, 50, 20, 10});
+    show(make<UIImageView>(tinted), {50, 50, 20, 10});
     for (auto const& [tint, seen] : {std::pair{UIColor::red(), 0xFFFF0000}, {UIColor(0, 0, 1), 0xFF0000FF}}) {
         shell.window().setTintColor(tint);
         EXPECT_EQ(pixelAt({60, 55}), seen);

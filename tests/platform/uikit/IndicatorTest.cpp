@@ -28,18 +28,14 @@ TEST_F(IndicatorTest, FramesRunOnlyWhileItTurnsInAWindow) {
     auto indicator = make<UIActivityIndicatorView>();
     indicator->startAnimating();
     EXPECT_FALSE(CADisplayLink::hasAny());
-    show(indicator, {10, 10, 20, 20});
-    EXPECT_TRUE(CADisplayLink::hasAny());
-    indicator->removeFromSuperview();
-    EXPECT_FALSE(CADisplayLink::hasAny());
-    EXPECT_TRUE(indicator->isAnimating());
-    show(indicator, {10, 10, 20, 20});
-    EXPECT_TRUE(CADisplayLink::hasAny());
-    indicator->stopAnimating();
-    EXPECT_FALSE(CADisplayLink::hasAny());
-    indicator->startAnimating();
-    indicator->removeFromSuperview();
-    indicator = nullptr;
+    for (int round = 0; round < 2; ++round) {
+        show(indicator, {10, 10, 20, 20});
+        EXPECT_TRUE(CADisplayLink::hasAny());
+        indicator->removeFromSuperview();
+        EXPECT_FALSE(CADisplayLink::hasAny());
+        EXPECT_TRUE(indicator->isAnimating());
+    }
+    show(indicator, {10, 10, 20, 20})->stopAnimating();
     EXPECT_FALSE(CADisplayLink::hasAny());
 }
 

@@ -4,14 +4,8 @@
 
 #include "tests/platform/uikit/DeviceFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace trelundo {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 void note(std::string const& text) { journal.push_back(text); }
 
@@ -110,9 +104,7 @@ TEST_F(PresentationTest, ASheetLeavesItsPresenterInSightAndDimsItsTint) {
     EXPECT_EQ(host->view()->tintAdjustmentMode(), UIViewTintAdjustmentMode::automatic);
     shell.advance(1);
     EXPECT_THAT(journal, ElementsAre("sheet will disappear (going)", "sheet did disappear (going)"));
-}
 
-TEST_F(PresentationTest, ANarrowSheetOnATabletIsCompact) {
     UIScreen::main().configure(*DeviceProfile::find("tablet-820x1180"), false);
     shell.window().screenDidChange();
     auto const form = showOver(host, "form", UIModalPresentationStyle::formSheet);
@@ -126,9 +118,9 @@ TEST_F(PresentationTest, MisuseIsLoggedAndDoesNothing) {
     auto const screen = showOver(host, "screen");
     auto const other = make<WitnessController>("other");
     host->present(other, true, [] { note("completion"); });
-    EXPECT_THAT(warnings.back(), HasSubstr("already presenting"));
+    EXPECT_THAT(warnings.back(), ::testing::HasSubstr("already presenting"));
     make<WitnessController>("stray")->present(other, true, [] { note("completion"); });
-    EXPECT_THAT(warnings.back(), HasSubstr("not in a window"));
+    EXPECT_THAT(warnings.back(), ::testing::HasSubstr("not in a window"));
     screen->present(nullptr, true);
     screen->present(host, true);
     EXPECT_EQ(warnings.size(), 4u);
@@ -234,16 +226,6 @@ TEST_F(PresentationTest, TheScreenTurnsOnlyWhereTheControllerOverTheWholeWindowA
     EXPECT_EQ(width(), 568) << "a sheet does not decide";
 }
 
-TEST_F(PresentationTest, ReplacingTheRootDropsWhatItPresented) {
-    { auto const screen = showOver(host, "screen"); }
-    auto const other = make<WitnessController>("other");
-    shell.window().setRootViewController(other);
-    EXPECT_EQ(shell.window().subviews().size(), 1u);
-    EXPECT_EQ(other->view()->window(), &shell.window());
-    EXPECT_EQ(host->presentedViewController(), nullptr);
-    EXPECT_THAT(journal, ::testing::Contains("screen destroyed"));
-}
-
 TEST_F(PresentationTest, CrossDissolveFadesAndCoverSlidesWhileTouchesGoNowhere) {
     auto const screen = make<WitnessController>("screen");
     screen->setModalTransitionStyle(UIModalTransitionStyle::crossDissolve);
@@ -266,6 +248,14 @@ TEST_F(PresentationTest, CrossDissolveFadesAndCoverSlidesWhileTouchesGoNowhere) 
     shell.advance(0.2);
     EXPECT_NEAR(slide.presentationValues().transform.ty, 284, 12);
     shell.advance(0.5);
+}
+
+TEST_F(PresentationTest, ReplacingTheRootDropsWhatItPresented) {
+    showOver(host, "screen");
+    shell.window().setRootViewController(make<WitnessController>("other"));
+    EXPECT_EQ(shell.window().subviews().size(), 1u);
+    EXPECT_EQ(host->presentedViewController(), nullptr);
+    EXPECT_THAT(journal, ::testing::Contains("screen destroyed"));
 }
 
 TEST_F(PresentationTest, ClosingTheWindowDuringATransitionIsHarmless) {

@@ -3,13 +3,8 @@
 
 #include "tests/platform/uikit/DeviceFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace trelundo {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 std::string styleName(UITraitCollection const* traits) {
     if (!traits) return "none";
@@ -66,13 +61,20 @@ TEST_F(TraitsTest, TraitsAreToldBetweenWillAppearAndLayoutAndThenOnlyWhenTheyCha
     EXPECT_THAT(journal, ElementsAre("controller light>dark", "view light>dark", "child light>dark"));
 }
 
-TEST_F(TraitsTest, TraitsArePredictedBeforeTheWindow) {
+TEST_F(TraitsTest, TraitsArePredictedBeforeTheWindowWithTheApplicationsDirection) {
     auto const view = make<UIView>();
+    auto const clip = make<UIView>();
+    clip->setSemanticContentAttribute(UISemanticContentAttribute::playback);
     EXPECT_EQ(view->traitCollection(), shell.window().traitCollection());
     EXPECT_EQ(make<UIViewController>()->traitCollection().horizontalSizeClass,
               UIUserInterfaceSizeClass::compact);
+    EXPECT_FALSE(view->isRightToLeft());
     shell.rotate(true);
+    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
     EXPECT_EQ(view->traitCollection().verticalSizeClass, UIUserInterfaceSizeClass::compact);
+    EXPECT_EQ(view->traitCollection().layoutDirection, UITraitLayoutDirection::rightToLeft);
+    EXPECT_TRUE(view->isRightToLeft());
+    EXPECT_FALSE(clip->isRightToLeft());
 }
 
 TEST_F(TraitsTest, DynamicColoursAndDrawingFollowTheAppearance) {
@@ -97,21 +99,6 @@ TEST_F(TraitsTest, DynamicColoursAndDrawingFollowTheAppearance) {
     EXPECT_EQ(view->drawnUnder, UIUserInterfaceStyle::dark);
     shell.window().addSubview(detached);
     EXPECT_EQ(detached->layer().backgroundColor(), (CGColor{1, 1, 1, 1}));
-}
-
-TEST_F(TraitsTest, DirectionComesFromTheApplicationUnlessTheViewForbids) {
-    auto const view = show(make<UIView>(), {});
-    auto const clip = show(make<UIView>(), {});
-    auto const forced = show(make<UIView>(), {});
-    clip->setSemanticContentAttribute(UISemanticContentAttribute::playback);
-    forced->setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
-    EXPECT_FALSE(view->isRightToLeft());
-    EXPECT_TRUE(forced->isRightToLeft());
-    UIApplication::shared().setUserInterfaceLayoutDirection(UIUserInterfaceLayoutDirection::rightToLeft);
-    EXPECT_TRUE(view->isRightToLeft());
-    EXPECT_FALSE(clip->isRightToLeft());
-    EXPECT_TRUE(forced->isRightToLeft());
-    EXPECT_EQ(view->traitCollection().layoutDirection, UITraitLayoutDirection::rightToLeft);
 }
 
 TEST_F(TraitsTest, TintIsInheritedReadsGrayWhileDimmedAndItsChangesReachWhoInheritsIt) {
@@ -152,16 +139,6 @@ TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUpright) {
     EXPECT_EQ(screen.safeAreaInsets(), UIEdgeInsets{});
     screen.configure(*DeviceProfile::find("phone-430x932"), true);
     EXPECT_EQ(screen.safeAreaInsets(), (UIEdgeInsets{0, 59, 21, 59}));
-}
-
-TEST_F(TraitsTest, DeviceNamesAreUniqueAndTellTheSize) {
-    for (auto const& device : DeviceProfile::all()) {
-        EXPECT_EQ(DeviceProfile::find(device.name), &device) << device.name;
-        auto const size = std::to_string(static_cast<int>(device.points.width)) + "x" +
-                          std::to_string(static_cast<int>(device.points.height));
-        EXPECT_NE(device.name.find(size), std::string_view::npos) << device.name;
-    }
-    EXPECT_EQ(DeviceProfile::find("phone"), nullptr);
 }
 
 TEST_F(TraitsTest, RotationTellsTheControllerBeforeAnythingChanges) {
