@@ -59,7 +59,7 @@ std::unique_ptr<Surface> gradient(std::vector<GradientStop> const& stops, CGPoin
     });
 }
 
-TEST(CanvasTest, GradientsContinueTheirEndColorsAndFadePremultiplied) {
+TEST(CanvasTest, GradientsContinueTheirEndsFadePremultipliedAndHaveHardEdges) {
     auto const surface = gradient({{0.25, red}, {0.75, blue}}, {0, 0.5}, {1, 0.5});
     EXPECT_EQ(surface->pixel(5, 1), 0xffff0000);
     EXPECT_EQ(surface->pixel(95, 1), 0xff0000ff);
@@ -70,13 +70,11 @@ TEST(CanvasTest, GradientsContinueTheirEndColorsAndFadePremultiplied) {
     auto const fading = gradient({{0, {1, 1, 1, 0}}, {1, black}});
     EXPECT_NEAR(alphaAt(*fading, 50, 0), 128, 3);
     EXPECT_EQ(fading->pixel(50, 0) & 0xff, 0u) << "the white of the transparent end does not shine through";
-}
 
-TEST(CanvasTest, GradientStopsAtOnePlaceMakeAHardEdge) {
-    auto const surface = gradient({{0, red}, {0.5, red}, {0.5, green}, {0.5, blue}, {1, blue}, {1, white}});
-    EXPECT_EQ(surface->pixel(48, 0), 0xffff0000);
-    EXPECT_EQ(surface->pixel(52, 0), 0xff0000ff);
-    EXPECT_EQ(surface->pixel(98, 0), 0xff0000ff);
+    auto const hard = gradient({{0, red}, {0.5, red}, {0.5, green}, {0.5, blue}, {1, blue}, {1, white}});
+    EXPECT_EQ(hard->pixel(48, 0), 0xffff0000);
+    EXPECT_EQ(hard->pixel(52, 0), 0xff0000ff);
+    EXPECT_EQ(hard->pixel(98, 0), 0xff0000ff);
     EXPECT_EQ(gradient({{0, red}, {0, green}, {1, green}})->pixel(0, 0), 0xff00ff00);
 }
 

@@ -16,7 +16,7 @@ TEST(GeometryTest, FoldsNegativeSizes) {
     EXPECT_EQ(rect.integral(), CGRect(6, 14, 4, 6));
 }
 
-TEST(GeometryTest, RectanglesMeetAndUnite) {
+TEST(GeometryTest, RectanglesMeetUniteAndShrink) {
     CGRect const rect(1, 2, 3, 4);
     EXPECT_EQ(CGRect::null().unionWith(rect), rect);
     EXPECT_EQ(rect.unionWith(CGRect::null()), rect);
@@ -28,9 +28,7 @@ TEST(GeometryTest, RectanglesMeetAndUnite) {
     EXPECT_TRUE(rect.intersects({3.5, 2, 5, 5}));
     EXPECT_TRUE(rect.contains({1, 2}));
     EXPECT_FALSE(rect.contains({4, 3}));
-}
 
-TEST(GeometryTest, InsetsBeyondHalfTheSizeGiveNull) {
     EXPECT_EQ(CGRect(0, 0, 10, 10).insetBy(2, -3), CGRect(2, -3, 6, 16));
     EXPECT_EQ(CGRect(0, 0, 10, 10).insetBy(5, 5), CGRect(5, 5, 0, 0));
     EXPECT_TRUE(CGRect(0, 0, 10, 10).insetBy(6, 0).isNull());

@@ -32,12 +32,6 @@ TEST(SurfaceTest, APngKeepsTranslucentPixels) {
         }
 }
 
-TEST(SurfaceTest, ReportsAFileThatCannotBeWritten) {
-    auto const result = Surface(2, 2, 1).writePng("/nowhere/at/all.png");
-    ASSERT_FALSE(result);
-    EXPECT_TRUE(result.error().message.starts_with("/nowhere/at/all.png: "));
-}
-
 TEST(SurfaceTest, NoticesWhenItStopsBeingOpaque) {
     auto const surface = drawn(4, 4, 1, [](Canvas& canvas) { canvas.fill({0, 0, 4, 4}, red); });
     EXPECT_TRUE(surface->isOpaque());
@@ -45,10 +39,13 @@ TEST(SurfaceTest, NoticesWhenItStopsBeingOpaque) {
     EXPECT_FALSE(surface->isOpaque());
 }
 
-TEST(SurfaceTest, ImpossibleSizesDoNoHarm) {
+TEST(SurfaceTest, ImpossibleSizesDoNoHarmAndAFileThatCannotBeWrittenIsTold) {
     Surface const surface(-5, 0, 0);
     EXPECT_EQ(surface.pixel(7, 7), 0u);
     EXPECT_EQ(surface.scale(), 1);
+    auto const result = Surface(2, 2, 1).writePng("/nowhere/at/all.png");
+    ASSERT_FALSE(result);
+    EXPECT_TRUE(result.error().message.starts_with("/nowhere/at/all.png: "));
 }
 
 } // namespace trelundo

@@ -30,6 +30,12 @@ private:
     std::string name_;
 };
 
+class PressedTags : public NSObject {
+public:
+    void pressed(UIControl& sender) { tags.push_back(sender.tag()); }
+    std::vector<int> tags;
+};
+
 using TouchTest = DeviceFixture;
 
 TEST_F(TouchTest, HitTestingFindsTheFrontmostTouchableView) {
@@ -126,16 +132,11 @@ TEST_F(TouchTest, AnimatedViewsRefuseTouchesUnlessAllowedOrScrolling) {
 TEST_F(TouchTest, TabMovesTheFocusAndSpacePresses) {
     auto const root = make<UIViewController>();
     shell.window().setRootViewController(root);
-    class Target : public NSObject {
-    public:
-        void pressed(UIControl& sender) { tags.push_back(sender.tag()); }
-        std::vector<int> tags;
-    };
-    auto const target = make<Target>();
+    auto const target = make<PressedTags>();
     for (int tag = 1; tag <= 3; ++tag) {
         auto const control = make<UIControl>(CGRect{0, tag * 50.0, 40, 40});
         control->setTag(tag);
-        control->addTarget(target.get(), &Target::pressed, UIControlEvents::touchUpInside);
+        control->addTarget(target.get(), &PressedTags::pressed, UIControlEvents::touchUpInside);
         control->setEnabled(tag != 2);
         root->view()->addSubview(control);
     }
