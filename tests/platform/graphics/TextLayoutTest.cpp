@@ -210,7 +210,7 @@ TEST(TextLayoutTest, TruncatesWithAnEllipsisInsideTheWidth) {
     EXPECT_NEAR(layout("Unlock", wrapping(2, 1)).size().width, width("…"), 1e-9) << "no room for more";
 }
 
-TEST(TextLayoutTest, TheLastAllowedLineIsTruncated) {
+TEST(TextLayoutTest, TheLastLineThatNumberOrHeightAllowIsTruncated) {
     auto const text = layout("one two three four five six seven eight", wrapping(80, 2));
     EXPECT_EQ(text.lineCount(), 2);
     EXPECT_TRUE(text.isTruncated());
@@ -222,6 +222,16 @@ TEST(TextLayoutTest, TheLastAllowedLineIsTruncated) {
     auto const head =
         layout("first\nsecond", wrapping(width("…second") + 1, 1, NSLineBreakMode::byTruncatingHead));
     EXPECT_NEAR(head.size().width, width("…second"), 0.5);
+
+    auto const line = layout("x").size().height;
+    TextLimits limits{.width = 80, .height = 2.9 * line, .lineBreakMode = NSLineBreakMode::byTruncatingTail};
+    auto const low = layout("one two three four five six seven eight", limits);
+    EXPECT_EQ(low.lineCount(), 2);
+    EXPECT_TRUE(low.isTruncated());
+    limits.height = 1;
+    EXPECT_EQ(layout("one two three four five", limits).lineCount(), 1);
+    limits.height = 2 * line;
+    EXPECT_EQ(layout("one\ntwo", limits).lineCount(), 2);
 }
 
 TEST(TextLayoutTest, OtherModesHaveNoEllipsis) {
@@ -241,18 +251,6 @@ TEST(TextLayoutTest, OtherModesHaveNoEllipsis) {
     EXPECT_EQ(filled.lineCount(), 2);
     EXPECT_NEAR(filled.size().width, width("aaaa a"), 1e-9);
     EXPECT_FALSE(filled.breaksWord());
-}
-
-TEST(TextLayoutTest, HeightCutsToWholeLines) {
-    auto const line = layout("x").size().height;
-    TextLimits limits{.width = 80, .height = 2.9 * line, .lineBreakMode = NSLineBreakMode::byTruncatingTail};
-    auto const text = layout("one two three four five six seven eight", limits);
-    EXPECT_EQ(text.lineCount(), 2);
-    EXPECT_TRUE(text.isTruncated());
-    limits.height = 1;
-    EXPECT_EQ(layout("one two three four five", limits).lineCount(), 1);
-    limits.height = 2 * line;
-    EXPECT_EQ(layout("one\ntwo", limits).lineCount(), 2);
 }
 
 TEST(TextLayoutTest, OddInputDoesNoHarm) {

@@ -6,6 +6,8 @@
 
 #include "tests/platform/uikit/DeviceFixture.h"
 
+#include <algorithm>
+
 namespace trelundo {
 namespace {
 
@@ -90,14 +92,6 @@ TEST_F(AlertTest, TheCardGrowsInInTheMiddleOfTheSafeAreaAndDimsTheRest) {
     EXPECT_EQ(layer.borderWidth(), 0.5);
 }
 
-TEST_F(AlertTest, AnAbsentTitleGivesItsWeightToTheMessageAnEmptyOneDoesNot) {
-    auto const absent = shown(alert(std::nullopt, "Text", {{"OK", plain}}));
-    EXPECT_EQ(label(*absent, "Text")->font(), UIFont::system(17, UIFont::Weight::semibold));
-    auto const empty = shown(alert("", "Text", {{"OK", plain}}));
-    EXPECT_EQ(label(*empty, "Text")->font(), UIFont::system(13));
-    EXPECT_EQ(all<UILabel>(*empty).size(), 2u) << "the text and the button's title";
-}
-
 TEST_F(AlertTest, TwoShortActionsStandSideBySideLongOrManyAreStacked) {
     auto const box = shown(alert("Title", std::nullopt, {{"Buy", plain}, {"Cancel", cancel}}));
     auto const left = inWindow(*button(*box, "Cancel"));
@@ -119,9 +113,9 @@ TEST_F(AlertTest, TwoShortActionsStandSideBySideLongOrManyAreStacked) {
     EXPECT_EQ(inWindow(*button(*hebrew, "קנייה")).maxX(), dismissing.minX());
 }
 
-TEST_F(AlertTest, EmphasisGoesToThePreferredActionElseToCancel) {
-    auto const box = alert("T", std::nullopt, {{"Cancel", cancel}, {"Buy", plain}, {"Erase", destructive}});
-    shown(box);
+TEST_F(AlertTest, EmphasisGoesToThePreferredActionElseToCancelAndToTheFirstText) {
+    auto const box =
+        shown(alert("T", std::nullopt, {{"Cancel", cancel}, {"Buy", plain}, {"Erase", destructive}}));
     auto const weight = [&](char const* title) { return button(*box, title)->titleLabel()->font().weight(); };
     EXPECT_EQ(weight("Cancel"), UIFont::Weight::semibold);
     EXPECT_EQ(weight("Buy"), UIFont::Weight::regular);
@@ -129,6 +123,12 @@ TEST_F(AlertTest, EmphasisGoesToThePreferredActionElseToCancel) {
     box->setPreferredAction(box->actions()[1]);
     EXPECT_EQ(weight("Cancel"), UIFont::Weight::regular);
     EXPECT_EQ(weight("Buy"), UIFont::Weight::semibold);
+
+    auto const untitled = shown(alert(std::nullopt, "Text", {{"OK", plain}}));
+    EXPECT_EQ(label(*untitled, "Text")->font(), UIFont::system(17, UIFont::Weight::semibold));
+    auto const empty = shown(alert("", "Text", {{"OK", plain}}));
+    EXPECT_EQ(label(*empty, "Text")->font(), UIFont::system(13));
+    EXPECT_EQ(all<UILabel>(*empty).size(), 2u) << "the text and the button's title";
 }
 
 TEST_F(AlertTest, ATapDismissesFirstAndCallsTheHandlerOnceAfterwards) {

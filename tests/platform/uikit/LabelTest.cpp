@@ -129,9 +129,6 @@ TEST_F(LabelTest, ShrinksByTheLargestFactorThatFits) {
     EXPECT_EQ(text->fit().lineCount, 1);
 
     text->setMinimumScaleFactor(0.3);
-    text->setFrame({0, 0, natural, 12});
-    EXPECT_EQ(text->fit().scale, 1) << "a low rectangle does not shrink a single line";
-    EXPECT_FALSE(text->fit().truncated);
     text->setNumberOfLines(2);
     text->setFrame({0, 0, natural * 0.35, 48});
     EXPECT_NEAR(text->fit().scale, 0.65, 0.2) << "several shrink until all fit";

@@ -3,6 +3,8 @@
 
 #include "tests/platform/uikit/DeviceFixture.h"
 
+#include <cmath>
+
 namespace trelundo {
 namespace {
 
@@ -129,7 +131,7 @@ TEST_F(TraitsTest, TintIsInheritedReadsGrayWhileDimmedAndItsChangesReachWhoInher
     EXPECT_THAT(journal, ::testing::Not(::testing::Contains("own tint")));
 }
 
-TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUpright) {
+TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUprightAndIsNamedByItsSize) {
     auto& screen = UIScreen::main();
     screen.configure(*DeviceProfile::find("phone-414x736"), true);
     EXPECT_EQ(screen.bounds(), (CGRect{0, 0, 736, 414}));
@@ -139,6 +141,12 @@ TEST_F(TraitsTest, TheScreenTurnsWithItsNativePixelsStayingUpright) {
     EXPECT_EQ(screen.safeAreaInsets(), UIEdgeInsets{});
     screen.configure(*DeviceProfile::find("phone-430x932"), true);
     EXPECT_EQ(screen.safeAreaInsets(), (UIEdgeInsets{0, 59, 21, 59}));
+    for (auto const& device : DeviceProfile::all()) {
+        auto const size = std::to_string(std::lround(device.points.width)) + "x" +
+                          std::to_string(std::lround(device.points.height));
+        EXPECT_EQ(DeviceProfile::find(device.name), &device) << device.name << " is there twice";
+        EXPECT_NE(device.name.find(size), std::string_view::npos) << device.name;
+    }
 }
 
 TEST_F(TraitsTest, RotationTellsTheControllerBeforeAnythingChanges) {
