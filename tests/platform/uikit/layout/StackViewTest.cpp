@@ -117,7 +117,7 @@ TEST_F(StackViewTest, AlignmentAcross) {
     EXPECT_EQ(stack->frame(), CGRect(0, 0, 100, 20));
 }
 
-TEST_F(StackViewTest, AViewMayNotExceedTheStackAcross) {
+TEST_F(StackViewTest, AViewMayNotExceedTheStackAcrossAndAStackWithinHidesWithItsMargins) {
     stackOf({{1000, 20}, {100, 20}}, NSLayoutConstraintAxis::vertical)->setAlignment(Alignment::center);
     views[0]->setWrapping();
     setWidth(300);
@@ -128,7 +128,8 @@ TEST_F(StackViewTest, AViewMayNotExceedTheStackAcross) {
     EXPECT_EQ(frames(), (Frames{{0, 0, 300, 80}, {100, 80, 100, 20}}));
     EXPECT_EQ(row->frame(), CGRect(112, 100, 76, 12)) << "a stack within has its fitting size";
     EXPECT_EQ(stack->frame().size.height, 112);
-    row->setHidden(true);
+    row->setLayoutMarginsRelativeArrangement(true);
+    row->setHidden(true); // its margins give way too
     layout();
     EXPECT_EQ(stack->frame().size.height, 100);
     EXPECT_TRUE(warnings.empty());
