@@ -7,7 +7,6 @@
 #include "trelundo/kit/screens/subscription/PremiumViewController.h"
 #include "trelundo/platform/foundation/NotificationCenter.h"
 #include "trelundo/platform/storekit/SKError.h"
-#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/controllers/UIApplication.h"
 
 #include <gmock/gmock.h>
@@ -27,12 +26,17 @@ protected:
     }
     ~BaseScreenTest() override { NotificationCenter::defaultCenter().removeObserver(token_); }
 
-    Ref<SKPayment> payment(Ref<SKProduct> const& product) { return make<SKMutablePayment>(*product); }
+    static void buy(BaseViewController& screen, Ref<SKProduct> const& product = yearly()) {
+        screen.purchasePayment(make<SKMutablePayment>(*product));
+    }
     /// Whether the screen goes within a second, and tells of it once before and once after.
     void expectToLeave() {
         EXPECT_TRUE(host->presentedViewController()) << "a transition is still under way";
         shell.advance(1);
         EXPECT_FALSE(host->presentedViewController());
+        expectToHaveLeft();
+    }
+    void expectToHaveLeft() {
         EXPECT_THAT(heard, ElementsAre(BaseViewController::TrelundoKitPremiumWillDismissNotificationName,
                                        BaseViewController::TrelundoKitPremiumDidDismissNotificationName));
     }
@@ -50,7 +54,7 @@ TEST_F(BaseScreenTest, AHostMayBringItsOwnIndicator) {
     auto const dimmed = screen->dimmView();
     EXPECT_EQ(own->superview(), dimmed.get());
     EXPECT_EQ(screen->dimmView(), dimmed);
-    screen->purchasePayment(payment(yearly()));
+    buy(*screen);
     EXPECT_TRUE(own->isAnimating());
     EXPECT_FALSE(dimmed->isHidden());
 }
@@ -58,7 +62,7 @@ TEST_F(BaseScreenTest, AHostMayBringItsOwnIndicator) {
 TEST_F(BaseScreenTest, OnlyTheLastScreenHearsOfThePurchase) {
     auto const first = make<BaseViewController>();
     auto const last = make<BaseViewController>();
-    first->purchasePayment(payment(yearly()));
+    buy(*first);
     last->setSource("AppStore");
     show(last);
     EXPECT_FALSE(last->dimmView()->isHidden()) << "waits for what the store has begun";
@@ -70,21 +74,35 @@ TEST_F(BaseScreenTest, OnlyTheLastScreenHearsOfThePurchase) {
 TEST_F(BaseScreenTest, TheEndOfAPurchaseReachesAScreenThatIsGone) {
     auto screen = make<BaseViewController>();
     Weak<BaseViewController> const weak{screen};
-    screen->purchasePayment(payment(yearly()));
+    buy(*screen);
     screen = nullptr;
     EXPECT_FALSE(weak.lock()) << "nobody else holds it";
     store.report(SKPaymentTransactionState::purchased);
     EXPECT_EQ(store.finished.size(), 1U);
 }
 
-TEST_F(BaseScreenTest, APurchaseThatEndsWhileTheScreenArrivesTakesItAwayAgain) {
-    auto const screen = make<BaseViewController>();
-    host->present(screen, true);
-    shell.advance(0.1);
-    screen->purchasePayment(payment(yearly()));
-    store.report(SKPaymentTransactionState::purchased);
-    shell.advance(0.1);
-    expectToLeave();
+TEST_F(BaseScreenTest, APurchaseThatEndsDuringATransitionTakesTheScreenAway) {
+    struct Row {
+        char const* transition;
+        bool isShown;
+        std::function<void(BaseViewController&)> begin;
+    };
+    Row const rows[] = {
+        {"it arrives", false, [this](auto& screen) { host->present(strong(screen), true); }},
+        {"the host lays over it", true, [](auto& screen) { screen.present(make<UIViewController>(), true); }},
+        {"the host takes it away", true, [this](auto&) { host->dismiss(true); }}};
+    for (auto const& [transition, isShown, begin] : rows) {
+        SCOPED_TRACE(transition);
+        heard.clear();
+        auto const screen = make<BaseViewController>();
+        if (isShown) show(screen);
+        buy(*screen);
+        begin(*screen);
+        shell.advance(0.1);
+        store.report(SKPaymentTransactionState::purchased);
+        shell.advance(0.1);
+        expectToLeave();
+    }
 }
 
 TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
@@ -92,7 +110,7 @@ TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
     for (double const chosenAfter : {never, 0.0, 1.0}) {
         heard.clear();
         auto const screen = show(make<BaseViewController>());
-        screen->purchasePayment(payment(yearly()));
+        buy(*screen);
         store.report(SKPaymentTransactionState::deferred);
         shell.advance(0.1);
         auto const alert = cast<UIAlertController>(screen->presentedViewController());
@@ -107,24 +125,6 @@ TEST_F(BaseScreenTest, AnApprovalWhileTheAlertComesOrGoesIsNotLost) {
     }
 }
 
-TEST_F(BaseScreenTest, TheScreenLeavesWithWhatTheHostLaysOverIt) {
-    auto const screen = show(make<BaseViewController>());
-    screen->purchasePayment(payment(yearly()));
-    screen->present(make<UIViewController>(), true);
-    store.report(SKPaymentTransactionState::purchased);
-    shell.advance(0.1);
-    expectToLeave();
-}
-
-TEST_F(BaseScreenTest, ADismissalByTheHostEndsWhatThePurchaseBegan) {
-    auto const screen = show(make<BaseViewController>());
-    screen->purchasePayment(payment(yearly()));
-    host->dismiss(true);
-    store.report(SKPaymentTransactionState::purchased);
-    shell.advance(0.1);
-    expectToLeave();
-}
-
 TEST_F(BaseScreenTest, AWindowThatGoesTakesALeavingScreenAlong) {
     auto screen = show(make<BaseViewController>());
     screen->close();
@@ -133,28 +133,22 @@ TEST_F(BaseScreenTest, AWindowThatGoesTakesALeavingScreenAlong) {
     shown = nullptr;
     shell.window().setRootViewController(make<UIViewController>());
     shell.advance(0.1);
-    EXPECT_THAT(heard, ElementsAre(BaseViewController::TrelundoKitPremiumWillDismissNotificationName,
-                                   BaseViewController::TrelundoKitPremiumDidDismissNotificationName));
+    expectToHaveLeft();
 }
 
 TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
-    auto const screen = make<PremiumV4ViewController>();
-    screen->setProducts({yearly(), monthly()});
+    auto const screen = paywall<PremiumV4ViewController>({yearly(), monthly()});
     screen->setSelectedProductIndex(1);
-    screen->setFeatures({{"All Templates", "none"}});
     show(screen);
-    screen->purchasePayment(payment(monthly()));
+    buy(*screen, monthly());
     store.report(SKPaymentTransactionState::deferred);
-    shell.advance(1);
-    auto alert = cast<UIAlertController>(screen->presentedViewController());
-    alert->performAction(*alert->actions().front());
-    shell.advance(1);
+    chooseFirstAction();
     tap("continueButton"); // offers the yearly plan
     shell.advance(0.1);
     store.report(SKPaymentTransactionState::purchased);
-    alert = cast<UIAlertController>(screen->presentedViewController());
-    alert->performAction(*alert->preferredAction());
-    screen->purchasePayment(payment(yearly()));
+    auto const upgrade = cast<UIAlertController>(screen->presentedViewController());
+    upgrade->performAction(*upgrade->preferredAction());
+    buy(*screen);
     screen->restorePurchases(*find<UIControl>("unlockButton"));
     expectToLeave();
     EXPECT_EQ(store.payments.size(), 1U);
@@ -163,25 +157,17 @@ TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
 
 TEST_F(BaseScreenTest, AMissingPictureIsToldOnceWithItsScreen) {
     RecordedWarnings const warnings;
-    for (int i = 0; i < 2; ++i) {
-        auto const screen = make<PremiumV4ViewController>();
-        screen->setProducts({yearly()});
-        screen->setFeatures({{"All Templates", "lost tile"}});
-        show(screen);
-        host->dismiss(false);
-        shell.advance(0.1);
+    for (int turn = 0; turn < 2; ++turn) {
+        show(paywall<PremiumV4ViewController>({yearly()}));
+        takeAway();
         auto const offer = make<OfferV3ViewController>();
         offer->setBackgroundImageName("lost ground");
         show(offer);
-        host->dismiss(false);
-        shell.advance(0.1);
+        takeAway();
     }
-    EXPECT_THAT(warnings.lines, Contains("PremiumV4ViewController: there is no picture \"lost tile\" in the "
-                                         "main bundle")
-                                    .Times(1));
-    EXPECT_THAT(warnings.lines, Contains("OfferV3ViewController: there is no picture \"lost ground\" in the "
-                                         "main bundle")
-                                    .Times(1));
+    for (auto const* told : {"PremiumV4ViewController: there is no picture \"none\" in the main bundle",
+                             "OfferV3ViewController: there is no picture \"lost ground\" in the main bundle"})
+        EXPECT_THAT(warnings.lines, Contains(told).Times(1));
 }
 
 TEST_F(BaseScreenTest, TheLayoutFollowsTheUsersLanguagesAlone) {
@@ -201,16 +187,12 @@ TEST_F(BaseScreenTest, TheLayoutFollowsTheUsersLanguagesAlone) {
 TEST_F(BaseScreenTest, TheFirstPaywallKeepsTheLayoutOfItsFirstSizeClass) {
     for (bool const startsInLandscape : {false, true}) {
         resize("phone-428x926", startsInLandscape);
-        auto screen = make<PremiumViewController>();
-        screen->setProducts({yearly(), monthly()});
-        screen->setFeatures({{"All Templates", "none"}});
-        show(screen);
+        show(paywall<PremiumViewController>({yearly(), monthly()}));
         for (bool const isLandscape : {startsInLandscape, !startsInLandscape}) {
             resize("phone-428x926", isLandscape);
             EXPECT_EQ(planButton(0)->bounds().width() == 400, startsInLandscape) << isLandscape;
         }
-        host->dismiss(false);
-        shell.advance(0.1);
+        takeAway();
     }
 }
 

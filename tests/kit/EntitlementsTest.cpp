@@ -1,12 +1,11 @@
 #include "tests/support/FakeStore.h"
+#include "tests/support/FaultyDisk.h"
 #include "tests/support/Files.h"
 #include "tests/support/Products.h"
 #include "tests/support/ScopedState.h"
 #include "trelundo/kit/store/PremiumManager.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,27 +23,6 @@ constexpr double february28 = 58 * day;
 class DyingStore : public FakeStore {
 public:
     Result<void> finish(std::string const& /*key*/) override { _exit(0); }
-};
-
-/// While it lives, no file of the process grows.
-class FullDisk {
-public:
-    FullDisk() {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit const none{.rlim_cur = 1, .rlim_max = before_.rlim_max};
-        handler_ = std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(FullDisk const&) = delete;
-    FullDisk& operator=(FullDisk const&) = delete;
-
-private:
-    rlimit before_{};
-    void (*handler_)(int) = nullptr;
 };
 
 class EntitlementsTest : public testing::Test {
@@ -84,6 +62,7 @@ protected:
     Entitlement find(std::string const& product) { return entitlements()->find(product).value(); }
 
     ScopedVirtualClock time;
+    FaultyDisk disk;
     TemporaryFolder folder;
     std::filesystem::path file = folder / "owned.db";
     PremiumManager& manager = PremiumManager::sharedInstance();
@@ -110,13 +89,10 @@ TEST_F(EntitlementsTest, APurchaseIsOnDiskBeforeItIsFinished) {
 TEST_F(EntitlementsTest, WhatCannotBeKeptIsNotFinishedAndComesAgain) {
     FakeStore store;
     start(store);
-    {
-        FullDisk const full;
-        RecordedWarnings const warnings;
-        tell(store, "lifetime", State::purchased);
-        EXPECT_THAT(warnings.lines,
-                    testing::ElementsAre(testing::HasSubstr("Entitlements: " + file.string())));
-    }
+    disk.fail(FaultyDisk::Call::write);
+    RecordedWarnings const warnings;
+    tell(store, "lifetime", State::purchased);
+    EXPECT_THAT(warnings.lines, testing::ElementsAre(testing::HasSubstr("Entitlements: " + file.string())));
     EXPECT_TRUE(store.finished.empty());
     EXPECT_FALSE(entitlements()->owns("lifetime"));
     tell(store, "lifetime", State::purchased);

@@ -106,22 +106,6 @@ TEST_F(ForeignPricesTest, ASavingGivesWayBeforeAnAmountOrAPeriodDoes) {
         << "there is room again without the total block";
 }
 
-TEST_F(ForeignPricesTest, PlanRowsOfEveryTagHoldLongPrices) {
-    for (auto const& language : Texts::kitBundle().localizations()) {
-        Locale::setPreferredLanguages({language});
-        for (auto const* tag : {"V2_A1", "V2_A2", "V2_A3", "V2_A4", "V2_B1", "V2_B2", "V2_B3"}) {
-            auto const yearly = plainYear(rupiah);
-            auto button = make<PremiumV2Button>();
-            button->setABTest(tag);
-            button->setProducts({yearly, product(rupiah, rupiah.month, month)});
-            button->setProduct(yearly);
-            button->setFrame({0, 0, 288, 64});
-            button->layoutIfNeeded();
-            expectWhole(*button->titleLabel(), language + " " + tag);
-        }
-    }
-}
-
 TEST_F(ForeignPricesTest, OffersHoldLongPricesOnTheSmallestPhone) {
     resize("phone-320x568");
     for (auto const& language : Texts::kitBundle().localizations()) {
@@ -130,8 +114,7 @@ TEST_F(ForeignPricesTest, OffersHoldLongPricesOnTheSmallestPhone) {
             screen->setProduct(cheaperFirstYear(rupiah));
             show(screen);
             for (auto const* name : labels) expectWhole(*find<UILabel>(name), language + " " + name);
-            host->dismiss(false);
-            shell.advance(0.1);
+            takeAway();
         };
         check(make<OfferV3ViewController>(), {"offerLabel", "infoLabel"});
         check(make<OfferV4ViewController>(), {"infoLine1Label", "infoLine2Label"});

@@ -1,7 +1,6 @@
 #include "tests/support/Products.h"
 #include "tests/support/ScreenFixture.h"
 #include "trelundo/kit/screens/subscription/PremiumV2ViewController.h"
-#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 
 #include <gmock/gmock.h>
 
@@ -37,8 +36,7 @@ protected:
         PremiumManager::sharedInstance().setState(PremiumManagerState::notStarted);
         PremiumManager::sharedInstance().start({"yearly", "monthly"});
         RunLoop::main().runUntilIdle();
-        screen->setProducts(PremiumManager::sharedInstance().products());
-        screen->setFeatures({{"All Templates", "none"}});
+        screen = paywall<PremiumV2ViewController>(PremiumManager::sharedInstance().products());
         screen->setOutcomeHandler([this](PaywallOutcome const& outcome) {
             EXPECT_FALSE(host->presentedViewController()) << "told before the screen had gone";
             outcomes.push_back(outcome);
@@ -49,12 +47,6 @@ protected:
         if (screen) screen->setOutcomeHandler(nullptr);
     }
 
-    void chooseOnlyAction() {
-        shell.advance(1);
-        auto const alert = cast<UIAlertController>(screen->presentedViewController());
-        alert->performAction(*alert->actions().front());
-        shell.advance(1);
-    }
     /// What was told, once for all, when everything has come to rest.
     PaywallOutcome outcome() {
         shell.advance(1);
@@ -62,7 +54,7 @@ protected:
         return outcomes.empty() ? PaywallOutcome{} : outcomes.front();
     }
 
-    Ref<PremiumV2ViewController> screen = make<PremiumV2ViewController>();
+    Ref<PremiumV2ViewController> screen;
     std::vector<PaywallOutcome> outcomes;
 };
 
@@ -97,23 +89,19 @@ TEST_F(OutcomeTest, ARestoreListsWhatCameBackAndNothingAsNothing) {
     }
 }
 
-TEST_F(OutcomeTest, WaitingForApprovalIsMoreThanClosed) {
-    tap("continueButton");
-    store.report(SKPaymentTransactionState::deferred);
-    chooseOnlyAction();
-    tap("closeButton");
-    auto const told = outcome();
-    EXPECT_EQ(told.kind, Kind::waitingForApproval);
-    EXPECT_EQ(told.product, screen->products()[0]);
-}
-
-TEST_F(OutcomeTest, WhatWasDeclinedIsNotWaitedFor) {
-    tap("continueButton");
-    store.report(SKPaymentTransactionState::deferred);
-    chooseOnlyAction();
-    store.report(SKPaymentTransactionState::failed, makeStoreError(SKErrorCode::paymentCancelled));
-    tap("closeButton");
-    EXPECT_EQ(outcome().kind, Kind::closed);
+TEST_F(OutcomeTest, WaitingForApprovalIsMoreThanClosedUntilItIsDeclined) {
+    for (bool const isDeclined : {false, true}) {
+        outcomes.clear();
+        tap("continueButton");
+        store.report(SKPaymentTransactionState::deferred);
+        chooseFirstAction();
+        if (isDeclined)
+            store.report(SKPaymentTransactionState::failed, makeStoreError(SKErrorCode::paymentCancelled));
+        tap("closeButton");
+        EXPECT_EQ(outcome().kind, isDeclined ? Kind::closed : Kind::waitingForApproval);
+        EXPECT_EQ(outcomes.front().product, isDeclined ? nullptr : screen->products()[0]);
+        show(screen);
+    }
 }
 
 TEST_F(OutcomeTest, AHostThatTakesTheScreenAwayHearsThat) {
@@ -142,8 +130,7 @@ TEST_F(OutcomeTest, AScreenThatIsOnlyCoveredHasNotEnded) {
 TEST_F(OutcomeTest, AnObserverHearsWhatTheUserDoesWithTheScreensContext) {
     auto const witness = make<Witness>();
     BaseViewController::setObserver(witness);
-    host->dismiss(false);
-    shell.advance(0.1);
+    takeAway();
     witness->lines.clear();
     screen->setSource("Settings");
     screen->setPremiumId("spring");

@@ -128,15 +128,6 @@ TEST_F(PremiumManagerTest, LogsFailuresButNotCancellations) {
                 ElementsAre("failure 2, 1 finished", "failure -2, 2 finished", "failure 5, 3 finished"));
 }
 
-TEST_F(PremiumManagerTest, FinishesBeforeItTellsButNeverWhatIsDeferred) {
-    buy(make<SKPayment>(*monthly()));
-    store.report(SKPaymentTransactionState::purchasing);
-    store.report(SKPaymentTransactionState::deferred);
-    store.report(SKPaymentTransactionState::purchased);
-    EXPECT_THAT(outcomes, ElementsAre("failure deferred, 0 finished", "success, 1 finished"));
-    EXPECT_THAT(store.finished, ElementsAre("t1"));
-}
-
 TEST_F(PremiumManagerTest, WithoutDelegateAnswersNoToPromotions) {
     auto const payment = make<SKPayment>(*monthly());
     auto& queue = SKPaymentQueue::defaultQueue();
@@ -200,31 +191,29 @@ TEST(PremiumManagerDeathTest, FirstAccessFromAnotherThreadLeavesTheQueueToTheMai
     EXPECT_EXIT(accessFromAThread(), testing::ExitedWithCode(0), "");
 }
 
-std::string priceText(char const* price, int div, char const* locale = "en_US@currency=USD") {
-    return PremiumManager::price(
-        {.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});
-}
-
 TEST(PriceTextTest, IsCutNeverRoundedUp) {
-    EXPECT_EQ(priceText("59.99", 12), "$4.99");
-    EXPECT_EQ(priceText("59.99", 52), "$1.15");
-    EXPECT_EQ(priceText("9.999", 1), "$9.99");
-    EXPECT_EQ(priceText("500", 12, "ja_JP@currency=JPY"), "￥41.66");
-    EXPECT_EQ(priceText("500", 1, "ja_JP@currency=JPY"), "￥500");
-}
-
-std::string periodText(SKProductPeriodUnit unit, int count, bool capitalize = false) {
-    return PremiumManager::period(
-        {.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = capitalize});
+    auto const text = [](char const* price, int div, char const* locale = "en_US@currency=USD") {
+        return PremiumManager::price(
+            {.price = *Decimal::parse(price), .priceLocale = Locale{locale}, .div = div});
+    };
+    EXPECT_EQ(text("59.99", 12), "$4.99");
+    EXPECT_EQ(text("59.99", 52), "$1.15");
+    EXPECT_EQ(text("9.999", 1), "$9.99");
+    EXPECT_EQ(text("500", 12, "ja_JP@currency=JPY"), "￥41.66");
+    EXPECT_EQ(text("500", 1, "ja_JP@currency=JPY"), "￥500");
 }
 
 TEST(PeriodTextTest, TakesTheDigitAsPlaceholder) {
     Locale::setPreferredLanguages({"en"});
-    EXPECT_EQ(periodText(SKProductPeriodUnit::month, 12), "12 months");
-    EXPECT_EQ(periodText(SKProductPeriodUnit::day, 0), "0 days");
-    EXPECT_EQ(periodText(SKProductPeriodUnit::year, -1), "-1 years");
-    EXPECT_EQ(periodText(SKProductPeriodUnit::week, 1, true), "1 Week");
-    EXPECT_EQ(periodText(static_cast<SKProductPeriodUnit>(9), 2, true), "");
+    auto const text = [](SKProductPeriodUnit unit, int count, bool capitalize = false) {
+        return PremiumManager::period(
+            {.unit = unit, .numberOfPeriods = count, .capitalizeFirstLetter = capitalize});
+    };
+    EXPECT_EQ(text(SKProductPeriodUnit::month, 12), "12 months");
+    EXPECT_EQ(text(SKProductPeriodUnit::day, 0), "0 days");
+    EXPECT_EQ(text(SKProductPeriodUnit::year, -1), "-1 years");
+    EXPECT_EQ(text(SKProductPeriodUnit::week, 1, true), "1 Week");
+    EXPECT_EQ(text(static_cast<SKProductPeriodUnit>(9), 2, true), "");
 }
 
 } // namespace

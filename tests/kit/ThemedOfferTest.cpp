@@ -71,8 +71,7 @@ TEST_F(ThemedOfferTest, OnlyALanguageWithEnInItGetsTheLargeHeadline) {
             EXPECT_EQ(sizeOf(name), row.size) << row.language.value_or("none");
             EXPECT_EQ(find(name)->bounds().height(), row.height) << row.language.value_or("none");
         }
-        host->dismiss(false);
-        shell.advance(0.1);
+        takeAway();
     }
 }
 

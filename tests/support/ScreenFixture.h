@@ -3,6 +3,7 @@
 #include "tests/support/FakeStore.h"
 #include "tests/support/MainThread.h"
 #include "trelundo/kit/store/PremiumManager.h"
+#include "trelundo/platform/uikit/controllers/UIAlertController.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
 #include "trelundo/platform/window/OffscreenShell.h"
 
@@ -30,6 +31,29 @@ protected:
         shell.advance(0.1);
         shown = screen;
         return screen;
+    }
+    void takeAway() {
+        host->dismiss(false);
+        shell.advance(0.1);
+    }
+    /// A paywall with plans, or with the first of them, and a feature, as far as it takes them.
+    template <class Screen> static Ref<Screen> paywall(Products products) {
+        auto screen = make<Screen>();
+        if constexpr (requires { screen->setProduct(nullptr); }) screen->setProduct(products.front());
+        if constexpr (requires { screen->setProducts({}); }) screen->setProducts(std::move(products));
+        if constexpr (requires { screen->setFeatures({}); }) screen->setFeatures({{"All Templates", "none"}});
+        return screen;
+    }
+    /// The alert over the shown screen, a second after its arrival.
+    Ref<UIAlertController> alert() {
+        shell.advance(1);
+        auto const over = shown->presentedViewController();
+        return over ? cast<UIAlertController>(over) : nullptr;
+    }
+    void chooseFirstAction() {
+        auto const asked = alert();
+        asked->performAction(*asked->actions().front());
+        shell.advance(1);
     }
 
     /// Gives the window another display.
