@@ -53,7 +53,6 @@ TEST_F(BaseScreenTest, AHostMayBringItsOwnIndicator) {
     screen->setActivityIndicatorView(own);
     auto const dimmed = screen->dimmView();
     EXPECT_EQ(own->superview(), dimmed.get());
-    EXPECT_EQ(screen->dimmView(), dimmed);
     buy(*screen);
     EXPECT_TRUE(own->isAnimating());
     EXPECT_FALSE(dimmed->isHidden());
@@ -158,14 +157,16 @@ TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
 TEST_F(BaseScreenTest, AMissingPictureIsToldOnceWithItsScreen) {
     RecordedWarnings const warnings;
     for (int turn = 0; turn < 2; ++turn) {
-        show(paywall<PremiumV4ViewController>({yearly()}));
+        auto const screen = paywall<PremiumV4ViewController>({yearly()});
+        screen->setFeatures({{"All Templates", "lost tile"}});
+        show(screen);
         takeAway();
         auto const offer = make<OfferV3ViewController>();
         offer->setBackgroundImageName("lost ground");
         show(offer);
         takeAway();
     }
-    for (auto const* told : {"PremiumV4ViewController: there is no picture \"none\" in the main bundle",
+    for (auto const* told : {"PremiumV4ViewController: there is no picture \"lost tile\" in the main bundle",
                              "OfferV3ViewController: there is no picture \"lost ground\" in the main bundle"})
         EXPECT_THAT(warnings.lines, Contains(told).Times(1));
 }

@@ -16,9 +16,7 @@ namespace {
 /// Paywalls in a window that its user pulls to any size.
 template <class Screen> class DesktopWindowTest : public ScreenFixture {
 protected:
-    DesktopWindowTest() {
-        show(paywall<Screen>({yearly(), monthly()}));
-    }
+    DesktopWindowTest() { show(paywall<Screen>({yearly(), monthly()})); }
 
     void pull(double width, double height) {
         shell.embedded().setScreen({.size = {width, height}, .device = DeviceProfile::find("phone-390x844")});

@@ -5,16 +5,12 @@
 namespace trelundo::test {
 namespace {
 
-template <class Label> Ref<Label> labelled(char const* text) {
-    auto label = make<Label>();
-    label->setFont(UIFont::system(15));
-    label->setText(text);
-    return label;
-}
-
 TEST(PaddingLabelTest, ItsMarginIsNoRoomForText) {
-    auto const plain = labelled<UILabel>("Limited")->intrinsicContentSize();
-    auto const label = labelled<PaddingLabel>("Limited");
+    auto const ordinary = make<UILabel>();
+    ordinary->setText("Limited");
+    auto const plain = ordinary->intrinsicContentSize();
+    auto const label = make<PaddingLabel>();
+    label->setText("Limited");
     EXPECT_EQ(label->intrinsicContentSize(), plain);
     label->setContentInset({-2, -3, -2, -3});
     EXPECT_EQ(label->intrinsicContentSize(), (CGSize{plain.width - 6, plain.height - 4}));

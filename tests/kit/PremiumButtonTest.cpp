@@ -81,11 +81,7 @@ TEST_F(PremiumButtonTest, ShowsTermsAndTheSavingOfAYear) {
 TEST_F(PremiumButtonTest, ComposesTheOfferThatIsPaidWith) {
     Offer const half{.mode = Mode::payUpFront, .price = "24", .period = year, .identifier = "half"};
     auto const title = [&] {
-        return show(make<SKProduct>(SKProduct::Fields{.price = 48,
-                                                      .priceLocale = Locale{"en_IE@currency=EUR"},
-                                                      .subscriptionPeriod = year,
-                                                      .introductoryPrice = makeDiscount({}),
-                                                      .discounts = {makeDiscount(half)}}))
+        return show(makeProduct("y", "48", year, Offer{}, {half}, "en_IE@currency=EUR"))
             ->attributedTitle(normal);
     };
     EXPECT_FALSE(title()) << "a trial is told beside the button";

@@ -27,10 +27,11 @@ inline Ref<SKProductDiscount> makeDiscount(Offer const& offer) {
 inline Ref<SKProduct> makeProduct(std::string identifier, char const* price,
                                   std::optional<SKProductSubscriptionPeriod> period,
                                   std::optional<Offer> introductory = std::nullopt,
-                                  std::vector<Offer> const& promotional = {}) {
+                                  std::vector<Offer> const& promotional = {},
+                                  char const* locale = "en_US@currency=USD") {
     SKProduct::Fields fields{.productIdentifier = std::move(identifier),
                              .price = *Decimal::parse(price),
-                             .priceLocale = Locale{"en_US@currency=USD"},
+                             .priceLocale = Locale{locale},
                              .subscriptionPeriod = period};
     if (introductory) fields.introductoryPrice = makeDiscount(*introductory);
     for (auto const& offer : promotional) fields.discounts.push_back(makeDiscount(offer));
