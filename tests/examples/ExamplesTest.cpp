@@ -19,21 +19,17 @@ namespace {
 using namespace test;
 
 std::string const catalogue = sourceFolder() / "tools/paywall/demo/resources/Demonstration.storekit";
-std::string const products = " app.premium.yearly app.premium.monthly";
 
-std::string program(std::string const& name) {
-    return std::string(TRELUNDO_EXAMPLES_FOLDER) + "/" + name + "/" + name;
-}
-
+/// The command that starts an example.
 std::string host(std::string const& name) {
-    return quoted(program(name)) + " " + quoted(catalogue) + products;
+    return quoted(std::string(TRELUNDO_EXAMPLES_FOLDER) + "/" + name + "/" + name) + " " + quoted(catalogue) +
+           " app.premium.yearly app.premium.monthly";
 }
 
 /// Where a host has a button of the paywall that the examples show; off its window when it has none.
 CGPoint placeOf(std::string const& name, EmbeddedScreen const& screen) {
-    std::string file = catalogue;
-    std::array<char*, 4> arguments{file.data(), file.data(), const_cast<char*>("app.premium.yearly"),
-                                   const_cast<char*>("app.premium.monthly")};
+    std::string program, file = catalogue, year = "app.premium.yearly", month = "app.premium.monthly";
+    std::array arguments{program.data(), file.data(), year.data(), month.data()};
     auto const shop = *Shop::open(static_cast<int>(arguments.size()), arguments.data());
     VirtualClock clock;
     EmbeddedShell shell({.screen = screen, .clock = &clock});
@@ -54,32 +50,21 @@ struct Window {
 
 void PrintTo(Window const& window, std::ostream* out) { *out << window.program; }
 
-class WindowedExampleTest : public testing::TestWithParam<Window> {
-protected:
-    void awaitLine(std::string const& text) {
-        while (auto const line = running->nextLine())
-            if (*line == text) return;
-        FAIL() << "never said \"" << text << "\"";
-    }
-
-    Desktop desktop;
-    std::unique_ptr<Companion> running;
-};
+class WindowedExampleTest : public testing::TestWithParam<Window> {};
 
 } // namespace
 
 TEST_P(WindowedExampleTest, SellsThePlanWhenContinueIsPressed) {
+    Desktop const desktop;
     ASSERT_EQ(desktop.error(), "");
     auto const& window = GetParam();
     auto const place = placeOf("Continue", window.screen);
     ASSERT_GT(place.x, 0);
-    running = std::make_unique<Companion>("env LC_ALL=en_US.UTF-8 LANGUAGE=en QT_QUICK_BACKEND=software " +
-                                          host(window.program));
-    ASSERT_NO_FATAL_FAILURE(awaitLine("shown"));
-    auto const origin = desktop.originOf(window.title);
-    desktop.click(origin.x + place.x, origin.y + window.top + place.y);
-    ASSERT_NO_FATAL_FAILURE(awaitLine("sold: app.premium.yearly"));
-    EXPECT_EQ(running->status(), 0);
+    Companion running("env LC_ALL=en_US.UTF-8 LANGUAGE=en QT_QUICK_BACKEND=software " + host(window.program));
+    ASSERT_TRUE(running.awaitLine("shown"));
+    desktop.click(window.title, {place.x, window.top + place.y});
+    EXPECT_TRUE(running.awaitLine("sold: app.premium.yearly"));
+    EXPECT_EQ(running.status(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, WindowedExampleTest,
@@ -96,23 +81,14 @@ TEST(WindowShellTest, TwoAreServedByTheProgramsOwnLoopAtOnceAndAThirdRunsAfterTh
     Desktop const desktop;
     ASSERT_EQ(desktop.error(), "");
     Companion host(quoted(TRELUNDO_WINDOW_HOST));
-    auto const await = [&](std::string const& text) {
-        auto line = host.nextLine();
-        while (line && !line->starts_with(text)) line = host.nextLine();
-        ASSERT_TRUE(line) << text;
-    };
-    auto const click = [&](std::string const& title, CGPoint place) {
-        auto const origin = desktop.originOf(title);
-        desktop.click(origin.x + place.x, origin.y + place.y);
-    };
-    ASSERT_NO_FATAL_FAILURE(await("shown second"));
-    click("second", {10, 10});
-    ASSERT_NO_FATAL_FAILURE(await("pressed second at 320 points"));
-    click("first", {360, 800}); // where the second never lay
-    ASSERT_NO_FATAL_FAILURE(await("pressed first at 390 points"));
-    ASSERT_NO_FATAL_FAILURE(await("shown third"));
-    click("third", {10, 10});
-    ASSERT_NO_FATAL_FAILURE(await("pressed third at 375 points"));
+    ASSERT_TRUE(host.awaitLine("shown second"));
+    desktop.click("second", {10, 10});
+    ASSERT_TRUE(host.awaitLine("pressed second at 320 points"));
+    desktop.click("first", {360, 800}); // where the second never lay
+    ASSERT_TRUE(host.awaitLine("pressed first at 390 points"));
+    ASSERT_TRUE(host.awaitLine("shown third"));
+    desktop.click("third", {10, 10});
+    EXPECT_TRUE(host.awaitLine("pressed third at 375 points"));
     EXPECT_EQ(host.status(), 0);
 }
 

@@ -151,13 +151,10 @@ TEST_F(PremiumManagerTest, APurchaseInAnEmptyRestoreDoesNotSwallowItsEnd) {
 
 TEST_F(PremiumManagerTest, AnExceptionOfTheHostKeepsNothingFromBeingFinished) {
     int restores = 0;
-    manager->purchase(
-        {.payment = make<SKPayment>(*monthly()),
-         .source = {},
-         .screen = {},
-         .premiumId = {},
-         .abTest = {},
-         .completion = [](bool, auto const&, bool, auto const&) { throw std::runtime_error("host"); }});
+    PremiumManager::Purchase purchase;
+    purchase.payment = make<SKPayment>(*monthly());
+    purchase.completion = [](bool, auto const&, bool, auto const&) { throw std::runtime_error("host"); };
+    manager->purchase(purchase);
     manager->restore("menu", [&](bool, auto const&) { ++restores; });
     using State = SKPaymentTransactionState;
     store.tell(

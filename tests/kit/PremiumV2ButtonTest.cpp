@@ -94,15 +94,13 @@ TEST_F(PremiumV2ButtonTest, MarksAChoiceOnlyWhereThereIsOneAndTellsEverySelectio
 
     auto const button = show("V2_A1", yearly(), {yearly(), monthly()});
     button->setSelectedColor({0, 0, 1});
+    button->setSelected(false);
+    EXPECT_EQ(button->backgroundColor(), UIColor::clear());
     screen->heard.clear();
-    for (int turn = 1; turn <= 2; ++turn) {
-        button->setSelected(true);
-        EXPECT_EQ(button->backgroundColor(), (UIColor{0, 0, 1}));
-        button->setSelected(false);
-        EXPECT_EQ(button->backgroundColor(), UIColor::clear());
-        button->setSelected(true);
-        EXPECT_EQ(screen->heard.size(), 2U * turn) << "every selection is told, and no deselection";
-    }
+    button->setSelected(true);
+    button->setSelected(true);
+    EXPECT_EQ(button->backgroundColor(), (UIColor{0, 0, 1}));
+    EXPECT_EQ(screen->heard.size(), 2U) << "every selection is told, and no deselection";
     screen = nullptr;
     button->setSelected(true); // nobody listens any more
 }

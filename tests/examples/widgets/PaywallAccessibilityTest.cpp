@@ -18,18 +18,12 @@ public:
     int count = 0;
 };
 
-/// The program's one application object, which needs no display.
-void startWidgets() {
-    static int argc = 3;
-    static char program[] = "test", option[] = "-platform", platform[] = "offscreen";
-    static char* argv[] = {program, option, platform, nullptr};
-    static QApplication const application(argc, argv);
-}
-
 } // namespace
 
 TEST(PaywallAccessibilityTest, AssistiveProgramsReadAndPressWhatTheWidgetShows) {
-    startWidgets();
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    int argc = 0;
+    QApplication const application(argc, nullptr);
     installPaywallAccessibility();
     PaywallWidget widget;
     widget.resize(400, 600);

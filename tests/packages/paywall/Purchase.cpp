@@ -15,31 +15,11 @@ public:
     void logEvent(std::string const& name, EventParameters const& /*parameters*/) override {
         std::printf("event: %s\n", name.c_str());
     }
-    void premiumManagerDidLoadProducts(Products const& products) override {
-        std::printf("products: %zu\n", products.size());
-    }
 };
 
-Ref<UIView> find(Ref<UIView> const& view, std::string const& identifier) {
-    if (view->accessibilityIdentifier() == identifier) return view;
-    for (auto const& subview : view->subviews())
-        if (auto found = find(subview, identifier)) return found;
-    return nullptr;
-}
-
-void tapContinue(OffscreenShell& shell, PremiumViewController& paywall) {
-    auto const button = find(paywall.view(), "continueButton");
-    auto const bounds = button->bounds();
-    shell.tap(button->convertPointTo({bounds.midX(), bounds.midY()}, nullptr));
-    shell.advance(2);
-}
-
-/// The identifier of what is on record as purchased and finished; empty when nothing is.
-std::string soldProduct(SandboxStore const& store) {
-    auto const transactions = *store.transactions();
-    for (auto const& stored : transactions)
-        if (stored.isFinished) return stored.transaction.payment.productIdentifier;
-    return {};
+void pressContinue(EmbeddedShell& shell) {
+    for (auto const& view : shell.accessibleViews())
+        if (view.name == "Continue") shell.press(view);
 }
 
 } // namespace
@@ -67,10 +47,13 @@ int buyFirstPlan(char const* catalogue) {
     root->present(paywall, false);
     shell.advance(1);
     shell.render();
-    tapContinue(shell, *paywall);
-
-    auto const sold = soldProduct(*sandbox);
-    std::printf("sold: %s\n", sold.c_str());
+    bool isSold = false;
+    paywall->setOutcomeHandler([&](PaywallOutcome const& outcome) {
+        isSold = outcome.kind == PaywallOutcome::Kind::purchased;
+        std::printf("%s: %s\n", isSold ? "sold" : "not sold", outcome.product->productIdentifier().c_str());
+    });
+    pressContinue(shell.embedded());
+    shell.advance(2);
     SKPaymentQueue::defaultQueue().setBackend(nullptr);
-    return sold.empty() ? 1 : 0;
+    return isSold ? 0 : 1;
 }

@@ -11,34 +11,29 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-using Arguments = std::vector<std::string>;
-
-Arguments operator+(Arguments all, Arguments const& more) {
-    all.insert(all.end(), more.begin(), more.end());
-    return all;
-}
-
 class GalleryTest : public testing::Test {
 protected:
-    Ended draw(Arguments const& options) {
-        return runPaywall(Arguments{"gallery", "--out", path.string()} + options);
+    Ended draw(std::string const& options) {
+        return runPaywall("gallery --out " + quoted(path) + " " + options);
     }
     /// Draws and looks at the last line but one.
-    void expectOutcome(Arguments const& options, std::string const& outcome) {
+    void expectOutcome(std::string const& options, std::string const& outcome) {
         auto const result = draw(options);
         EXPECT_EQ(result.status, 0);
         EXPECT_THAT(result.output, HasSubstr(outcome));
     }
-    void expectFailure(Arguments const& options, int status, std::string const& part) {
+    void expectFailure(std::string const& options, int status, std::string const& part) {
         auto const result = draw(options);
         EXPECT_EQ(result.status, status);
         EXPECT_THAT(result.output, HasSubstr(part));
         EXPECT_EQ(std::ranges::count(result.output, '\n'), 1) << result.output;
     }
     /// The picture is what `render` draws with the same options.
-    void expectRendered(std::string const& file, Arguments const& arguments) {
+    void expectRendered(std::string const& file, std::string const& options) {
         auto const reference = folder / "reference.png";
-        auto const result = runPaywall(Arguments{"render"} + arguments + Arguments{"--out", reference});
+        auto const screen = file.substr(0, file.find('/'));
+        auto const result = runPaywall("render " + screen + " --out " + quoted(reference) +
+                                       " --device phone-320x568 " + options);
         ASSERT_EQ(result.status, 0) << result.output;
         EXPECT_TRUE(readText(path / "pictures" / file) == readText(reference)) << file;
         EXPECT_GT(readText(path / "previews" / file).size(), 1000U) << file;
@@ -53,28 +48,21 @@ protected:
 
     TemporaryFolder folder;
     fs::path path = folder / "gallery";
-    Arguments const small{"--screens",   "OfferV4ViewController,BillingViewController",
-                          "--devices",   "phone-320x568",
-                          "--languages", "en,ar"};
+    std::string const small = "--screens OfferV4ViewController,BillingViewController "
+                              "--devices phone-320x568 --languages en,ar ";
 };
 
 TEST_F(GalleryTest, DrawsEveryCombinationAsRenderDoes) {
-    expectOutcome({"--screens", "PremiumViewController,PremiumV6ViewController,OfferV4ViewController",
-                   "--devices", "phone-320x568", "--languages", "en,ar", "--appearances", "light,dark"},
+    expectOutcome("--screens PremiumViewController,PremiumV6ViewController,OfferV4ViewController "
+                  "--devices phone-320x568 --languages en,ar --appearances light,dark",
                   "20 pictures: 20 drawn, 0 kept, 0 removed");
-    expectRendered(
-        "PremiumViewController/phone-320x568.ar.light.ziokrefa.png",
-        {"PremiumViewController", "--device", "phone-320x568", "--language", "ar", "--ab-test", "ziokrefa"});
-    expectRendered(
-        "PremiumV6ViewController/phone-320x568.en.dark.png",
-        {"PremiumV6ViewController", "--device", "phone-320x568", "--select", "2", "--appearance", "dark"});
+    expectRendered("PremiumViewController/phone-320x568.ar.light.ziokrefa.png",
+                   "--language ar --ab-test ziokrefa");
+    expectRendered("PremiumV6ViewController/phone-320x568.en.dark.png", "--select 2 --appearance dark");
     expectRendered("OfferV4ViewController/phone-320x568.ar.light.png",
-                   {"OfferV4ViewController", "--device", "phone-320x568", "--language", "ar", "--discount",
-                    "app.premium.yearly=yearly_half_price"});
-    draw({"--screens", "BillingViewController", "--devices", "phone-320x568", "--languages", "he",
-          "--landscape"});
-    expectRendered("BillingViewController/phone-320x568-landscape.he.light.png",
-                   {"BillingViewController", "--device", "phone-320x568", "--language", "he", "--landscape"});
+                   "--language ar --discount app.premium.yearly=yearly_half_price");
+    draw("--screens BillingViewController --devices phone-320x568 --languages he --landscape");
+    expectRendered("BillingViewController/phone-320x568-landscape.he.light.png", "--language he --landscape");
 }
 
 TEST_F(GalleryTest, DrawsAgainOnlyWhatChanged) {
@@ -90,7 +78,7 @@ TEST_F(GalleryTest, DrawsAgainOnlyWhatChanged) {
     fs::create_directory(folder / "host");
     fs::copy_file(sourceFolder() / "tools/paywall/demo/resources/cover.svg",
                   folder / "host/q_premium_light.svg");
-    auto const withHost = small + Arguments{"--pictures", folder / "host"};
+    auto const withHost = small + "--pictures " + quoted(folder / "host");
     expectOutcome(withHost, "4 drawn, 0 kept");
     expectOutcome(withHost, "0 drawn, 4 kept");
     fs::copy_file(sourceFolder() / "tools/paywall/demo/resources/logo.svg",
@@ -102,7 +90,7 @@ TEST_F(GalleryTest, RemovesOnlyWhatItWrote) {
     draw(small);
     writeText(path / "notes.txt", "mine");
     writeText(path / "pictures/BillingViewController/mine.png", "mine");
-    expectOutcome({"--screens", "OfferV4ViewController", "--devices", "phone-320x568", "--languages", "ar"},
+    expectOutcome("--screens OfferV4ViewController --devices phone-320x568 --languages ar",
                   "1 pictures: 0 drawn, 1 kept, 3 removed");
     EXPECT_EQ(drawnFiles(), (std::vector<std::string>{"BillingViewController/mine.png",
                                                       "OfferV4ViewController/phone-320x568.ar.light.png"}));
@@ -137,16 +125,16 @@ TEST_F(GalleryTest, BelievesNoManifestThatPointsElsewhere) {
 }
 
 TEST_F(GalleryTest, RefusesUnknownNamesAndBadFolders) {
-    expectFailure({"--screens", "NoSuchScreen"}, 2, "NoSuchScreen");
-    expectFailure({"--screens", ""}, 2, "unknown screen");
-    expectFailure({"--devices", "phone-390x844,toaster"}, 2, "toaster");
-    expectFailure({"--languages", "en,qq"}, 2, "qq");
-    expectFailure({"--tags", "V9"}, 2, "V9");
-    expectFailure({"--appearances", "dusk"}, 2, "dusk");
+    expectFailure("--screens NoSuchScreen", 2, "NoSuchScreen");
+    expectFailure("--screens ''", 2, "unknown screen");
+    expectFailure("--devices phone-390x844,toaster", 2, "toaster");
+    expectFailure("--languages en,qq", 2, "qq");
+    expectFailure("--tags V9", 2, "V9");
+    expectFailure("--appearances dusk", 2, "dusk");
     EXPECT_FALSE(fs::exists(path)) << "bad usage writes nothing";
-    EXPECT_EQ(runPaywall({"gallery"}).status, 2);
-    expectFailure({"--catalogue", folder / "missing.storekit"}, 1, "missing.storekit");
-    expectFailure({"--pictures", folder / "missing"}, 1, "missing");
+    EXPECT_EQ(runPaywall("gallery").status, 2);
+    expectFailure("--catalogue " + quoted(folder / "missing.storekit"), 1, "missing.storekit");
+    expectFailure("--pictures " + quoted(folder / "missing"), 1, "missing");
     writeText(path, "a file");
     expectFailure(small, 1, path.string());
 }
@@ -155,46 +143,42 @@ TEST_F(GalleryTest, TellsAWarningOfAllWorkersOnce) {
     fs::create_directory(folder / "host");
     writeText(folder / "host/warning_envelope.png", "not a picture");
     writeText(folder / "host/q_premium_light.png", "not a picture");
-    auto const output = draw(small + Arguments{"--pictures", folder / "host"}).output;
+    auto const output = draw(small + "--pictures " + quoted(folder / "host")).output;
     auto const first = output.find("q_premium_light.png");
     ASSERT_NE(first, std::string::npos) << output;
     EXPECT_EQ(output.find("q_premium_light.png", output.find('\n', first)), std::string::npos) << output;
 }
 
-Json label(std::string const& name, double scale, bool truncated) {
-    Json json{{"class", "UILabel"},    {"name", name}, {"frame", {0, 0, 10, 10}},
-              {"hidden", false},       {"alpha", 1},   {"text", "text of " + name},
-              {"truncated", truncated}};
-    if (scale < 1) json["shrunkTo"] = scale;
-    json["subviews"] = Json::array();
-    return json;
+/// A view as `describe` tells it; `facts` go over what is usual.
+Json view(std::string const& name, Json const& facts) {
+    Json view{{"class", "UIView"}, {"name", name}, {"frame", {0, 0, 100, 100}},
+              {"hidden", false},   {"alpha", 1},   {"subviews", Json::array()}};
+    view.update(facts);
+    return view;
 }
 
-Json holder(std::string const& name, std::vector<Json> const& subviews) {
-    return {{"class", "UIView"}, {"name", name}, {"frame", {0, 0, 100, 100}},
-            {"hidden", false},   {"alpha", 1},   {"subviews", subviews}};
+Json label(std::string const& name, Json const& facts) {
+    Json label{
+        {"class", "UILabel"}, {"frame", {0, 0, 10, 10}}, {"text", "text of " + name}, {"truncated", false}};
+    label.update(facts);
+    return view(name, label);
 }
 
 TEST(FlaggedTextsTest, AreTheVisibleOnesThatDidNotFit) {
-    auto away = label("away", 0.5, true);
-    away["frame"] = {100, 0, 10, 10};
-    auto scroller = holder("scroller", {away, label("scrolling", 0.5, false)});
-    scroller["contentSize"] = {300, 100};
-    auto above = label("above", 1, false);
-    above["frame"] = {0, -6, 10, 10};
-    auto hidden = holder("hidden", {label("within", 0.5, true)});
-    hidden["hidden"] = true;
-    auto const flags =
-        flaggedTexts(holder("view", {label("fits", 1, false), label("shrunk", 0.75, false), above, hidden,
-                                     scroller, holder("button", {label("", 1, true)})}));
-    for (auto const& flag : flags) EXPECT_EQ(flag.at("frame").size(), 4U);
-    auto facts = flags;
-    for (auto& flag : facts) flag.erase("frame");
-    EXPECT_EQ(facts, Json::parse(R"([
-        {"view": "shrunk", "text": "text of shrunk", "shrunkTo": 0.75},
-        {"view": "above", "text": "text of above", "offScreen": true},
-        {"view": "scrolling", "text": "text of scrolling", "shrunkTo": 0.5},
-        {"view": "button UILabel", "text": "text of ", "truncated": true}])"));
+    Json const shrunk{{"shrunkTo", 0.5}}, cut{{"truncated", true}}, above{{"frame", {0, -6, 10, 10}}};
+    auto const away = label("away", {{"truncated", true}, {"frame", {100, 0, 10, 10}}});
+    auto const hidden = view("hidden", {{"hidden", true}, {"subviews", {label("within", cut)}}});
+    auto const clear = view("clear", {{"alpha", 0}, {"subviews", {label("within", cut)}}});
+    auto const scroller =
+        view("scroller", {{"contentSize", {300, 100}}, {"subviews", {away, label("scrolling", shrunk)}}});
+    auto const button = view("button", {{"subviews", {label("", cut)}}});
+    EXPECT_EQ(flaggedTexts(view("view", {{"subviews",
+                                          {label("fits", Json::object()), label("above", above), hidden,
+                                           clear, scroller, button}}})),
+              Json::parse(R"([
+        {"view": "above", "text": "text of above", "frame": [0, -6, 10, 10], "offScreen": true},
+        {"view": "scrolling", "text": "text of scrolling", "frame": [0, 0, 10, 10], "shrunkTo": 0.5},
+        {"view": "button UILabel", "text": "text of ", "frame": [0, 0, 10, 10], "truncated": true}])"));
 }
 
 } // namespace

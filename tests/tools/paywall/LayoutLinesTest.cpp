@@ -16,7 +16,7 @@ Json otherThan(Json const& fact) {
 /// What the goldens compare may leave out nothing that the tool tells.
 TEST(LayoutLinesTest, EachFactShows) {
     auto const description =
-        Json::parse(runPaywall({"describe", "PremiumV5ViewController", "--source", "FamilySharing"}).output);
+        Json::parse(runPaywall("describe PremiumV5ViewController --source FamilySharing").output);
     auto const lines = layoutLines(description);
     auto const facts = description.flatten();
     for (auto const& [place, fact] : facts.items()) {

@@ -14,7 +14,8 @@ std::string list(std::string const& settings, std::string const& products) {
     auto const path = writeText(folder / "Shop.storekit", R"({"settings": )" + settings + R"(, "products": [
         {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
         {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}]})");
-    auto const result = runPaywall({"products", "--catalogue", path, "--products", products, "--json"});
+    auto const result =
+        runPaywall("products --json --catalogue " + quoted(path) + " --products " + quoted(products));
     EXPECT_EQ(result.status, 0) << result.output;
     return result.output;
 }

@@ -4,17 +4,14 @@
 #include "tests/support/RunShell.h" // IWYU pragma: export
 
 #include <string>
-#include <vector>
 
 namespace trelundo::paywall::test {
 
 using namespace trelundo::test;
 
-/// Runs the tool with `arguments`.
-inline Ended runPaywall(std::vector<std::string> const& arguments) {
-    std::string command = quoted(TRELUNDO_PAYWALL_PROGRAM);
-    for (auto const& argument : arguments) command += " " + quoted(argument);
-    return runShell(command + " 2>&1 </dev/null");
+/// Runs the tool with a command line as a shell reads it.
+inline Ended runPaywall(std::string const& commandLine) {
+    return runShell(quoted(TRELUNDO_PAYWALL_PROGRAM) + " " + commandLine + " 2>&1 </dev/null");
 }
 
 } // namespace trelundo::paywall::test

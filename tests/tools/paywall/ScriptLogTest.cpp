@@ -17,44 +17,34 @@ std::vector<std::string> scriptNames() {
     return names;
 }
 
-/// The words after "# KEY: " in a script's comments.
-std::vector<std::string> wordsOf(std::filesystem::path const& script, std::string const& key) {
-    std::vector<std::string> found;
-    std::istringstream lines{readText(script)};
+std::filesystem::path scriptOf(std::string const& name) { return scriptFolder() / (name + ".paywall"); }
+
+/// What follows "# KEY: " among a script's comments, else `otherwise`.
+std::string told(std::string const& name, std::string const& key, std::string const& otherwise = {}) {
+    std::istringstream lines{readText(scriptOf(name))};
     std::string const prefix = "# " + key + ": ";
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.starts_with(prefix)) continue;
-        std::istringstream words{line.substr(prefix.size())};
-        for (std::string word; words >> word;) found.push_back(word);
-    }
-    return found;
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(prefix)) return line.substr(prefix.size());
+    return otherwise;
 }
 
-class ScriptLogTest : public testing::TestWithParam<std::string> {
-protected:
-    /// Runs a script on its screen ("# screen:", the first paywall by default) with its options ("#
-    /// arguments:").
-    static void run(std::string const& name, std::string const& store, std::string const& log) {
-        auto const script = scriptFolder() / (name + ".paywall");
-        auto const screen = wordsOf(script, "screen");
-        std::vector<std::string> arguments{
-            "run",      screen.empty() ? "PremiumViewController" : screen.front(),
-            "--script", script,
-            "--store",  store,
-            "--log",    log};
-        std::ranges::copy(wordsOf(script, "arguments"), std::back_inserter(arguments));
-        auto const result = runPaywall(arguments);
-        EXPECT_EQ(result.status, 0) << result.output;
-    }
-};
+/// Runs a script on its screen ("# screen:") with its options ("# arguments:").
+void run(std::string const& name, std::string const& store, std::string const& log) {
+    auto const result = runPaywall("run " + told(name, "screen", "PremiumViewController") + " --script " +
+                                   quoted(scriptOf(name)) + " --store " + quoted(store) + " --log " +
+                                   quoted(log) + " " + told(name, "arguments"));
+    EXPECT_EQ(result.status, 0) << result.output;
+}
+
+class ScriptLogTest : public testing::TestWithParam<std::string> {};
 
 /// Every line that a host would see, in its order. What a script names in "# after:" runs before it, on the
 /// same store. The expected logs change only through scripts/rebaseline.
 TEST_P(ScriptLogTest, IsAsKept) {
     TemporaryFolder folder;
     auto const store = folder / "store.sqlite";
-    for (auto const& earlier : wordsOf(scriptFolder() / (GetParam() + ".paywall"), "after"))
-        run(earlier, store, "/dev/null");
+    std::istringstream names{told(GetParam(), "after")};
+    for (std::string earlier; names >> earlier;) run(earlier, store, "/dev/null");
     auto const log = folder / "log";
     run(GetParam(), store, log);
     EXPECT_TRUE(isKept(scriptFolder() / (GetParam() + ".log"), readText(log)));

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
+#include <array>
 #include <memory>
 
 namespace trelundo::paywall::test {
@@ -22,24 +22,16 @@ json findView(json const& view, std::string const& name) {
     return nullptr;
 }
 
-bool holds(json const& line, json const& fields) {
-    return std::ranges::all_of(fields.items(), [&](auto const& field) {
-        return line.contains(field.key()) && line.at(field.key()) == field.value();
-    });
-}
-
 /// The first paywall in a real window. What to click comes from `describe` and from what the window tells of
 /// its place; every wait is for a line of the log.
 class WindowTest : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(desktop.error(), ""); }
 
-    void show(std::vector<std::string> const& options) {
-        common = {screen, "--fake-clock"};
-        common.insert(common.end(), options.begin(), options.end());
-        auto command = quoted(TRELUNDO_PAYWALL_PROGRAM) + " show --store " + quoted(folder / "store.sqlite") +
-                       " --log /dev/fd/3 3>&1 1>&2";
-        for (auto const& option : common) command += " " + quoted(option);
+    void show(std::string const& options) {
+        common = screen + " --fake-clock " + options;
+        auto const command = quoted(TRELUNDO_PAYWALL_PROGRAM) + " show " + common + " --store " +
+                             quoted(folder / "store.sqlite") + " --log /dev/fd/3 3>&1 1>&2";
         tool = std::make_unique<Companion>(command);
         placement = awaitLine({{"kind", "window"}, {"cause", "shown"}});
     }
@@ -48,26 +40,23 @@ protected:
     json awaitLine(json const& fields) {
         while (auto const text = tool->nextLine()) {
             log += *text + "\n";
-            if (auto line = json::parse(*text); holds(line, fields)) return line;
+            auto const line = json::parse(*text);
+            auto told = line;
+            told.update(fields);
+            if (told == line) return line;
         }
         ADD_FAILURE() << "no line with " << fields << " in:\n" << log;
         return nullptr;
     }
 
-    json describe(std::vector<std::string> const& options = {}) const {
-        std::vector<std::string> arguments{"describe"};
-        arguments.insert(arguments.end(), common.begin(), common.end());
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        return json::parse(runPaywall(arguments).output);
+    json describe(std::string const& options = {}) const {
+        return json::parse(runPaywall("describe " + common + options).output);
     }
 
     void click(json const& description, std::string const& name) {
-        auto const view = findView(description, name);
-        ASSERT_FALSE(view.is_null()) << name;
-        ASSERT_FALSE(placement.is_null());
-        auto const frame = view.at("frame").get<std::vector<double>>();
-        auto const origin = placement.at("origin").get<std::vector<double>>();
-        auto const zoom = placement.at("zoom").get<double>();
+        auto const frame = findView(description, name).at("frame").get<std::array<double, 4>>();
+        auto const origin = placement.at("origin").get<std::array<double, 2>>();
+        double const zoom = placement.at("zoom");
         desktop.click(origin[0] + (frame[0] + frame[2] / 2) * zoom,
                       origin[1] + (frame[1] + frame[3] / 2) * zoom);
     }
@@ -81,14 +70,14 @@ protected:
     std::string const screen = "PremiumViewController";
     Desktop desktop;
     TemporaryFolder folder;
-    std::vector<std::string> common; // options of the window and of its description
+    std::string common; // options of the window and of its description
     std::unique_ptr<Companion> tool;
     json placement;
     std::string log; // as far as read
 };
 
 TEST_F(WindowTest, SellsThePlanThatIsClicked) {
-    ASSERT_NO_FATAL_FAILURE(show({}));
+    ASSERT_NO_FATAL_FAILURE(show(""));
     EXPECT_EQ(placement.value("size", json{}), json({390, 844}));
     EXPECT_EQ(placement.value("zoom", 0.0), 1);
     auto const description = describe();
@@ -102,7 +91,7 @@ TEST_F(WindowTest, SellsThePlanThatIsClicked) {
     awaitLine({{"kind", "dismissed"}, {"screen", screen}});
     awaitLine({{"kind", "notification"}, {"name", "TrelundoKitPremiumDidDismissNotificationName"}});
     EXPECT_EQ(end(), 0);
-    auto const listed = runPaywall({"store", "list", "--store", folder / "store.sqlite"}).output;
+    auto const listed = runPaywall("store list --store " + quoted(folder / "store.sqlite")).output;
     EXPECT_THAT(listed, HasSubstr(bought.value("id", "") + "  app.premium.monthly  purchased  finished"));
 }
 
@@ -110,7 +99,8 @@ TEST_F(WindowTest, KeysAnswerAlertsAndCloseNothingElse) {
     auto catalogue =
         json::parse(readText(sourceFolder() / "tools/paywall/demo/resources/Demonstration.storekit"));
     catalogue["settings"]["_failTransactionsEnabled"] = true;
-    ASSERT_NO_FATAL_FAILURE(show({"--catalogue", writeText(folder / "Failing.storekit", catalogue.dump())}));
+    ASSERT_NO_FATAL_FAILURE(
+        show("--catalogue " + quoted(writeText(folder / "Failing.storekit", catalogue.dump()))));
     desktop.press("Escape");
     desktop.press("Return");
     click(describe(), "continueButton");
@@ -126,7 +116,7 @@ TEST_F(WindowTest, KeysAnswerAlertsAndCloseNothingElse) {
 }
 
 TEST_F(WindowTest, TakesItsDeviceAlongWhenItIsResized) {
-    ASSERT_NO_FATAL_FAILURE(show({"--device", "tablet-820x1180"}));
+    ASSERT_NO_FATAL_FAILURE(show("--device tablet-820x1180"));
     auto const zoom = placement.value("zoom", 0.0);
     EXPECT_LT(zoom, 1) << "the tablet is higher than the desktop";
     EXPECT_LE(1180 * zoom, Desktop::height);
@@ -138,7 +128,7 @@ TEST_F(WindowTest, TakesItsDeviceAlongWhenItIsResized) {
     // Pulled to the other orientation it is the turned tablet itself.
     desktop.resizeWindow(screen, 1180 * zoom, 820 * zoom);
     placement = awaitLine({{"kind", "window"}, {"cause", "resized"}, {"size", {1180, 820}}});
-    auto const description = describe({"--landscape"});
+    auto const description = describe(" --landscape");
     click(description, "premiumButtons[2]");
     awaitLine({{"kind", "text"}, {"view", "premiumButtons[2]"}});
     click(description, "closeButton");
@@ -147,14 +137,12 @@ TEST_F(WindowTest, TakesItsDeviceAlongWhenItIsResized) {
 }
 
 TEST(WindowWithoutDisplayTest, IsRefusedWithTheReason) {
-    for (auto const* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
-    for (auto const* display : {"", ":4711", "nonsense"}) { // none, and two that nobody serves
-        setenv("DISPLAY", display, 1);
-        auto const result = runPaywall({"show", "PremiumViewController"});
+    for (std::string const display : {"", ":4711", "nonsense"}) { // none, and two that nobody serves
+        auto const result = runShell("env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM DISPLAY=" + display + " " +
+                                     quoted(TRELUNDO_PAYWALL_PROGRAM) + " show PremiumViewController 2>&1");
         EXPECT_EQ(result.status, 1) << display;
         EXPECT_THAT(result.output, HasSubstr("no display"));
     }
-    unsetenv("DISPLAY");
 }
 
 } // namespace

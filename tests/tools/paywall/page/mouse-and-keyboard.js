@@ -1,0 +1,35 @@
+input('language', 'ar').click();
+expect('a box adds to the picked', figures().length === 6 && location.hash.includes('language=en,ar'));
+document.querySelector('[aria-label="Only Billing"]').click();
+expect('only leaves one', figures().length === 2 && location.hash.includes('screen=BillingViewController'));
+document.querySelector('[aria-label="All: Screen"]').click();
+expect('all brings all back', figures().length === 6);
+input('language', 'ar').click();
+expect('a box takes away', figures().length === 3);
+
+figures()[0].querySelector('button').focus();
+press('ArrowRight');
+expect('right goes on', figures()[1].contains(document.activeElement));
+press('End');
+expect('End goes to the last', figures()[2].contains(document.activeElement));
+document.activeElement.click();
+expect('a click enlarges', viewer.open && location.hash.includes('view=BillingViewController'));
+press('ArrowLeft');
+expect('left shows the one before', location.hash.includes('view=OfferViewController%2Fphone-390x844.en'));
+press('ArrowDown');
+expect('down shows the next language', location.hash.includes('view=OfferViewController%2Fphone-390x844.ar'));
+press('ArrowUp');
+document.getElementById('close').click();
+await soon();
+expect('it closes', !viewer.open && !location.hash.includes('view='));
+expect('the focus comes back to the picture', figures()[1].contains(document.activeElement));
+
+const before = figures()[0].getBoundingClientRect().height;
+const size = document.getElementById('size');
+size.value = 300;
+size.dispatchEvent(new Event('input'));
+expect('the size follows', figures()[0].getBoundingClientRect().height < before - 50);
+document.getElementById('fit').click();
+expect('it fits again', Math.abs(figures()[0].getBoundingClientRect().height - before) < 1);
+const grid = document.getElementById('grid');
+expect('nothing to scroll', grid.scrollHeight <= grid.clientHeight && grid.scrollWidth <= grid.clientWidth);
