@@ -48,8 +48,6 @@ struct Window {
     double top = 0; // what the host has above the shell, points
 };
 
-void PrintTo(Window const& window, std::ostream* out) { *out << window.program; }
-
 class WindowedExampleTest : public testing::TestWithParam<Window> {};
 
 } // namespace

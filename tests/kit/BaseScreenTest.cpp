@@ -135,6 +135,14 @@ TEST_F(BaseScreenTest, AWindowThatGoesTakesALeavingScreenAlong) {
     expectToHaveLeft();
 }
 
+TEST_F(BaseScreenTest, AScreenThatNobodyPresentedHasLeftInALaterTurn) {
+    auto const screen = make<BaseViewController>();
+    screen->close();
+    EXPECT_EQ(heard.size(), 1U);
+    RunLoop::main().runUntilIdle();
+    expectToHaveLeft();
+}
+
 TEST_F(BaseScreenTest, NothingIsBoughtOnAScreenThatIsLeaving) {
     auto const screen = paywall<PremiumV4ViewController>({yearly(), monthly()});
     screen->setSelectedProductIndex(1);
