@@ -15,6 +15,7 @@ public:
     void logEvent(std::string const& name, EventParameters const& /*parameters*/) override {
         std::printf("event: %s\n", name.c_str());
     }
+    void premiumManagerDidLoadProducts(Products const& /*products*/) override {}
 };
 
 void pressContinue(EmbeddedShell& shell) {
