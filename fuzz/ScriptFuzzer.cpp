@@ -1,18 +1,15 @@
-#include "fuzz/Pieces.h"
+#include "fuzz/Fuzzer.h"
 #include "tools/paywall/Failure.h"
 #include "tools/paywall/script/Script.h"
-
-#include <cstdlib>
 
 using namespace trelundo;
 
 /// A script is read whole, or refused with file and line.
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+void fuzz::run(std::string_view input) {
     try {
-        for (auto const& step : paywall::parseScript(fuzz::textOf(data, size), "file"))
-            if (step.command.empty() || !step.place.starts_with("file:")) std::abort();
+        for (auto const& step : paywall::parseScript(input, "file"))
+            require(!step.command.empty() && step.place.starts_with("file:"));
     } catch (paywall::Failure const& failure) {
-        if (!failure.message.starts_with("file:") || failure.status == paywall::statusOk) std::abort();
+        require(failure.message.starts_with("file:") && failure.status != paywall::statusOk);
     }
-    return 0;
 }

@@ -1,18 +1,14 @@
-#include "fuzz/Pieces.h"
+#include "fuzz/Fuzzer.h"
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
-
-#include <cstdlib>
 
 using namespace trelundo;
 
 /// The key and every field of a payment, one a line. Nothing here was signed, so nothing may be accepted.
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    auto const text = fuzz::textOf(data, size);
-    auto const isKeyGiven = text.starts_with("-----");
-    auto const keyEnd = isKeyGiven ? text.find("\n\n") : std::string_view::npos;
-    auto const lines = fuzz::pieces(keyEnd == std::string_view::npos ? text : text.substr(keyEnd + 2), 8);
+void fuzz::run(std::string_view input) {
+    auto const keyEnd = input.starts_with("-----") ? input.find("\n\n") : std::string_view::npos;
+    auto const lines = pieces(keyEnd == std::string_view::npos ? input : input.substr(keyEnd + 2), 8);
     OfferKey const key{.identifier = lines[0],
-                       .publicKey = std::string(text.substr(0, keyEnd)),
+                       .publicKey = std::string(input.substr(0, keyEnd)),
                        .bundleIdentifier = lines[1]};
     SKPayment::Fields const payment{.productIdentifier = lines[2],
                                     .applicationUsername = lines[3],
@@ -22,6 +18,5 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                                         .nonce = lines[5],
                                         .signature = lines[6],
                                         .timestamp = std::strtoll(lines[7].c_str(), nullptr, 10)})};
-    if (checkOfferSignature(key, payment, 1.7e9)) std::abort();
-    return 0;
+    require(!checkOfferSignature(key, payment, 1.7e9));
 }

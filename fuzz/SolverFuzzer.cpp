@@ -1,40 +1,23 @@
+#include "fuzz/Fuzzer.h"
 #include "trelundo/platform/uikit/layout/internal/Solver.h"
 
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <map>
-#include <vector>
+
+namespace trelundo {
 
 namespace {
-
-using trelundo::Solver;
-
-/// Small numbers from the input; zeros when it has ended.
-class Input {
-public:
-    Input(std::uint8_t const* data, std::size_t size)
-        : data_(data)
-        , end_(data + size) {}
-    bool isAtEnd() const { return data_ == end_; }
-    int below(int limit) { return isAtEnd() ? 0 : *data_++ % limit; }
-
-private:
-    std::uint8_t const* data_;
-    std::uint8_t const* end_;
-};
 
 /// Adds, removes and edits as the input says, and checks each solution against the constraints it keeps.
 class Session {
 public:
-    explicit Session(Input input)
-        : input_(input) {
+    explicit Session(std::string_view input)
+        : rest_(input) {
         for (int i = 0; i < variableCount; ++i) variables_.push_back(solver_.addVariable(domain(i)));
     }
 
     void run() {
-        while (!input_.isAtEnd()) {
+        while (!rest_.empty()) {
             step();
             check();
         }
@@ -50,8 +33,16 @@ private:
 
     static Solver::Domain domain(int i) { return i % 2 ? Solver::Domain::nonNegative : Solver::Domain::any; }
 
+    /// A small number from the input; zero when it has ended.
+    int below(int limit) {
+        if (rest_.empty()) return 0;
+        auto const byte = static_cast<unsigned char>(rest_.front());
+        rest_.remove_prefix(1);
+        return byte % limit;
+    }
+
     void step() {
-        auto const action = input_.below(4);
+        auto const action = below(4);
         if (action == 0 && !kept_.empty()) return remove();
         if (action == 1 && !kept_.empty()) return edit();
         if (kept_.size() < mostConstraints) add();
@@ -59,26 +50,26 @@ private:
 
     double priority() {
         static constexpr double priorities[] = {Solver::required, Solver::allowed, 750, 250, 249.5};
-        return priorities[input_.below(5)];
+        return priorities[below(5)];
     }
 
     void add() {
         Kept rule{.terms = {}, .constant = constant(), .above = priority(), .below = priority()};
-        for (auto count = 1 + input_.below(4); count > 0; --count)
-            rule.terms.push_back({variables_[static_cast<std::size_t>(input_.below(variableCount))],
-                                  (input_.below(9) - 4) / 2.0});
+        for (auto count = 1 + below(4); count > 0; --count)
+            rule.terms.push_back(
+                {variables_[static_cast<std::size_t>(below(variableCount))], (below(9) - 4) / 2.0});
         auto const handle = solver_.add({.terms = rule.terms,
                                          .constant = rule.constant,
                                          .above = rule.above,
                                          .below = rule.below,
-                                         .takesPrecedence = input_.below(8) == 0});
+                                         .takesPrecedence = below(8) == 0});
         kept_[handle] = std::move(rule);
     }
 
     std::map<Solver::Constraint, Kept>::iterator any() {
-        return std::next(kept_.begin(), input_.below(static_cast<int>(kept_.size())));
+        return std::next(kept_.begin(), below(static_cast<int>(kept_.size())));
     }
-    double constant() { return (input_.below(201) - 100) * 4.0; }
+    double constant() { return (below(201) - 100) * 4.0; }
 
     void remove() {
         auto const it = any();
@@ -96,11 +87,10 @@ private:
         solver_.solve();
         for (int i = 0; i < variableCount; ++i) {
             auto const value = solver_.value(variables_[static_cast<std::size_t>(i)]);
-            if (!std::isfinite(value)) std::abort();
-            if (domain(i) == Solver::Domain::nonNegative && value < -tolerance) std::abort();
+            fuzz::require(std::isfinite(value));
+            fuzz::require(domain(i) == Solver::Domain::any || value >= -tolerance);
         }
-        for (auto const& [handle, rule] : kept_)
-            if (!solver_.isRefused(handle) && !holds(rule)) std::abort();
+        for (auto const& [handle, rule] : kept_) fuzz::require(solver_.isRefused(handle) || holds(rule));
     }
 
     bool holds(Kept const& rule) const {
@@ -115,7 +105,7 @@ private:
     }
 
     static constexpr double tolerance = 1e-5;
-    Input input_;
+    std::string_view rest_;
     Solver solver_;
     std::vector<Solver::Variable> variables_;
     std::map<Solver::Constraint, Kept> kept_;
@@ -123,7 +113,6 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    Session{{data, size}}.run();
-    return 0;
-}
+void fuzz::run(std::string_view input) { Session{input}.run(); }
+
+} // namespace trelundo

@@ -1,17 +1,11 @@
+#include "fuzz/Fuzzer.h"
 #include "trelundo/platform/foundation/internal/StringsTable.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
+using namespace trelundo;
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    using trelundo::StringsTable;
-    auto const table = StringsTable::parse({reinterpret_cast<char const*>(data), size}, "file");
-    if (!table) {
-        if (!table.error().message.starts_with("file:")) std::abort();
-        return 0;
-    }
-    for (auto const& [key, text] : table->entries())
-        if (table->find(key) != &text) std::abort();
-    return 0;
+/// A table is read whole and finds each of its texts, or is refused with file and line.
+void fuzz::run(std::string_view input) {
+    auto const table = StringsTable::parse(input, "file");
+    if (!table) return require(table.error().message.starts_with("file:"));
+    for (auto const& [key, text] : table->entries()) require(table->find(key) == &text);
 }

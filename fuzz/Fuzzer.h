@@ -1,15 +1,18 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace trelundo::fuzz {
 
-inline std::string_view textOf(std::uint8_t const* data, std::size_t size) {
-    return {reinterpret_cast<char const*>(data), size};
+/// Each fuzzer defines what it does with an input.
+void run(std::string_view input);
+
+/// Ends the program, which counts as a find, unless the condition holds.
+inline void require(bool condition) {
+    if (!condition) std::abort();
 }
 
 /// The input cut at its line ends, as `count` texts or more; what is missing is empty.
