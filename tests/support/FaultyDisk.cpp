@@ -13,11 +13,8 @@ struct FaultyDisk::File {
     bool fails(Call call) const { return current && current->fails(call, name); }
     void setSynchronized(bool isSynchronized) const {
         if (!current) return;
-        if (isSynchronized) {
-            current->unsynchronized_.erase(name);
-        } else {
-            current->unsynchronized_.insert(name);
-        }
+        if (!isSynchronized) current->unsynchronized_.insert(name);
+        if (isSynchronized) current->unsynchronized_.erase(name);
     }
 };
 
@@ -39,59 +36,43 @@ struct FaultyDisk::Methods {
         return disk->xDelete(disk, name, isDurable);
     }
 
-    static int close(sqlite3_file* file) { return File::of(file).methods().xClose(File::of(file).real()); }
-    static int read(sqlite3_file* file, void* bytes, int count, sqlite3_int64 offset) {
+    template <auto method, class... Arguments>
+    static int forward(sqlite3_file* file, Arguments... arguments) {
         auto& shown = File::of(file);
-        return shown.fails(Call::read) ? SQLITE_IOERR_READ
-                                       : shown.methods().xRead(shown.real(), bytes, count, offset);
+        return (shown.methods().*method)(shown.real(), arguments...);
     }
-    static int write(sqlite3_file* file, void const* bytes, int count, sqlite3_int64 offset) {
+    /// Forwards a call that this disk may fail.
+    template <Call call, int error, auto method, class... Arguments>
+    static int attempt(sqlite3_file* file, Arguments... arguments) {
         auto& shown = File::of(file);
-        if (shown.fails(Call::write)) return SQLITE_IOERR_WRITE;
-        shown.setSynchronized(false);
-        return shown.methods().xWrite(shown.real(), bytes, count, offset);
-    }
-    static int truncate(sqlite3_file* file, sqlite3_int64 size) {
-        auto& shown = File::of(file);
-        if (shown.fails(Call::truncate)) return SQLITE_IOERR_TRUNCATE;
-        shown.setSynchronized(false);
-        return shown.methods().xTruncate(shown.real(), size);
-    }
-    static int synchronize(sqlite3_file* file, int flags) {
-        auto& shown = File::of(file);
-        if (shown.fails(Call::synchronize)) return SQLITE_IOERR_FSYNC;
-        shown.setSynchronized(true);
-        return shown.methods().xSync(shown.real(), flags);
-    }
-    static int size(sqlite3_file* file, sqlite3_int64* bytes) {
-        auto& shown = File::of(file);
-        return shown.fails(Call::size) ? SQLITE_IOERR_FSTAT : shown.methods().xFileSize(shown.real(), bytes);
-    }
-    static int lock(sqlite3_file* file, int level) {
-        auto& shown = File::of(file);
-        return shown.fails(Call::lock) ? SQLITE_IOERR_LOCK : shown.methods().xLock(shown.real(), level);
-    }
-    static int unlock(sqlite3_file* file, int level) {
-        return File::of(file).methods().xUnlock(File::of(file).real(), level);
-    }
-    static int isReserved(sqlite3_file* file, int* answer) {
-        return File::of(file).methods().xCheckReservedLock(File::of(file).real(), answer);
-    }
-    static int control(sqlite3_file* file, int operation, void* argument) {
-        return File::of(file).methods().xFileControl(File::of(file).real(), operation, argument);
-    }
-    static int sectorSize(sqlite3_file* file) {
-        return File::of(file).methods().xSectorSize(File::of(file).real());
-    }
-    static int characteristics(sqlite3_file* file) {
-        return File::of(file).methods().xDeviceCharacteristics(File::of(file).real());
+        if (shown.fails(call)) return error;
+        if (call == Call::write || call == Call::truncate) shown.setSynchronized(false);
+        if (call == Call::synchronize) shown.setSynchronized(true);
+        return forward<method>(file, arguments...);
     }
 
-    // Version 1 knows no shared memory: ledgers hold their file for themselves.
-    static constexpr sqlite3_io_methods methods{
-        1,       close,   read,       write,   truncate,   synchronize,     size,
-        lock,    unlock,  isReserved, control, sectorSize, characteristics, nullptr,
-        nullptr, nullptr, nullptr,    nullptr, nullptr};
+    using Io = sqlite3_io_methods;
+    static constexpr Io methods{
+        .iVersion = 1, // knows no shared memory: ledgers hold their file for themselves
+        .xClose = forward<&Io::xClose>,
+        .xRead = attempt<Call::read, SQLITE_IOERR_READ, &Io::xRead>,
+        .xWrite = attempt<Call::write, SQLITE_IOERR_WRITE, &Io::xWrite>,
+        .xTruncate = attempt<Call::truncate, SQLITE_IOERR_TRUNCATE, &Io::xTruncate>,
+        .xSync = attempt<Call::synchronize, SQLITE_IOERR_FSYNC, &Io::xSync>,
+        .xFileSize = attempt<Call::size, SQLITE_IOERR_FSTAT, &Io::xFileSize>,
+        .xLock = attempt<Call::lock, SQLITE_IOERR_LOCK, &Io::xLock>,
+        .xUnlock = forward<&Io::xUnlock>,
+        .xCheckReservedLock = forward<&Io::xCheckReservedLock>,
+        .xFileControl = forward<&Io::xFileControl>,
+        .xSectorSize = forward<&Io::xSectorSize>,
+        .xDeviceCharacteristics = forward<&Io::xDeviceCharacteristics>,
+        .xShmMap = nullptr,
+        .xShmLock = nullptr,
+        .xShmBarrier = nullptr,
+        .xShmUnmap = nullptr,
+        .xFetch = nullptr,
+        .xUnfetch = nullptr,
+    };
 };
 
 FaultyDisk::FaultyDisk()

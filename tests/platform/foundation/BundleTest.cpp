@@ -66,13 +66,9 @@ TEST_F(BundleTest, SearchesPlainThenPreferredThenDevelopmentRegion) {
 TEST_F(BundleTest, RefusesNamesThatLeaveTheBundle) {
     constexpr std::string_view names[] = {
         "../plain.txt", "a/../plain.txt", "..", "/etc/hostname", "", std::string_view{"plain.txt\0", 10}};
-    for (auto const name : names) {
-        EXPECT_EQ(bundle.data(name), std::nullopt);
-        EXPECT_EQ(warnings.lines.size(), 1U) << name;
-        warnings.lines.clear();
-    }
+    for (auto const name : names) EXPECT_EQ(bundle.data(name), std::nullopt) << name;
     EXPECT_EQ(bundle.localizedString("word", "", "../T"), "word");
-    EXPECT_EQ(warnings.lines.size(), 1U);
+    EXPECT_EQ(warnings.lines.size(), std::size(names) + 1);
 }
 
 TEST_F(BundleTest, ListsItsLocalizations) {
@@ -129,9 +125,13 @@ TEST_F(BundleTest, TextsComeFromOneLanguageOrAreTheValueOrTheKey) {
 }
 
 TEST_F(BundleTest, ABrokenTableIsReportedOnceAndBehavesAsMissing) {
+    std::string heard;
+    setWarningSink([&](std::string_view line) { // which may look up texts
+        heard += std::string{line} + " " + bundle.localizedString("word", "", "Localizable");
+    });
     EXPECT_EQ(word({"de"}), "word");
     EXPECT_EQ(bundle.localizedString("word", "fall-back", "T"), "fall-back");
-    EXPECT_THAT(warnings.lines, ElementsAre("bundle:Test/de.lproj/T.strings:2: expected a value"));
+    EXPECT_EQ(heard, "bundle:Test/de.lproj/T.strings:2: expected a value default table");
 }
 
 TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
@@ -155,13 +155,6 @@ TEST_F(BundleTest, FoldersComeBeforeWhatIsCompiledInAndLaterOnesFirst) {
     EXPECT_EQ(word({"fr"}), "mot") << "what lies under a broken table serves";
     EXPECT_THAT(warnings.lines,
                 ElementsAre((first / "fr.lproj/T.strings").string() + ":1: a quoted text without end"));
-}
-
-TEST_F(BundleTest, ASinkMayLookTextsUp) {
-    std::string heard;
-    setWarningSink([&](std::string_view) { heard = bundle.localizedString("word", "", "Localizable"); });
-    word({"de"});
-    EXPECT_EQ(heard, "default table");
 }
 
 TEST_F(BundleTest, LooksUpFromSeveralThreads) {

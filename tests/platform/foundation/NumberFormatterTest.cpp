@@ -19,19 +19,16 @@ std::string format(NumberFormatter const& formatter, std::string_view number) {
     return formatter.string(decimal(number)).value_or("(none)");
 }
 
-NumberFormatter priceFormatter(std::string_view locale, Mode mode = Mode::down) {
-    NumberFormatter formatter;
-    formatter.setNumberStyle(Style::currency);
-    formatter.setLocale(Locale{locale});
-    formatter.setRoundingMode(mode);
-    formatter.setMaximumFractionDigits(2);
+NumberFormatter formatterOf(Style style, std::string_view locale = "en_US") {
+    NumberFormatter formatter{Locale{locale}};
+    formatter.setNumberStyle(style);
     return formatter;
 }
 
-NumberFormatter formatterOf(Style style, std::string_view locale = "en_US") {
-    NumberFormatter formatter;
-    formatter.setLocale(Locale{locale});
-    formatter.setNumberStyle(style);
+NumberFormatter priceFormatter(std::string_view locale) {
+    auto formatter = formatterOf(Style::currency, locale);
+    formatter.setRoundingMode(Mode::down);
+    formatter.setMaximumFractionDigits(2);
     return formatter;
 }
 
@@ -46,16 +43,16 @@ TEST(NumberFormatterTest, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
         {"en_US@currency=JPY", "3.5", "¥3.5"},
         {"en_US@currency=JPY", "8", "¥8"},
         {"en_US@currency=KWD", "4.999166", "KWD\u00a04.99"},
-        {"hi_IN", "1234567.891", "₹12,34,567.89"},
-        {"es_ES", "1234.5", "1.234,50\u00a0€"},
         {"fr_FR@currency=USD", "1234567.891", "1\u202f234\u202f567,89\u00a0$US"},
-        {"nl_NL", "-3.5", "€\u00a0-3,50"},
-        {"de_CH", "1234567.891", "CHF\u00a01’234’567.89"},
-        {"de_CH", "-3.5", "CHF-3.50"},
-        {"sv_SE", "-3.5", "\u22123,50\u00a0kr"},
+        {"de_CH", "-1234567.891", "CHF-1’234’567.89"},
         {"he_IL", "1234567.891", "\u200f1,234,567.89\u00a0\u200f₪"},
         {"ar_EG", "1234567.891", "\u200f١٬٢٣٤٬٥٦٧٫٨٩\u00a0ج.م.\u200f"},
         {"en", "1234567.891", "¤1,234,567.89"},
+        // What is unknown is written as the root writes it.
+        {"root@currency=USD", "1234.5", "US$\u00a01,234.50"},
+        {"xx_US", "1234.5", "US$\u00a01,234.50"},
+        {"@currency=usd", "1234.5", "US$\u00a01,234.50"},
+        {"not a locale at all", "1", "¤\u00a01.00"},
     };
     for (auto const& row : rows) EXPECT_EQ(format(priceFormatter(row.locale), row.number), row.text);
     EXPECT_EQ(priceFormatter("en_US").string(Decimal::notANumber()), "$NaN");
@@ -63,18 +60,10 @@ TEST(NumberFormatterTest, PricesFollowTheirLocaleAndTheDigitsOfTheirCurrency) {
     EXPECT_EQ(format(formatterOf(Style::currency, "ja_JP"), "1200.4"), "￥1,200");
 }
 
-TEST(NumberFormatterTest, UnknownLocalesBehaveLikeTheRoot) {
-    auto const root = format(priceFormatter("root@currency=USD"), "1234.5");
-    EXPECT_EQ(root, "US$\u00a01,234.50");
-    for (auto const* locale : {"xx_US", "qqq@currency=USD", "_US", "@currency=usd"})
-        EXPECT_EQ(format(priceFormatter(locale), "1234.5"), root) << locale;
-    EXPECT_EQ(format(priceFormatter("not a locale at all"), "1"), format(priceFormatter(""), "1"));
-}
-
 TEST(NumberFormatterTest, RoundsOnDecimalDigits) {
     struct {
         Mode mode;
-        char const *up, *down, *tie, *nearTie, *nearWhole;
+        char const *up, *down, *tie, *nearTie, *nearWhole; // of the numbers below
     } const rows[] = {
         {Mode::ceiling, "1.3", "-1.2", "4.4", "2.1", "2.1"},
         {Mode::floor, "1.2", "-1.3", "4.3", "2.0", "2.0"},
@@ -103,7 +92,6 @@ TEST(NumberFormatterTest, EachStyleHasItsOwnText) {
         char const *number, *text;
     } const rows[] = {
         {Style::none, "1234.5", "1234"},
-        {Style::none, "0.2", "0"},
         {Style::decimal, "1234.5", "1,234.5"},
         {Style::currency, "1234.5", "$1,234.50"},
         {Style::percent, "1234.5", "123,450%"},

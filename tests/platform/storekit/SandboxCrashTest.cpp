@@ -1,8 +1,6 @@
 #include "tests/platform/storekit/StoreTestSupport.h"
 #include "tests/support/FaultyDisk.h"
 
-#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
-
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -18,15 +16,10 @@ using State = SKPaymentTransactionState;
 using Outcome = SandboxStore::Outcome;
 
 constexpr std::size_t batchSize = 8;                                           // processes at a time
-constexpr std::array<std::string_view, 3> products{"badge", "frame", "coins"}; // as the scenario buys them
+constexpr std::array<std::string_view, 3> products{"badge", "month", "coins"}; // as the scenario buys them
 
-std::unique_ptr<SandboxStore> openStore(std::filesystem::path const& folder) {
-    auto const catalogue = StoreConfiguration::parse(R"({"products": [
-        {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
-        {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"},
-        {"productID": "frame", "displayPrice": "9.99", "type": "NonConsumable"}]})",
-                                                     "shop");
-    return *SandboxStore::open({.file = folder / "store.db", .configuration = *catalogue, .seed = 0});
+SandboxStore::Options optionsIn(std::filesystem::path const& folder) {
+    return {.file = folder / "store.db", .configuration = catalogue(), .seed = 0};
 }
 
 /// What a run that may die at any moment has seen, in memory that outlives its process.
@@ -85,7 +78,7 @@ void performScenario(std::filesystem::path const& folder, Variant variant, Journ
         if (call == Call::write || call == Call::truncate || call == Call::remove) step();
         return false;
     });
-    auto const store = openStore(folder);
+    auto const store = *SandboxStore::open(optionsIn(folder));
     auto const queue = make<SKPaymentQueue>();
     auto const buyer = make<RecordingObserver>();
     buyer->onUpdate = [&](SKPaymentQueue& told) {
@@ -168,47 +161,34 @@ bool mayBecome(State before, State after) {
 }
 
 /// The next run of the program.
-class SandboxCrashTest : public StoreTest {
+class SandboxCrashTest : public SandboxTest {
 protected:
     void check(DyingRun const& run) {
         SCOPED_TRACE("step " + std::to_string(run.lastStep));
         auto const& journal = run.journal();
-        auto const store = openStore(run.folder());
-        EXPECT_TRUE(warnings.lines.empty()) << warnings.lines.front();
-        auto const records = *store->transactions();
+        open(optionsIn(run.folder()));
+        EXPECT_EQ(warnings.lines, Lines{});
         for (std::size_t i = 0; i < journal.addedCount; ++i)
-            EXPECT_TRUE(std::ranges::any_of(records, [&](auto const& each) {
-                return each.transaction.payment.productIdentifier == products[i];
-            })) << products[i];
-
-        auto const queue = make<SKPaymentQueue>();
-        auto const observer = make<RecordingObserver>();
-        queue->setBackend(store.get());
-        queue->addTransactionObserver(observer);
-        drain();
-        checkWhatComesBack(*store, *queue, journal);
+            EXPECT_TRUE(isRecorded(products[i])) << products[i];
+        checkWhatComesBack(journal);
         observer->lines.clear();
         EXPECT_TRUE(store->resume());
         drain();
-        EXPECT_TRUE(!journal.hasHeard("coins", State::failed) || isSold(*store, "coins"))
+        EXPECT_TRUE(!journal.hasHeard("coins", State::failed) || isRecorded("coins", State::purchased))
             << "what was held back arrives in the end";
         EXPECT_TRUE(!journal.isResumed || observer->lines.empty()) << "and once only";
         observer->lines.clear();
-        queue->restoreCompletedTransactions();
-        drain();
-        checkWhatIsOwned(*store, observer->lines.front(), journal);
-        EXPECT_TRUE(run.variant.approves || !journal.hasHeard("frame", State::purchased));
-        queue->setBackend(nullptr);
+        checkWhatIsOwned(restore().front(), journal);
+        EXPECT_TRUE(run.variant.approves || !journal.hasHeard("month", State::purchased));
+        close();
     }
 
-    static void checkWhatComesBack(SandboxStore const& store, SKPaymentQueue const& queue,
-                                   Journal const& journal) {
+    void checkWhatComesBack(Journal const& journal) const {
         std::map<std::int64_t, State> back;
-        auto const records = *store.transactions();
-        for (auto const& each : records)
+        for (auto const records = *store->transactions(); auto const& each : records)
             if (!each.isFinished && !each.isHeld)
                 back[std::stoll(each.transaction.key)] = each.transaction.state;
-        EXPECT_EQ(queue.transactions().size(), back.size());
+        EXPECT_EQ(queue->transactions().size(), back.size());
         for (auto const& told : journal.entries) {
             if (told.isFinished) {
                 EXPECT_FALSE(back.contains(told.identifier))
@@ -220,24 +200,20 @@ protected:
         }
     }
 
-    static void checkWhatIsOwned(SandboxStore const& store, std::string const& restored,
-                                 Journal const& journal) {
-        for (std::string const product : {"badge", "frame"}) { // coins are not restored
+    void checkWhatIsOwned(std::string const& restored, Journal const& journal) const {
+        for (std::string const product : {"badge", "month"}) { // coins are not restored
             bool const isOwned = restored.find(product + ":restored") != std::string::npos;
             EXPECT_TRUE(isOwned || !journal.hasHeard(product, State::purchased)) << product;
-            EXPECT_EQ(isOwned, isSold(store, product)) << product;
+            EXPECT_EQ(isOwned, isRecorded(product, State::purchased)) << product;
         }
     }
 
-    static bool isSold(SandboxStore const& store, std::string const& product) {
-        auto const records = *store.transactions();
-        return std::ranges::any_of(records, [&](auto const& each) {
+    bool isRecorded(std::string_view product, std::optional<State> state = std::nullopt) const {
+        return std::ranges::any_of(*store->transactions(), [&](auto const& each) {
             return each.transaction.payment.productIdentifier == product &&
-                   each.transaction.state == State::purchased;
+                   each.transaction.state == state.value_or(each.transaction.state);
         });
     }
-
-    RecordedWarnings warnings;
 };
 
 TEST_F(SandboxCrashTest, NothingIsLostOrRepeatedWhereverTheProcessDies) {

@@ -5,9 +5,7 @@
 #include "tests/support/ScopedState.h"
 
 #include <SQLiteCpp/Database.h>
-#include <array>
 #include <fstream>
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
@@ -32,13 +30,11 @@ using State = LedgerState;
 
 constexpr int forEver = 1'000'000;
 
-/// Runs `work` in a process of its own and returns its exit status.
-int inChild(std::function<int()> const& work) {
-    auto const child = ::fork();
-    if (child == 0) ::_exit(work());
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+/// Whether a process ends well.
+bool hasSucceeded(::pid_t process) {
+    int status = -1;
+    ::waitpid(process, &status, 0);
+    return status == 0;
 }
 
 /// Names, modes and contents.
@@ -56,32 +52,27 @@ void damage(fs::path const& file, std::size_t at) {
     writeText(file, bytes);
 }
 
-/// Whoever closes any descriptor of a file loses all the locks that his process has on it.
-void closeADescriptorOf(fs::path const& file) { std::ifstream{file}; }
-
 class SandboxLedgerTest : public ::testing::Test {
 protected:
     Result<std::unique_ptr<SandboxLedger>> open() const { return SandboxLedger::open(file); }
-    static bool record(SandboxLedger& ledger) {
-        return ledger.recordPurchase({.productIdentifier = "p"}, true).has_value();
+    static bool record(SandboxLedger& ledger, std::string product = "p") {
+        return ledger.recordPurchase({.productIdentifier = std::move(product)}, true).has_value();
     }
     void fill(int purchases) const {
         auto const ledger = *open();
         for (int i = 0; i < purchases; ++i) record(*ledger);
     }
-    /// What a process leaves behind that dies after `purchases`, in this test's file.
-    void leave(int purchases) const {
+    /// Leaves the files that a process leaves behind which dies after `purchases`.
+    void die(int purchases) const {
         fill(0);
-        auto const ledger = *SandboxLedger::open(file);
-        for (int i = 0; i < purchases; ++i) record(*ledger);
-        fs::copy_file(file, folder / "left");
-        fs::copy_file(file.string() + "-wal", folder / "left-wal");
-        leftLog = file.string() + "-wal";
-    }
-    void die(int purchases) {
-        leave(purchases);
+        {
+            auto const ledger = *open();
+            for (int i = 0; i < purchases; ++i) record(*ledger);
+            fs::copy_file(file, folder / "left");
+            fs::copy_file(log, folder / "left-wal");
+        }
         fs::rename(folder / "left", file);
-        fs::rename(folder / "left-wal", leftLog);
+        fs::rename(folder / "left-wal", log);
     }
     void change(char const* sql) const {
         SQLite::Database{file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE}.exec(
@@ -98,7 +89,7 @@ protected:
 
     TemporaryFolder folder;
     fs::path file = folder / "store.db";
-    mutable fs::path leftLog;
+    fs::path log = folder / "store.db-wal";
     RecordedWarnings warnings;
 };
 
@@ -131,52 +122,48 @@ TEST_F(SandboxLedgerTest, WhatReturnsIsBeyondTheReachOfAPowerFailure) {
         ASSERT_TRUE(ledger->restore(0));
         ASSERT_THAT(disk.unsynchronized(), IsEmpty()) << i;
     }
-    EXPECT_LT(fs::file_size(file.string() + "-wal"), 1'000'000) << "little stands in the log alone";
+    EXPECT_LT(fs::file_size(log), 1'000'000) << "little stands in the log alone";
 }
 
-/// Every call of a kind fails, once and for ever, while purchases are recorded. Whatever happens: what was
-/// told as recorded is found again after a kill, and what was told as failed is not.
+/// Fails calls while purchases are recorded; whether the first of them came. Whatever happens: what was told
+/// as recorded is found again after a kill, and what was told as failed is not.
+bool meetsFault(Call call, int first, int count) {
+    TemporaryFolder const folder;
+    auto const path = folder / "store.db", copy = folder / "copy.db";
+    std::map<std::string, bool> told{
+        {"p", (*SandboxLedger::open(path))->recordPurchase({.productIdentifier = "p"}, true).has_value()}};
+    FaultyDisk disk;
+    disk.fail(call, first, count);
+    {
+        auto const opened = SandboxLedger::open(path);
+        for (auto const* product : {"a", "b", "c", "d"}) {
+            if (!opened) break;
+            bool const isRecorded =
+                (*opened)->recordPurchase({.productIdentifier = product}, true).has_value();
+            if (isRecorded || !(*opened)->isInDoubt()) told[product] = isRecorded;
+        }
+        fs::copy_file(path, copy);
+        std::error_code none;
+        fs::copy_file(path.string() + "-wal", copy.string() + "-wal", none);
+    }
+    bool const hasFailed = disk.countedCalls() >= first;
+    disk.setJudge(nullptr);
+    std::set<std::string> found;
+    for (auto const records = *SandboxLedger::read(copy); auto const& each : records)
+        found.insert(each.payment.productIdentifier);
+    for (auto const& [product, isRecorded] : told) EXPECT_EQ(found.contains(product), isRecorded) << product;
+    EXPECT_TRUE(SandboxLedger::open(path));
+    return hasFailed;
+}
+
 TEST_F(SandboxLedgerTest, NoFaultOfTheDiskLosesOrForgesAnything) {
     int faults = 0;
     for (auto const call : {Call::open, Call::read, Call::write, Call::synchronize, Call::truncate,
-                            Call::remove, Call::size, Call::lock}) {
-        for (int const duration : {1, forEver}) {
-            for (int first = 1; first < 200; ++first) {
-                TemporaryFolder const own;
-                auto const path = own / "store.db", copy = own / "copy.db";
-                { record(**SandboxLedger::open(path)); }
-                std::set<std::string> told{"p"}, failed;
-                FaultyDisk disk;
-                disk.fail(call, first, duration);
-                {
-                    auto const opened = SandboxLedger::open(path);
-                    for (auto const* product : {"a", "b", "c", "d"}) {
-                        if (!opened) break;
-                        bool const isTold =
-                            (*opened)->recordPurchase({.productIdentifier = product}, true).has_value();
-                        if (isTold || !(*opened)->isInDoubt()) (isTold ? told : failed).insert(product);
-                    }
-                    fs::copy_file(path, copy);
-                    std::error_code none;
-                    fs::copy_file(path.string() + "-wal", copy.string() + "-wal", none);
-                }
-                bool const hasFailed = disk.countedCalls() >= first;
-                disk.setJudge(nullptr);
-                auto const found = *SandboxLedger::read(copy);
-                for (auto const& each : found) {
-                    EXPECT_FALSE(failed.contains(each.payment.productIdentifier))
-                        << each.payment.productIdentifier << " was told as failed";
-                    told.erase(each.payment.productIdentifier);
-                }
-                EXPECT_THAT(told, IsEmpty());
-                EXPECT_TRUE(SandboxLedger::open(path));
-                EXPECT_THAT(warnings.lines, IsEmpty());
-                ASSERT_FALSE(HasFailure()) << static_cast<int>(call) << " " << first << " x" << duration;
-                if (!hasFailed) break;
-                ++faults;
-            }
-        }
-    }
+                            Call::remove, Call::size, Call::lock})
+        for (int const count : {1, forEver})
+            for (int first = 1; meetsFault(call, first, count); ++first, ++faults)
+                ASSERT_FALSE(HasFailure()) << static_cast<int>(call) << " " << first << " x" << count;
+    EXPECT_THAT(warnings.lines, IsEmpty());
     EXPECT_GT(faults, 70);
 }
 
@@ -199,7 +186,7 @@ TEST_F(SandboxLedgerTest, ACommitThatCannotBeSynchronizedIsUndoneOrInDoubt) {
     disk.fail(Call::synchronize, 1);
     EXPECT_FALSE(record(*ledger));
     EXPECT_FALSE(ledger->isInDoubt());
-    EXPECT_EQ(fs::file_size(file.string() + "-wal"), 0U) << "nothing comes back";
+    EXPECT_EQ(fs::file_size(log), 0U) << "nothing comes back";
     disk.fail(Call::synchronize, 1, forEver);
     EXPECT_FALSE(record(*ledger));
     EXPECT_TRUE(ledger->isInDoubt());
@@ -245,20 +232,18 @@ TEST_F(SandboxLedgerTest, LeavesAloneWhatIsNoLedger) {
 
 TEST_F(SandboxLedgerTest, IsNobodyElsesWhileItIsOpen) {
     auto const isInUse = [&] { return open().error().message.ends_with("in use by another process"); };
-    std::array<int, 2> start{};
-    ASSERT_EQ(::pipe(start.data()), 0);
+    int start[2];
+    ASSERT_EQ(::pipe(start), 0);
     auto const other = ::fork(); // before the library knows of any lock
     if (other == 0) {
         char word = 0;
-        ::_exit(::read(start[0], &word, 1) == 1 && !open() && isInUse() ? 0 : 1);
+        ::_exit(::read(start[0], &word, 1) == 1 && isInUse() ? 0 : 1);
     }
     auto const ledger = *open();
     EXPECT_TRUE(isInUse());
-    closeADescriptorOf(file);
+    std::ifstream{file}; // whoever closes any descriptor of a file loses his process's locks on it
     ASSERT_EQ(::write(start[1], "!", 1), 1);
-    int status = 1;
-    ::waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(hasSucceeded(other));
     fs::create_symlink(file, folder / "link");
     EXPECT_FALSE(SandboxLedger::open(folder / "link"));
     EXPECT_THAT(SandboxLedger::read(file).error().message, HasSubstr("in use"));
@@ -269,12 +254,12 @@ TEST_F(SandboxLedgerTest, RefusesWhatItCannotWrite) {
     fill(1);
     fs::permissions(folder.path(), fs::perms::all);
     fs::permissions(file, fs::perms{0444});
-    // The superuser may write anything, so the child becomes nobody.
-    auto const openAsNobody = [&] {
-        if (::geteuid() == 0 && ::setuid(65534) != 0) return 2;
-        return open().error().message == file.string() + ": the store is read-only" ? 0 : 1;
-    };
-    EXPECT_EQ(inChild(openAsNobody), 0);
+    auto const child = ::fork();
+    if (child == 0) { // which becomes nobody, as the superuser may write anything
+        bool const isNobody = ::geteuid() != 0 || ::setuid(65534) == 0;
+        ::_exit(isNobody && open().error().message == file.string() + ": the store is read-only" ? 0 : 1);
+    }
+    EXPECT_TRUE(hasSucceeded(child));
 }
 
 TEST_F(SandboxLedgerTest, NoticesThatItsFileIsGoneBeforeItCommits) {
@@ -310,7 +295,7 @@ TEST_F(SandboxLedgerTest, SetsABrokenLedgerAsideAsItWas) {
     for (auto const* name : {"store.db.broken-1", "store.db.broken-2"}) {
         die(20);
         damage(file, 4096 + 3);
-        writeText(file.string() + "-wal", "");
+        writeText(log, "");
         auto const before = readText(file);
         EXPECT_EQ(SandboxLedger::read(file).error().message, file.string() + ": the store is broken");
         EXPECT_EQ(count(), 0U);
@@ -323,29 +308,29 @@ TEST_F(SandboxLedgerTest, SetsABrokenLedgerAsideAsItWas) {
 
 TEST_F(SandboxLedgerTest, AnEmptyFileBesideAFullLogIsDamage) {
     die(29);
-    auto const log = readText(leftLog);
+    auto const full = readText(log);
     for (bool const isThere : {true, false}) {
-        writeText(leftLog, log);
+        writeText(log, full);
         if (isThere) writeText(file, "");
         EXPECT_EQ(count(), 0U);
         fs::remove(file);
     }
     EXPECT_EQ(warnings.lines.size(), 2U);
-    EXPECT_EQ(readText(folder / "store.db.broken-1-wal"), log);
-    EXPECT_EQ(readText(folder / "store.db.broken-2-wal"), log);
+    EXPECT_EQ(readText(folder / "store.db.broken-1-wal"), full);
+    EXPECT_EQ(readText(folder / "store.db.broken-2-wal"), full);
 }
 
 TEST_F(SandboxLedgerTest, KeepsWhatStandsBehindDamageInTheLog) {
     die(20);
-    auto const sound = readText(leftLog);
+    auto const sound = readText(log);
     auto const frames = (sound.size() - 32) / (24 + 4096);
     std::size_t const middle = 32 + frames / 2 * (24 + 4096);
     auto const left = readText(file);
     for (std::size_t const at : {std::size_t{9}, middle + 2, middle + 10, middle + 24 + 100}) {
         writeText(file, left);
-        writeText(leftLog, sound);
-        damage(leftLog, at);
-        auto const damaged = readText(leftLog);
+        writeText(log, sound);
+        damage(log, at);
+        auto const damaged = readText(log);
         warnings.lines.clear();
         EXPECT_LT(count(), 20U) << at;
         ASSERT_THAT(warnings.lines, ElementsAre(HasSubstr("behind the damage"))) << at;
@@ -355,8 +340,8 @@ TEST_F(SandboxLedgerTest, KeepsWhatStandsBehindDamageInTheLog) {
     }
     // The last frame of a log may be one that its writer did not live to end.
     writeText(file, left);
-    writeText(leftLog, sound);
-    damage(leftLog, sound.size() - 10);
+    writeText(log, sound);
+    damage(log, sound.size() - 10);
     warnings.lines.clear();
     EXPECT_EQ(count(), 19U);
     EXPECT_THAT(warnings.lines, IsEmpty());

@@ -1,8 +1,5 @@
-#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 #include "tests/platform/storekit/StoreTestSupport.h"
 #include "tests/support/FaultyDisk.h"
-
-#include <memory>
 
 namespace trelundo {
 namespace {
@@ -11,79 +8,20 @@ using Kind = SandboxStore::Outcome::Kind;
 using RestoreKind = SandboxStore::RestoreOutcome::Kind;
 using State = SKPaymentTransactionState;
 
-constexpr char const* products = R"("products": [
-    {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
-    {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}],
-  "nonRenewingSubscriptions": [{"productID": "pass", "displayPrice": "5", "type": "NonRenewingSubscription"}],
-  "subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month", "displayPrice": "4.99",
-    "type": "RecurringSubscription", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
-      {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}])";
-
-StoreConfiguration catalogue(std::string const& settings = "{}") {
-    return *StoreConfiguration::parse(R"({"settings": )" + settings + ", " + products + "}", "shop");
-}
-
-/// A queue and its observer on a sandbox store; reopen() is the next run of the program.
-class SandboxStoreTest : public StoreTest {
+class SandboxStoreTest : public SandboxTest {
 protected:
-    ~SandboxStoreTest() override { queue->setBackend(nullptr); }
-
-    void open(SandboxStore::Options options = {.configuration = catalogue(), .seed = 0}) {
-        auto opened = *SandboxStore::open(options);
-        queue->setBackend(opened.get());
-        store = std::move(opened);
-        queue->addTransactionObserver(observer);
-        drain();
-    }
-    void openFile(std::string const& settings = "{}") {
-        open({.file = folder / "store.db", .configuration = catalogue(settings), .seed = 0});
-    }
-    void close() {
-        queue->setBackend(nullptr);
-        store = nullptr;
-        queue->removeTransactionObserver(*observer);
-        drain();
-        observer->lines.clear();
-    }
-    void reopen() {
-        close();
-        openFile();
-    }
-    Lines buy(std::string product) {
-        queue->add(paymentFor(std::move(product)));
-        drain();
-        return observer->takeLines();
-    }
-    Lines restore() {
-        queue->restoreCompletedTransactions();
-        drain();
-        return observer->takeLines();
-    }
     void wait(int seconds) {
         for (; seconds > 0; --seconds) {
             time.clock.setNow(time.clock.now() + 1);
             drain();
         }
     }
-    int failureOf(SKPayment::Fields payment) {
-        queue->add(make<SKPayment>(std::move(payment)));
-        drain();
-        auto const error = observer->last.at(0)->error();
-        return error ? error->code() : -1;
-    }
-
-    TemporaryFolder folder;
-    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
-    Ref<RecordingObserver> observer = make<RecordingObserver>();
-    std::unique_ptr<SandboxStore> store;
-    RecordedWarnings warnings;
 };
 
 TEST_F(SandboxStoreTest, SellsByTurnsAfterTheDelay) {
     open({.configuration = catalogue(), .seed = 3, .delay = 2});
     EXPECT_EQ(buy("coins"), Lines{"coins:purchasing"});
-    time.clock.setNow(2);
-    drain();
+    wait(2);
     EXPECT_EQ(observer->takeLines(), Lines{"coins:purchased"});
     EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000003001");
     EXPECT_EQ(observer->last.at(0)->transactionDate(), 1002);
@@ -158,7 +96,7 @@ TEST_F(SandboxStoreTest, RestoringAgainUsesWhatIsStillUnfinished) {
     auto const before = store->transactions()->size();
     restore();
     EXPECT_EQ(store->transactions()->size(), before);
-    reopen();
+    openFile();
     EXPECT_EQ(observer->lines, Lines{"badge:purchased badge:restored"});
 }
 
@@ -170,13 +108,13 @@ TEST_F(SandboxStoreTest, WhatIsUnfinishedComesBackUntilItIsFinished) {
     store->setNextOutcome({Kind::failedWithoutError, 0});
     buy("badge");
     for (int run = 0; run < 2; ++run) {
-        reopen();
+        openFile();
         EXPECT_EQ(observer->lines, Lines{"coins:purchased badge:failed(7) badge:failed"});
         EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000001");
         EXPECT_EQ(observer->last.at(0)->transactionDate(), 1000);
     }
     for (auto const& each : queue->transactions()) queue->finishTransaction(each);
-    reopen();
+    openFile();
     EXPECT_EQ(observer->lines, Lines{});
     EXPECT_EQ(buy("coins").back(), "coins:purchased");
     EXPECT_EQ(observer->last.at(0)->transactionIdentifier(), "1000000004")
@@ -194,7 +132,7 @@ TEST_F(SandboxStoreTest, APaymentKeepsItsFieldsInTheFile) {
                                                  .paymentDiscount = discount}));
     drain();
     EXPECT_EQ(observer->lines.back(), "month:deferred");
-    reopen();
+    openFile();
     auto const payment = observer->last.at(0)->payment();
     EXPECT_EQ(payment->quantity(), 3);
     EXPECT_EQ(payment->applicationUsername(), "");
@@ -206,7 +144,7 @@ TEST_F(SandboxStoreTest, DeferredTransactionsWaitForAWord) {
     observer->finishes = true;
     openFile(R"({"_askToBuyEnabled": true})");
     for (auto const* product : {"coins", "badge", "month"}) buy(product);
-    reopen();
+    openFile();
     EXPECT_EQ(observer->takeLines(), Lines{"coins:deferred badge:deferred month:deferred"});
     auto const month = observer->last.at(2);
     EXPECT_EQ(store->approve("1000000099").error().message, "no deferred transaction 1000000099");
@@ -245,7 +183,7 @@ TEST_F(SandboxStoreTest, AnInterruptedPurchaseArrivesOnceAfterResuming) {
     store->interruptNext();
     EXPECT_EQ(buy("badge").at(1), "badge:failed(0)");
     EXPECT_EQ(buy("coins").at(1), "coins:purchased") << "only one is interrupted";
-    reopen();
+    openFile();
     EXPECT_EQ(observer->lines, Lines{});
     for (auto const& arrived : {Lines{"badge:purchased", "removed badge"}, Lines{}}) {
         EXPECT_TRUE(store->resume());
@@ -321,7 +259,7 @@ TEST_F(SandboxStoreTest, ADiskThatFailsForAWhileDelaysAndLosesNothing) {
 }
 
 TEST_F(SandboxStoreTest, MayBeDestroyedWithWorkUnderWay) {
-    openFile();
+    open();
     queue->add(paymentFor("coins"));
     queue->restoreCompletedTransactions();
     queue->setBackend(nullptr);

@@ -10,8 +10,6 @@ namespace trelundo {
 namespace {
 
 using testing::StartsWith;
-using Kind = StoreConfiguration::ProductKind;
-using Mode = SKProductDiscountPaymentMode;
 using Unit = SKProductPeriodUnit;
 
 /// The configuration of a text that must be one.
@@ -30,11 +28,6 @@ StoreConfiguration readSubscription(std::string const& members) {
         members + "}]}]}");
 }
 
-/// With one promotional offer of the given members.
-StoreConfiguration readOffer(std::string const& members) {
-    return readSubscription(R"("adHocOffers": [{"paymentMode": "free", )" + members + "}]");
-}
-
 Ref<SKProduct> first(StoreConfiguration const& configuration) {
     return configuration.products().empty() ? make<SKProduct>(SKProduct::Fields{})
                                             : configuration.products().front().product;
@@ -48,6 +41,15 @@ std::string describe(Ref<SKProductDiscount> const& discount) {
            std::to_string(static_cast<int>(discount->paymentMode())) + " " + discount->price().description() +
            " P" + std::to_string(period.numberOfUnits) + units[static_cast<int>(period.unit)] + " x" +
            std::to_string(discount->numberOfPeriods());
+}
+
+/// The promotional offer that has the given members.
+std::string offerOf(std::string const& members) {
+    auto const configuration =
+        readSubscription(R"("adHocOffers": [{"paymentMode": "free", )" + members + "}]");
+    auto const& discounts = first(configuration)->discounts();
+    EXPECT_FALSE(discounts.empty() && configuration.warnings().empty()) << members;
+    return describe(discounts.empty() ? nullptr : discounts.front());
 }
 
 TEST(StoreConfigurationTest, ReadsASubscriptionWithItsOffers) {
@@ -124,17 +126,13 @@ TEST(StoreConfigurationTest, ReadsPricesExactly) {
 }
 
 TEST(StoreConfigurationTest, ReadsPeriodsAsWritten) {
-    for (auto const* text : {"P3D", "P1W", "P12M", "P2Y", "P30D"}) {
-        auto const product =
-            first(readOffer(std::string{R"("offerID": "o", "subscriptionPeriod": ")"} + text + "\""));
-        ASSERT_EQ(product->discounts().size(), 1U) << text;
-        EXPECT_EQ(describe(product->discounts()[0]), std::string{"o mode 2 0 "} + text + " x1");
-    }
-    for (auto const* text : {"P0D", "P", "P-1M", "P1M1D", "PT1M", "P99999999999Y", "1M", ""}) {
-        auto const product =
-            first(readOffer(std::string{R"("offerID": "o", "subscriptionPeriod": ")"} + text + "\""));
-        EXPECT_TRUE(product->discounts().empty()) << text;
-    }
+    auto const read = [](std::string const& period) {
+        return offerOf(R"("offerID": "o", "subscriptionPeriod": ")" + period + "\"");
+    };
+    for (std::string const text : {"P3D", "P1W", "P12M", "P2Y", "P30D"})
+        EXPECT_EQ(read(text), "o mode 2 0 " + text + " x1");
+    for (auto const* text : {"P0D", "P", "P-1M", "P1M1D", "PT1M", "P99999999999Y", "1M", ""})
+        EXPECT_EQ(read(text), "none") << text;
 }
 
 TEST(StoreConfigurationTest, ChoosesTheIntroductoryOffer) {
@@ -159,21 +157,20 @@ TEST(StoreConfigurationTest, ChoosesTheIntroductoryOffer) {
 }
 
 TEST(StoreConfigurationTest, ToleratesOffersWithoutIdentifierOrNumberOfPeriods) {
-    auto const nameless = readOffer(R"("subscriptionPeriod": "P1W")");
-    ASSERT_EQ(first(nameless)->discounts().size(), 1U);
-    EXPECT_EQ(first(nameless)->discounts()[0]->identifier(), std::nullopt);
-    auto const unnamed = readOffer(R"("subscriptionPeriod": "P1W", "offerID": "")");
-    EXPECT_TRUE(first(unnamed)->discounts().empty());
-    EXPECT_EQ(unnamed.warnings().size(), 1U);
-    using Case = std::pair<char const*, int>;
-    for (auto const& [number, expected] :
-         {Case{"3", 3}, Case{"\"5\"", 5}, Case{"null", 1}, Case{"0", 1}, Case{"-2", 1}, Case{"1.5", 1},
-          Case{"99999999999", 1}, Case{"[]", 1}}) {
-        auto const configuration =
-            readOffer(std::string{R"("subscriptionPeriod": "P1W", "numberOfPeriods": )"} + number);
-        ASSERT_EQ(first(configuration)->discounts().size(), 1U) << number;
-        EXPECT_EQ(first(configuration)->discounts()[0]->numberOfPeriods(), expected) << number;
-    }
+    std::string const week = R"("subscriptionPeriod": "P1W")";
+    EXPECT_EQ(offerOf(week), "- mode 2 0 P1W x1");
+    EXPECT_EQ(offerOf(week + R"(, "offerID": "")"), "none");
+    for (auto const& [number, expected] : {std::pair{"3", "3"},
+                                           {"\"5\"", "5"},
+                                           {"null", "1"},
+                                           {"0", "1"},
+                                           {"-2", "1"},
+                                           {"1.5", "1"},
+                                           {"99999999999", "1"},
+                                           {"[]", "1"}})
+        EXPECT_EQ(offerOf(week + R"(, "numberOfPeriods": )" + number),
+                  std::string{"- mode 2 0 P1W x"} + expected)
+            << number;
 }
 
 TEST(StoreConfigurationTest, ChoosesALocalisation) {
@@ -193,12 +190,8 @@ TEST(StoreConfigurationTest, ChoosesALocalisation) {
     for (auto const& row : rows) {
         std::string list;
         for (auto const& locale : row.offered)
-            list.append(list.empty() ? "" : ",")
-                .append(R"({"locale": ")")
-                .append(locale)
-                .append(R"(", "displayName": "is )")
-                .append(locale)
-                .append("\"}");
+            list += (list.empty() ? "" : ",") + (R"({"locale": ")" + locale) + R"(", "displayName": "is )" +
+                    locale + "\"}";
         auto const configuration =
             read(std::string{R"({"settings": {"_locale": ")"} + row.locale +
                  R"("}, "products": [{"productID": "p", "displayPrice": "1", "displayName": "own",
@@ -247,8 +240,7 @@ TEST(StoreConfigurationTest, ReadsSettings) {
     auto const noLocale =
         read(R"({"products": [], "settings": {"_locale": ")" + std::string(1000, 'a') + R"("}})");
     EXPECT_EQ(noLocale.settings().locale, "en_US");
-    ASSERT_EQ(noLocale.warnings().size(), 1U);
-    EXPECT_TRUE(noLocale.warnings().front().starts_with("shop: key \"_locale\""));
+    EXPECT_THAT(noLocale.warnings(), testing::ElementsAre(StartsWith("shop: key \"_locale\"")));
 }
 
 TEST(StoreConfigurationTest, OptionsReplaceTheLocaleAndGiveEmptyPeriods) {
@@ -280,7 +272,6 @@ TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
     } const rows[] = {
         {"{\n\"a\": 1\n\"b\": 2}", StartsWith("shop:3: not a StoreKit configuration: syntax error")},
         {"{\n<<<<<<< HEAD\n}", StartsWith("shop:2: not a StoreKit configuration")},
-        {"<?xml version=\"1.0\"?>", StartsWith("shop:1:")},
         {"", StartsWith("shop:1:")},
         {"[]", StartsWith("shop:1: not a StoreKit configuration: an object")},
         {"{} {}", StartsWith("shop:1:")},
@@ -288,7 +279,6 @@ TEST(StoreConfigurationTest, NamesFileLineOrKeyOfWhatItCannotRead) {
         {R"({"title": "Shop"})", StartsWith("shop: not a StoreKit configuration: none of \"products\"")},
         {R"({"products": {}})", "shop: key \"products\": a list is expected"},
         {"\n" + std::string(65, '['), "shop:2: not a StoreKit configuration: nested deeper than 64 levels"},
-        {std::string(100'000, '['), "shop:1: not a StoreKit configuration: nested deeper than 64 levels"},
         {std::string(9'000'000, ' '), "shop: larger than 8 MB"},
         {tooMany + "]", "shop:1: not a StoreKit configuration: more than a million values"},
     };

@@ -6,6 +6,7 @@
 #include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKError.h" // IWYU pragma: export
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
+#include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <gtest/gtest.h>
 
@@ -19,22 +20,21 @@ class RecordingObserver : public NSObject, public SKPaymentTransactionObserver {
 public:
     std::vector<std::string> lines;
     SKPaymentTransactions last; // of the last update
-    bool acceptsPromotions = false;
-    bool finishes = false; // everything that may be finished, inside the update
+    bool finishes = false;      // everything that may be finished, inside the update
     std::function<void(SKPaymentQueue&)> onUpdate;
 
     void paymentQueueUpdatedTransactions(SKPaymentQueue& queue,
                                          SKPaymentTransactions const& updated) override {
         std::string line;
-        for (auto const& each : updated) line += (line.empty() ? "" : " ") + describe(*each);
-        lines.push_back(line);
         last = updated;
         for (auto const& each : updated) {
+            line += (line.empty() ? "" : " ") + describe(*each);
             auto const state = each->transactionState();
             bool const isOver = state != SKPaymentTransactionState::purchasing &&
                                 state != SKPaymentTransactionState::deferred;
             if (finishes && isOver) queue.finishTransaction(each);
         }
+        lines.push_back(line);
         if (auto const action = onUpdate) action(queue); // a copy: it may replace itself
     }
     void paymentQueueRemovedTransactions(SKPaymentQueue&, SKPaymentTransactions const& removed) override {
@@ -51,12 +51,8 @@ public:
     bool paymentQueueShouldAddStorePayment(SKPaymentQueue&, Ref<SKPayment> const& payment,
                                            Ref<SKProduct> const&) override {
         lines.push_back("promoted " + payment->productIdentifier());
-        return acceptsPromotions;
+        return false;
     }
-    void paymentQueueDidChangeStorefront(SKPaymentQueue& queue) override {
-        lines.push_back("storefront " + queue.storefrontCountryCode());
-    }
-
     std::vector<std::string> takeLines() { return std::exchange(lines, {}); }
 
 private:
@@ -86,6 +82,65 @@ protected:
     static void drain() { RunLoop::main().runUntilIdle(); }
 
     ScopedVirtualClock time{1000};
+    RecordedWarnings warnings;
+    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
+    Ref<RecordingObserver> observer = make<RecordingObserver>();
+};
+
+/// A product of each kind, one of them with an offer.
+inline StoreConfiguration catalogue(std::string const& settings = "{}") {
+    return *StoreConfiguration::parse(R"({"settings": )" + settings + R"(, "products": [
+        {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
+        {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}],
+      "nonRenewingSubscriptions": [{"productID": "pass", "displayPrice": "5", "type": "NonRenewingSubscription"}],
+      "subscriptionGroups": [{"id": "G", "subscriptions": [{"productID": "month", "displayPrice": "4.99",
+        "type": "RecurringSubscription", "recurringSubscriptionPeriod": "P1M", "adHocOffers": [
+          {"offerID": "offer", "paymentMode": "free", "subscriptionPeriod": "P1W"}]}]}]})",
+                                      "shop");
+}
+
+/// A sandbox store behind the queue. Opening it again is the next run of the program.
+class SandboxTest : public StoreTest {
+protected:
+    ~SandboxTest() override { queue->setBackend(nullptr); }
+
+    void open(SandboxStore::Options const& options = {.configuration = catalogue(), .seed = 0}) {
+        close();
+        store = *SandboxStore::open(options);
+        queue->setBackend(store.get());
+        queue->addTransactionObserver(observer);
+        drain();
+    }
+    void openFile(std::string const& settings = "{}") {
+        open({.file = folder / "store.db", .configuration = catalogue(settings), .seed = 0});
+    }
+    void close() {
+        queue->setBackend(nullptr);
+        store = nullptr;
+        queue->removeTransactionObserver(*observer);
+        drain();
+        observer->lines.clear();
+    }
+    Lines buy(std::string product) {
+        queue->add(paymentFor(std::move(product)));
+        drain();
+        return observer->takeLines();
+    }
+    Lines restore() {
+        queue->restoreCompletedTransactions();
+        drain();
+        return observer->takeLines();
+    }
+    /// The code of the failure; -1 when there is none.
+    int failureOf(SKPayment::Fields payment) {
+        queue->add(make<SKPayment>(std::move(payment)));
+        drain();
+        auto const error = observer->last.at(0)->error();
+        return error ? error->code() : -1;
+    }
+
+    TemporaryFolder folder;
+    std::unique_ptr<SandboxStore> store;
 };
 
 } // namespace trelundo

@@ -11,8 +11,7 @@ namespace trelundo {
 
 namespace {
 
-class Pressed : public NSObject {
-public:
+struct Pressed : NSObject {
     void press() { ++presses; }
     int presses = 0;
 };
@@ -26,13 +25,6 @@ protected:
         button->addTarget(target.get(), &Pressed::press, UIControlEvents::touchUpInside);
         shell.window().addSubview(button);
         return button;
-    }
-    Ref<UILabel> addLabel(UIView& parent, std::string text) {
-        auto label = make<UILabel>();
-        label->setFrame({0, 100, 200, 30});
-        label->setText(std::move(text));
-        parent.addSubview(label);
-        return label;
     }
     std::string name(int index) {
         auto const* child = tree.root()->child(index);
@@ -51,7 +43,9 @@ protected:
 TEST_F(AccessibleTreeTest, ListsLabelledAndPressableViewsAndLeavesOutTheHidden) {
     auto const box = make<UIView>(CGRect{0, 0, 375, 300});
     shell.window().addSubview(box);
-    auto const label = addLabel(*box, "Unlock");
+    auto const label = make<UILabel>(CGRect{0, 100, 200, 30});
+    label->setText("Unlock");
+    box->addSubview(label);
     auto const button = addButton("Continue");
     shell.turn();
     ASSERT_EQ(tree.root()->childCount(), 2) << "a button hides its title label, a plain box is seen through";

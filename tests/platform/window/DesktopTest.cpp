@@ -35,13 +35,12 @@ TEST(WheelScrollingTest, MovesTheInnermostViewWithRoomAndStopsAtTheEdges) {
     shell.window().addSubview(page);
     shell.advance(0);
     // An upright wheel moves a strip sideways, and the page once the strip has no more room.
-    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
-    EXPECT_EQ(strip->contentOffset(), (CGPoint{100, 0}));
-    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
-    EXPECT_EQ(strip->contentOffset(), (CGPoint{125, 0}));
-    auto const before = page->contentOffset().y;
-    EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
-    EXPECT_EQ(page->contentOffset().y, before + 100);
+    auto const top = page->contentOffset().y;
+    for (auto const& [x, y] : {CGPoint{100, top}, {125, top}, {125, top + 100}}) {
+        EXPECT_TRUE(scrollByWheel(shell.window(), {50, 50}, 0, 100));
+        EXPECT_EQ(strip->contentOffset().x, x);
+        EXPECT_EQ(page->contentOffset().y, y);
+    }
     page->setScrollEnabled(false);
     EXPECT_FALSE(scrollByWheel(shell.window(), {50, 500}, 0, 100));
     EXPECT_FALSE(scrollByWheel(shell.window(), {5000, 500}, 0, 100));
