@@ -89,16 +89,12 @@ TEST(LanguageTagsTest, ChooseTheNearestLocalizationOfEachLanguage) {
         List wanted, offered, chosen;
     } const rows[] = {
         {{"zh-Hans-CN"}, {"en", "zh", "zh-Hans"}, {"zh-Hans"}},
-        {{"zh-Hans-CN"}, {"en", "zh"}, {"zh"}},
         {{"zh-TW"}, {"zh-Hans", "zh-Hant"}, {"zh-Hant"}},
         {{"zh-HK"}, {"zh", "en"}, {}},
-        {{"pt-BR"}, {"pt", "pt-PT"}, {"pt"}},
         {{"pt-BR"}, {"pt", "pt_BR"}, {"pt_BR"}},
         {{"en-GB"}, {"en", "en-US"}, {"en"}},
-        {{"iw-IL"}, {"he"}, {"he"}},
+        {{"iw-IL", "no", "tl"}, {"da", "en", "fil", "he", "nb"}, {"he", "nb", "fil"}},
         {{"sr-Latn-RS"}, {"hr", "sr"}, {"sr"}}, // who writes Serbian in Latin letters reads it in both
-        {{"no"}, {"da", "nb"}, {"nb"}},
-        {{"tl"}, {"en", "fil"}, {"fil"}},
         {{"bs"}, {"hr", "sl"}, {"hr"}},
         {{"pt", "pt-AO"}, {"pt-BR", "pt-PT"}, {"pt-BR", "pt-PT"}},
         {{"es-MX", "es-ES"}, {"es", "es-419"}, {"es-419", "es"}},

@@ -52,8 +52,7 @@ TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
     struct {
         char const *language, *text, *title;
     } const rows[] = {
-        {"en_US", "7-day FREE trial", "7-Day Free Trial"},
-        {"en_US", "2nd 3d", "2Nd 3D"},
+        {"en_US", "7-day FREE trial 2nd 3d", "7-Day Free Trial 2Nd 3D"},
         {"en_US", "o'neil l’année a.b c:d e·f", "O'neil L’année A.b C:d E·f"},
         {"en_US", "so\u00adft e\u0301t\u00e9", "So\u00adft E\u0301t\u00e9"},
         {"en_US", "ßx ﬁn ǆ", "Ssx Fin ǅ"},
@@ -61,12 +60,10 @@ TEST(StringsTest, CapitalizesCharacterByCharacterByTheRulesOfTheLanguage) {
         {"en_US", "2 か月 שבוע شهر", "2 か月 שבוע شهر"},
         {"en_US", "a\xff", "A\ufffd"},
         {"en_US", "", ""},
-        {"tr_TR", "istanbul ILIK", "İstanbul Ilık"},
-        {"tr", "DI\u0307", "Di"},
+        {"tr_TR", "istanbul ILIK DI\u0307", "İstanbul Ilık Di"},
         {"az", "ib I", "İb I"},
         {"nl", "ijs IJS bijna", "IJs IJs Bijna"},
-        {"lt", "i\u0307x", "Ix"},
-        {"lt", "XJ\u0301", "Xj\u0307\u0301"},
+        {"lt", "i\u0307x XJ\u0301", "Ix Xj\u0307\u0301"},
         {"", "istanbul ijs", "Istanbul Ijs"},
     };
     for (auto const& row : rows) EXPECT_EQ(capitalized(row.text, Locale{row.language}), row.title);

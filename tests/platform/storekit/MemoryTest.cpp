@@ -26,36 +26,18 @@ namespace {
 
 constexpr auto products = R"({"products": [{"productID": "badge", "displayPrice": "9.99"}]})";
 
-/// A sandbox behind a queue, with a purchase that waits for approval.
-struct Shop {
-    Shop() {
-        queue->setBackend(store.get());
-        queue->addTransactionObserver(observer);
-        store->setNextOutcome({.kind = SandboxStore::Outcome::Kind::deferred});
-        queue->add(paymentFor("badge"));
-        RunLoop::main().runUntilIdle();
-    }
-    ~Shop() { queue->setBackend(nullptr); }
-
-    std::unique_ptr<SandboxStore> store =
-        *SandboxStore::open({.configuration = *StoreConfiguration::parse(products, "shop"), .seed = 0});
-    Ref<SKPaymentQueue> queue = make<SKPaymentQueue>();
-    Ref<RecordingObserver> observer = make<RecordingObserver>();
-    Ref<SKPayment> payment = paymentFor("badge");
-};
-
 /// What becomes of a process in which an allocation of an operation fails.
 enum class End : int { untouched, survived, escaped, stopped, other };
 
-End endOf(std::function<void(Shop&)> const& operation, int number) {
+End endOf(std::function<void()> const& operation, int number) {
     auto const child = ::fork();
     if (child == 0) {
-        Shop shop;
+        setWarningSink(nullptr); // the recording one needs memory
         if (!std::freopen("/dev/null", "w", stderr)) ::_exit(static_cast<int>(End::other));
         auto end = End::other;
         try {
             remaining = number;
-            operation(shop);
+            operation();
             end = hasFailed ? End::survived : End::untouched;
         } catch (std::bad_alloc const&) {
             end = End::escaped;
@@ -68,22 +50,27 @@ End endOf(std::function<void(Shop&)> const& operation, int number) {
     return static_cast<End>(WEXITSTATUS(status));
 }
 
+using MemoryTest = SandboxTest;
+
 /// Fails every allocation of every operation, one at a time.
-TEST(MemoryTest, AnOperationWithoutMemoryFailsOrEndsTheProgram) {
-    auto const drain = [] { RunLoop::main().runUntilIdle(); };
+TEST_F(MemoryTest, AnOperationWithoutMemoryFailsOrEndsTheProgram) {
+    open();
+    store->setNextOutcome({.kind = SandboxStore::Outcome::Kind::deferred});
+    buy("badge");
     std::filesystem::path const nowhere = "/nowhere/store";
-    std::function<void(Shop&)> const operations[] = {
-        [](Shop&) { static_cast<void>(StoreConfiguration::parse(products, "shop")); },
-        [](Shop&) { static_cast<void>(SandboxStore::open({})); },
-        [&](Shop&) { static_cast<void>(SandboxStore::read(nowhere)); },
-        [](Shop& shop) { static_cast<void>(shop.store->transactions()); },
-        [](Shop& shop) { static_cast<void>(shop.store->approve()); },
-        [](Shop& shop) { static_cast<void>(shop.store->clear()); },
-        [&](Shop& shop) { shop.queue->add(shop.payment), drain(); },
-        [&](Shop& shop) { shop.queue->restoreCompletedTransactions(), drain(); },
-        [](Shop& shop) { shop.queue->finishTransaction(shop.observer->last.at(0)); },
-        [](Shop& shop) { shop.queue->setBackend(nullptr); },
-        [](Shop& shop) { shop.queue->addTransactionObserver(shop.observer); },
+    auto const payment = paymentFor("badge");
+    std::function<void()> const operations[] = {
+        [] { static_cast<void>(StoreConfiguration::parse(products, "shop")); },
+        [] { static_cast<void>(SandboxStore::open({})); },
+        [&] { static_cast<void>(SandboxStore::read(nowhere)); },
+        [&] { static_cast<void>(store->transactions()); },
+        [&] { static_cast<void>(store->approve()); },
+        [&] { static_cast<void>(store->clear()); },
+        [&] { queue->add(payment), drain(); },
+        [&] { queue->restoreCompletedTransactions(), drain(); },
+        [&] { queue->finishTransaction(observer->last.at(0)); },
+        [&] { queue->setBackend(nullptr); },
+        [&] { queue->addTransactionObserver(observer); },
     };
     int failures = 0;
     for (auto const& operation : operations) {

@@ -108,6 +108,13 @@ void performScenario(std::filesystem::path const& folder, Variant variant, Journ
     queue->setBackend(nullptr);
 }
 
+/// In memory that processes share.
+std::shared_ptr<Journal> sharedJournal() {
+    auto* const memory =
+        ::mmap(nullptr, sizeof(Journal), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    return {new (memory) Journal, [](Journal* journal) { ::munmap(journal, sizeof(Journal)); }};
+}
+
 int countSteps(Variant variant) {
     TemporaryFolder const folder;
     Journal journal;
@@ -117,41 +124,29 @@ int countSteps(Variant variant) {
 }
 
 /// A process that dies at one step, in a folder of its own, beside others until hasDied() waits for it.
-class DyingRun {
-public:
+struct DyingRun {
     DyingRun(Variant which, int step)
         : variant(which)
-        , lastStep(step)
-        , journal_(new (::mmap(nullptr, sizeof(Journal), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS,
-                               -1, 0)) Journal)
-        , process_(::fork()) {
-        if (process_ != 0) return;
+        , lastStep(step) {
+        if (process != 0) return;
         int seen = 0;
-        performScenario(folder(), variant, *journal_, [&] {
+        performScenario(folder.path(), variant, *journal, [&] {
             if (++seen == lastStep) ::kill(::getpid(), SIGKILL);
         });
         ::_exit(0);
     }
 
-    ~DyingRun() { ::munmap(journal_, sizeof(Journal)); }
-    DyingRun(DyingRun const&) = delete;
-    DyingRun& operator=(DyingRun const&) = delete;
-
     bool hasDied() const {
         int status = 0;
-        ::waitpid(process_, &status, 0);
+        ::waitpid(process, &status, 0);
         return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
     }
-    std::filesystem::path const& folder() const { return folder_.path(); }
-    Journal const& journal() const { return *journal_; }
 
-    Variant const variant;
-    int const lastStep;
-
-private:
-    TemporaryFolder folder_;
-    Journal* journal_; // shared with the process
-    ::pid_t process_;
+    Variant variant;
+    int lastStep;
+    TemporaryFolder folder;
+    std::shared_ptr<Journal> journal = sharedJournal();
+    ::pid_t process = ::fork();
 };
 
 /// Whether a transaction last seen in `before` may be in `after` when it comes back.
@@ -165,8 +160,8 @@ class SandboxCrashTest : public SandboxTest {
 protected:
     void check(DyingRun const& run) {
         SCOPED_TRACE("step " + std::to_string(run.lastStep));
-        auto const& journal = run.journal();
-        open(optionsIn(run.folder()));
+        auto const& journal = *run.journal;
+        open(optionsIn(run.folder.path()));
         EXPECT_EQ(warnings.lines, Lines{});
         for (std::size_t i = 0; i < journal.addedCount; ++i)
             EXPECT_TRUE(isRecorded(products[i])) << products[i];

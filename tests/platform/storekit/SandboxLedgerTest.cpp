@@ -16,7 +16,6 @@
 namespace trelundo {
 
 using namespace test;
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -285,7 +284,6 @@ TEST_F(SandboxLedgerTest, ReadingChangesNothing) {
     auto const before = contentsOf(folder.path());
     EXPECT_EQ(SandboxLedger::read(file)->size(), 20U) << "the log included";
     EXPECT_EQ(contentsOf(folder.path()), before);
-    damage(file, 40);
     EXPECT_THAT(SandboxLedger::read(folder / "none").error().message, EndsWith("no such file"));
 }
 
@@ -306,45 +304,36 @@ TEST_F(SandboxLedgerTest, SetsABrokenLedgerAsideAsItWas) {
     }
 }
 
-TEST_F(SandboxLedgerTest, AnEmptyFileBesideAFullLogIsDamage) {
-    die(29);
-    auto const full = readText(log);
-    for (bool const isThere : {true, false}) {
-        writeText(log, full);
-        if (isThere) writeText(file, "");
-        EXPECT_EQ(count(), 0U);
-        fs::remove(file);
-    }
-    EXPECT_EQ(warnings.lines.size(), 2U);
-    EXPECT_EQ(readText(folder / "store.db.broken-1-wal"), full);
-    EXPECT_EQ(readText(folder / "store.db.broken-2-wal"), full);
-}
-
 TEST_F(SandboxLedgerTest, KeepsWhatStandsBehindDamageInTheLog) {
-    die(20);
-    auto const sound = readText(log);
+    die(29);
+    auto const sound = readText(log), left = readText(file);
+    auto const countWith = [&](std::string const& inFile, std::size_t damagedAt) {
+        warnings.lines.clear();
+        writeText(file, inFile);
+        writeText(log, sound);
+        if (damagedAt > 0) damage(log, damagedAt);
+        return count();
+    };
     auto const frames = (sound.size() - 32) / (24 + 4096);
     std::size_t const middle = 32 + frames / 2 * (24 + 4096);
-    auto const left = readText(file);
-    for (std::size_t const at : {std::size_t{9}, middle + 2, middle + 10, middle + 24 + 100}) {
-        writeText(file, left);
+    for (auto const at : {std::size_t{9}, middle + 2, middle + 10, middle + 24 + 100}) {
+        EXPECT_LT(countWith(left, at), 29U) << at;
+        ASSERT_THAT(warnings.lines, ElementsAre(HasSubstr("behind the damage"))) << at;
+        auto const kept = folder.path().string() + warnings.lines[0].substr(warnings.lines[0].rfind('/'));
         writeText(log, sound);
         damage(log, at);
-        auto const damaged = readText(log);
-        warnings.lines.clear();
-        EXPECT_LT(count(), 20U) << at;
-        ASSERT_THAT(warnings.lines, ElementsAre(HasSubstr("behind the damage"))) << at;
-        auto const name = warnings.lines[0].substr(warnings.lines[0].rfind('/'));
-        EXPECT_EQ(readText(folder.path().string() + name + "-wal"), damaged) << at;
-        EXPECT_EQ(readText(folder.path().string() + name), left) << at;
+        EXPECT_EQ(readText(kept + "-wal"), readText(log)) << at;
+        EXPECT_EQ(readText(kept), left) << at;
     }
-    // The last frame of a log may be one that its writer did not live to end.
-    writeText(file, left);
-    writeText(log, sound);
-    damage(log, sound.size() - 10);
-    warnings.lines.clear();
-    EXPECT_EQ(count(), 19U);
+    EXPECT_EQ(countWith(left, sound.size() - 10), 28U)
+        << "the writer may not have lived to end the last frame";
     EXPECT_THAT(warnings.lines, IsEmpty());
+    EXPECT_EQ(countWith("", 0), 0U) << "a full log beside an empty file is damage";
+    EXPECT_EQ(readText(folder / "store.db.broken-5-wal"), sound);
+    fs::remove(file);
+    writeText(log, sound);
+    EXPECT_EQ(count(), 0U) << "and so it is beside none";
+    EXPECT_EQ(readText(folder / "store.db.broken-6-wal"), sound);
 }
 
 TEST_F(SandboxLedgerTest, NoDamageIsFatal) {
