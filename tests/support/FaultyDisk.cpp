@@ -52,27 +52,23 @@ struct FaultyDisk::Methods {
     }
 
     using Io = sqlite3_io_methods;
-    static constexpr Io methods{
-        .iVersion = 1, // knows no shared memory: ledgers hold their file for themselves
-        .xClose = forward<&Io::xClose>,
-        .xRead = attempt<Call::read, SQLITE_IOERR_READ, &Io::xRead>,
-        .xWrite = attempt<Call::write, SQLITE_IOERR_WRITE, &Io::xWrite>,
-        .xTruncate = attempt<Call::truncate, SQLITE_IOERR_TRUNCATE, &Io::xTruncate>,
-        .xSync = attempt<Call::synchronize, SQLITE_IOERR_FSYNC, &Io::xSync>,
-        .xFileSize = attempt<Call::size, SQLITE_IOERR_FSTAT, &Io::xFileSize>,
-        .xLock = attempt<Call::lock, SQLITE_IOERR_LOCK, &Io::xLock>,
-        .xUnlock = forward<&Io::xUnlock>,
-        .xCheckReservedLock = forward<&Io::xCheckReservedLock>,
-        .xFileControl = forward<&Io::xFileControl>,
-        .xSectorSize = forward<&Io::xSectorSize>,
-        .xDeviceCharacteristics = forward<&Io::xDeviceCharacteristics>,
-        .xShmMap = nullptr,
-        .xShmLock = nullptr,
-        .xShmBarrier = nullptr,
-        .xShmUnmap = nullptr,
-        .xFetch = nullptr,
-        .xUnfetch = nullptr,
-    };
+    static inline Io const methods = [] {
+        Io io{};
+        io.iVersion = 1; // knows no shared memory: ledgers hold their file for themselves
+        io.xClose = forward<&Io::xClose>;
+        io.xRead = attempt<Call::read, SQLITE_IOERR_READ, &Io::xRead>;
+        io.xWrite = attempt<Call::write, SQLITE_IOERR_WRITE, &Io::xWrite>;
+        io.xTruncate = attempt<Call::truncate, SQLITE_IOERR_TRUNCATE, &Io::xTruncate>;
+        io.xSync = attempt<Call::synchronize, SQLITE_IOERR_FSYNC, &Io::xSync>;
+        io.xFileSize = attempt<Call::size, SQLITE_IOERR_FSTAT, &Io::xFileSize>;
+        io.xLock = attempt<Call::lock, SQLITE_IOERR_LOCK, &Io::xLock>;
+        io.xUnlock = forward<&Io::xUnlock>;
+        io.xCheckReservedLock = forward<&Io::xCheckReservedLock>;
+        io.xFileControl = forward<&Io::xFileControl>;
+        io.xSectorSize = forward<&Io::xSectorSize>;
+        io.xDeviceCharacteristics = forward<&Io::xDeviceCharacteristics>;
+        return io;
+    }();
 };
 
 FaultyDisk::FaultyDisk()

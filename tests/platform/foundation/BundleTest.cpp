@@ -9,11 +9,9 @@
 #include <thread>
 
 namespace trelundo {
-
-using namespace test;
-
 namespace {
 
+using namespace test;
 using testing::ElementsAre;
 
 constexpr std::array files{

@@ -9,11 +9,9 @@
 #include <map>
 
 namespace trelundo {
-
-using namespace test;
-
 namespace {
 
+using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 
 namespace trelundo {
-
-using namespace test;
-
 namespace {
 
+using namespace test;
 using Style = NumberFormatter::Style;
 using Mode = NumberFormatter::RoundingMode;
 

@@ -7,10 +7,9 @@
 #include <gtest/gtest.h>
 
 namespace trelundo {
+namespace {
 
 using namespace test;
-
-namespace {
 
 TEST(StringsTest, ReplacesFromTheLeftWithoutRescanning) {
     struct {

@@ -143,7 +143,6 @@ TEST(OfferSignatureTest, RefusesWhatWasChangedAfterwards) {
         add([&](Offer& offer) { offer.discount.timestamp = timestamp; });
     add([](Offer& offer) { offer.key.bundleIdentifier = "App"; });
     add([](Offer& offer) { offer.asked.productIdentifier = "year"; });
-    add([](Offer& offer) { offer.asked.applicationUsername = "someone else"; });
     add([](Offer& offer) { offer.asked.applicationUsername = std::nullopt; });
     add([](Offer& offer) { offer.discount.identifier = "other"; });
     add([](Offer& offer) { std::swap(offer.discount.identifier, offer.asked.productIdentifier); });

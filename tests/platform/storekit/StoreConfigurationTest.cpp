@@ -235,7 +235,6 @@ TEST(StoreConfigurationTest, ReadsSettings) {
             .settings();
     EXPECT_TRUE(other.failsTransactions);
     EXPECT_FALSE(other.asksToBuy || other.failsLoadingProducts || other.failsRestoring);
-    EXPECT_EQ(other.locale, "en_US");
     EXPECT_EQ(read(R"({"products": [], "settings": []})").warnings().size(), 1U);
     auto const noLocale =
         read(R"({"products": [], "settings": {"_locale": ")" + std::string(1000, 'a') + R"("}})");

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 namespace trelundo {
-
 namespace {
 
 struct Pressed : NSObject {
@@ -37,8 +36,6 @@ protected:
     QWindow host;
     AccessibleTree tree{host, shell};
 };
-
-} // namespace
 
 TEST_F(AccessibleTreeTest, ListsLabelledAndPressableViewsAndLeavesOutTheHidden) {
     auto const box = make<UIView>(CGRect{0, 0, 375, 300});
@@ -89,4 +86,5 @@ TEST_F(AccessibleTreeTest, PressingRunsTheActionsOfEnabledControlsThatLiveOnly) 
     EXPECT_EQ(tree.root()->childCount(), 0);
 }
 
+} // namespace
 } // namespace trelundo

@@ -16,7 +16,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace trelundo {
-
 namespace {
 
 struct Presses : NSObject {
@@ -41,8 +40,6 @@ protected:
                          .wakeUp = [this] { ++wakes; },
                          .clock = &clock}};
 };
-
-} // namespace
 
 TEST_F(EmbeddedShellTest, TellsWhatChangedInPixelsAndSleepsWhenNothingMoves) {
     EXPECT_EQ(shell.pixels().pixelHeight(), 1600);
@@ -217,4 +214,5 @@ TEST_F(EmbeddedShellDeathTest, CallsFromAnotherThreadEndWithTheRule) {
     EXPECT_DEATH(elsewhere([] { EmbeddedShell({.screen = {.size = {1, 1}}}); }), "DispatchQueue::main");
 }
 
+} // namespace
 } // namespace trelundo

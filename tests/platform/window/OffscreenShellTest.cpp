@@ -9,15 +9,12 @@
 using testing::ElementsAre;
 
 namespace trelundo {
-
 namespace {
 
 class OffscreenShellTest : public testing::Test {
 protected:
     OffscreenShell shell{{.device = DeviceProfile::find("phone-375x667"), .startDate = 1000}};
 };
-
-} // namespace
 
 TEST_F(OffscreenShellTest, TimeMovesInWholeFramesAndKeepsWhatIsLeftOver) {
     std::vector<double> frames;
@@ -81,4 +78,5 @@ TEST(OffscreenShellsTest, OneAfterAnotherStartAtZero) {
     EXPECT_EQ(calls, 2) << "and what was delayed keeps the time that was left";
 }
 
+} // namespace
 } // namespace trelundo

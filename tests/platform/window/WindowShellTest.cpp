@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 namespace trelundo {
-
 namespace {
 
 [[noreturn]] void openAndTell() {
@@ -18,8 +17,6 @@ namespace {
     std::fprintf(stderr, "%s\n", shell ? "opened" : shell.error().message.c_str());
     std::exit(shell ? 0 : 3);
 }
-
-} // namespace
 
 TEST(WindowShellDeathTest, FailsWithAnErrorWhereNoWindowCanBeOpened) {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process where no other test has drawn yet
@@ -34,4 +31,5 @@ TEST(WindowShellDeathTest, FailsWithAnErrorWhereNoWindowCanBeOpened) {
         ended, "Drawing without a display has begun already");
 }
 
+} // namespace
 } // namespace trelundo
