@@ -204,7 +204,7 @@ TEST_F(SignedPurchaseTest, UsesANonceOnceInAnyCaseAndInAnyRun) {
 TEST_F(SignedPurchaseTest, GoesByTheClockOfTheStore) {
     time.clock.setNow(24 * 60 * 60);
     EXPECT_EQ(buyOffer(), 12);
-    EXPECT_EQ(warnings.lines.back(), "offer \"offer\": the signature is older than 24 hours");
+    EXPECT_EQ(warnings.lines, Lines{"offer \"offer\": the signature is older than 24 hours"});
 }
 
 TEST_F(SignedPurchaseTest, ALeftOverPurchaseHasNotUsedItsOwnNonce) {

@@ -122,8 +122,10 @@ TEST_F(PaymentQueueTest, FinishedTransactionsLeaveInALaterTurn) {
     observer->finishes = false;
     for (auto const* key : {"2", "3", "4", "5", "6"}) tell(key, State::purchased);
     auto const all = queue->transactions();
-    for (auto const i : {3U, 0U, 4U}) queue->finishTransaction(all[i]);
-    drain();
+    for (auto const i : {3U, 0U, 4U}) {
+        queue->finishTransaction(all[i]);
+        drain();
+    }
     std::string left;
     for (auto const& each : queue->transactions()) left += each->payment()->productIdentifier();
     EXPECT_EQ(left, "p3p4") << "the others keep their order";
@@ -170,6 +172,21 @@ TEST_F(PaymentQueueTest, DeliversAllRestoredTransactionsOnceAndHoldsThemUntilThe
     drain();
     EXPECT_EQ(observer->lines, (Lines{"p4:purchased", "removed p4", "restored, 0 on the queue"}))
         << "what ends in an empty restore is gone when the restore ends";
+}
+
+TEST_F(PaymentQueueTest, WhatIsFinishedDuringARestoreStaysUntilItsEnd) {
+    observe();
+    queue->restoreCompletedTransactions();
+    store.tell({FakeStore::transaction("1", State::restored)});
+    store.listener->restoreFinished();
+    drain();
+    queue->restoreCompletedTransactions();
+    queue->finishTransaction(observer->last.at(0));
+    drain();
+    EXPECT_EQ(queue->transactions().size(), 1U) << "an empty queue would tell of a restore of nothing";
+    store.listener->restoreFinished();
+    drain();
+    EXPECT_TRUE(queue->transactions().empty());
 }
 
 TEST_F(PaymentQueueTest, DropsWhatAStoreSaysTwiceOrWithoutBeingAsked) {

@@ -23,8 +23,10 @@ TEST_F(OffscreenShellTest, TimeMovesInWholeFramesAndKeepsWhatIsLeftOver) {
     EXPECT_THAT(frames, ElementsAre(1, 2, 3));
     shell.advance(0.01);
     EXPECT_EQ(frames.size(), 3u);
+    shell.advance(0.01);
+    EXPECT_EQ(frames.size(), 4u);
     for (int i = 0; i < 100; ++i) shell.advance(0.1);
-    EXPECT_NEAR(static_cast<double>(frames.size()), (0.06 + 10) * 60, 1);
+    EXPECT_NEAR(static_cast<double>(frames.size()), (0.07 + 10) * 60, 1);
     EXPECT_DOUBLE_EQ(Clock::current().now(), shell.now());
     EXPECT_DOUBLE_EQ(Clock::current().date(), 1000 + shell.now());
     CADisplayLink::remove(link);
