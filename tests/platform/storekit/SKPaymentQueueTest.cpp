@@ -284,7 +284,7 @@ TEST_F(PaymentQueueTest, AReplacedStoreFailsWhatItHasNotAnswered) {
     store.tell({FakeStore::transaction("3", State::purchased)}); // on the way, and forgotten
     queue->restoreCompletedTransactions();
     queue->restoreCompletedTransactions();
-    FakeStore next{*queue};
+    FakeStore const next{*queue};
     observer->finishes = true;
     drain();
     EXPECT_EQ(observer->lines, (Lines{"silent:failed(0)", "p1:failed(0)", "restore failed(0)",

@@ -1,6 +1,5 @@
 #include "tests/platform/uikit/DeviceFixture.h"
 #include "trelundo/platform/uikit/controls/UIButton.h"
-#include "trelundo/platform/uikit/layout/NSLayoutAnchor.h"
 
 namespace trelundo {
 

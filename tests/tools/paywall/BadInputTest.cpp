@@ -65,6 +65,9 @@ TEST_F(BadFileTest, CataloguesAreRefusedWithTheirPlace) {
 
 TEST_F(BadFileTest, ScriptsAreRefusedWithTheirLine) {
     expectBadScript("advance 1\n\njump\n", {"broken.paywall:3", "jump"});
+    expectBadScript("tapp x\n", {"unknown step", "did you mean \"tap\"?"});
+    expectBadScript("tap \"\x1b" + std::string(1000, 'x') + "\"\n",
+                    {"\"\\u001b" + std::string(59, 'x') + "…\""});
     expectBadScript("tap\n", {"broken.paywall:1", "tap NAME"});
     expectBadScript("tap \"no end\n", {"broken.paywall:1"});
     expectBadScript("tap nothingThere\n", {"broken.paywall:1", "nothingThere"});
@@ -84,6 +87,15 @@ TEST_F(BadFileTest, ScriptsAreRefusedWithTheirLine) {
     expectBadScript("expect event name=Buy\n", {"broken.paywall:1", "no such line"});
     expectFailure(run + "/nowhere.paywall", 1, {"/nowhere.paywall"});
     expectFailure(run + "/", 1, {"/: cannot be read"});
+}
+
+TEST_F(BadFileTest, OnlyFilesAreReadAndWhatCannotBeWrittenStays) {
+    auto const pipe = quoted(folder / "pipe");
+    ASSERT_EQ(runShell("mkfifo " + pipe).status, 0);
+    expectFailure("products --catalogue " + pipe, 1, {"pipe: cannot be read (not a file)"});
+    expectFailure(run + pipe, 1, {"pipe: cannot be read (not a file)"});
+    expectFailure("render BillingViewController --out /dev/full", 1, {"/dev/full: cannot be written"});
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
 TEST_F(BadFileTest, ScriptsFromOtherEditorsAreRead) {

@@ -16,6 +16,7 @@ struct Golden {
     bool hasPicture = false;
 };
 
+// NOLINTNEXTLINE(readability-identifier-naming): the test library looks for this name.
 void PrintTo(Golden const& golden, std::ostream* out) { *out << golden.name; }
 
 std::string const small = "--device phone-320x568 ";
@@ -67,7 +68,7 @@ TEST_P(GoldenTest, LayoutIsAsKept) {
 
 TEST_P(GoldenTest, PictureIsAsKept) {
     if (!GetParam().hasPicture) return;
-    TemporaryFolder folder;
+    TemporaryFolder const folder;
     auto const result = runPaywall(command("render") + " --out " + quoted(folder / "picture.png"));
     ASSERT_EQ(result.status, 0) << result.output;
     EXPECT_TRUE(isKept(kept(".png"), readText(folder / "picture.png")));

@@ -10,7 +10,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 std::string list(std::string const& settings, std::string const& products) {
-    TemporaryFolder folder;
+    TemporaryFolder const folder;
     auto const path = writeText(folder / "Shop.storekit", R"({"settings": )" + settings + R"(, "products": [
         {"productID": "coins", "displayPrice": "0.99", "type": "Consumable"},
         {"productID": "badge", "displayPrice": "9.99", "type": "NonConsumable"}]})");

@@ -41,7 +41,7 @@ class ScriptLogTest : public testing::TestWithParam<std::string> {};
 /// Every line that a host would see, in its order. What a script names in "# after:" runs before it, on the
 /// same store. The expected logs change only through scripts/rebaseline.
 TEST_P(ScriptLogTest, IsAsKept) {
-    TemporaryFolder folder;
+    TemporaryFolder const folder;
     auto const store = folder / "store.sqlite";
     std::istringstream names{told(GetParam(), "after")};
     for (std::string earlier; names >> earlier;) run(earlier, store, "/dev/null");

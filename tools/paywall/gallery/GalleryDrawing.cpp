@@ -93,7 +93,8 @@ Json faultsOf(Json const& label, Place const& place) {
     if (place.scrolls && !frame.intersects(place.screen)) return faults;
     if (label.contains("shrunkTo")) faults["shrunkTo"] = label.at("shrunkTo");
     if (label.at("truncated") == true) faults["truncated"] = true;
-    if (!place.scrolls && !label.at("text").get_ref<std::string const&>().empty() && reachesOut(frame, place.screen))
+    if (!place.scrolls && !label.at("text").get_ref<std::string const&>().empty() &&
+        reachesOut(frame, place.screen))
         faults["offScreen"] = true;
     return faults;
 }

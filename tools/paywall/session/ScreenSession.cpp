@@ -17,7 +17,6 @@
 #include "trelundo/platform/uikit/controls/UIActivityIndicatorView.h"
 #include "trelundo/platform/uikit/views/UIImageView.h"
 
-
 namespace trelundo::paywall {
 
 ScreenSession::ScreenSession(Options const& options, EventLog& log)
