@@ -2,7 +2,7 @@
 
 #include <cstdio>
 #include <string>
-#include <sys/wait.h>
+#include <sys/wait.h> // IWYU pragma: keep
 
 namespace trelundo::test {
 

@@ -18,10 +18,10 @@ std::string inSmallLetters(std::string_view text) {
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), 0);
-    for (std::size_t i = 0; i < a.size(); ++i) {
+    for (char const letter : a) {
         auto diagonal = row[0]++;
         for (std::size_t j = 0; j < b.size(); ++j) {
-            auto const exchanged = diagonal + (a[i] == b[j] ? 0 : 1);
+            auto const exchanged = diagonal + (letter == b[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({diagonal + 1, row[j] + 1, exchanged});
         }

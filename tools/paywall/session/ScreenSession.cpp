@@ -1,6 +1,5 @@
 #include "tools/paywall/session/ScreenSession.h"
 
-#include "tools/paywall/Failure.h"
 #include "tools/paywall/demo/Demonstration.h"
 #include "tools/paywall/output/Names.h"
 #include "tools/paywall/screens/ScreenProperties.h"

@@ -3,7 +3,9 @@
 #include "trelundo/platform/storekit/sandbox/internal/LedgerDatabase.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerFailure.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/Column.h>
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 #include <utility>
 
 namespace trelundo {

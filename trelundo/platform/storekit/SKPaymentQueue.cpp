@@ -4,8 +4,6 @@
 #include "trelundo/platform/foundation/Memory.h"
 #include "trelundo/platform/storekit/internal/SKPaymentQueueState.h"
 
-#include <algorithm>
-
 namespace trelundo {
 
 namespace {

@@ -1,7 +1,7 @@
+#include "trelundo/platform/coreanimation/CAMediaTimingFunction.h"
 #include "trelundo/platform/uikit/collection/internal/UIScrollViewState.h"
 
 #include "trelundo/platform/coreanimation/CADisplayLink.h"
-#include "trelundo/platform/coreanimation/CATransaction.h"
 #include "trelundo/platform/foundation/Clock.h"
 
 #include <algorithm>

@@ -2,8 +2,6 @@
 
 #include "trelundo/platform/uikit/views/UITouch.h"
 
-#include <algorithm>
-
 namespace trelundo {
 
 namespace {

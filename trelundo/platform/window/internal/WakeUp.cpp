@@ -1,7 +1,7 @@
 #include "trelundo/platform/window/internal/WakeUp.h"
 
 #include "trelundo/platform/foundation/DispatchQueue.h"
-#include "trelundo/platform/foundation/internal/MainThread.h"
+#include "trelundo/platform/foundation/MainThread.h"
 
 #include <utility>
 

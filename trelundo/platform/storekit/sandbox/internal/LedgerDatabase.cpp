@@ -6,7 +6,9 @@
 #include "trelundo/platform/storekit/sandbox/internal/LedgerParts.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerSettings.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 #include <string>
 #include <system_error>

@@ -6,7 +6,9 @@
 #include "trelundo/platform/storekit/sandbox/internal/LedgerSettings.h"
 #include "trelundo/platform/storekit/sandbox/internal/WriteAheadLog.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Statement.h>
 #include <algorithm>
 #include <sqlite3.h>
 #include <vector>

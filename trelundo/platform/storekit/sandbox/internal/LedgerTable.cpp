@@ -2,7 +2,8 @@
 
 #include "trelundo/platform/storekit/SKError.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/Column.h>
+#include <SQLiteCpp/Statement.h>
 
 namespace trelundo {
 

@@ -6,7 +6,9 @@
 #include "trelundo/platform/storekit/sandbox/internal/LedgerImage.h"
 #include "trelundo/platform/storekit/sandbox/internal/LedgerTable.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Statement.h>
 #include <algorithm>
 #include <exception>
 #include <unordered_map>
@@ -77,7 +79,7 @@ SQLite::Statement& SandboxLedger::statement(std::string const& sql, Values const
     auto& query = statements_->prepared.try_emplace(sql, database_->connection(), sql).first->second;
     query.tryReset(); // repeats the error of a use that failed
     query.clearBindings();
-    int position = 0;
+    int position = 0; // NOLINT(misc-const-correctness): there may be no values
     (query.bind(++position, values), ...);
     return query;
 }

@@ -1,7 +1,7 @@
 #include "trelundo/platform/uikit/layout/internal/LayoutNode.h"
 
 #include "trelundo/platform/uikit/layout/UILayoutGuide.h"
-#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h"
+#include "trelundo/platform/uikit/layout/internal/LayoutEngine.h" // IWYU pragma: keep
 #include "trelundo/platform/uikit/views/UIView.h"
 
 namespace trelundo {
