@@ -179,7 +179,8 @@ TEST_F(PremiumV2ButtonTest, FitsTheSmallestPhoneInEveryLanguage) {
             for (auto const& product : all) {
                 auto const title = laidOut(tag, product, all)->titleLabel();
                 auto const fit = title->fit();
-                auto const where = language + " " + tag + " " + title->text().value_or("");
+                auto where = language + " ";
+                where.append(tag).append(" ").append(title->text().value_or(""));
                 EXPECT_FALSE(fit.truncated || fit.breaksWord) << where;
                 EXPECT_GE(fit.scale, product == dear ? 0.85 : 1) << where;
             }

@@ -190,8 +190,12 @@ TEST(StoreConfigurationTest, ChoosesALocalisation) {
     for (auto const& row : rows) {
         std::string list;
         for (auto const& locale : row.offered)
-            list += (list.empty() ? "" : ",") + (R"({"locale": ")" + locale) + R"(", "displayName": "is )" +
-                    locale + "\"}";
+            list.append(list.empty() ? "" : ",")
+                .append(R"({"locale": ")")
+                .append(locale)
+                .append(R"(", "displayName": "is )")
+                .append(locale)
+                .append("\"}");
         auto const configuration =
             read(std::string{R"({"settings": {"_locale": ")"} + row.locale +
                  R"("}, "products": [{"productID": "p", "displayPrice": "1", "displayName": "own",

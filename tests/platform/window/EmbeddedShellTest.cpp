@@ -84,7 +84,7 @@ TEST_F(EmbeddedShellTest, WakesItsHostOnceBetweenFramesFromAnyThreadAndNeverOnce
     EXPECT_EQ(wakes, 2);
     int others = 0;
     {
-        EmbeddedShell other({.screen = {.size = {400, 800}}, .wakeUp = [&] { ++others; }});
+        EmbeddedShell const other({.screen = {.size = {400, 800}}, .wakeUp = [&] { ++others; }});
     }
     others = 0;
     DispatchQueue::main().async([] {});
