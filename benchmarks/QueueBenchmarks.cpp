@@ -1,7 +1,7 @@
 #include "benchmarks/Comparison.h"
+#include "benchmarks/Finisher.h"
 #include "trelundo/platform/foundation/RunLoop.h"
 #include "trelundo/platform/storekit/SKPaymentQueue.h"
-#include "trelundo/platform/storekit/StoreBackend.h"
 #include "trelundo/platform/storekit/sandbox/SandboxStore.h"
 
 #include <stdexcept>
@@ -61,29 +61,6 @@ void finishLeftovers(int count) {
     }
     if (!queue->transactions().empty()) throw std::runtime_error("some were not finished");
 }
-
-/// Finishes whatever a store says is over.
-class Finisher : public StoreBackendListener {
-public:
-    explicit Finisher(SandboxStore& store)
-        : store_(store) {
-        store.setListener(this);
-    }
-    ~Finisher() override { store_.setListener(nullptr); }
-    void transactionsUpdated(std::vector<StoreTransaction> transactions) override {
-        for (auto const& each : transactions)
-            if (each.state != SKPaymentTransactionState::purchasing && store_.finish(each.key)) ++count;
-    }
-    void restoreFinished() override {}
-    void restoreFailed(Ref<NSError>) override {}
-    void promotedPurchase(SKPayment::Fields, Ref<SKProduct>) override {}
-    void storefrontChanged() override {}
-
-    int count = 0;
-
-private:
-    SandboxStore& store_;
-};
 
 /// A sandbox in memory that has sold one plan and `sales` - 1 times coins.
 struct BusyStore {

@@ -1,4 +1,5 @@
 #include "benchmarks/Comparison.h"
+#include "benchmarks/Finisher.h"
 #include "tools/paywall/demo/Demonstration.h"
 #include "trelundo/kit/store/PremiumManager.h"
 #include "trelundo/platform/foundation/RunLoop.h"
@@ -114,26 +115,6 @@ private:
     sqlite3* database_ = nullptr;
 };
 
-/// Finishes what the sandbox sells as soon as it says so.
-class Finisher : public StoreBackendListener {
-public:
-    explicit Finisher(SandboxStore& store)
-        : store_(store) {}
-    void transactionsUpdated(std::vector<StoreTransaction> transactions) override {
-        for (auto const& each : transactions)
-            if (each.state == SKPaymentTransactionState::purchased && store_.finish(each.key)) ++count;
-    }
-    void restoreFinished() override {}
-    void restoreFailed(Ref<NSError>) override {}
-    void promotedPurchase(SKPayment::Fields, Ref<SKProduct>) override {}
-    void storefrontChanged() override {}
-
-    int count = 0;
-
-private:
-    SandboxStore& store_;
-};
-
 void buyAndFinish(benchmark::State& state) {
     Folder const folder;
     auto const catalogue =
@@ -141,7 +122,6 @@ void buyAndFinish(benchmark::State& state) {
     auto const store =
         *SandboxStore::open({.file = folder.path / "store.sqlite", .configuration = *catalogue});
     Finisher finisher{*store};
-    store->setListener(&finisher);
     BareCommits bare{folder.path / "bare.sqlite"};
     auto const buy = [&] {
         auto const before = finisher.count;
